@@ -1,0 +1,15 @@
+#include "corvanta/core/text/convert.h"
+
+#include <boost/nowide/convert.hpp>
+
+namespace corvanta::core::text {
+
+std::string ToNarrow(std::wstring_view text) {
+  return boost::nowide::narrow(text.data(), text.size());
+}
+
+std::wstring ToWide(std::string_view text) {
+  return boost::nowide::widen(text.data(), text.size());
+}
+
+}  // namespace corvanta::core::text

@@ -1,0 +1,65 @@
+#include "corvanta/core/uri/NUri.h"
+
+#include <mutex>
+
+#include "corvanta/platform/file.h"
+
+namespace corvanta::core::uri {
+
+namespace {
+
+struct ResourceFolder {
+  std::mutex mutex;
+  NPath set;
+  NPath found;  // looked for once
+};
+
+ResourceFolder& GetFolder() {
+  static ResourceFolder& folder = *new ResourceFolder;
+  return folder;
+}
+
+NPath FindBesideLibrary() {
+  NPath const library = platform::GetLibraryFolder();
+  NPath const beside = library / L"../share/corvanta/resource";
+  // The library may lie in a folder of its architecture, lib/<triplet>.
+  NPath const above = library / L"../../share/corvanta/resource";
+  return !Exists(beside) && Exists(above) ? above : beside;
+}
+
+}  // namespace
+
+NPath GetFile(NUri const& uri) {
+  if (uri.GetType() == UT_INTERNAL || uri.GetPath().IsEmpty()) {
+    return {};
+  }
+  if (uri.GetType() == UT_FILE) {
+    return uri.GetPath();
+  }
+  constexpr wchar_t kPrefix[] = L"/Resource/";
+  std::wstring const& text = uri.GetPath().ToString();
+  bool const hasPrefix = text.starts_with(kPrefix);
+  return GetResourceFolder() / NPath(hasPrefix ? text.substr(std::size(kPrefix) - 1) : text);
+}
+
+bool Exists(NPath const& path) { return platform::Exists(path.ToString()); }
+
+NPath GetResourceFolder() {
+  ResourceFolder& folder = GetFolder();
+  std::scoped_lock const lock(folder.mutex);
+  if (!folder.set.IsEmpty()) {
+    return folder.set;
+  }
+  if (folder.found.IsEmpty()) {
+    folder.found = FindBesideLibrary();
+  }
+  return folder.found;
+}
+
+void SetResourceFolder(NPath const& path) {
+  ResourceFolder& folder = GetFolder();
+  std::scoped_lock const lock(folder.mutex);
+  folder.set = path;
+}
+
+}  // namespace corvanta::core::uri
