@@ -1,0 +1,113 @@
+#include "corvanta/core/attribute/NAttribute.h"
+
+#include "corvanta/core/attribute/NAttributeHost.h"
+
+namespace corvanta::core::attribute {
+
+using variant::NVariant;
+
+NAttribute::~NAttribute() {
+  if (m_kind == variant::NVK_STRING) delete m_string;
+}
+
+NAttributeHost& NAttribute::GetHost() const noexcept {
+  return NAttributeHost::HostOf(*this, m_position);
+}
+
+NVariant NAttribute::GetValue() const {
+  switch (m_kind) {
+    case variant::NVK_DOUBLE:
+      return m_double;
+    case variant::NVK_LONG:
+      return m_long;
+    case variant::NVK_BOOL:
+      return m_bool;
+    case variant::NVK_STRING:
+      return *m_string;
+    default:
+      return NVariant();
+  }
+}
+
+double NAttribute::GetDouble() const noexcept {
+  switch (m_kind) {
+    case variant::NVK_DOUBLE:
+      return m_double;
+    case variant::NVK_LONG:
+      return static_cast<double>(m_long);
+    case variant::NVK_BOOL:
+      return m_bool ? 1.0 : 0.0;
+    default:
+      return 0.0;
+  }
+}
+
+long NAttribute::GetLong() const noexcept {
+  switch (m_kind) {
+    case variant::NVK_DOUBLE:
+      return NVariant(m_double).GetLong();
+    case variant::NVK_LONG:
+      return m_long;
+    case variant::NVK_BOOL:
+      return m_bool ? 1 : 0;
+    default:
+      return 0;
+  }
+}
+
+bool NAttribute::GetBool() const noexcept {
+  switch (m_kind) {
+    case variant::NVK_DOUBLE:
+      return m_double != 0.0;
+    case variant::NVK_LONG:
+      return m_long != 0;
+    case variant::NVK_BOOL:
+      return m_bool;
+    default:
+      return false;
+  }
+}
+
+std::wstring NAttribute::GetString() const {
+  return m_kind == variant::NVK_STRING ? *m_string : std::wstring();
+}
+
+void NAttribute::SetValue(NVariant const& value, bool notify) {
+  Store(value);
+  if (notify) GetHost().AttributeChanged(*this);
+}
+
+bool NAttribute::Try(NVariant const& value, bool notify) {
+  if (value.GetKind() != m_kind) return false;
+  SetValue(value, notify);
+  return true;
+}
+
+void NAttribute::Store(NVariant const& value) {
+  if (value.GetKind() == variant::NVK_STRING) {
+    if (m_kind == variant::NVK_STRING) {
+      *m_string = value.GetString();
+    } else {
+      m_string = new std::wstring(value.GetString());
+    }
+  } else {
+    if (m_kind == variant::NVK_STRING) delete m_string;
+    switch (value.GetKind()) {
+      case variant::NVK_DOUBLE:
+        m_double = value.GetDouble();
+        break;
+      case variant::NVK_LONG:
+        m_long = value.GetLong();
+        break;
+      case variant::NVK_BOOL:
+        m_bool = value.GetBool();
+        break;
+      default:
+        m_long = 0;
+        break;
+    }
+  }
+  m_kind = value.GetKind();
+}
+
+}  // namespace corvanta::core::attribute

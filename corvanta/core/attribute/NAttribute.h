@@ -1,0 +1,69 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "corvanta/core/attribute/detail/interned_name.h"
+#include "corvanta/core/variant/NVariant.h"
+#include "corvanta/export.h"
+
+namespace corvanta::core::attribute {
+
+class NAttributeHost;
+
+/// A named value on a host. Made by NAttributeHost::AddAttribute; lives and stays in place as long
+/// as its host.
+///
+/// Sixteen bytes: an item has twenty-five of them, and a scene a million items.
+class CORVANTA_API NAttribute {
+ public:
+  NAttribute(NAttribute const&) = delete;
+  NAttribute& operator=(NAttribute const&) = delete;
+
+  std::wstring const& GetName() const noexcept { return detail::GetNameText(m_name); }
+  variant::NVariant GetValue() const;
+  variant::NVariantKind GetKind() const noexcept { return m_kind; }
+  /// Whether a writer should save the attribute; it does nothing else.
+  bool GetFlag() const noexcept { return m_flag; }
+  NAttributeHost& GetHost() const noexcept;
+
+  /// Stores `value`, whatever its kind.
+  /// Raises: with `notify`, the host's OnAttributeChangeImpl; the value is in place.
+  void SetValue(variant::NVariant const& value, bool notify);
+  /// Like SetValue, but only for a value of the kind that the attribute holds.
+  /// Fails: false, and no change, for a value of another kind.
+  bool Try(variant::NVariant const& value, bool notify);
+
+  /// The value as NVariant converts it, without the copy.
+  double GetDouble() const noexcept;
+  long GetLong() const noexcept;
+  bool GetBool() const noexcept;
+  std::wstring GetString() const;
+
+  /// The number of the interned name.
+  detail::NNameIndex GetNameIndex() const noexcept { return m_name; }
+
+ private:
+  friend class NAttributeHost;
+
+  NAttribute(detail::NNameIndex name, bool flag, std::uint16_t position) noexcept
+      : m_long(0), m_name(name), m_position(position), m_kind(variant::NVK_NONE), m_flag(flag) {}
+  ~NAttribute();
+
+  void Store(variant::NVariant const& value);
+
+  union {
+    double m_double;
+    long m_long;
+    bool m_bool;
+    std::wstring* m_string;  // owned
+  };
+  detail::NNameIndex m_name;
+  std::uint16_t m_position;  // in the chunk of the host's storage
+  variant::NVariantKind m_kind;
+  bool m_flag;
+};
+
+static_assert(sizeof(NAttribute) == 16);
+
+}  // namespace corvanta::core::attribute

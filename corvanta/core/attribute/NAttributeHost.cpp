@@ -1,0 +1,113 @@
+#include "corvanta/core/attribute/NAttributeHost.h"
+
+#include <boost/intrusive_ptr.hpp>
+#include <new>
+
+namespace corvanta::core::attribute {
+
+/// A run of attributes in one allocation: this head, then `capacity` places.
+struct NAttributeHost::Chunk {
+  NAttributeHost* host;
+  Chunk* next;
+  std::uint16_t count;
+  std::uint16_t capacity;
+
+  NAttribute* Places() noexcept { return reinterpret_cast<NAttribute*>(this + 1); }
+};
+
+namespace {
+constexpr std::size_t kSmallestChunk = 4;
+constexpr std::size_t kLargestChunk = 0xFFFF;
+}  // namespace
+
+NAttributeHost::~NAttributeHost() {
+  while (m_first != nullptr) {
+    Chunk* const chunk = m_first;
+    m_first = chunk->next;
+    for (std::uint16_t i = 0; i != chunk->count; ++i) chunk->Places()[i].~NAttribute();
+    ::operator delete(chunk);
+  }
+}
+
+NAttributeHost& NAttributeHost::HostOf(NAttribute const& attribute,
+                                       std::uint16_t position) noexcept {
+  static_assert(sizeof(Chunk) % alignof(NAttribute) == 0);
+  return *(reinterpret_cast<Chunk const*>(&attribute - position) - 1)->host;
+}
+
+NAttribute* NAttributeHost::At(Chunk* chunk, std::uint16_t position) noexcept {
+  return chunk->Places() + position;
+}
+
+void NAttributeHost::Advance(Chunk*& chunk, std::uint16_t& position) noexcept {
+  if (++position == chunk->count) {
+    // A chunk behind may be reserved and still empty.
+    chunk = chunk->next != nullptr && chunk->next->count != 0 ? chunk->next : nullptr;
+    position = 0;
+  }
+}
+
+NAttributeHost::Chunk* NAttributeHost::AddChunk(std::size_t capacity) {
+  void* const memory = ::operator new(sizeof(Chunk) + capacity * sizeof(NAttribute));
+  auto* const chunk = new (memory) Chunk{this, nullptr, 0, static_cast<std::uint16_t>(capacity)};
+  Chunk** end = &m_first;
+  while (*end != nullptr) end = &(*end)->next;
+  *end = chunk;
+  return chunk;
+}
+
+void NAttributeHost::ReserveAttributes(unsigned count) {
+  if (m_first == nullptr && count != 0 && count <= kLargestChunk) AddChunk(count);
+}
+
+NAttribute* NAttributeHost::AddAttribute(wchar_t const* name, bool flag) {
+  detail::NNameIndex const index = detail::InternName(name);
+  if (index == detail::kNoName || QueryAttribute(index) != nullptr) return nullptr;
+  Chunk* last = m_first;
+  while (last != nullptr && last->next != nullptr) last = last->next;
+  if (last == nullptr) {
+    last = AddChunk(kSmallestChunk);
+  } else if (last->count == last->capacity) {
+    last = AddChunk(std::min<std::size_t>(kLargestChunk, kSmallestChunk + last->capacity / 2));
+  }
+  auto* const attribute = new (last->Places() + last->count) NAttribute(index, flag, last->count);
+  ++last->count;
+  return attribute;
+}
+
+NAttribute* NAttributeHost::QueryAttribute(detail::NNameIndex name) noexcept {
+  for (Chunk* chunk = m_first; chunk != nullptr; chunk = chunk->next) {
+    for (std::uint16_t i = 0; i != chunk->count; ++i) {
+      if (chunk->Places()[i].m_name == name) return chunk->Places() + i;
+    }
+  }
+  return nullptr;
+}
+
+NAttribute* NAttributeHost::QueryAttribute(wchar_t const* name) noexcept {
+  detail::NNameIndex const index = detail::FindName(name);
+  return index == detail::kNoName ? nullptr : QueryAttribute(index);
+}
+
+NAttribute const* NAttributeHost::QueryAttribute(wchar_t const* name) const noexcept {
+  return const_cast<NAttributeHost*>(this)->QueryAttribute(name);
+}
+
+void NAttributeHost::CopyAttributesTo(NAttributeHost& target) const {
+  for (auto i = GetAttributeBegin(); i != GetAttributeEnd(); ++i) {
+    if (i->GetKind() == variant::NVK_NONE) continue;
+    if (NAttribute* const attribute = target.QueryAttribute(i->GetNameIndex())) {
+      attribute->SetValue(i->GetValue(), true);
+    }
+  }
+}
+
+void NAttributeHost::AttributeChanged(NAttribute const& attribute) {
+  // A handler may drop the last reference of the host.
+  boost::intrusive_ptr<NAttributeHost> const held(TryAddRef() ? this : nullptr, false);
+  OnAttributeChangeImpl(attribute);
+}
+
+void NAttributeHost::OnAttributeChangeImpl(NAttribute const&) {}
+
+}  // namespace corvanta::core::attribute

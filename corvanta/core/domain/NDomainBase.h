@@ -1,0 +1,115 @@
+#pragma once
+
+#include <boost/intrusive_ptr.hpp>
+#include <cstddef>
+#include <iterator>
+#include <list>
+#include <string>
+#include <unordered_set>
+
+#include "corvanta/core/domain/detail/link.h"
+#include "corvanta/core/domain/fwd.h"
+#include "corvanta/core/name/NNamedObject.h"
+#include "corvanta/core/node/NNode.h"
+#include "corvanta/export.h"
+
+namespace corvanta::core::domain {
+
+/// A named container that owns nodes, in an order, each under an id of its own.
+class CORVANTA_API NDomainBase : public name::NNamedObject {
+ public:
+  /// Walks the nodes in the domain's order.
+  class NodeIterator {
+   public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = node::NNode;
+    using difference_type = std::ptrdiff_t;
+    using reference = node::NNode&;
+    using pointer = node::NNode*;
+
+    NodeIterator() = default;
+    explicit NodeIterator(std::list<boost::intrusive_ptr<node::NNode>>::const_iterator at) noexcept
+        : m_at(at) {}
+    reference operator*() const noexcept { return **m_at; }
+    pointer operator->() const noexcept { return m_at->get(); }
+    NodeIterator& operator++() noexcept {
+      ++m_at;
+      return *this;
+    }
+    NodeIterator operator++(int) noexcept { return NodeIterator(m_at++); }
+    bool operator==(NodeIterator const& other) const noexcept { return m_at == other.m_at; }
+
+   private:
+    std::list<boost::intrusive_ptr<node::NNode>>::const_iterator m_at;
+  };
+
+  /// The type string of the domain's kind: one of the DT_ pointers, which compare by address.
+  wchar_t const* GetType() const { return GetTypeImpl(); }
+  /// Null without a manager, and when it has gone.
+  NDomainManager const* GetManager() const noexcept;
+
+  /// Takes `node` in, at the end. A name that is taken gets a number behind it: "light (2)".
+  /// Fails: false, and no change, for an id that is there, for a node that stands in this domain or
+  /// belongs to another one, and where the namespace refuses the node.
+  bool AddNode(node::NNode& node);
+  /// The same, before the node now at `position` in the domain's order; beyond the end it appends.
+  /// Cost: linear in the position.
+  bool AddNode(node::NNode& node, unsigned int position);
+  /// Gives `node` up, which ends when the last strong reference goes.
+  /// Fails: false for a node that isn't here or is sealed.
+  bool RemoveNode(node::NNode& node);
+  /// Fails: null if no node has that id.
+  boost::intrusive_ptr<node::NNode> QueryNode(node::NNodeID const& id) const;
+  std::size_t GetNodeCount() const noexcept { return m_nodes.size(); }
+
+  NodeIterator GetNodeBegin() const noexcept { return NodeIterator(m_nodes.begin()); }
+  NodeIterator GetNodeEnd() const noexcept { return NodeIterator(m_nodes.end()); }
+
+  /// `true` seals the nodes that are here now: RemoveNode refuses them. Others may come and go.
+  /// `false` unseals all.
+  void SetIsReadOnlyFlag(bool isReadOnly);
+  bool IsReadOnly() const noexcept { return m_isReadOnly; }
+
+  /// What the nodes of this domain hold to find it.
+  detail::NLinkPointer<NDomainBase> const& GetLink() const noexcept { return m_link; }
+
+ protected:
+  NDomainBase(NDomainManager const* manager, std::wstring const& name);
+  ~NDomainBase() override;
+
+  /// Lets go of all nodes, while the derived class can still be asked; for its destructor.
+  void ReleaseNodes() noexcept;
+
+ private:
+  struct Hash {
+    using is_transparent = void;
+    std::size_t operator()(node::NNodeID const& id) const noexcept { return id.GetHash(); }
+    std::size_t operator()(node::NNode const* node) const noexcept {
+      return node->GetID().GetHash();
+    }
+  };
+  struct Equal {
+    using is_transparent = void;
+    static node::NNodeID const& Id(node::NNodeID const& id) noexcept { return id; }
+    static node::NNodeID const& Id(node::NNode const* node) noexcept { return node->GetID(); }
+    template <class A, class B>
+    bool operator()(A const& a, B const& b) const noexcept {
+      return Id(a) == Id(b);
+    }
+  };
+  using Nodes = std::list<boost::intrusive_ptr<node::NNode>>;
+
+  virtual wchar_t const* GetTypeImpl() const = 0;
+  virtual bool AddToNamespace(node::NNode& node) = 0;
+  virtual bool RemoveFromNamespace(node::NNode& node) = 0;
+
+  bool Enter(node::NNode& node, Nodes::iterator before);
+
+  detail::NLinkPointer<NDomainManager const> m_manager;
+  detail::NLinkPointer<NDomainBase> const m_link;
+  Nodes m_nodes;
+  std::unordered_set<node::NNode*, Hash, Equal> m_ids;
+  bool m_isReadOnly = false;
+};
+
+}  // namespace corvanta::core::domain

@@ -1,0 +1,5 @@
+#pragma once
+
+namespace corvanta::core::locator {
+class NLocator;
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+
+#include "corvanta/core/reference_countable/NReferenceCountableWithWeakReference.h"
+#include "corvanta/export.h"
+
+namespace corvanta::core::name {
+
+class NNamespace;
+
+/// An object with a name. It stands in one namespace at most, and leaves it when it dies.
+class CORVANTA_API NNamedObject
+    : public virtual reference_countable::NReferenceCountableWithWeakReference {
+ public:
+  std::wstring const& GetName() const noexcept { return m_name; }
+  /// Gives the object `name`. Where its namespace is strict and the name is another object's, it
+  /// gets the name with a number behind it: "light (2)". Raises: SetName on the namespace's name
+  /// listeners, always.
+  void SetName(std::wstring const& name);
+
+  /// Null outside every namespace.
+  NNamespace* GetNamespace() const noexcept { return m_namespace; }
+
+ protected:
+  NNamedObject() noexcept = default;
+  explicit NNamedObject(std::wstring name) noexcept : m_name(std::move(name)) {}
+  /// A copy has the name and stands in no namespace.
+  NNamedObject(NNamedObject const& other)
+      : NReferenceCountableWithWeakReference(other), m_name(other.m_name) {}
+  NNamedObject& operator=(NNamedObject const&) = delete;
+  ~NNamedObject() override;
+
+ private:
+  friend class NNamespace;
+
+  std::wstring m_name;
+  NNamespace* m_namespace = nullptr;  // cleared by the namespace's end
+};
+
+}  // namespace corvanta::core::name

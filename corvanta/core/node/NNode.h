@@ -1,0 +1,41 @@
+#pragma once
+
+#include <list>
+#include <string>
+
+#include "corvanta/core/attribute/NAttributeHost.h"
+#include "corvanta/core/domain/detail/link.h"
+#include "corvanta/core/domain/fwd.h"
+#include "corvanta/core/name/NNamedObject.h"
+#include "corvanta/core/node/NNodeID.h"
+#include "corvanta/export.h"
+
+namespace corvanta::core::node {
+
+/// A named, identified bag of attributes that lives in one domain. Hold it by
+/// `boost::intrusive_ptr`.
+class CORVANTA_API NNode : public name::NNamedObject, public attribute::NAttributeHost {
+ public:
+  NNodeID const& GetID() const noexcept { return m_id; }
+  /// The domain given to the constructor, or the one that took the node in.
+  /// Fails: null once the node was removed from it, and when the domain has gone.
+  domain::NDomainBase* GetDomain() const noexcept { return m_domain ? m_domain->owner : nullptr; }
+  /// Fails: null without a domain, and when the manager has gone.
+  domain::NDomainManager const* GetDomainManager() const noexcept;
+
+ protected:
+  NNode(NNodeID const& id, domain::NDomainBase* domain, std::wstring const& name);
+  ~NNode() override;
+
+ private:
+  friend class domain::NDomainBase;
+
+  NNodeID const m_id;
+  domain::detail::NLinkPointer<domain::NDomainBase> m_domain;
+  // Where the node stands in its domain's order, while it does.
+  std::list<boost::intrusive_ptr<NNode>>::iterator m_place;
+  bool m_isInDomain = false;
+  bool m_isSealed = false;  // by the domain's read-only flag
+};
+
+}  // namespace corvanta::core::node

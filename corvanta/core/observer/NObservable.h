@@ -1,0 +1,42 @@
+#pragma once
+
+#include <boost/intrusive_ptr.hpp>
+
+#include "corvanta/core/observer/detail/NObservableImpl.h"
+
+namespace corvanta::core::observer {
+
+/// The observer side of a subject: listeners of class `Listener`, held weakly.
+///
+/// A base of `Subject`, which alone can deliver. Copies start without observers. Listeners hear in
+/// the order of registration, but must not rely on it. Hold a listener by `boost::intrusive_ptr`:
+/// one that nobody holds hears nothing until its count rises.
+template <class Subject, class Listener>
+class CORVANTA_API NObservable {
+ public:
+  /// Fails: false if `listener` is registered already.
+  bool AddObserver(Listener& listener) { return m_observers.AddObserver(listener, &listener); }
+  /// Fails: false if `listener` isn't registered.
+  bool RemoveObserver(Listener& listener) { return m_observers.RemoveObserver(listener); }
+
+ protected:
+  NObservable() noexcept = default;
+  NObservable(NObservable const&) noexcept {}
+  NObservable& operator=(NObservable const&) noexcept { return *this; }
+  ~NObservable() = default;
+
+ private:
+  friend Subject;
+
+  /// Calls `call(Listener&)` for each observer; the subject is held while the delivery runs.
+  template <class Call>
+  void NotifyObservers(Call&& call) const {
+    Subject const& subject = static_cast<Subject const&>(*this);
+    boost::intrusive_ptr<Subject const> const held(subject.TryAddRef() ? &subject : nullptr, false);
+    m_observers.template Deliver<Listener>(call);
+  }
+
+  detail::NObservableImpl m_observers;
+};
+
+}  // namespace corvanta::core::observer

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <atomic>
+
+#include "corvanta/export.h"
+
+namespace corvanta::core::reference_countable {
+
+/// The intrusive count under every object of the model. Hold such objects by
+/// `boost::intrusive_ptr`.
+///
+/// The count is atomic and starts at 0; the release that takes it back to 0 destroys the object.
+/// While the destructor runs the count stands far below zero, so that a counted pointer which comes
+/// and goes in there does nothing.
+class CORVANTA_API NReferenceCountable {
+ public:
+  void AddRef() const noexcept { m_count.fetch_add(1, std::memory_order_relaxed); }
+  void Release() const noexcept {
+    if (m_count.fetch_sub(1, std::memory_order_acq_rel) == 1) Destroy();
+  }
+  /// Adds a reference only if somebody holds one already.
+  /// Fails: false while the count is 0, and in the destructor.
+  bool TryAddRef() const noexcept {
+    int count = m_count.load(std::memory_order_relaxed);
+    while (count > 0) {
+      if (m_count.compare_exchange_weak(count, count + 1, std::memory_order_relaxed)) return true;
+    }
+    return false;
+  }
+
+ protected:
+  NReferenceCountable() noexcept = default;
+  NReferenceCountable(NReferenceCountable const&) noexcept {}
+  NReferenceCountable& operator=(NReferenceCountable const&) noexcept { return *this; }
+  virtual ~NReferenceCountable();
+
+  /// Whether the destructor has been started by the last release.
+  bool IsDying() const noexcept { return m_count.load(std::memory_order_relaxed) < 0; }
+
+ private:
+  void Destroy() const noexcept;
+
+  mutable std::atomic<int> m_count{0};
+};
+
+inline void intrusive_ptr_add_ref(NReferenceCountable const* object) noexcept { object->AddRef(); }
+inline void intrusive_ptr_release(NReferenceCountable const* object) noexcept { object->Release(); }
+
+}  // namespace corvanta::core::reference_countable

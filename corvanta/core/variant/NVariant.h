@@ -1,0 +1,61 @@
+#pragma once
+
+#include <concepts>
+#include <string>
+#include <type_traits>
+
+#include "corvanta/export.h"
+
+namespace corvanta::core::variant {
+
+/// The kinds of value that an NVariant can hold.
+enum NVariantKind : unsigned char { NVK_NONE, NVK_DOUBLE, NVK_LONG, NVK_BOOL, NVK_STRING };
+
+/// A double, long, bool or wide text, or nothing.
+///
+/// It converts when it is read: numbers and bools into each other (a double to a long by
+/// truncation, saturating, NaN to 0; what isn't 0 is true), text reads as 0 and false, a number as
+/// empty text.
+class CORVANTA_API NVariant {
+ public:
+  NVariant() noexcept : m_long(0), m_kind(NVK_NONE) {}
+  NVariant(double value) noexcept : m_double(value), m_kind(NVK_DOUBLE) {}
+  NVariant(bool value) noexcept : m_bool(value), m_kind(NVK_BOOL) {}
+  /// Integers and enumerations are held as `long`.
+  template <class T>
+  requires((std::integral<T> && !std::same_as<T, bool>) || std::is_enum_v<T>) NVariant(T value)
+  noexcept : m_long(static_cast<long>(value)), m_kind(NVK_LONG) {}
+  NVariant(std::wstring value);
+  NVariant(wchar_t const* value);
+  /// A pointer is no bool.
+  template <class T>
+  NVariant(T const*) = delete;
+
+  NVariant(NVariant const& other);
+  NVariant(NVariant&& other) noexcept;
+  NVariant& operator=(NVariant const& other);
+  NVariant& operator=(NVariant&& other) noexcept;
+  ~NVariant();
+
+  NVariantKind GetKind() const noexcept { return m_kind; }
+  double GetDouble() const noexcept;
+  long GetLong() const noexcept;
+  bool GetBool() const noexcept;
+  std::wstring GetString() const;
+
+  /// Equal in kind and value.
+  bool operator==(NVariant const& other) const noexcept;
+
+ private:
+  void Steal(NVariant& other) noexcept;
+
+  union {
+    double m_double;
+    long m_long;
+    bool m_bool;
+    std::wstring* m_string;  // owned
+  };
+  NVariantKind m_kind;
+};
+
+}  // namespace corvanta::core::variant

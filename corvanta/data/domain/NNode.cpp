@@ -1,0 +1,17 @@
+#include "corvanta/data/domain/NNode.h"
+
+#include "corvanta/data/events/attribute_change/NMultiplexer.h"
+
+namespace corvanta::data::domain {
+
+NNode::NNode(core::node::NNodeID const& id, core::domain::NDomainBase* domain,
+             events::attribute_change::NMultiplexer const* multiplexer, std::wstring const& name)
+    : core::node::NNode(id, domain, name), m_multiplexer(multiplexer) {}
+
+NNode::~NNode() = default;
+
+void NNode::OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) {
+  if (m_multiplexer) m_multiplexer->OnAttributeChange(*this, attribute);
+}
+
+}  // namespace corvanta::data::domain

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "corvanta/core/reference_countable/NReferenceCountableWithWeakReference.h"
+#include "corvanta/export.h"
+
+namespace corvanta::core::attribute {
+class NAttribute;
+class NAttributeHost;
+}  // namespace corvanta::core::attribute
+
+namespace corvanta::data::events::attribute_change {
+
+/// Hears of every attribute that was set with notification. The new value is in place.
+/// Held weakly: hold it by `boost::intrusive_ptr`.
+class CORVANTA_API NListener
+    : public virtual core::reference_countable::NReferenceCountableWithWeakReference {
+ public:
+  void OnAttributeChange(core::attribute::NAttributeHost& host,
+                         core::attribute::NAttribute const& attribute) {
+    OnAttributeChangeImpl(host, attribute);
+  }
+
+ protected:
+  NListener() noexcept = default;
+  NListener(NListener const&) noexcept = default;
+  ~NListener() override;
+
+ private:
+  virtual void OnAttributeChangeImpl(core::attribute::NAttributeHost& host,
+                                     core::attribute::NAttribute const& attribute) = 0;
+};
+
+}  // namespace corvanta::data::events::attribute_change

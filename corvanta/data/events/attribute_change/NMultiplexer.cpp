@@ -1,0 +1,13 @@
+#include "corvanta/data/events/attribute_change/NMultiplexer.h"
+
+namespace corvanta::data::events::attribute_change {
+
+NMultiplexer::NMultiplexer() = default;
+NMultiplexer::~NMultiplexer() = default;
+
+void NMultiplexer::OnAttributeChange(core::attribute::NAttributeHost& host,
+                                     core::attribute::NAttribute const& attribute) const {
+  NotifyObservers([&](NListener& listener) { listener.OnAttributeChange(host, attribute); });
+}
+
+}  // namespace corvanta::data::events::attribute_change

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "corvanta/core/reference_countable/NReferenceCountableWithWeakReference.h"
+#include "corvanta/data/domain/fwd.h"
+#include "corvanta/export.h"
+
+namespace corvanta::data::events::environment_map_change {
+
+/// Hears of the environment map of a material or an environment. The change is in place when a
+/// signal comes. Held weakly: hold it by `boost::intrusive_ptr`.
+class CORVANTA_API NListener
+    : public virtual core::reference_countable::NReferenceCountableWithWeakReference {
+ public:
+  void SignalImageChange(domain::material::NMaterialNode const& material) {
+    OnImageChange(material);
+  }
+  void SignalImageChange(domain::environment::NEnvironmentNode const& environment) {
+    OnImageChange(environment);
+  }
+  void SignalImageTypeChange(domain::material::NMaterialNode const& material) {
+    OnImageTypeChange(material);
+  }
+  void SignalImageTypeChange(domain::environment::NEnvironmentNode const& environment) {
+    OnImageTypeChange(environment);
+  }
+
+ protected:
+  NListener() noexcept = default;
+  NListener(NListener const&) noexcept = default;
+  ~NListener() override;
+
+ private:
+  virtual void OnImageChange(domain::material::NMaterialNode const& material) = 0;
+  virtual void OnImageChange(domain::environment::NEnvironmentNode const& environment) = 0;
+  virtual void OnImageTypeChange(domain::material::NMaterialNode const& material) = 0;
+  virtual void OnImageTypeChange(domain::environment::NEnvironmentNode const& environment) = 0;
+};
+
+}  // namespace corvanta::data::events::environment_map_change

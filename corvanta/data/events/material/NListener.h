@@ -1,0 +1,47 @@
+#pragma once
+
+#include <boost/intrusive_ptr.hpp>
+
+#include "corvanta/core/locator/fwd.h"
+#include "corvanta/core/reference_countable/NReferenceCountableWithWeakReference.h"
+#include "corvanta/data/domain/fwd.h"
+#include "corvanta/export.h"
+
+namespace corvanta::data::events::material {
+
+/// Hears of the textures of a material. The change is in place when a signal comes.
+/// Held weakly: hold it by `boost::intrusive_ptr`.
+class CORVANTA_API NListener
+    : public virtual core::reference_countable::NReferenceCountableWithWeakReference {
+ public:
+  void SignalAddTexture(domain::material::NMaterialNode const& material, unsigned int index) {
+    OnAddTexture(material, index);
+  }
+  void SignalRemoveTexture(
+      domain::material::NMaterialNode const& material,
+      boost::intrusive_ptr<domain::texture::NTextureNode> const& texture,
+      boost::intrusive_ptr<domain::material::texture_mapping::NTextureMapping> const& mapping) {
+    OnRemoveTexture(material, texture, mapping);
+  }
+  void SignalSetBrdfTextureLocator(domain::material::NMaterialNode const& material,
+                                   core::locator::NLocator const& locator) {
+    OnSetBrdfTextureLocator(material, locator);
+  }
+
+ protected:
+  NListener() noexcept = default;
+  NListener(NListener const&) noexcept = default;
+  ~NListener() override;
+
+ private:
+  virtual void OnAddTexture(domain::material::NMaterialNode const& material,
+                            unsigned int index) = 0;
+  virtual void OnRemoveTexture(
+      domain::material::NMaterialNode const& material,
+      boost::intrusive_ptr<domain::texture::NTextureNode> const& texture,
+      boost::intrusive_ptr<domain::material::texture_mapping::NTextureMapping> const& mapping) = 0;
+  virtual void OnSetBrdfTextureLocator(domain::material::NMaterialNode const& material,
+                                       core::locator::NLocator const& locator) = 0;
+};
+
+}  // namespace corvanta::data::events::material

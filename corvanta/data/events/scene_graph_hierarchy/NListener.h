@@ -1,0 +1,35 @@
+#pragma once
+
+#include "corvanta/core/reference_countable/NReferenceCountableWithWeakReference.h"
+#include "corvanta/data/domain/fwd.h"
+#include "corvanta/export.h"
+
+namespace corvanta::data::events::scene_graph_hierarchy {
+
+/// Hears of the children of an item. The change is in place when a signal comes.
+/// Held weakly: hold it by `boost::intrusive_ptr`.
+class CORVANTA_API NListener
+    : public virtual core::reference_countable::NReferenceCountableWithWeakReference {
+ public:
+  void SignalAddChild(domain::scenegraph::item::NSceneGraphItemNode const& parent,
+                      domain::scenegraph::item::NSceneGraphItemNode const& child) {
+    OnAddChild(parent, child);
+  }
+  void SignalRemoveChild(domain::scenegraph::item::NSceneGraphItemNode const& parent,
+                         domain::scenegraph::item::NSceneGraphItemNode const& child) {
+    OnRemoveChild(parent, child);
+  }
+
+ protected:
+  NListener() noexcept = default;
+  NListener(NListener const&) noexcept = default;
+  ~NListener() override;
+
+ private:
+  virtual void OnAddChild(domain::scenegraph::item::NSceneGraphItemNode const& parent,
+                          domain::scenegraph::item::NSceneGraphItemNode const& child) = 0;
+  virtual void OnRemoveChild(domain::scenegraph::item::NSceneGraphItemNode const& parent,
+                             domain::scenegraph::item::NSceneGraphItemNode const& child) = 0;
+};
+
+}  // namespace corvanta::data::events::scene_graph_hierarchy

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <boost/intrusive_ptr.hpp>
+
+#include "corvanta/core/reference_countable/NReferenceCountableWithWeakReference.h"
+#include "corvanta/data/domain/fwd.h"
+#include "corvanta/export.h"
+
+namespace corvanta::data::events::scene_graph_tree {
+
+/// Hears of the root of a tree. The change is in place when a signal comes.
+/// Held weakly: hold it by `boost::intrusive_ptr`.
+class CORVANTA_API NListener
+    : public virtual core::reference_countable::NReferenceCountableWithWeakReference {
+ public:
+  void SignalRootChange(
+      domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
+      boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemNode> const& oldRoot) {
+    OnRootChange(tree, oldRoot);
+  }
+
+ protected:
+  NListener() noexcept = default;
+  NListener(NListener const&) noexcept = default;
+  ~NListener() override;
+
+ private:
+  virtual void OnRootChange(
+      domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
+      boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemNode> const& oldRoot) = 0;
+};
+
+}  // namespace corvanta::data::events::scene_graph_tree

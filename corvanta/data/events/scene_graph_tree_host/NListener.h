@@ -1,0 +1,43 @@
+#pragma once
+
+#include <boost/intrusive_ptr.hpp>
+
+#include "corvanta/core/reference_countable/NReferenceCountableWithWeakReference.h"
+#include "corvanta/data/domain/fwd.h"
+#include "corvanta/export.h"
+
+namespace corvanta::data::events::scene_graph_tree_host {
+
+/// Hears of the tree that a host shows, and its root. The change is in place when a signal comes.
+/// Held weakly: hold it by `boost::intrusive_ptr`.
+class CORVANTA_API NListener
+    : public virtual core::reference_countable::NReferenceCountableWithWeakReference {
+ public:
+  void SignalSceneGraphTreeChange(
+      domain::scenegraph::tree::NSceneGraphTreeHost const& host,
+      boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeNode> const& oldTree) {
+    OnSceneGraphTreeChange(host, oldTree);
+  }
+  void SignalSceneGraphTreeRootChange(
+      domain::scenegraph::tree::NSceneGraphTreeHost const& host,
+      domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
+      boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemNode> const& oldRoot) {
+    OnSceneGraphTreeRootChange(host, tree, oldRoot);
+  }
+
+ protected:
+  NListener() noexcept = default;
+  NListener(NListener const&) noexcept = default;
+  ~NListener() override;
+
+ private:
+  virtual void OnSceneGraphTreeChange(
+      domain::scenegraph::tree::NSceneGraphTreeHost const& host,
+      boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeNode> const& oldTree) = 0;
+  virtual void OnSceneGraphTreeRootChange(
+      domain::scenegraph::tree::NSceneGraphTreeHost const& host,
+      domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
+      boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemNode> const& oldRoot) = 0;
+};
+
+}  // namespace corvanta::data::events::scene_graph_tree_host

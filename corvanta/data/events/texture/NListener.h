@@ -1,0 +1,27 @@
+#pragma once
+
+#include "corvanta/core/reference_countable/NReferenceCountableWithWeakReference.h"
+#include "corvanta/data/domain/fwd.h"
+#include "corvanta/export.h"
+
+namespace corvanta::data::events::texture {
+
+/// Hears of the image of a texture. The change is in place when a signal comes.
+/// Held weakly: hold it by `boost::intrusive_ptr`.
+class CORVANTA_API NListener
+    : public virtual core::reference_countable::NReferenceCountableWithWeakReference {
+ public:
+  void SignalTextureImageChange(domain::texture::NTextureNode const& texture) {
+    OnTextureImageChange(texture);
+  }
+
+ protected:
+  NListener() noexcept = default;
+  NListener(NListener const&) noexcept = default;
+  ~NListener() override;
+
+ private:
+  virtual void OnTextureImageChange(domain::texture::NTextureNode const& texture) = 0;
+};
+
+}  // namespace corvanta::data::events::texture
