@@ -1,0 +1,16 @@
+# Sourced by the other scripts: goes to the root of the repository and gives build().
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+if [[ -z ${CMAKE_CXX_COMPILER_LAUNCHER:-} ]] && command -v ccache > /dev/null; then
+  export CMAKE_CXX_COMPILER_LAUNCHER=ccache
+  export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS:-pch_defines,time_macros,include_file_mtime,include_file_ctime}
+fi
+
+# build PRESET TARGET...: configures the preset and builds the targets.
+build() {
+  local preset=$1
+  shift
+  cmake --preset "$preset"
+  cmake --build --preset "$preset" --target "$@"
+}
