@@ -1,0 +1,58 @@
+#include "corvanta/data/domain/light_env/NLamp.h"
+
+#include <boost/intrusive_ptr.hpp>
+
+#include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/data/domain/light_env/NLightEnvNode.h"
+
+namespace corvanta::data::domain::light_env {
+
+namespace {
+constexpr unsigned kAttributeCount = 0
+#define CORVANTA_ROWS_COUNT
+#include "corvanta/data/domain/light_env/lamp_attributes.def"
+    ;
+
+VX_Math::Vec3 Narrow(double x, double y, double z) {
+  return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)};
+}
+}  // namespace
+
+struct NLamp::Block {
+  core::attribute::NAttributeHost& host;
+#define CORVANTA_ROWS_SLOTS
+#include "corvanta/data/domain/light_env/lamp_attributes.def"
+};
+
+#define CORVANTA_ROWS_BODIES NLamp
+#include "corvanta/data/domain/light_env/lamp_attributes.def"
+
+NLamp::NLamp(NLightEnvNode* owner) : m_owner(owner) {
+  ReserveAttributes(kAttributeCount);
+  m_block.reset(new Block{*this});
+}
+
+NLamp::~NLamp() = default;
+
+VX_Math::Matrix NLamp::GetTransform() const {
+  VX_Math::Matrix translation;
+  translation.SetTranslate(Narrow(GetPositionX(), GetPositionY(), GetPositionZ()));
+  VX_Math::Vec3 const direction = Narrow(GetDirectionX(), GetDirectionY(), GetDirectionZ());
+  VX_Math::Matrix rotation;
+  rotation.SetRotate(VX_Math::Quaternion(VX_Math::Vec3(0.0f, 0.0f, -1.0f), direction));
+  VX_Math::Matrix const own = rotation * translation;
+  return m_owner == nullptr ? own : own * m_owner->GetTransform();
+}
+
+void NLamp::CopyTo(NLamp& target) const {
+  boost::intrusive_ptr<NLamp const> const held(TryAddRef() ? this : nullptr, false);
+  boost::intrusive_ptr<NLamp> const heldTarget(target.TryAddRef() ? &target : nullptr, false);
+  target.SetName(GetName());
+  CopyAttributesTo(target);
+}
+
+void NLamp::OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) {
+  if (m_owner != nullptr) m_owner->LampAttributeChanged(this, attribute);
+}
+
+}  // namespace corvanta::data::domain::light_env

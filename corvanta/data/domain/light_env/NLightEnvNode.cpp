@@ -1,0 +1,127 @@
+#include "corvanta/data/domain/light_env/NLightEnvNode.h"
+
+#include <algorithm>
+
+#include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/core/string_table/string_table.h"
+
+namespace corvanta::data::domain::light_env {
+
+using events::light_env::NLampEventType;
+
+struct NLightEnvNode::Block {
+  core::attribute::NAttributeHost& host;
+#define CORVANTA_ROWS_SLOTS
+#include "corvanta/data/domain/light_env/light_env_attributes.def"
+  std::vector<boost::intrusive_ptr<NLamp>> lamps{};
+};
+
+#define CORVANTA_ROWS_BODIES NLightEnvNode
+#include "corvanta/data/domain/light_env/light_env_attributes.def"
+
+NLightEnvNode::NLightEnvNode(core::node::NNodeID const& id, core::domain::NDomainBase* domain,
+                             events::attribute_change::NMultiplexer const* multiplexer)
+    : NNode(id, domain, multiplexer,
+            core::string_table::GetString(core::string_table::DATA_LIGHT_ENV)),
+      m_block(new Block{*this}) {
+  AddNameListener(*this);
+}
+
+NLightEnvNode::~NLightEnvNode() {
+  for (auto const& lamp : m_block->lamps) lamp->ClearOwner();
+}
+
+boost::intrusive_ptr<NLamp> NLightEnvNode::CreateLamp(std::wstring const& name) {
+  boost::intrusive_ptr<NLightEnvNode> const held(TryAddRef() ? this : nullptr, false);
+  boost::intrusive_ptr<NLamp> const lamp(new NLamp(this));
+  m_block->lamps.push_back(lamp);
+  std::wstring provisional;
+  try {
+    // Any name that nobody has and nobody hears of, so that the number behind the true name isn't
+    // spent twice.
+    while (!AddNamedObject(*lamp)) {
+      provisional = core::node::NNodeID().ToString();
+      lamp->SetName(provisional);
+    }
+    lamp->SetName(name);
+  } catch (...) {
+    bool const isNamed =
+        lamp->GetNamespace() != nullptr && (lamp->GetName() != provisional || name == provisional);
+    if (!isNamed) TakeOut(*lamp);
+    throw;
+  }
+  if (lamp->GetOwner() == this) SignalLampChange(*lamp, events::light_env::NLET_LAMP_CREATED);
+  return lamp;
+}
+
+bool NLightEnvNode::DeleteLamp(boost::intrusive_ptr<NLamp> const& lamp) {
+  // The argument may be the entry itself.
+  boost::intrusive_ptr<NLamp> const deleted(lamp);
+  auto const& lamps = m_block->lamps;
+  if (std::find(lamps.begin(), lamps.end(), deleted) == lamps.end()) return false;
+  boost::intrusive_ptr<NLightEnvNode> const held(TryAddRef() ? this : nullptr, false);
+  try {
+    SignalLampChange(*deleted, events::light_env::NLET_LAMP_DELETED);
+  } catch (...) {
+    TakeOut(*deleted);
+    throw;
+  }
+  TakeOut(*deleted);
+  return true;
+}
+
+/// Does nothing for a lamp that a listener has deleted meanwhile.
+void NLightEnvNode::TakeOut(NLamp& lamp) noexcept {
+  auto& lamps = m_block->lamps;
+  auto const found = std::find(lamps.begin(), lamps.end(), &lamp);
+  if (found == lamps.end()) return;
+  lamp.ClearOwner();
+  RemoveNamedObject(lamp);
+  lamps.erase(found);
+}
+
+std::vector<boost::intrusive_ptr<NLamp>> const& NLightEnvNode::GetLamps() const noexcept {
+  return m_block->lamps;
+}
+
+VX_Math::Matrix NLightEnvNode::GetTransform() const {
+  float const angle = static_cast<float>(GetLampsRotationY()) / 360.0f * 2.0f * 3.1415927f;
+  VX_Math::Matrix rotation;
+  rotation.SetRotate(VX_Math::Quaternion(VX_Math::Vec3(0.0f, 1.0f, 0.0f), angle));
+  VX_Math::Matrix scale;
+  scale.SetScale(static_cast<float>(GetLampsScale()));
+  return rotation * scale;
+}
+
+void NLightEnvNode::CopyTo(NLightEnvNode& target) const {
+  boost::intrusive_ptr<NLightEnvNode const> const held(TryAddRef() ? this : nullptr, false);
+  boost::intrusive_ptr<NLightEnvNode> const heldTarget(target.TryAddRef() ? &target : nullptr,
+                                                       false);
+  auto const lamps = m_block->lamps;
+  target.SetName(GetName());
+  CopyAttributesTo(target);
+  for (auto const& lamp : lamps) lamp->CopyTo(*target.CreateLamp(lamp->GetName()));
+}
+
+void NLightEnvNode::OnSetName(core::name::NNamespace const&,
+                              core::name::NNamedObject const& object) {
+  // Others may have entered an object of their own.
+  auto const* const lamp = dynamic_cast<NLamp const*>(&object);
+  if (lamp != nullptr && lamp->GetOwner() == this) LampNameChanged(lamp);
+}
+
+void NLightEnvNode::LampNameChanged(NLamp const* lamp) {
+  SignalLampChange(*lamp, events::light_env::NLET_LAMP_RENAMED);
+}
+
+void NLightEnvNode::LampAttributeChanged(NLamp const* lamp, core::attribute::NAttribute const&) {
+  SignalLampChange(*lamp, events::light_env::NLET_LAMP_ATTRIBUTE_CHANGED);
+}
+
+void NLightEnvNode::SignalLampChange(NLamp const& lamp, NLampEventType type) {
+  NotifyObservers([&](events::light_env::NListener& listener) {
+    listener.SignalLampChange(*this, lamp, type);
+  });
+}
+
+}  // namespace corvanta::data::domain::light_env
