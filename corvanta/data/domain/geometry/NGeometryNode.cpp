@@ -1,0 +1,77 @@
+#include "corvanta/data/domain/geometry/NGeometryNode.h"
+
+#include <utility>
+#include <vector>
+
+#include "corvanta/core/string_table/string_table.h"
+
+namespace corvanta::data::domain::geometry {
+
+struct NGeometryNode::Block {
+  std::set<boost::intrusive_ptr<NSurface>> surfaces;
+};
+
+NGeometryNode::NGeometryNode(core::node::NNodeID const& id, core::domain::NDomainBase* domain,
+                             events::attribute_change::NMultiplexer const* multiplexer)
+    : NNode(id, domain, multiplexer,
+            core::string_table::GetString(core::string_table::DATA_GEOMETRY)),
+      m_block(new Block) {}
+
+NGeometryNode::~NGeometryNode() = default;
+
+std::set<boost::intrusive_ptr<NSurface>> const& NGeometryNode::GetSurfaces() const noexcept {
+  return m_block->surfaces;
+}
+
+std::set<boost::intrusive_ptr<NSurface>>::iterator NGeometryNode::Find(
+    NSurface& surface) const noexcept {
+  // The key doesn't count: a look-up mustn't end a surface that nobody holds.
+  boost::intrusive_ptr<NSurface> key(&surface, false);
+  auto const found = m_block->surfaces.find(key);
+  key.detach();
+  return found;
+}
+
+bool NGeometryNode::AddSurface(NSurface& surface) {
+  if (Find(surface) != m_block->surfaces.end()) return false;
+  // The entry is made by hand: nothing is counted before all is over that may fail.
+  std::set<boost::intrusive_ptr<NSurface>> made;
+  made.emplace();
+  auto entry = made.extract(made.begin());
+  bool const isNewOwner = surface.AddOwnerNode(*this);
+  boost::intrusive_ptr<NSurface> const held(&surface);
+  entry.value() = held;
+  m_block->surfaces.insert(std::move(entry));
+  if (!isNewOwner) return false;
+  OnSurfaceChange(surface, NGCT_SURFACE_ADDED);
+  return true;
+}
+
+bool NGeometryNode::RemoveSurface(NSurface& surface) {
+  auto const found = Find(surface);
+  if (found == m_block->surfaces.end()) return false;
+  boost::intrusive_ptr<NSurface> const held(&surface);
+  m_block->surfaces.erase(found);
+  if (!surface.RemoveOwnerNode(*this)) return false;
+  OnSurfaceChange(surface, NGCT_SURFACE_REMOVED);
+  return true;
+}
+
+void NGeometryNode::OnSurfaceChange(NSurface const& surface, NGeometryChangeType type) const {
+  NotifyObservers(
+      [&](NGeometryChangeListener& listener) { listener.OnGeometryChange(*this, surface, type); });
+}
+
+void NGeometryNode::CopyTo(NGeometryNode& target) const {
+  std::vector<boost::intrusive_ptr<NSurface>> clones;
+  clones.reserve(m_block->surfaces.size());
+  for (auto const& surface : m_block->surfaces) clones.push_back(surface->CloneSurface());
+  boost::intrusive_ptr<NGeometryNode const> const held(TryAddRef() ? this : nullptr, false);
+  boost::intrusive_ptr<NGeometryNode> const heldTarget(target.TryAddRef() ? &target : nullptr,
+                                                       false);
+  target.SetName(GetName());
+  CopyAttributesTo(target);
+  for (auto const& clone : clones) target.AddSurface(*clone);
+}
+
+}  // namespace corvanta::data::domain::geometry
