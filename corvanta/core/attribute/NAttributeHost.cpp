@@ -1,7 +1,10 @@
 #include "corvanta/core/attribute/NAttributeHost.h"
 
+#include <algorithm>
 #include <boost/intrusive_ptr.hpp>
 #include <new>
+#include <utility>
+#include <vector>
 
 namespace corvanta::core::attribute {
 
@@ -94,11 +97,16 @@ NAttribute const* NAttributeHost::QueryAttribute(wchar_t const* name) const noex
 }
 
 void NAttributeHost::CopyAttributesTo(NAttributeHost& target) const {
+  // A handler may change this host, and may drop the last reference of either.
+  boost::intrusive_ptr<NAttributeHost const> const held(TryAddRef() ? this : nullptr, false);
+  boost::intrusive_ptr<NAttributeHost> const heldTarget(target.TryAddRef() ? &target : nullptr,
+                                                        false);
+  std::vector<std::pair<detail::NNameIndex, variant::NVariant>> values;
   for (auto i = GetAttributeBegin(); i != GetAttributeEnd(); ++i) {
-    if (i->GetKind() == variant::NVK_NONE) continue;
-    if (NAttribute* const attribute = target.QueryAttribute(i->GetNameIndex())) {
-      attribute->SetValue(i->GetValue(), true);
-    }
+    if (i->GetKind() != variant::NVK_NONE) values.emplace_back(i->GetNameIndex(), i->GetValue());
+  }
+  for (auto const& [name, value] : values) {
+    if (NAttribute* const attribute = target.QueryAttribute(name)) attribute->SetValue(value, true);
   }
 }
 

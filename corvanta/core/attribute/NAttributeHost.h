@@ -77,7 +77,8 @@ class CORVANTA_API NAttributeHost
   }
   AttributeConstIterator GetAttributeEnd() const noexcept { return AttributeConstIterator(); }
 
-  /// Sets each attribute that both hosts have and that holds a value here.
+  /// Sets each attribute that both hosts have and that holds a value here, to the value that it had
+  /// when the copying began.
   /// Raises: the target's change hook for each, in order of creation.
   void CopyAttributesTo(NAttributeHost& target) const;
 

@@ -10,6 +10,13 @@ NNode::NNode(core::node::NNodeID const& id, core::domain::NDomainBase* domain,
 
 NNode::~NNode() = default;
 
+void NNode::CopyNodeTo(NNode& target) const {
+  boost::intrusive_ptr<NNode const> const held(TryAddRef() ? this : nullptr, false);
+  boost::intrusive_ptr<NNode> const heldTarget(target.TryAddRef() ? &target : nullptr, false);
+  target.SetName(GetName());
+  CopyAttributesTo(target);
+}
+
 void NNode::OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) {
   if (m_multiplexer) m_multiplexer->OnAttributeChange(*this, attribute);
 }

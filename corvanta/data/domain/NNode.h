@@ -37,6 +37,10 @@ class CORVANTA_API NNode : public core::node::NNode {
         events::attribute_change::NMultiplexer const* multiplexer, std::wstring const& name);
   ~NNode() override;
 
+  /// The beginning of every CopyTo: gives `target` this node's name, then its attribute values.
+  /// Both nodes are held meanwhile; who goes on with them holds them too.
+  void CopyNodeTo(NNode& target) const;
+
   /// Passes the change on to the attribute multiplexer.
   void OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) override;
 

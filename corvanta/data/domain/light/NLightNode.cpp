@@ -16,15 +16,11 @@ struct NLightNode::Block {
 
 NLightNode::NLightNode(core::node::NNodeID const& id, core::domain::NDomainBase* domain,
                        events::attribute_change::NMultiplexer const* multiplexer)
-    : NNode(id, domain, multiplexer,
-            core::string_table::GetString(core::string_table::DATA_LIGHT)),
+    : NNode(id, domain, multiplexer, core::string_table::GetString(core::string_table::DATA_LIGHT)),
       m_block(new Block{*this}) {}
 
 NLightNode::~NLightNode() = default;
 
-void NLightNode::CopyTo(NLightNode& target) const {
-  target.SetName(GetName());
-  CopyAttributesTo(target);
-}
+void NLightNode::CopyTo(NLightNode& target) const { CopyNodeTo(target); }
 
 }  // namespace corvanta::data::domain::light
