@@ -1,0 +1,35 @@
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphItemDomain.h"
+
+#include "corvanta/core/string_table/string_table.h"
+#include "corvanta/data/domain/domain_types.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
+
+namespace corvanta::data::domain::scenegraph::item {
+
+NSceneGraphItemDomain::NSceneGraphItemDomain(
+    core::domain::NDomainManager const* manager,
+    events::attribute_change::NMultiplexer const* multiplexer,
+    events::scene_graph_model::NMultiplexer* models,
+    events::scene_graph_hierarchy::NMultiplexer* hierarchy,
+    events::scene_graph_tree_host::NMultiplexer* treeHosts)
+    : NDomain(manager, multiplexer,
+              core::string_table::GetString(core::string_table::DATA_SCENEGRAPH_ITEM)),
+      m_models(models),
+      m_hierarchy(hierarchy),
+      m_treeHosts(treeHosts) {}
+
+NSceneGraphItemDomain::~NSceneGraphItemDomain() = default;
+
+wchar_t const* NSceneGraphItemDomain::GetTypeImpl() const { return DT_SCENEGRAPH_ITEM; }
+
+bool NSceneGraphItemDomain::InitializeNode(NSceneGraphItemNode& node) const {
+  if (!m_hierarchy) return true;
+  if (!Attach<events::scene_graph_hierarchy::NListener>(m_hierarchy, node)) return false;
+  if (auto* const reference = dynamic_cast<NSceneGraphReferenceNode*>(&node)) {
+    return Attach<events::scene_graph_tree_host::NListener>(
+        m_treeHosts, static_cast<tree::NSceneGraphTreeHost&>(*reference));
+  }
+  return true;
+}
+
+}  // namespace corvanta::data::domain::scenegraph::item

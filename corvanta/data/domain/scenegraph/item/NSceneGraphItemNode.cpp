@@ -1,0 +1,288 @@
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphItemNode.h"
+
+#include <algorithm>
+#include <array>
+
+#include "corvanta/core/detail/scope_exit.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
+#include "corvanta/data/domain/scenegraph/item/detail/block.h"
+#include "corvanta/data/domain/scenegraph/item/detail/default_name.h"
+#include "corvanta/vx_math/TransformInfo.h"
+#include "corvanta/vx_math/euler_angles.h"
+
+namespace corvanta::data::domain::scenegraph::item {
+
+namespace {
+
+using core::attribute::detail::AddNameMarks;
+using VX_Math::Matrix;
+using VX_Math::Vec3;
+
+constexpr std::size_t kIndexFrom = 32;
+constexpr unsigned kAttributeCount = 0
+#define CORVANTA_ROWS_COUNT
+#include "corvanta/data/domain/scenegraph/item/item_attributes.def"
+    ;
+
+Vec3 Narrow(double x, double y, double z) {
+  return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)};
+}
+
+/// Marks the names that the two caches depend on; runs when the library loads.
+[[maybe_unused]] bool const g_areNamesMarked = [] {
+  using namespace core::attribute::detail;
+  for (wchar_t const* const name :
+       {AN_TRANSLATION_X, AN_TRANSLATION_Y, AN_TRANSLATION_Z, AN_ROTATION_X, AN_ROTATION_Y,
+        AN_ROTATION_Z, AN_ROTATION_PIVOT_X, AN_ROTATION_PIVOT_Y, AN_ROTATION_PIVOT_Z, AN_SCALE_X,
+        AN_SCALE_Y, AN_SCALE_Z}) {
+    AddNameMarks(name, NNM_ITEM_TRANSFORM | NNM_ITEM_BOX);
+  }
+  AddNameMarks(AN_IS_VISIBLE, NNM_ITEM_BOX);
+  AddNameMarks(AN_TRANSFORM_IS_ABSOLUTE, NNM_ITEM_BOX);
+  return true;
+}();
+
+}  // namespace
+
+#define CORVANTA_ROWS_BODIES NSceneGraphItemNode
+#include "corvanta/data/domain/scenegraph/item/item_attributes.def"
+
+NSceneGraphItemNode::NSceneGraphItemNode(core::node::NNodeID const& id,
+                                         core::domain::NDomainBase* domain,
+                                         events::attribute_change::NMultiplexer const* multiplexer,
+                                         std::wstring const& typeName)
+    : NNode(id, domain, multiplexer, detail::MakeDefaultName(typeName)),
+      m_block((ReserveAttributes(kAttributeCount), new Block{*this})) {}
+
+NSceneGraphItemNode::~NSceneGraphItemNode() {
+  for (auto const& child : m_block->children) {
+    --child->m_block->listCount;
+    if (child->m_block->parent == this) child->m_block->parent = nullptr;
+  }
+  // A worklist, so that the end of a deep hierarchy doesn't recurse.
+  thread_local Children* pending = nullptr;
+  if (pending != nullptr) {
+    pending->splice(pending->end(), m_block->children);
+    return;
+  }
+  Children work(std::move(m_block->children));
+  pending = &work;
+  while (!work.empty()) {
+    boost::intrusive_ptr<NSceneGraphItemNode> const item = std::move(work.front());
+    work.pop_front();
+  }
+  pending = nullptr;
+}
+
+Matrix const& NSceneGraphItemNode::GetTransform() const {
+  Block& block = *m_block;
+  if (block.isTransformDirty) {
+    block.transform =
+        CalcTransformMatrix(Narrow(GetScaleX(), GetScaleY(), GetScaleZ()),
+                            Narrow(GetRotationPivotX(), GetRotationPivotY(), GetRotationPivotZ()),
+                            Narrow(GetRotationX(), GetRotationY(), GetRotationZ()),
+                            Narrow(GetTranslationX(), GetTranslationY(), GetTranslationZ()));
+    block.isTransformDirty = false;
+  }
+  return block.transform;
+}
+
+void NSceneGraphItemNode::OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) {
+  // Listeners run before the caches are marked, and the marking happens also when one throws.
+  core::detail::ScopeExit const mark([this, &attribute] {
+    unsigned const marks = core::attribute::detail::GetNameMarks(attribute.GetNameIndex());
+    if (marks & core::attribute::detail::NNM_ITEM_TRANSFORM) m_block->isTransformDirty = true;
+    if (marks & core::attribute::detail::NNM_ITEM_BOX) DirtyBoundingBox();
+  });
+  NNode::OnAttributeChangeImpl(attribute);
+}
+
+bool NSceneGraphItemNode::AddChild(NSceneGraphItemNode& child) {
+  if (IsChild(child) || child.m_block->parent != nullptr || IsOrStandsBelow(child)) return false;
+  Insert(child, m_block->children.end());
+  return true;
+}
+
+bool NSceneGraphItemNode::AddChild(NSceneGraphItemNode& child, unsigned int index) {
+  if (index >= m_block->children.size()) return AddChild(child);
+  if (IsChild(child) || child.GetDomain() != GetDomain() || IsOrStandsBelow(child)) return false;
+  Insert(child, std::next(m_block->children.begin(), index));
+  return true;
+}
+
+bool NSceneGraphItemNode::IsChild(NSceneGraphItemNode const& child) const {
+  Block const& block = *m_block;
+  if (child.m_block->listCount == 0) return false;
+  if (block.childIndex) return block.childIndex->count(&child) != 0;
+  return std::any_of(block.children.begin(), block.children.end(),
+                     [&child](auto const& entry) { return entry.get() == &child; });
+}
+
+/// Whether this item would be its own ancestor, were `item` put below it.
+bool NSceneGraphItemNode::IsOrStandsBelow(NSceneGraphItemNode const& item) const {
+  if (item.m_block->children.empty()) return &item == this;
+  for (NSceneGraphItemNode const* i = this; i != nullptr; i = i->m_block->parent) {
+    if (i == &item) return true;
+  }
+  return false;
+}
+
+void NSceneGraphItemNode::Insert(NSceneGraphItemNode& child, Children::const_iterator before) {
+  Block& block = *m_block;
+  if (!block.childIndex && block.children.size() + 1 >= kIndexFrom) {
+    auto index = std::make_unique<Block::ChildIndex>();
+    for (auto i = block.children.cbegin(); i != block.children.cend(); ++i) {
+      index->emplace(i->get(), i);
+    }
+    block.childIndex = std::move(index);
+  }
+  Children entry;
+  entry.emplace_back();  // not counted before nothing can fail any more
+  if (block.childIndex) block.childIndex->emplace(&child, entry.cbegin());
+  entry.front().reset(&child);
+  block.children.splice(before, entry);
+  ++child.m_block->listCount;
+  child.m_block->parent = this;
+  DirtyBoundingBox();
+  boost::intrusive_ptr<NSceneGraphItemNode> const held(&child);
+  NotifyObservers([&](auto& listener) { listener.SignalAddChild(*this, child); });
+}
+
+bool NSceneGraphItemNode::RemoveChild(NSceneGraphItemNode& child) {
+  if (!IsChild(child)) return false;
+  Block& block = *m_block;
+  boost::intrusive_ptr<NSceneGraphItemNode> const held(&child);
+  if (block.childIndex) {
+    auto const entry = block.childIndex->find(&child);
+    block.children.erase(entry->second);
+    block.childIndex->erase(entry);
+    if (block.children.size() < kIndexFrom / 2) block.childIndex.reset();
+  } else {
+    block.children.remove(held);
+  }
+  --child.m_block->listCount;
+  child.m_block->parent = nullptr;
+  DirtyBoundingBox();
+  NotifyObservers([&](auto& listener) { listener.SignalRemoveChild(*this, child); });
+  return true;
+}
+
+NSceneGraphItemNode::Children const& NSceneGraphItemNode::GetChildren() const {
+  return m_block->children;
+}
+
+boost::intrusive_ptr<NSceneGraphItemNode> NSceneGraphItemNode::GetParent() const {
+  NSceneGraphItemNode* const parent = m_block->parent;
+  return {parent != nullptr && parent->TryAddRef() ? parent : nullptr, false};
+}
+
+bool NSceneGraphItemNode::IsReferredFrom(NSceneGraphReferenceNode const& reference) const {
+  reference.VerifyReference();
+  return IsReferrer(reference);
+}
+
+namespace {
+
+struct SerialLess {
+  template <class Referrer>
+  bool operator()(Referrer const& referrer, std::uint64_t serial) const noexcept {
+    return referrer.weak->GetSerial() < serial;
+  }
+};
+
+}  // namespace
+
+bool NSceneGraphItemNode::IsReferrer(NSceneGraphReferenceNode const& reference) const {
+  auto const& referrers = m_block->referrers;
+  if (referrers.empty()) return false;
+  auto const weak = reference.GetWeakReference();
+  auto const place =
+      std::lower_bound(referrers.begin(), referrers.end(), weak->GetSerial(), SerialLess());
+  return place != referrers.end() && place->weak == weak;
+}
+
+bool NSceneGraphItemNode::AddReferrer(NSceneGraphReferenceNode const& reference) const {
+  auto& referrers = m_block->referrers;
+  auto weak = reference.GetWeakReference();
+  auto const place =
+      std::lower_bound(referrers.begin(), referrers.end(), weak->GetSerial(), SerialLess());
+  if (place != referrers.end() && place->weak == weak) return false;
+  referrers.insert(place, Block::Referrer{std::move(weak), &reference});
+  return true;
+}
+
+bool NSceneGraphItemNode::RemoveReferrer(NSceneGraphReferenceNode const& reference) const {
+  auto& referrers = m_block->referrers;
+  auto const weak = reference.GetWeakReference();
+  auto const place =
+      std::lower_bound(referrers.begin(), referrers.end(), weak->GetSerial(), SerialLess());
+  if (place == referrers.end() || place->weak != weak) return false;
+  referrers.erase(place);
+  return true;
+}
+
+void NSceneGraphItemNode::TryTransform(Matrix const& matrix) {
+  VX_Math::TransformInfo info;
+  VX_Math::GetTransformInfo_Degree(matrix, info);
+  Block& block = *m_block;
+  block.AN_TRANSLATION_X.TrySilently(info.translation.x);
+  block.AN_TRANSLATION_Y.TrySilently(info.translation.y);
+  block.AN_TRANSLATION_Z.TrySilently(info.translation.z);
+  block.AN_ROTATION_X.TrySilently(info.rotation.x);
+  block.AN_ROTATION_Y.TrySilently(info.rotation.y);
+  block.AN_ROTATION_Z.TrySilently(info.rotation.z);
+  block.AN_SCALE_X.TrySilently(info.scale.x);
+  block.AN_SCALE_Y.TrySilently(info.scale.y);
+  block.AN_SCALE_Z.TrySilently(info.scale.z);
+  block.isTransformDirty = true;
+  DirtyBoundingBox();
+}
+
+void NSceneGraphItemNode::CopyTo(NSceneGraphItemNode& target) const {
+  target.SetName(GetName());
+  CopyAttributesTo(target);
+  Block& to = *target.m_block;
+  to.isTransformDirty = m_block->isTransformDirty;
+  to.transform = m_block->transform;
+  to.isBoxDirty = m_block->isBoxDirty;
+  to.box = m_block->box;
+  if (&target != this) to.referrers = m_block->referrers;
+}
+
+unsigned int GetChildIndex(NSceneGraphItemNode& parent, NSceneGraphItemNode& child) {
+  unsigned int index = 0;
+  for (auto const& entry : parent.GetChildren()) {
+    if (entry.get() == &child) return index;
+    ++index;
+  }
+  return static_cast<unsigned int>(-1);
+}
+
+void SetTransform(NSceneGraphItemNode& item, Matrix const& matrix) {
+  VX_Math::TransformInfo info;
+  VX_Math::GetTransformInfo_Degree(matrix, info);
+  item.SetTranslationX(info.translation.x);
+  item.SetTranslationY(info.translation.y);
+  item.SetTranslationZ(info.translation.z);
+  item.SetRotationX(info.rotation.x);
+  item.SetRotationY(info.rotation.y);
+  item.SetRotationZ(info.rotation.z);
+  item.SetScaleX(info.scale.x);
+  item.SetScaleY(info.scale.y);
+  item.SetScaleZ(info.scale.z);
+}
+
+Matrix CalcTransformMatrix(Vec3 const& scale, Vec3 const& pivot, Vec3 const& rotation,
+                           Vec3 const& translation) {
+  Matrix result;
+  Matrix step;
+  result.SetScale(scale);
+  step.SetTranslate(-pivot);
+  result *= step;
+  result *= Matrix(VX_Math::CreateQuaternion(rotation, false));
+  step.SetTranslate(pivot + translation);
+  result *= step;
+  return result;
+}
+
+}  // namespace corvanta::data::domain::scenegraph::item

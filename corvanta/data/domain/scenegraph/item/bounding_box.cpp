@@ -1,0 +1,145 @@
+#include <algorithm>
+#include <vector>
+
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
+#include "corvanta/data/domain/scenegraph/item/detail/block.h"
+
+namespace corvanta::data::domain::scenegraph::item {
+
+using VX_Math::Box3;
+using VX_Math::Matrix;
+
+void NSceneGraphItemNode::DirtyBoundingBox() {
+  thread_local std::uint64_t walk = 0;
+  thread_local std::vector<NSceneGraphItemNode const*> pending;
+  // Referrers are walked beside the parents; each item once, since two references a level would
+  // double the visits at every level.
+  pending.clear();
+  ++walk;
+  for (NSceneGraphItemNode const* item = this; item != nullptr;) {
+    Block& block = *item->m_block;
+    NSceneGraphItemNode const* next = nullptr;
+    if (block.dirtyWalk != walk) {
+      block.dirtyWalk = walk;
+      block.isBoxDirty = true;
+      next = block.parent;
+      for (auto const& referrer : block.referrers) {
+        if (!referrer.weak->IsExpired()) pending.push_back(referrer.item);
+      }
+    }
+    if (next == nullptr && !pending.empty()) {
+      next = pending.back();
+      pending.pop_back();
+    }
+    item = next;
+  }
+}
+
+/// Computes the dirty boxes of a subtree from the leaves up, without recursion.
+///
+/// An item is entered, then its dirty visible children, then it is computed: its children are clean
+/// by then. What the walk stands in already is passed over and adds nothing: the item met twice
+/// through two lists, the tree that shows itself.
+struct NSceneGraphItemNode::BoxWalk {
+  struct Frame {
+    boost::intrusive_ptr<NSceneGraphItemNode const> item;  // null: not counted, the caller's
+    NSceneGraphItemNode const* node;
+    Matrix accumulated;
+    std::size_t firstPending;  // of this item's children
+  };
+
+  explicit BoxWalk(Matrix const& controlTransform) : base(controlTransform) {}
+  BoxWalk(BoxWalk const&) = delete;
+  BoxWalk& operator=(BoxWalk const&) = delete;
+  ~BoxWalk() {
+    for (Frame const& frame : frames) frame.node->m_block->isBeingBoxed = false;
+  }
+
+  static bool IsWanted(NSceneGraphItemNode const& child) {
+    Block const& block = *child.m_block;
+    return block.isBoxDirty && !block.isBeingBoxed && block.AN_IS_VISIBLE.Get();
+  }
+
+  void Enter(NSceneGraphItemNode const& item, boost::intrusive_ptr<NSceneGraphItemNode const> held,
+             Matrix const& accumulated) {
+    frames.push_back({std::move(held), &item, accumulated, pending.size()});
+    item.m_block->isBeingBoxed = true;
+    item.m_block->box = Box3();
+    for (auto const& child : item.m_block->children) {
+      if (IsWanted(*child)) pending.push_back(child);
+    }
+  }
+
+  void EnterChild(boost::intrusive_ptr<NSceneGraphItemNode const> child) {
+    if (!IsWanted(*child)) return;
+    Matrix const& local = child->GetTransform();
+    Matrix const accumulated =
+        local * (child->TransformIsAbsolute() ? base : frames.back().accumulated);
+    NSceneGraphItemNode const& item = *child;
+    Enter(item, std::move(child), accumulated);
+  }
+
+  void Run(NSceneGraphItemNode const& item, Matrix const& accumulated) {
+    Enter(item, nullptr, accumulated);
+    while (!frames.empty()) {
+      if (pending.size() != frames.back().firstPending) {
+        auto child = std::move(pending.back());
+        pending.pop_back();
+        EnterChild(std::move(child));
+        continue;
+      }
+      Frame const& frame = frames.back();
+      Block& block = *frame.node->m_block;
+      Box3 box;
+      frame.node->CalculateBoundingBox(box, frame.accumulated, base);
+      block.box = box;
+      block.isBoxDirty = false;
+      block.isBeingBoxed = false;
+      frames.pop_back();
+    }
+  }
+
+  Matrix const& base;
+  std::vector<Frame> frames;
+  std::vector<boost::intrusive_ptr<NSceneGraphItemNode const>> pending;
+};
+
+Box3 const& NSceneGraphItemNode::GetBoundingBox(Matrix const& accumulated,
+                                                Matrix const& base) const {
+  if (m_block->isBoxDirty && !m_block->isBeingBoxed) BoxWalk(base).Run(*this, accumulated);
+  return m_block->box;
+}
+
+void NSceneGraphItemNode::CalculateBoundingBox(Box3& box, Matrix const& accumulated,
+                                               Matrix const& base) const {
+  Children const& children = m_block->children;
+  if (std::none_of(children.begin(), children.end(),
+                   [](auto const& child) { return BoxWalk::IsWanted(*child); })) {
+    for (auto const& child : children) ExtendByChild(box, *child, accumulated, base);
+    return;
+  }
+  // Something dirtied a child since the walk passed it. Its box may reach listeners, which may edit
+  // the list.
+  Children const snapshot(children);
+  for (auto const& child : snapshot) ExtendByChild(box, *child, accumulated, base);
+}
+
+void NSceneGraphItemNode::ExtendByChild(Box3& box, NSceneGraphItemNode const& child,
+                                        Matrix const& accumulated, Matrix const& base) const {
+  if (!child.IsVisible()) return;
+  Matrix const& local = child.GetTransform();
+  if (child.TransformIsAbsolute()) {
+    Matrix const global = local * base;
+    Box3 childBox = child.GetBoundingBox(global, base);
+    childBox.Transform(global * accumulated.Inverse());
+    box.ExtendBy(childBox);
+    return;
+  }
+  // A clean box needs no matrix.
+  Box3 childBox = child.m_block->isBoxDirty ? child.GetBoundingBox(local * accumulated, base)
+                                            : child.m_block->box;
+  childBox.Transform(local);
+  box.ExtendBy(childBox);
+}
+
+}  // namespace corvanta::data::domain::scenegraph::item

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/core/reference_countable/NWeakReferenceImpl.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphItemNode.h"
+
+namespace corvanta::data::domain::scenegraph::item {
+
+struct NSceneGraphItemNode::Block {
+  /// A reference item that shows this one as a root, weakly; in the order of serial numbers.
+  struct Referrer {
+    boost::intrusive_ptr<core::reference_countable::NWeakReferenceImpl const> weak;
+    NSceneGraphItemNode const* item;
+  };
+  using ChildIndex = std::unordered_map<NSceneGraphItemNode const*, Children::const_iterator>;
+
+  core::attribute::NAttributeHost& host;
+#define CORVANTA_ROWS_SLOTS
+#include "corvanta/data/domain/scenegraph/item/item_attributes.def"
+
+  VX_Math::Matrix transform{};
+  VX_Math::Box3 box{};
+  bool isTransformDirty = true;
+  bool isBoxDirty = true;
+  bool isBeingBoxed = false;  // a walk for the box stands in this item
+  unsigned listCount = 0;     // the lists that this item stands in: an insert by index can make two
+  std::uint64_t dirtyWalk = 0;            // the last walk that marked this item
+  NSceneGraphItemNode* parent = nullptr;  // cleared by the parent's end
+  Children children{};
+  std::unique_ptr<ChildIndex> childIndex{};  // of all children, from kIndexFrom on
+  std::vector<Referrer> referrers{};
+};
+
+}  // namespace corvanta::data::domain::scenegraph::item

@@ -1,0 +1,110 @@
+#include "corvanta/data/domain/scenegraph/transform.h"
+
+#include "corvanta/data/domain/scenegraph/detail/item_access.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
+
+namespace corvanta::data::domain::scenegraph {
+
+namespace {
+
+using detail::NItemAccess;
+using item::NSceneGraphItemNode;
+using item::NSceneGraphReferenceNode;
+using tree::NSceneGraphTreeNode;
+using VX_Math::Matrix;
+
+/// Marks the names that a global transform or a view depends on; runs when the library loads.
+[[maybe_unused]] bool const g_areNamesMarked = [] {
+  using namespace core::attribute::detail;
+  for (wchar_t const* const name :
+       {L"translation.x", L"translation.y", L"translation.z", L"rotation.x", L"rotation.y",
+        L"rotation.z", L"rotation.pivot.x", L"rotation.pivot.y", L"rotation.pivot.z", L"interest.x",
+        L"interest.y", L"interest.z", L"scale.x", L"scale.y", L"scale.z",
+        L"transform.isAbsolute"}) {
+    AddNameMarks(name, NNM_GLOBAL_TRANSFORM);
+  }
+  return true;
+}();
+
+/// One tree's part of the product: from an item up to where the tree ends.
+class Ascent {
+ public:
+  Ascent(NSceneGraphItemNode const& item, Matrix& matrix) : m_item(&item), m_out(matrix) {}
+
+  /// Takes in the item that it stands at.
+  /// Fails: false for an absolute item, at which the product ends.
+  bool MultiplyItem() {
+    m_out.MultRight(m_item->GetTransform());
+    return !m_item->TransformIsAbsolute();
+  }
+  void MoveUp() {
+    m_item = NItemAccess::GetParent(*m_item);
+    if (m_item == nullptr) throw NGetGlobalTransformException();
+  }
+  NSceneGraphItemNode const& GetItem() const { return *m_item; }
+
+ private:
+  NSceneGraphItemNode const* m_item;
+  Matrix& m_out;
+};
+
+/// Multiplies up to the item that `reference` shows as a root.
+/// Fails: false for an absolute item on the way.
+bool AscendToReference(NSceneGraphItemNode const& item, NSceneGraphReferenceNode const& reference,
+                       Matrix& out) {
+  Ascent ascent(item, out);
+  if (!ascent.MultiplyItem()) return false;
+  // Recording the reference may reach listeners, so it comes before the items are walked uncounted.
+  reference.VerifyReference();
+  while (!NItemAccess::IsReferrer(ascent.GetItem(), reference)) {
+    ascent.MoveUp();
+    if (!ascent.MultiplyItem()) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+NGetGlobalTransformException::~NGetGlobalTransformException() = default;
+
+bool IsSceneGraphTransformAttribute(wchar_t const* name) {
+  using namespace core::attribute::detail;
+  NNameIndex const index = name == nullptr ? kNoName : FindName(name);
+  return index != kNoName && (GetNameMarks(index) & NNM_GLOBAL_TRANSFORM) != 0;
+}
+
+Matrix& GetGlobalTransform(
+    NSceneGraphItemNode const& item, NSceneGraphTreeNode const& tree,
+    std::vector<boost::intrusive_ptr<NSceneGraphReferenceNode const>> const& checkPoints,
+    Matrix& out) {
+  Matrix product;
+  NSceneGraphItemNode const* current = &item;
+  bool isFirst = true;
+  for (auto point = checkPoints.rbegin(); point != checkPoints.rend(); ++point) {
+    auto const shown = *point ? (*point)->GetSceneGraph() : nullptr;
+    if (!shown) throw NGetGlobalTransformException();
+    if (!isFirst) product.MultRight(shown->GetControlTransform().Inverse());
+    bool const isRelative = AscendToReference(*current, **point, product);
+    product.MultRight(shown->GetControlTransform());
+    if (!isRelative) return out = product;
+    current = point->get();
+    isFirst = false;
+  }
+  auto const root = tree.GetRoot();
+  if (!root) throw NGetGlobalTransformException();
+  if (!isFirst) product.MultRight(tree.GetControlTransform().Inverse());
+  Ascent ascent(*current, product);
+  while (ascent.MultiplyItem() && &ascent.GetItem() != root.get()) ascent.MoveUp();
+  product.MultRight(tree.GetControlTransform());
+  return out = product;
+}
+
+Matrix GetGlobalTransform(
+    NSceneGraphItemNode const& item, NSceneGraphTreeNode const& tree,
+    std::vector<boost::intrusive_ptr<NSceneGraphReferenceNode const>> const& checkPoints) {
+  Matrix out;
+  return GetGlobalTransform(item, tree, checkPoints, out);
+}
+
+}  // namespace corvanta::data::domain::scenegraph

@@ -1,0 +1,52 @@
+#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeHost.h"
+
+namespace corvanta::data::domain::scenegraph::tree {
+
+using core::node::NNodeReference;
+
+NSceneGraphTreeHost::NSceneGraphTreeHost() = default;
+NSceneGraphTreeHost::~NSceneGraphTreeHost() = default;
+
+boost::intrusive_ptr<NSceneGraphTreeNode> NSceneGraphTreeHost::GetSceneGraph() const {
+  auto tree = m_tree.Get();
+  if (!tree) return nullptr;
+  auto& self = const_cast<NSceneGraphTreeHost&>(*this);
+  if (tree->AddObserver(static_cast<NSceneGraphTreeListener&>(self))) {
+    boost::intrusive_ptr<NSceneGraphTreeHost> const held(TryAddRef() ? &self : nullptr, false);
+    self.OnSceneGraphTreeChange(nullptr);
+    self.OnRootChangeImpl(tree->GetRoot());
+  }
+  return tree;
+}
+
+NNodeReference<NSceneGraphTreeNode> const& NSceneGraphTreeHost::GetSceneGraphRef() const {
+  return m_tree;
+}
+
+void NSceneGraphTreeHost::SetSceneGraph(NNodeReference<NSceneGraphTreeNode> const& tree) {
+  NNodeReference<NSceneGraphTreeNode> const given = tree;  // it may be this host's own
+  auto const oldTree = GetSceneGraph();
+  if (oldTree) oldTree->RemoveObserver(static_cast<NSceneGraphTreeListener&>(*this));
+  if (auto const newTree = given.Get()) {
+    newTree->AddObserver(static_cast<NSceneGraphTreeListener&>(*this));
+  }
+  m_tree = given;
+  OnSceneGraphTreeChange(oldTree);
+}
+
+void NSceneGraphTreeHost::OnRootChangeImpl(
+    boost::intrusive_ptr<item::NSceneGraphItemNode> const& oldRoot) {
+  auto const tree = GetSceneGraph();
+  if (!tree) return;
+  NotifyObservers(
+      [&](auto& listener) { listener.SignalSceneGraphTreeRootChange(*this, *tree, oldRoot); });
+}
+
+void NSceneGraphTreeHost::OnControlTransformChangeImpl() {}
+
+void NSceneGraphTreeHost::OnSceneGraphTreeChange(
+    boost::intrusive_ptr<NSceneGraphTreeNode> const& oldTree) {
+  NotifyObservers([&](auto& listener) { listener.SignalSceneGraphTreeChange(*this, oldTree); });
+}
+
+}  // namespace corvanta::data::domain::scenegraph::tree

@@ -1,0 +1,118 @@
+#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
+
+#include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/core/detail/scope_exit.h"
+#include "corvanta/core/string_table/string_table.h"
+#include "corvanta/data/domain/scenegraph/coord_conversion.h"
+#include "corvanta/vx_math/Quaternion.h"
+
+namespace corvanta::data::domain::scenegraph::tree {
+
+namespace {
+
+using core::attribute::detail::AddNameMarks;
+using core::node::NNodeReference;
+using item::NSceneGraphItemNode;
+
+/// Marks what the control transform depends on; runs when the library loads.
+[[maybe_unused]] bool const g_areNamesMarked = [] {
+  using namespace core::attribute::detail;
+  AddNameMarks(AN_COORD_CONVERSION, NNM_TREE_CONTROL | NNM_COORD_CONVERSION);
+  AddNameMarks(AN_UNIT, NNM_TREE_CONTROL);
+  return true;
+}();
+
+}  // namespace
+
+struct NSceneGraphTreeNode::Block {
+  core::attribute::NAttributeHost& host;
+#define CORVANTA_ROWS_SLOTS
+#include "corvanta/data/domain/scenegraph/tree/tree_attributes.def"
+
+  VX_Math::Matrix control{};
+  bool isControlDirty = true;
+  bool isTessellated = false;
+  NNodeReference<NSceneGraphItemNode> root{};
+};
+
+#define CORVANTA_ROWS_BODIES NSceneGraphTreeNode
+#include "corvanta/data/domain/scenegraph/tree/tree_attributes.def"
+
+NSceneGraphTreeNode::NSceneGraphTreeNode(core::node::NNodeID const& id,
+                                         core::domain::NDomainBase* domain,
+                                         events::attribute_change::NMultiplexer const* multiplexer)
+    : NNode(id, domain, multiplexer,
+            core::string_table::GetString(core::string_table::DATA_SCENEGRAPH_TREE)),
+      m_block(new Block{*this}) {}
+
+NSceneGraphTreeNode::~NSceneGraphTreeNode() = default;
+
+boost::intrusive_ptr<NSceneGraphItemNode> NSceneGraphTreeNode::GetRoot() const {
+  return m_block->root.Get();
+}
+
+NNodeReference<NSceneGraphItemNode> const& NSceneGraphTreeNode::GetRootRef() const {
+  return m_block->root;
+}
+
+void NSceneGraphTreeNode::SetRoot(NNodeReference<NSceneGraphItemNode> const& root) {
+  boost::intrusive_ptr<NSceneGraphTreeNode> const held(TryAddRef() ? this : nullptr, false);
+  NNodeReference<NSceneGraphItemNode> const old = m_block->root;
+  m_block->root = root;
+  auto const oldForHosts = old.Get();
+  Hosts::NotifyObservers([&](auto& host) { host.OnRootChange(oldForHosts); });
+  auto const oldForEvents = old.Get();
+  Events::NotifyObservers([&](auto& listener) { listener.SignalRootChange(*this, oldForEvents); });
+}
+
+VX_Math::Matrix const& NSceneGraphTreeNode::GetControlTransform() const {
+  Block& block = *m_block;
+  if (block.isControlDirty) {
+    auto const unit = static_cast<float>(GetUnit());
+    block.control.SetScale(VX_Math::Vec3(unit, unit, unit));
+    if (GetCoordConversion() == CCV_ZUP_TO_YUP) {
+      block.control.MultRight(
+          VX_Math::Matrix(VX_Math::Quaternion(VX_Math::Vec3(0, 0, 1), VX_Math::Vec3(0, 1, 0))));
+    }
+    block.isControlDirty = false;
+  }
+  return block.control;
+}
+
+bool NSceneGraphTreeNode::IsTessellated() const { return m_block->isTessellated; }
+
+void NSceneGraphTreeNode::SetIsTessellated(bool isTessellated) {
+  m_block->isTessellated = isTessellated;
+}
+
+void NSceneGraphTreeNode::CopyTo(NSceneGraphTreeNode& target) const {
+  NNodeReference<NSceneGraphItemNode> const root = m_block->root;
+  target.SetName(GetName());
+  CopyAttributesTo(target);
+  target.SetRoot(root);
+}
+
+void NSceneGraphTreeNode::OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) {
+  bool const isControl = core::attribute::detail::GetNameMarks(attribute.GetNameIndex()) &
+                         core::attribute::detail::NNM_TREE_CONTROL;
+  {
+    // Listeners run before the cache is marked, and the marking happens also when one throws.
+    core::detail::ScopeExit const mark([this, isControl] {
+      if (isControl) m_block->isControlDirty = true;
+    });
+    NNode::OnAttributeChangeImpl(attribute);
+  }
+  if (isControl) Hosts::NotifyObservers([](auto& host) { host.OnControlTransformChange(); });
+}
+
+}  // namespace corvanta::data::domain::scenegraph::tree
+
+namespace corvanta::data::domain::scenegraph {
+
+bool IsSceneGraphCoordConversionAttribute(wchar_t const* name) {
+  using namespace core::attribute::detail;
+  NNameIndex const index = name == nullptr ? kNoName : FindName(name);
+  return index != kNoName && (GetNameMarks(index) & NNM_COORD_CONVERSION) != 0;
+}
+
+}  // namespace corvanta::data::domain::scenegraph
