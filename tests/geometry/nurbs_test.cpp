@@ -1,0 +1,158 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include "corvanta/data/domain/geometry/NGeometryDomain.h"
+#include "corvanta/data/domain/geometry/NNurbsSurface.h"
+
+namespace corvanta::data::domain::geometry {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using VX_Math::Vec2;
+using VX_Math::Vec3;
+using VX_Tess::NurbsBasis;
+using VX_Tess::NurbsCurve2d;
+using VX_Tess::NurbsSurface;
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+NurbsBasis const kLine{2, {0, 0, 1, 1}};
+NurbsBasis const kParabola{3, {0, 0, 0, 1, 1, 1}};
+
+class CountingSurface final : public NurbsSurface {
+ public:
+  void ClearTessellation() override { ++cleared; }
+  int cleared = 0;
+};
+
+TEST(Nurbs, RefusesWhatIsInconsistent) {
+  struct Row {
+    char const* name;
+    NurbsBasis u;
+    std::size_t pointCount;  // with a line along v
+    std::vector<double> weights;
+    bool isTaken = false;
+  };
+  Row const rows[] = {
+      {"line", kLine, 4, {}, true},
+      {"unclamped", {3, {-3, -1, 0, 2, 5, 9, 9.5}}, 8, {}, true},
+      {"inner knot as often as the order", {2, {0, 0, 1, 1, 2, 2}}, 8, {}, true},
+      {"weighted", kLine, 4, {1, 0.5, 2, 1e-300}, true},
+      {"order 0", {0, {0, 1}}, 4, {}},
+      {"order 1", {1, {0, 1, 2}}, 4, {}},
+      {"fewer control points than the order", {3, {0, 0, 1, 1, 1}}, 4, {}},
+      {"no knots", {2, {}}, 0, {}},
+      {"an order beyond all knots", {0xFFFFFFFF, {0, 0, 1, 1}}, 4, {}},
+      {"descending", {2, {0, 0, 1, 0.5}}, 4, {}},
+      {"all at one place", {2, {1, 1, 1, 1}}, 4, {}},
+      {"inner knot too often", {2, {0, 0, 1, 1, 1, 2, 2}}, 10, {}},
+      {"knot not a number", {2, {0, 0, kNaN, 1}}, 4, {}},
+      {"first knot not a number", {2, {kNaN, 0, 1, 1}}, 4, {}},
+      {"endless knot", {2, {0, 0, 1, kInfinity}}, 4, {}},
+      {"too few control points", kLine, 3, {}},
+      {"too many control points", kLine, 5, {}},
+      {"no control points", kLine, 0, {}},
+      {"too few weights", kLine, 4, {1, 1, 1}},
+      {"zero weight", kLine, 4, {1, 0, 1, 1}},
+      {"negative weight", kLine, 4, {1, -1, 1, 1}},
+      {"weight not a number", kLine, 4, {1, kNaN, 1, 1}},
+  };
+  for (Row const& row : rows) {
+    SCOPED_TRACE(row.name);
+    CountingSurface* const surface = new CountingSurface;
+    boost::intrusive_ptr<NurbsSurface> const held(surface);
+    std::vector<Vec3> const old(6, Vec3(1, 2, 3));
+    ASSERT_TRUE(surface->SetGeometry(kParabola, kLine, old, {1, 2, 3, 4, 5, 6}));
+    std::vector<Vec3> const points(row.pointCount, Vec3(4, 5, 6));
+    EXPECT_EQ(surface->SetGeometry(row.u, kLine, points, row.weights), row.isTaken);
+    EXPECT_EQ(surface->GetBasisU(), row.isTaken ? row.u : kParabola);
+    EXPECT_EQ(surface->GetBasisV(), kLine);
+    EXPECT_EQ(surface->GetControlPoints(), row.isTaken ? points : old);
+    EXPECT_EQ(surface->GetWeights(),
+              row.isTaken ? row.weights : (std::vector<double>{1, 2, 3, 4, 5, 6}));
+    EXPECT_EQ(surface->cleared, row.isTaken ? 2 : 1);
+    EXPECT_EQ(surface->SetGeometry(kLine, row.u, points, row.weights), row.isTaken);
+
+    // A curve wants half of what the surface wants along u and its line.
+    bool const isWhole = row.pointCount % 2 != 0;
+    std::vector<Vec2> const oldPoints(2, Vec2(1, 2));
+    std::vector<Vec2> const curvePoints(isWhole ? row.pointCount : row.pointCount / 2, Vec2(3, 4));
+    std::vector<double> curveWeights = row.weights;
+    if (curveWeights.size() == 4) curveWeights.resize(2);
+    boost::intrusive_ptr<NurbsCurve2d> const curve(new NurbsCurve2d);
+    ASSERT_TRUE(curve->SetGeometry(kLine, oldPoints, {1, 2}));
+    EXPECT_EQ(curve->SetGeometry(row.u, curvePoints, curveWeights), row.isTaken);
+    EXPECT_EQ(curve->GetBasis(), row.isTaken ? row.u : kLine);
+    EXPECT_EQ(curve->GetControlPoints(), row.isTaken ? curvePoints : oldPoints);
+    EXPECT_EQ(curve->GetWeights(), row.isTaken ? curveWeights : (std::vector<double>{1, 2}));
+  }
+}
+
+TEST(Nurbs, KeepsTrimCurvesByLoop) {
+  boost::intrusive_ptr<NNurbsSurface> const surface(new NNurbsSurface);
+  EXPECT_EQ(surface->GetNurbsSaveType(), NNST_DEFAULT);
+  boost::intrusive_ptr<NurbsCurve2d> const a(new NurbsCurve2d);
+  boost::intrusive_ptr<NurbsCurve2d> const b(new NurbsCurve2d);
+  EXPECT_FALSE(surface->AddTrimCurve(0, *a));
+  EXPECT_THAT(surface->GetTrimLoops(), IsEmpty());
+  EXPECT_EQ(surface->AddTrimLoop(), 0u);
+  EXPECT_EQ(surface->AddTrimLoop(), 1u);
+  EXPECT_THAT(surface->GetTessNurbsSurface().GetTrimCurves(), IsEmpty());
+  EXPECT_FALSE(surface->AddTrimCurve(2, *a));
+  EXPECT_FALSE(surface->AddTrimCurve(0xFFFFFFFF, *a));
+  EXPECT_TRUE(surface->AddTrimCurve(1, *a));
+  EXPECT_TRUE(surface->AddTrimCurve(1, *b));
+  EXPECT_TRUE(surface->AddTrimCurve(0, *b));
+  EXPECT_THAT(surface->GetTrimLoops(), ElementsAre(ElementsAre(b), ElementsAre(a, b)));
+  NurbsSurface& tess = surface->GetTessNurbsSurface();
+  EXPECT_THAT(tess.GetTrimCurves(),
+              ElementsAre(testing::Pair(0u, ElementsAre(b)), testing::Pair(1u, ElementsAre(a, b))));
+  EXPECT_EQ(tess.AppendTrimCurve(0, nullptr), 0);
+  EXPECT_NE(tess.AppendTrimCurve(0xFFFFFFFF, a.get()), 0);
+  EXPECT_THAT(tess.GetTrimCurves(), SizeIs(3));
+  tess.ClearGeometry();
+  EXPECT_THAT(tess.GetTrimCurves(), IsEmpty());
+  EXPECT_THAT(surface->GetTrimLoops(), SizeIs(2));
+}
+
+TEST(Nurbs, ClonesShareNothingButTheCurvesOfTheLoops) {
+  boost::intrusive_ptr<NNurbsSurface> surface(new NNurbsSurface);
+  boost::intrusive_ptr<NurbsCurve2d> const curve(new NurbsCurve2d);
+  std::vector<Vec3> const points(4, Vec3(1, 2, 3));
+  curve->SetGeometry(kLine, {Vec2(0, 0), Vec2(1, 1)});
+  surface->GetTessNurbsSurface().SetGeometry(kLine, kLine, points, {1, 2, 3, 4});
+  surface->SetNurbsSaveType(NNurbsSaveType{2});
+  surface->Assign({1, 2, 3}, {0, 0, 1}, {0, 0, 0}, {});
+  surface->AddTrimLoop();
+  surface->AddTrimCurve(0, *curve);
+
+  auto const clone = boost::dynamic_pointer_cast<NNurbsSurface>(surface->CloneSurface());
+  ASSERT_TRUE(clone);
+  boost::intrusive_ptr<NurbsSurface> const shallow(surface->GetTessNurbsSurface().Clone(false));
+  EXPECT_EQ(shallow->GetTrimCurves().at(0)[0], curve);
+  surface->AddTrimLoop();
+  surface->AddTrimCurve(0, *new NurbsCurve2d);
+  surface->GetTessNurbsSurface().ClearGeometry();
+  curve->ClearGeometry();
+  surface.reset();
+
+  EXPECT_EQ(clone->GetNurbsSaveType(), 2);
+  EXPECT_EQ(clone->GetCoords().size(), 1u);
+  EXPECT_THAT(clone->GetTrimLoops(), ElementsAre(ElementsAre(curve)));
+  NurbsSurface const& tess = clone->GetTessNurbsSurface();
+  EXPECT_EQ(tess.GetControlPoints(), points);
+  EXPECT_THAT(tess.GetWeights(), ElementsAre(1, 2, 3, 4));
+  ASSERT_THAT(tess.GetTrimCurves(), ElementsAre(testing::Pair(0u, SizeIs(1))));
+  EXPECT_EQ(tess.GetTrimCurves().at(0)[0]->GetBasis(), kLine);
+  EXPECT_TRUE(clone->AddTrimCurve(0, *curve));
+}
+
+}  // namespace
+}  // namespace corvanta::data::domain::geometry
