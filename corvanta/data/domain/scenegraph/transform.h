@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "corvanta/data/domain/fwd.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/export.h"
 #include "corvanta/vx_math/Matrix.h"
 
