@@ -1,0 +1,105 @@
+#include "corvanta/platform/temporary.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <optional>
+
+#include "corvanta/core/text/convert.h"
+#include "corvanta/platform/narrow_path.h"
+
+namespace corvanta::platform {
+
+namespace {
+
+// The folder stands where everybody may write: what is found there is only taken if it is a folder
+// of this user, not a link to one, and closed to all others.
+bool MakeOwnFolder(std::string const& path) {
+  mkdir(path.c_str(), S_IRWXU);
+  int const folder = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+  if (folder < 0) {
+    return false;
+  }
+  struct stat status;
+  bool const own = fstat(folder, &status) == 0 && status.st_uid == geteuid() &&
+                   ((status.st_mode & ACCESSPERMS) == S_IRWXU || fchmod(folder, S_IRWXU) == 0);
+  close(folder);
+  return own;
+}
+
+// Empty if it can't be had.
+std::string GetNarrowFolder() {
+  char const* const set = secure_getenv("TMPDIR");
+  std::string folder = set && *set == '/' ? set : P_tmpdir;
+  folder += "/corvanta-" + std::to_string(geteuid());
+  return MakeOwnFolder(folder) ? folder : std::string();
+}
+
+// Makes a file of a new name, open for writing, and changes `path` to it. Its last characters
+// before the extension are to be XXXXXX.
+NFile MakeFile(std::string& path, std::size_t extensionLength) {
+  int const descriptor = mkostemps(path.data(), static_cast<int>(extensionLength), O_CLOEXEC);
+  if (descriptor < 0) {
+    return nullptr;
+  }
+  NFile file(fdopen(descriptor, "wb"));
+  if (!file) {
+    close(descriptor);
+    unlink(path.c_str());
+  }
+  return file;
+}
+
+}  // namespace
+
+std::wstring GetTemporaryFolder() { return core::text::ToWide(GetNarrowFolder()); }
+
+std::wstring WriteTemporaryFile(std::wstring const& name, void const* bytes, std::size_t length) {
+  std::string const folder = GetNarrowFolder();
+  std::optional<std::string> const narrow = ToNarrowPath(name);
+  if (folder.empty() || !narrow) {
+    return {};
+  }
+  std::string const path = folder + '/' + *narrow;
+  std::string aside = path + ".XXXXXX";
+  NFile file = MakeFile(aside, 0);
+  if (!file) {
+    return {};
+  }
+  bool written = std::fwrite(bytes, 1, length, file.get()) == length;
+  written = std::fclose(file.release()) == 0 && written;
+  if (!written || rename(aside.c_str(), path.c_str()) != 0) {
+    unlink(aside.c_str());
+    return {};
+  }
+  return core::text::ToWide(path);
+}
+
+NTemporaryFile::NTemporaryFile(std::wstring const& extension) {
+  std::string const folder = GetNarrowFolder();
+  std::string const end = core::text::ToNarrow(extension);
+  if (folder.empty()) {
+    return;
+  }
+  std::string path = folder + "/XXXXXX" + end;
+  m_file = MakeFile(path, end.size());
+  if (m_file) {
+    m_path = core::text::ToWide(path);
+  }
+}
+
+NTemporaryFile::~NTemporaryFile() {
+  if (!m_path.empty()) {
+    unlink(core::text::ToNarrow(m_path).c_str());
+  }
+}
+
+bool NTemporaryFile::Write(void const* bytes, std::size_t length) {
+  return m_file && std::fwrite(bytes, 1, length, m_file.get()) == length;
+}
+
+bool NTemporaryFile::Close() { return m_file && std::fclose(m_file.release()) == 0; }
+
+}  // namespace corvanta::platform
