@@ -1,0 +1,115 @@
+#include "corvanta/data/resource/image/create_image.h"
+
+#include <boost/thread/locks.hpp>
+#include <boost/thread/mutex.hpp>
+#include <optional>
+#include <string_view>
+
+#include "corvanta/core/zip/NUnzipToTemporary.h"
+#include "corvanta/core/zip/pass.h"
+#include "corvanta/data/internal/built_in_images.h"
+#include "corvanta/data/resource/image/NNestedCreationError.h"
+#include "corvanta/data/resource/image/detail/NFIImage.h"
+#include "corvanta/data/resource/image/detail/NUnknownImage.h"
+#include "corvanta/platform/picture.h"
+
+namespace corvanta::data::resource::image {
+
+namespace {
+
+boost::mutex& GetCreationMutex() {
+  static boost::mutex& mutex = *new boost::mutex;
+  return mutex;
+}
+
+// Marks this thread as loading; a second time it throws, where the mutex would wait for itself.
+class NestingGuard {
+ public:
+  NestingGuard() {
+    if (m_loading) {
+      throw NNestedCreationError();
+    }
+    m_loading = true;
+  }
+  ~NestingGuard() { m_loading = false; }
+  NestingGuard(NestingGuard const&) = delete;
+  NestingGuard& operator=(NestingGuard const&) = delete;
+
+ private:
+  static thread_local bool m_loading;
+};
+
+thread_local bool NestingGuard::m_loading = false;
+
+// The file to read for a locator: its own, or an unpacked one that lasts as long as the object.
+class SourceFile {
+ public:
+  explicit SourceFile(core::locator::NLocator const& locator)
+      : m_path(core::uri::GetFile(locator.GetUri())) {
+    if (locator.IsZipped()) {
+      m_unzipped.emplace(m_path, locator.GetZippedPath(),
+                         core::zip::GetPass(m_path, core::zip::NPT_ARCHIVE));
+    }
+  }
+
+  core::uri::NPath const& GetPath() const {
+    return m_unzipped ? m_unzipped->GetTemporaryFilePath() : m_path;
+  }
+
+ private:
+  core::uri::NPath const m_path;
+  std::optional<core::zip::NUnzipToTemporary> m_unzipped;
+};
+
+boost::intrusive_ptr<NImage> LoadImage(core::uri::NPath const& path, NImageFormat format) {
+  try {
+    if (format == NIF_DECODED) {
+      return boost::intrusive_ptr<NImage>(new detail::NFIImage(path));
+    }
+    return boost::intrusive_ptr<NImage>(new detail::NUnknownImage(path));
+  } catch (...) {
+    core::uri::NPath const notFound = core::uri::GetFile(internal::GetNotFoundImage().GetUri());
+    return boost::intrusive_ptr<NImage>(new detail::NUnknownImage(notFound));
+  }
+}
+
+}  // namespace
+
+boost::intrusive_ptr<NImage> CreateImage(core::locator::NLocator const& locator,
+                                         NImageFormat format) {
+  NestingGuard const guard;
+  boost::mutex::scoped_lock const lock(GetCreationMutex());
+  SourceFile const file(locator);
+  return LoadImage(file.GetPath(), format);
+}
+
+NImageFormat LocatorToFormat(core::locator::NLocator const& locator) {
+  if (!core::uri::Exists(core::uri::GetFile(locator.GetUri()))) {
+    return NIF_RAW;
+  }
+  SourceFile const file(locator);
+  switch (static_cast<int>(platform::GetFIFFromFilename(file.GetPath().ToString()))) {
+    case platform::PF_UNKNOWN:
+      return ExtensionToFormat(file.GetPath().GetExtension().c_str());
+    case platform::PF_BMP:
+    case platform::PF_PNG:
+    case platform::PF_PPM:
+    case platform::PF_PPMRAW:
+    case platform::PF_TARGA:
+    case platform::PF_DDS:
+    case platform::PF_HDR:
+      return NIF_RAW;
+    default:
+      return NIF_DECODED;
+  }
+}
+
+NImageFormat ExtensionToFormat(wchar_t const* extension) {
+  std::wstring lower = extension;
+  for (wchar_t& c : lower) {
+    c = c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
+  }
+  return lower == L".tif" || lower == L".tiff" ? NIF_DECODED : NIF_RAW;
+}
+
+}  // namespace corvanta::data::resource::image

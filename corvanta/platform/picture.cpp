@@ -1,0 +1,7 @@
+#include "corvanta/platform/picture.h"
+
+namespace corvanta::platform {
+
+NPicture::~NPicture() = default;
+
+}  // namespace corvanta::platform

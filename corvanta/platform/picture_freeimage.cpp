@@ -1,0 +1,216 @@
+#ifdef CORVANTA_WITH_FREEIMAGE
+
+#include <FreeImagePlus.h>
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <mutex>
+#include <optional>
+
+#include "corvanta/platform/file.h"
+#include "corvanta/platform/narrow_path.h"
+#include "corvanta/platform/picture.h"
+#include "corvanta/platform/picture_size.h"
+
+namespace corvanta::platform {
+
+namespace {
+
+constexpr int kFormats[][2] = {
+    {PF_UNKNOWN, FIF_UNKNOWN}, {PF_BMP, FIF_BMP},     {PF_JPEG, FIF_JPEG}, {PF_JNG, FIF_JNG},
+    {PF_KOALA, FIF_KOALA},     {PF_IFF, FIF_IFF},     {PF_PNG, FIF_PNG},   {PF_PPM, FIF_PPM},
+    {PF_PPMRAW, FIF_PPMRAW},   {PF_TARGA, FIF_TARGA}, {PF_TIFF, FIF_TIFF}, {PF_WBMP, FIF_WBMP},
+    {PF_DDS, FIF_DDS},         {PF_GIF, FIF_GIF},     {PF_HDR, FIF_HDR},   {PF_SGI, FIF_SGI},
+    {PF_J2K, FIF_J2K},         {PF_JP2, FIF_JP2}};
+static_assert(std::ranges::all_of(kFormats, [](auto const& pair) { return pair[0] == pair[1]; }));
+
+constexpr std::uint64_t kMostSide = 16384;
+constexpr std::uint64_t kMostPixels = 256ULL * 1024 * 1024;
+constexpr long long kMostBytesWithoutHeader = 16LL * 1024 * 1024;
+
+// Keeps the TIFF library beneath the decoder from writing to the error stream. Its two message
+// handlers are process-wide, so they are put back when the last one that is under way ends.
+class TiffSilence {
+ public:
+  TiffSilence() {
+    Shared& shared = GetShared();
+    std::scoped_lock const lock(shared.mutex);
+    if (shared.count++ == 0) {
+      Exchange(shared, nullptr, nullptr);
+    }
+  }
+  ~TiffSilence() {
+    Shared& shared = GetShared();
+    std::scoped_lock const lock(shared.mutex);
+    if (--shared.count == 0) {
+      Exchange(shared, shared.error, shared.warning);
+    }
+  }
+  TiffSilence(TiffSilence const&) = delete;
+  TiffSilence& operator=(TiffSilence const&) = delete;
+
+ private:
+  using Handler = void (*)(char const*, char const*, va_list);
+  using Setter = Handler (*)(Handler);
+
+  struct Shared {
+    std::mutex mutex;
+    int count = 0;
+    Setter setError = nullptr;
+    Setter setWarning = nullptr;
+    Handler error = nullptr;
+    Handler warning = nullptr;
+
+    Shared() {
+      // Looked for from the decoder on: nothing says that this library sees what only that one
+      // depends on.
+      Dl_info info{};
+      if (dladdr(reinterpret_cast<void const*>(&FreeImage_GetVersion), &info) == 0) {
+        return;
+      }
+      if (void* const decoder = dlopen(info.dli_fname, RTLD_LAZY | RTLD_NOLOAD)) {
+        setError = reinterpret_cast<Setter>(dlsym(decoder, "TIFFSetErrorHandler"));
+        setWarning = reinterpret_cast<Setter>(dlsym(decoder, "TIFFSetWarningHandler"));
+        dlclose(decoder);
+      }
+    }
+  };
+
+  static Shared& GetShared() {
+    static Shared& shared = *new Shared;
+    return shared;
+  }
+
+  static void Exchange(Shared& shared, Handler error, Handler warning) {
+    if (shared.setError && shared.setWarning) {
+      shared.error = shared.setError(error);
+      shared.warning = shared.setWarning(warning);
+    }
+  }
+};
+
+// What lies past the end reads as zeros: one decoder doesn't look at the count, and goes on for
+// ever with what stood in its buffer before.
+unsigned ReadHandle(void* buffer, unsigned size, unsigned count, fi_handle handle) {
+  std::size_t const read =
+      std::fread(buffer, 1, std::size_t{size} * count, static_cast<std::FILE*>(handle));
+  std::memset(static_cast<char*>(buffer) + read, 0, std::size_t{size} * count - read);
+  return size == 0 ? 0 : static_cast<unsigned>(read / size);
+}
+
+unsigned WriteHandle(void*, unsigned, unsigned, fi_handle) { return 0; }
+
+int SeekHandle(fi_handle handle, long offset, int origin) {
+  return std::fseek(static_cast<std::FILE*>(handle), offset, origin);
+}
+
+long TellHandle(fi_handle handle) { return std::ftell(static_cast<std::FILE*>(handle)); }
+
+// A picture file open for decoding, its format judged by content and then by name.
+class OpenPicture {
+ public:
+  explicit OpenPicture(std::wstring const& path)
+      : m_path(path), m_file(OpenFile(path, "rb")), m_format(JudgeFormat()) {}
+
+  bool IsReadable() const {
+    return m_format != FIF_UNKNOWN && FreeImage_FIFSupportsReading(m_format);
+  }
+
+  // The size, without taking memory for pixels.
+  std::optional<NPictureSize> GetSize() {
+    if (FreeImage_FIFSupportsNoPixels(m_format)) {
+      if (m_format == FIF_JNG) {  // the picture inside it has a size of its own
+        return std::nullopt;
+      }
+      fipImage header;
+      header = Decode(FIF_LOAD_NOPIXELS);
+      return header.isValid() ? std::optional<NPictureSize>({header.getWidth(), header.getHeight()})
+                              : std::nullopt;
+    }
+    std::vector<unsigned char> bytes;
+    if (GetFileSize(m_path) > kMostBytesWithoutHeader || !ReadFile(m_path, bytes)) {
+      return std::nullopt;
+    }
+    return m_format == FIF_KOALA ? NPictureSize{320, 200}
+                                 : PeekSize(static_cast<NPictureFormat>(m_format), bytes);
+  }
+
+  FIBITMAP* Decode(int flags) {
+    std::rewind(m_file.get());
+    return FreeImage_LoadFromHandle(m_format, &m_io, m_file.get(), flags);
+  }
+
+ private:
+  FREE_IMAGE_FORMAT JudgeFormat() {
+    if (!m_file) {
+      return FIF_UNKNOWN;
+    }
+    FREE_IMAGE_FORMAT const format = FreeImage_GetFileTypeFromHandle(&m_io, m_file.get(), 0);
+    return format != FIF_UNKNOWN ? format
+                                 : static_cast<FREE_IMAGE_FORMAT>(GetFIFFromFilename(m_path));
+  }
+
+  TiffSilence const m_silence;
+  std::wstring const m_path;
+  FreeImageIO m_io{&ReadHandle, &WriteHandle, &SeekHandle, &TellHandle};
+  NFile const m_file;
+  FREE_IMAGE_FORMAT const m_format;
+};
+
+std::optional<NPictureSize> GetSizeWithinLimits(OpenPicture& picture) {
+  std::optional<NPictureSize> const size = picture.IsReadable() ? picture.GetSize() : std::nullopt;
+  bool const within = size && size->width <= kMostSide && size->height <= kMostSide &&
+                      std::uint64_t{size->width} * size->height <= kMostPixels;
+  return within ? size : std::nullopt;
+}
+
+bool Load(fipImage& image, std::wstring const& path) {
+  OpenPicture picture(path);
+  if (!GetSizeWithinLimits(picture)) {
+    return false;
+  }
+  image = picture.Decode(0);
+  return image.isValid();
+}
+
+class DecodedPicture : public NPicture {
+ public:
+  fipImage& GetImage() { return m_image; }
+  void const* GetInfoHeader() const override { return m_image.getInfoHeader(); }
+  unsigned int GetByteLength() const override { return m_image.getImageSize(); }
+
+ private:
+  fipImage m_image{FIT_BITMAP, 0, 0};
+};
+
+}  // namespace
+
+NPictureFormat GetFIFFromFilename(std::wstring const& path) {
+  std::optional<std::string> const narrow = ToNarrowPath(path);
+  return narrow ? static_cast<NPictureFormat>(FreeImage_GetFIFFromFilename(narrow->c_str()))
+                : PF_UNKNOWN;
+}
+
+std::unique_ptr<NPicture const> LoadPicture(std::wstring const& path) {
+  auto picture = std::make_unique<DecodedPicture>();
+  if (!Load(picture->GetImage(), path)) {
+    return nullptr;
+  }
+  return picture;
+}
+
+bool GetPictureSize(std::wstring const& path, unsigned int& width, unsigned int& height) {
+  OpenPicture picture(path);
+  std::optional<NPictureSize> const size = GetSizeWithinLimits(picture);
+  if (size) {
+    width = size->width;
+    height = size->height;
+  }
+  return size.has_value();
+}
+
+}  // namespace corvanta::platform
+
+#endif
