@@ -1,0 +1,144 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "corvanta/core/uri/NUri.h"
+#include "corvanta/core/zip/NUnzipToTemporary.h"
+#include "corvanta/core/zip/NZipError.h"
+#include "corvanta/core/zip/pass.h"
+#include "corvanta/platform/temporary.h"
+#include "tests/support/temporary_files.h"
+#include "tests/support/zip_archive.h"
+
+namespace corvanta::core::zip {
+namespace {
+
+using support::ReadBytes;
+using testing::IsEmpty;
+using uri::NPath;
+
+class Zip : public testing::Test {
+ protected:
+  // Every outcome must leave the temporary folder as it was.
+  ~Zip() override { EXPECT_THAT(m_files.GetLeftovers(), IsEmpty()); }
+
+  NPath Archive(std::vector<support::ZipEntry> const& entries) {
+    support::WriteZip(m_files.At("archive.zip"), entries);
+    return m_files.At("archive.zip");
+  }
+
+  support::TemporaryFiles const m_files;
+};
+
+TEST_F(Zip, WhatIsNotAnArchiveThrows) {
+  NPath const archive = Archive({{"a.txt", "text"}});
+  EXPECT_THROW(NUnzipToTemporary(archive, L"b.txt", L""), NZipError);
+  EXPECT_THROW(NUnzipToTemporary(archive, L"A.txt", L""), NZipError);
+  EXPECT_THROW(NUnzipToTemporary(archive, L"", L""), NZipError);
+  EXPECT_THROW(NUnzipToTemporary(archive, std::wstring(L"a.txt\0x", 7), L""), NZipError);
+  EXPECT_THROW(NUnzipToTemporary(m_files.At("none.zip"), L"a.txt", L""), NZipError);
+  EXPECT_THROW(NUnzipToTemporary(m_files.At(""), L"a.txt", L""), NZipError);
+  EXPECT_THROW(NUnzipToTemporary(m_files.Write("text.zip", "no archive"), L"a.txt", L""),
+               NZipError);
+  ASSERT_EQ(mkfifo((m_files.GetFolder() / "pipe.zip").c_str(), 0600), 0);
+  EXPECT_THROW(NUnzipToTemporary(m_files.At("pipe.zip"), L"a.txt", L""), NZipError);
+}
+
+TEST_F(Zip, DamagedEntriesThrow) {
+  std::string content;
+  for (int i = 0; i < 20000; ++i) content += std::to_string(i * 7919 % 10007);
+  std::string const bytes = ReadBytes(Archive({{"a.txt", content}}));
+  for (std::size_t at : {bytes.size() / 4, bytes.size() / 2}) {
+    std::string damaged = bytes;
+    damaged[at] = static_cast<char>(damaged[at] ^ 0x55);
+    EXPECT_THROW(NUnzipToTemporary(m_files.Write("damaged.zip", damaged), L"a.txt", L""), NZipError)
+        << at;
+  }
+  EXPECT_THROW(NUnzipToTemporary(m_files.Write("short.zip", bytes.substr(0, bytes.size() / 2)),
+                                 L"a.txt", L""),
+               NZipError);
+}
+
+TEST_F(Zip, EncryptedEntriesNeedTheirPass) {
+  for (zip_uint16_t const method : {ZIP_EM_AES_256, ZIP_EM_TRAD_PKWARE}) {
+    NPath const archive =
+        Archive({{"a.txt", "secret", method, "gr\xc3\xbcn"}, {"open.txt", "open"}});
+    EXPECT_THROW(NUnzipToTemporary(archive, L"a.txt", L""), NZipPassError);
+    EXPECT_THROW(NUnzipToTemporary(archive, L"a.txt", L"rot"), NZipPassError);
+    EXPECT_EQ(ReadBytes(NUnzipToTemporary(archive, L"a.txt", L"gr\x00fcn").GetTemporaryFilePath()),
+              "secret");
+    EXPECT_EQ(ReadBytes(NUnzipToTemporary(archive, L"open.txt", L"rot").GetTemporaryFilePath()),
+              "open");
+  }
+}
+
+// Traditional encryption knows a wrong pass by one byte alone, so among some 600 a few are only
+// found out by what they unpack.
+TEST_F(Zip, NoWrongPassIsTakenForARightOne) {
+  NPath const archive = Archive({{"a.txt", "some secret text", ZIP_EM_TRAD_PKWARE, "right"}});
+  for (int i = 0; i < 600; ++i) {
+    EXPECT_THROW(NUnzipToTemporary(archive, L"a.txt", L"wrong" + std::to_wstring(i)),
+                 NZipPassError);
+  }
+}
+
+TEST_F(Zip, EntriesThatGrowBeyondMeasureThrow) {
+  constexpr std::size_t kMiB = 1024 * 1024;
+  std::string const zeros(70 * kMiB, '\0');  // packs to about a thousandth
+  NPath const archive = Archive({{"a.bin", zeros}, {"b.bin", zeros.substr(0, 60 * kMiB)}});
+  EXPECT_THROW(NUnzipToTemporary(archive, L"a.bin", L""), NZipError);
+  EXPECT_EQ(ReadBytes(NUnzipToTemporary(archive, L"b.bin", L"").GetTemporaryFilePath()).size(),
+            60 * kMiB);
+
+  // The same with an archive that claims a small size for it.
+  std::string bytes = ReadBytes(archive);
+  std::size_t const directory = bytes.find("PK\x01\x02");
+  ASSERT_NE(directory, std::string::npos);
+  bytes.replace(directory + 24, 4, std::string("\0\1\0\0", 4));
+  bytes.replace(22, 4, std::string("\0\1\0\0", 4));
+  EXPECT_THROW(NUnzipToTemporary(m_files.Write("liar.zip", bytes), L"a.bin", L""), NZipError);
+}
+
+TEST_F(Zip, TheFileHoldsTheEntryAsLongAsTheObject) {
+  NPath const archive = Archive({{"dir/\xc3\xa4.jpg", std::string("a\0b", 3)}, {"empty", ""}});
+  NPath path;
+  {
+    NUnzipToTemporary const unzipped(archive, L"dir/\x00e4.jpg", L"");
+    NUnzipToTemporary const again(archive, L"dir/\x00e4.jpg", L"");
+    path = unzipped.GetTemporaryFilePath();
+    EXPECT_NE(again.GetTemporaryFilePath(), path);
+    EXPECT_EQ(ReadBytes(path), std::string("a\0b", 3));
+    EXPECT_EQ(ReadBytes(NUnzipToTemporary(archive, L"empty", L"").GetTemporaryFilePath()), "");
+  }
+  EXPECT_FALSE(uri::Exists(path));
+}
+
+TEST_F(Zip, OfTheEntrysNameOnlyAPlainExtensionIsKept) {
+  struct Row {
+    std::string name;
+    std::wstring extension;
+  };
+  for (Row const& row :
+       {Row{"a.jpg", L".jpg"}, Row{"a.b.TIFF", L".TIFF"}, Row{"a.12345678", L".12345678"},
+        Row{"a.123456789", L""}, Row{"a", L""}, Row{"a.", L""}, Row{"a.b c", L""},
+        Row{"a.\xc3\xa4", L""}, Row{"../../x.p~g", L""}, Row{"/etc/x.png", L".png"}}) {
+    NPath const archive = Archive({{row.name, "x"}});
+    NUnzipToTemporary const unzipped(archive, text::ToWide(row.name), L"");
+    EXPECT_EQ(unzipped.GetTemporaryFilePath().GetExtension(), row.extension) << row.name;
+    EXPECT_TRUE(unzipped.GetTemporaryFilePath().ToString().starts_with(
+        platform::GetTemporaryFolder() + L"/"));
+  }
+}
+
+TEST(Pass, ComesFromTheProvider) {
+  EXPECT_EQ(GetPass(L"a.zip", NPT_ARCHIVE), L"");
+  SetPassProvider([](NPath const& path, NPassType type) -> std::wstring {
+    SetPassProvider({});  // its own replacement doesn't pull it away from under it
+    return path.ToString() + std::to_wstring(type);
+  });
+  EXPECT_EQ(GetPass(L"a.zip", NPT_ARCHIVE), L"a.zip256");
+  EXPECT_EQ(GetPass(L"a.zip", NPT_ARCHIVE), L"");
+}
+
+}  // namespace
+}  // namespace corvanta::core::zip
