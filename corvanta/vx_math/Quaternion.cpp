@@ -7,7 +7,7 @@ namespace VX_Math {
 namespace {
 
 // Below this sine of the angle between them, two quaternions are mixed by weight.
-constexpr double kLeastSine = 1e-6;
+constexpr float kLeastSine = 1e-6f;
 
 struct Direction {
   explicit Direction(Vec3 const& v) noexcept : x(v.x), y(v.y), z(v.z) {
@@ -93,11 +93,9 @@ Quaternion Quaternion::Slerp(Quaternion const& a, Quaternion const& b, float t) 
 }
 
 Quaternion Slerp(Quaternion const& a, Quaternion const& b, float t, float angle) noexcept {
-  double const sine = std::sin(static_cast<double>(angle));
+  float const sine = std::sin(angle);
   if (std::abs(sine) < kLeastSine) return Mix(a, 1.0f - t, b, t);
-  double const weightA = std::sin((1.0 - t) * angle) / sine;
-  double const weightB = std::sin(static_cast<double>(t) * angle) / sine;
-  return Mix(a, static_cast<float>(weightA), b, static_cast<float>(weightB));
+  return Mix(a, std::sin((1.0f - t) * angle) / sine, b, std::sin(t * angle) / sine);
 }
 
 }  // namespace VX_Math
