@@ -32,8 +32,8 @@ class CORVANTA_API Box3 {
     min = {Least(box.min.x, min.x), Least(box.min.y, min.y), Least(box.min.z, min.z)};
     max = {Greatest(box.max.x, max.x), Greatest(box.max.y, max.y), Greatest(box.max.z, max.z)};
   }
-  /// Becomes the box of its eight corners, each taken through `m` as a point. An empty box stays as
-  /// it is.
+  /// Becomes the box of its eight corners, each taken through `m` as a point; an empty box stays
+  /// empty.
   void Transform(Matrix const& m) noexcept;
 
   constexpr bool PointInBox(Vec3 const& point) const noexcept {

@@ -6,17 +6,15 @@
 
 namespace VX_Math {
 
-/// A rotation as four floats, the vector part before the scalar one. Starts as no rotation, (0, 0,
-/// 0, 1).
+/// A rotation as four floats, the vector part first. Starts as no rotation, (0, 0, 0, 1).
 ///
-/// Nothing normalises a quaternion that is set by its members; q and -q turn alike but aren't
-/// equal.
+/// Members are taken as they are, never normalised; q and -q turn alike but aren't equal.
 class CORVANTA_API Quaternion {
  public:
   constexpr Quaternion() noexcept = default;
   constexpr Quaternion(float x0, float y0, float z0, float w0) noexcept
       : x(x0), y(y0), z(z0), w(w0) {}
-  /// Turns about `axis`, of any length, counterclockwise as seen from its tip. A zero axis: no
+  /// Turns about `axis`, of any length, counterclockwise as seen from its tip. A zero axis gives no
   /// rotation.
   Quaternion(Vec3 const& axis, float radians) noexcept;
   /// Takes the direction `from` to the direction `to` by the shortest way.
@@ -47,9 +45,10 @@ class CORVANTA_API Quaternion {
 
 static_assert(sizeof(Quaternion) == 16);
 
-/// The point at `t` on the arc from `a` (at 0) to `b` (at 1), `angle` being taken as the angle of
-/// the two. Takes the way round that `angle` says: no sign is changed. Where the angle's sine is
-/// below 1e-6, the result is the weighted sum. Units: radians.
+/// The point at `t` on the arc from `a` (at 0) to `b` (at 1), taking `angle` as the angle of the
+/// two and changing no sign. Where the angle's sine is below 1e-6, it is the weighted sum.
+///
+/// Units: `angle` in radians.
 CORVANTA_API Quaternion Slerp(Quaternion const& a, Quaternion const& b, float t,
                               float angle) noexcept;
 

@@ -1,8 +1,7 @@
 #pragma once
 
 /// Vectors, matrices, quaternions and boxes in single precision.
-/// Units: row vectors (a point stands on the left of its matrix, `a * b` applies `a` first),
-/// right-handed.
+/// Units: row vectors (a point stands left of its matrix, `a * b` applies `a` first), right-handed.
 namespace VX_Math {
 
 class Box3;
