@@ -37,6 +37,8 @@ class NTypedAttribute {
   }
   /// Raises: the host's attribute change.
   void Set(T const& value) const { m_attribute->SetValue(variant::NVariant(value), true); }
+  /// Whether `attribute` is the one behind this slot.
+  bool Is(NAttribute const& attribute) const noexcept { return m_attribute == &attribute; }
   /// Offers a value without notification; see NAttribute::Try.
   bool TrySilently(T const& value) const {
     return m_attribute->Try(variant::NVariant(value), false);
