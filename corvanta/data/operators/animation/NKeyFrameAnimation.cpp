@@ -1,0 +1,116 @@
+#include "corvanta/data/operators/animation/NKeyFrameAnimation.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+#include "corvanta/data/operators/animation/NInterpolatorError.h"
+#include "corvanta/data/operators/animation/detail/NTimeIndex.h"
+
+namespace corvanta::data::operators::animation {
+
+struct NKeyFrameAnimation::Block {
+  void Leave(double time) noexcept;
+  void UpdateSpans();
+
+  std::map<unsigned int, NKeyData> keys;
+  std::map<double, unsigned int> times;  // how many keys stand at each
+  unsigned int lastHandle = INVALID_KEY_HANDLE;
+  // The keys in order of time, while they are fresh: span i lies between the keys i and i + 1.
+  bool isFresh = false;
+  detail::NTimeIndex index;
+  std::vector<double> values;
+};
+
+/// Takes a key away from `time`.
+void NKeyFrameAnimation::Block::Leave(double time) noexcept {
+  auto const found = times.find(time);
+  if (--found->second == 0) times.erase(found);
+}
+
+void NKeyFrameAnimation::Block::UpdateSpans() {
+  if (times.size() != keys.size()) throw NInterpolatorError();
+  std::vector<std::pair<double, double>> sorted;
+  sorted.reserve(keys.size());
+  for (auto const& [handle, key] : keys) sorted.emplace_back(key.time, key.value);
+  std::sort(sorted.begin(), sorted.end(),
+            [](auto const& a, auto const& b) { return a.first < b.first; });
+  std::vector<double> freshTimes;
+  std::vector<double> freshValues;
+  freshTimes.reserve(sorted.size());
+  freshValues.reserve(sorted.size());
+  for (auto const& [time, value] : sorted) {
+    freshTimes.push_back(time);
+    freshValues.push_back(value);
+  }
+  index = detail::NTimeIndex(std::move(freshTimes));
+  values = std::move(freshValues);
+  isFresh = true;
+}
+
+NKeyFrameAnimation::NKeyFrameAnimation() : m_block(new Block) {}
+
+NKeyFrameAnimation::~NKeyFrameAnimation() = default;
+
+unsigned int NKeyFrameAnimation::AddKey(NKeyData const& data) {
+  Block& block = *m_block;
+  if (std::isnan(data.time) || block.times.count(data.time) != 0) return INVALID_KEY_HANDLE;
+  auto const key = block.keys.emplace_hint(block.keys.end(), block.lastHandle + 1, data);
+  try {
+    block.times.emplace(data.time, 1);
+  } catch (...) {
+    block.keys.erase(key);
+    throw;
+  }
+  block.isFresh = false;
+  return ++block.lastHandle;
+}
+
+bool NKeyFrameAnimation::RemoveKey(unsigned int handle) {
+  Block& block = *m_block;
+  auto const found = block.keys.find(handle);
+  if (found == block.keys.end()) return false;
+  block.Leave(found->second.time);
+  block.keys.erase(found);
+  block.isFresh = false;
+  return true;
+}
+
+bool NKeyFrameAnimation::ModifyKey(unsigned int handle, NKeyData const& data) {
+  Block& block = *m_block;
+  auto const found = block.keys.find(handle);
+  if (found == block.keys.end() || std::isnan(data.time)) return false;
+  NKeyData& key = found->second;
+  if (data.time != key.time) {
+    ++block.times[data.time];
+    block.Leave(key.time);
+  }
+  key = data;
+  block.isFresh = false;
+  return true;
+}
+
+double NKeyFrameAnimation::CalculateValue(double time) const {
+  Block& block = *m_block;
+  if (!block.isFresh) {
+    if (block.keys.empty()) {
+      static char text[] = "NKeyFrameAnimation::CalculateValue";
+      throw static_cast<char*>(text);
+    }
+    block.UpdateSpans();
+  }
+  std::vector<double> const& times = block.index.GetTimes();
+  std::size_t const right = block.index.LowerBound(time);
+  if (right == 0) return block.values.front();
+  if (right == times.size()) return block.values.back();
+  double const l = times[right - 1];
+  double const r = times[right];
+  return ((r - time) * block.values[right - 1] + (time - l) * block.values[right]) / (r - l);
+}
+
+std::map<unsigned int, NKeyData> const& NKeyFrameAnimation::GetKeyData() const noexcept {
+  return m_block->keys;
+}
+
+}  // namespace corvanta::data::operators::animation
