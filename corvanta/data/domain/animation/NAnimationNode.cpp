@@ -1,0 +1,101 @@
+#include "corvanta/data/domain/animation/NAnimationNode.h"
+
+#include <utility>
+#include <vector>
+
+#include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/core/string_table/string_table.h"
+
+namespace corvanta::data::domain::animation {
+
+using operators::animation::NKeyFrameAnimation;
+
+namespace {
+
+/// An entry of the map, ready to be played.
+struct Part {
+  boost::intrusive_ptr<NAnimationTarget> target;
+  core::attribute::detail::NNameIndex name;
+  boost::intrusive_ptr<NKeyFrameAnimation> curve;
+};
+using Parts = std::vector<Part>;
+
+}  // namespace
+
+struct NAnimationNode::Block {
+  std::shared_ptr<Parts const> const& GetParts();
+
+  core::attribute::NAttributeHost& host;
+#define CORVANTA_ROWS_SLOTS
+#include "corvanta/data/domain/animation/animation_attributes.def"
+  Animations animations{};
+  // What SetFrame walks. Null after a change of the map; a running step keeps the one it has.
+  std::shared_ptr<Parts const> parts{};
+};
+
+#define CORVANTA_ROWS_BODIES NAnimationNode
+#include "corvanta/data/domain/animation/animation_attributes.def"
+
+std::shared_ptr<Parts const> const& NAnimationNode::Block::GetParts() {
+  if (!parts) {
+    auto made = std::make_shared<Parts>();
+    made->reserve(animations.size());
+    for (auto const& [context, curve] : animations) {
+      if (!context.target) continue;
+      auto const name = core::attribute::detail::InternName(context.attributeName.c_str());
+      made->push_back({context.target, name, curve});
+    }
+    parts = std::move(made);
+  }
+  return parts;
+}
+
+NAnimationNode::NAnimationNode(core::node::NNodeID const& id, core::domain::NDomainBase* domain,
+                               events::attribute_change::NMultiplexer const* multiplexer)
+    : NNode(id, domain, multiplexer,
+            core::string_table::GetString(core::string_table::DATA_ANIMATION)),
+      m_block(new Block{*this}) {}
+
+NAnimationNode::~NAnimationNode() = default;
+
+void NAnimationNode::CopyTo(NAnimationNode& target) const {
+  boost::intrusive_ptr<NAnimationNode const> const held(TryAddRef() ? this : nullptr, false);
+  boost::intrusive_ptr<NAnimationNode> const heldTarget(target.TryAddRef() ? &target : nullptr,
+                                                        false);
+  Animations animations;
+  if (&target != this) animations = m_block->animations;
+  target.SetName(GetName());
+  CopyAttributesTo(target);
+  if (&target == this) return;
+  target.m_block->animations.swap(animations);
+  target.m_block->parts.reset();
+}
+
+void NAnimationNode::SetFrame(double frame) const {
+  auto const parts = m_block->GetParts();
+  for (Part const& part : *parts) {
+    auto const host = part.target->GetTarget();
+    if (!host) continue;
+    core::attribute::NAttribute* const attribute = host->QueryAttribute(part.name);
+    if (attribute == nullptr) continue;
+    attribute->SetValue(part.curve->CalculateValue(frame), true);
+  }
+}
+
+bool NAnimationNode::AddAnimation(NAnimationContext const& context, NKeyFrameAnimation& curve) {
+  if (!m_block->animations.try_emplace(context, &curve).second) return false;
+  m_block->parts.reset();
+  return true;
+}
+
+void NAnimationNode::ClearAnimations() {
+  m_block->parts.reset();
+  // The curves and targets may end here: the map is empty by then.
+  Animations().swap(m_block->animations);
+}
+
+NAnimationNode::Animations const& NAnimationNode::GetAnimations() const noexcept {
+  return m_block->animations;
+}
+
+}  // namespace corvanta::data::domain::animation
