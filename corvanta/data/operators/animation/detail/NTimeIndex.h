@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "corvanta/export.h"
+
 namespace corvanta::data::operators::animation::detail {
 
 /// Ascending times, and where a time stands among them.
@@ -12,7 +14,7 @@ namespace corvanta::data::operators::animation::detail {
 /// A grid over the range of the times says where to look, so that a search mostly touches one cell
 /// of it and one time or two; crowded cells are halved. Any number of threads may search.
 /// Cost: constant for times that spread, logarithmic for times that crowd.
-class NTimeIndex {
+class CORVANTA_API NTimeIndex {
  public:
   NTimeIndex() = default;
   explicit NTimeIndex(std::vector<double> times);
