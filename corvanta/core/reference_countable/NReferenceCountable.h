@@ -2,6 +2,7 @@
 
 #include <atomic>
 
+#include "corvanta/core/reference_countable/detail/single_threaded.h"
 #include "corvanta/export.h"
 
 namespace corvanta::core::reference_countable {
@@ -14,14 +15,27 @@ namespace corvanta::core::reference_countable {
 /// and goes in there does nothing.
 class CORVANTA_API NReferenceCountable {
  public:
-  void AddRef() const noexcept { m_count.fetch_add(1, std::memory_order_relaxed); }
+  void AddRef() const noexcept {
+    if (detail::IsSingleThreaded()) {
+      AddPlainly(1);
+    } else {
+      m_count.fetch_add(1, std::memory_order_relaxed);
+    }
+  }
   void Release() const noexcept {
-    if (m_count.fetch_sub(1, std::memory_order_acq_rel) == 1) Destroy();
+    int const before = detail::IsSingleThreaded() ? AddPlainly(-1)
+                                                  : m_count.fetch_sub(1, std::memory_order_acq_rel);
+    if (before == 1) Destroy();
   }
   /// Adds a reference only if somebody holds one already.
   /// Fails: false while the count is 0, and in the destructor.
   bool TryAddRef() const noexcept {
     int count = m_count.load(std::memory_order_relaxed);
+    if (detail::IsSingleThreaded()) {
+      if (count <= 0) return false;
+      m_count.store(count + 1, std::memory_order_relaxed);
+      return true;
+    }
     while (count > 0) {
       if (m_count.compare_exchange_weak(count, count + 1, std::memory_order_relaxed)) return true;
     }
@@ -38,6 +52,12 @@ class CORVANTA_API NReferenceCountable {
   bool IsDying() const noexcept { return m_count.load(std::memory_order_relaxed) < 0; }
 
  private:
+  /// Gives the count from before.
+  int AddPlainly(int step) const noexcept {
+    int const before = m_count.load(std::memory_order_relaxed);
+    m_count.store(before + step, std::memory_order_relaxed);
+    return before;
+  }
   void Destroy() const noexcept;
 
   mutable std::atomic<int> m_count{0};

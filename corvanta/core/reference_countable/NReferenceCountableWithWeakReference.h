@@ -16,6 +16,11 @@ class CORVANTA_API NReferenceCountableWithWeakReference : public NReferenceCount
   /// The one weak reference of this object, made at the first call.
   /// Cost: one allocation at the first call, none later.
   boost::intrusive_ptr<NWeakReferenceImpl const> GetWeakReference() const;
+  /// The weak reference for a look-up.
+  /// Fails: null if nobody has asked for one yet.
+  NWeakReferenceImpl const* FindWeakReference() const noexcept {
+    return m_weakReference.load(std::memory_order_acquire);
+  }
 
  protected:
   NReferenceCountableWithWeakReference() noexcept = default;
