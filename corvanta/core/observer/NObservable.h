@@ -17,7 +17,7 @@ class CORVANTA_API NObservable {
   /// Fails: false if `listener` is registered already.
   bool AddObserver(Listener& listener) { return m_observers.AddObserver(listener, &listener); }
   /// Fails: false if `listener` isn't registered.
-  bool RemoveObserver(Listener& listener) { return m_observers.RemoveObserver(listener); }
+  bool RemoveObserver(Listener& listener) noexcept { return m_observers.RemoveObserver(listener); }
 
  protected:
   NObservable() noexcept = default;
@@ -31,6 +31,7 @@ class CORVANTA_API NObservable {
   /// Calls `call(Listener&)` for each observer; the subject is held while the delivery runs.
   template <class Call>
   void NotifyObservers(Call&& call) const {
+    if (m_observers.IsEmpty()) return;
     Subject const& subject = static_cast<Subject const&>(*this);
     boost::intrusive_ptr<Subject const> const held(subject.TryAddRef() ? &subject : nullptr, false);
     m_observers.template Deliver<Listener>(call);

@@ -1,6 +1,8 @@
 #include "corvanta/core/observer/detail/NObservableImpl.h"
 
 #include <algorithm>
+#include <limits>
+#include <new>
 
 namespace corvanta::core::observer::detail {
 
@@ -24,15 +26,16 @@ bool NObservableImpl::AddObserver(
   if (m_state == nullptr) m_state = new State;
   if (m_state->Find(weak.get()) != kNotFound) return false;
   m_state->MakeRoom();
-  if (m_state->index) m_state->index->emplace(weak.get(), m_state->entries.size());
-  m_state->entries.push_back({std::move(weak), listener});
+  if (m_state->index) m_state->index->emplace(weak.get(), m_state->size);
+  m_state->At(m_state->size++) = {std::move(weak), listener};
   return true;
 }
 
 bool NObservableImpl::RemoveObserver(
-    reference_countable::NReferenceCountableWithWeakReference const& observer) {
-  if (m_state == nullptr) return false;
-  std::size_t const position = m_state->Find(observer.GetWeakReference().get());
+    reference_countable::NReferenceCountableWithWeakReference const& observer) noexcept {
+  reference_countable::NWeakReferenceImpl const* const weak = observer.FindWeakReference();
+  if (m_state == nullptr || weak == nullptr) return false;
+  std::size_t const position = m_state->Find(weak);
   if (position == kNotFound) return false;
   m_state->Blank(position);
   if (m_state->deliveries == 0) m_state->Sweep();
@@ -40,67 +43,73 @@ bool NObservableImpl::RemoveObserver(
 }
 
 NObservableImpl::Iterator NObservableImpl::GetBegin() const noexcept {
-  return m_state == nullptr ? Iterator() : m_state->entries.cbegin();
+  return m_state == nullptr ? nullptr : &m_state->At(0);
 }
 
 NObservableImpl::Iterator NObservableImpl::GetEnd() const noexcept {
-  return m_state == nullptr ? Iterator() : m_state->entries.cend();
+  return m_state == nullptr ? nullptr : &m_state->At(0) + m_state->size;
 }
 
 std::size_t NObservableImpl::State::Find(
-    reference_countable::NWeakReferenceImpl const* observer) const noexcept {
+    reference_countable::NWeakReferenceImpl const* observer) noexcept {
   if (index) {
     auto const found = index->find(observer);
     return found == index->end() ? kNotFound : found->second;
   }
-  auto const found = std::find_if(entries.begin(), entries.end(), [observer](Entry const& entry) {
-    return entry.observer.get() == observer;
-  });
-  return found == entries.end() ? kNotFound : static_cast<std::size_t>(found - entries.begin());
+  for (std::size_t i = 0; i != size; ++i) {
+    if (At(i).observer.get() == observer) return i;
+  }
+  return kNotFound;
 }
 
 void NObservableImpl::State::Blank(std::size_t position) noexcept {
-  if (index) index->erase(entries[position].observer.get());
-  entries[position].observer.reset();
+  Entry& entry = At(position);
+  if (index) index->erase(entry.observer.get());
+  entry.observer.reset();
   ++blankCount;
 }
 
-/// Makes the next push_back one that can't throw, dropping the dead before anything grows.
+/// Makes sure that one more entry fits, dropping the dead before anything grows.
 void NObservableImpl::State::MakeRoom() {
-  if (entries.size() == entries.capacity()) {
-    if (deliveries == 0) {
-      for (std::size_t i = 0; i != entries.size(); ++i) {
-        if (entries[i].observer && entries[i].observer->IsExpired()) Blank(i);
-      }
-      Sweep();
+  if (size == capacity && deliveries == 0) {
+    for (std::size_t i = 0; i != size; ++i) {
+      if (At(i).observer && At(i).observer->IsExpired()) Blank(i);
     }
-    if (entries.size() == entries.capacity()) {
-      entries.reserve(entries.empty() ? 1 : 2 * entries.size());
-    }
+    Sweep();
   }
-  if (!index && entries.size() >= kIndexFrom) {
+  if (size == capacity) Grow();
+  if (!index && size >= kIndexFrom) {
     auto made = std::make_unique<
         std::unordered_map<reference_countable::NWeakReferenceImpl const*, std::size_t>>();
-    for (std::size_t i = 0; i != entries.size(); ++i) {
-      if (entries[i].observer) made->emplace(entries[i].observer.get(), i);
+    for (std::size_t i = 0; i != size; ++i) {
+      if (At(i).observer) made->emplace(At(i).observer.get(), i);
     }
     index = std::move(made);
   }
 }
 
+void NObservableImpl::State::Grow() {
+  if (capacity > std::numeric_limits<std::uint32_t>::max() / 2) throw std::bad_alloc();
+  auto grown = std::make_unique<Entry[]>(2 * capacity);
+  std::move(&At(0), &At(0) + size, grown.get());
+  many = std::move(grown);
+  capacity *= 2;
+}
+
 /// Closes the gaps once half of the entries are blank.
 void NObservableImpl::State::Sweep() noexcept {
-  if (2 * blankCount < entries.size() || blankCount == 0) return;
-  std::erase_if(entries, [](Entry const& entry) { return !entry.observer; });
+  if (blankCount < size - blankCount || blankCount == 0) return;
+  auto const isBlank = [](Entry const& entry) { return !entry.observer; };
+  Entry* const end = std::remove_if(&At(0), &At(0) + size, isBlank);
+  size = static_cast<std::uint32_t>(end - &At(0));
   blankCount = 0;
+  if (size < kIndexFrom / 2) index.reset();
+  if (size == 0) {
+    many.reset();
+    capacity = 1;
+  }
   if (!index) return;
-  if (entries.size() < kIndexFrom / 2) {
-    index.reset();
-    return;
-  }
-  for (std::size_t i = 0; i != entries.size(); ++i) {
-    index->find(entries[i].observer.get())->second = i;
-  }
+  for (std::size_t i = 0; i != size; ++i) index->find(At(i).observer.get())->second = i;
 }
 
 void NObservableImpl::Delivery::Finish() noexcept {

@@ -2,9 +2,9 @@
 
 #include <boost/intrusive_ptr.hpp>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <unordered_map>
-#include <vector>
 
 #include "corvanta/core/reference_countable/NWeakReferenceImpl.h"
 #include "corvanta/export.h"
@@ -16,14 +16,14 @@ namespace corvanta::core::observer::detail {
 /// Entries stand contiguous, each with the listener pointer as it was registered, so that a
 /// delivery neither chases tree nodes nor casts. A removed or dead entry is blanked and swept
 /// later. From 16 entries on a hash index finds them. A set that never had an observer is one null
-/// pointer.
+/// pointer; one observer takes one allocation.
 class CORVANTA_API NObservableImpl {
  public:
   struct Entry {
     boost::intrusive_ptr<reference_countable::NWeakReferenceImpl const> observer;  // null: blank
-    void* listener;
+    void* listener = nullptr;
   };
-  using Iterator = std::vector<Entry>::const_iterator;
+  using Iterator = Entry const*;
 
   NObservableImpl() noexcept = default;
   NObservableImpl(NObservableImpl const&) = delete;
@@ -37,8 +37,12 @@ class CORVANTA_API NObservableImpl {
                    void* listener);
   /// Fails: false if it isn't registered.
   /// Cost: amortised constant.
-  bool RemoveObserver(reference_countable::NReferenceCountableWithWeakReference const& observer);
+  bool RemoveObserver(
+      reference_countable::NReferenceCountableWithWeakReference const& observer) noexcept;
 
+  /// Whether no observer was ever registered, or none is left. Dead ones count until they are
+  /// swept.
+  bool IsEmpty() const noexcept { return m_state == nullptr || m_state->size == 0; }
   /// The entries in order of registration, blank ones among them.
   Iterator GetBegin() const noexcept;
   Iterator GetEnd() const noexcept;
@@ -49,10 +53,10 @@ class CORVANTA_API NObservableImpl {
   /// Cost: allocates nothing.
   template <class Listener, class Call>
   void Deliver(Call&& call) const {
-    if (m_state == nullptr) return;
+    if (IsEmpty()) return;
     Delivery const delivery(*m_state);
     for (std::size_t i = 0; i != delivery.end; ++i) {
-      Entry const& entry = delivery.state.entries[i];
+      Entry const& entry = delivery.state.At(i);
       if (!entry.observer) continue;
       auto const held = entry.observer->GetReference();
       if (held) {
@@ -65,22 +69,27 @@ class CORVANTA_API NObservableImpl {
 
  private:
   struct CORVANTA_API State {
-    std::vector<Entry> entries;
+    std::unique_ptr<Entry[]> many;  // null while `first` is room enough
+    Entry first;
     std::unique_ptr<std::unordered_map<reference_countable::NWeakReferenceImpl const*, std::size_t>>
         index;  // of the entries that aren't blank, from kIndexFrom entries on
-    std::size_t blankCount = 0;
-    unsigned deliveries = 0;  // running now
-    bool isOrphan = false;    // the set has gone; the last delivery deletes this
+    std::uint32_t size = 0;
+    std::uint32_t capacity = 1;
+    std::uint32_t blankCount = 0;
+    std::uint32_t deliveries : 31 = 0;  // running now
+    std::uint32_t isOrphan : 1 = 0;     // the set has gone; the last delivery deletes this
 
-    std::size_t Find(reference_countable::NWeakReferenceImpl const* observer) const noexcept;
+    Entry& At(std::size_t position) noexcept { return many ? many[position] : first; }
+    std::size_t Find(reference_countable::NWeakReferenceImpl const* observer) noexcept;
     void Blank(std::size_t position) noexcept;
     void MakeRoom();
+    void Grow();
     void Sweep() noexcept;
   };
 
   /// Keeps the entries in place while they are walked.
   struct CORVANTA_API Delivery {
-    explicit Delivery(State& walked) noexcept : state(walked), end(walked.entries.size()) {
+    explicit Delivery(State& walked) noexcept : state(walked), end(walked.size) {
       ++state.deliveries;
     }
     Delivery(Delivery const&) = delete;
