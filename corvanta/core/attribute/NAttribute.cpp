@@ -29,45 +29,6 @@ NVariant NAttribute::GetValue() const {
   }
 }
 
-double NAttribute::GetDouble() const noexcept {
-  switch (m_kind) {
-    case variant::NVK_DOUBLE:
-      return m_double;
-    case variant::NVK_LONG:
-      return static_cast<double>(m_long);
-    case variant::NVK_BOOL:
-      return m_bool ? 1.0 : 0.0;
-    default:
-      return 0.0;
-  }
-}
-
-long NAttribute::GetLong() const noexcept {
-  switch (m_kind) {
-    case variant::NVK_DOUBLE:
-      return NVariant(m_double).GetLong();
-    case variant::NVK_LONG:
-      return m_long;
-    case variant::NVK_BOOL:
-      return m_bool ? 1 : 0;
-    default:
-      return 0;
-  }
-}
-
-bool NAttribute::GetBool() const noexcept {
-  switch (m_kind) {
-    case variant::NVK_DOUBLE:
-      return m_double != 0.0;
-    case variant::NVK_LONG:
-      return m_long != 0;
-    case variant::NVK_BOOL:
-      return m_bool;
-    default:
-      return false;
-  }
-}
-
 std::wstring NAttribute::GetString() const {
   return m_kind == variant::NVK_STRING ? *m_string : std::wstring();
 }

@@ -35,9 +35,42 @@ class CORVANTA_API NAttribute {
   bool Try(variant::NVariant const& value, bool notify);
 
   /// The value as NVariant converts it, without the copy.
-  double GetDouble() const noexcept;
-  long GetLong() const noexcept;
-  bool GetBool() const noexcept;
+  double GetDouble() const noexcept {
+    switch (m_kind) {
+      case variant::NVK_DOUBLE:
+        return m_double;
+      case variant::NVK_LONG:
+        return static_cast<double>(m_long);
+      case variant::NVK_BOOL:
+        return m_bool ? 1.0 : 0.0;
+      default:
+        return 0.0;
+    }
+  }
+  long GetLong() const noexcept {
+    switch (m_kind) {
+      case variant::NVK_DOUBLE:
+        return variant::NVariant::Truncate(m_double);
+      case variant::NVK_LONG:
+        return m_long;
+      case variant::NVK_BOOL:
+        return m_bool ? 1 : 0;
+      default:
+        return 0;
+    }
+  }
+  bool GetBool() const noexcept {
+    switch (m_kind) {
+      case variant::NVK_DOUBLE:
+        return m_double != 0.0;
+      case variant::NVK_LONG:
+        return m_long != 0;
+      case variant::NVK_BOOL:
+        return m_bool;
+      default:
+        return false;
+    }
+  }
   std::wstring GetString() const;
 
   /// The number of the interned name.

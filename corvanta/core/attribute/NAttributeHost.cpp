@@ -14,7 +14,9 @@ struct NAttributeHost::Chunk {
   Chunk* next;
   std::uint16_t count;
   std::uint16_t capacity;
+  std::uint32_t nameBits;  // NameBit of every name in here: most names that aren't in fail on it
 
+  static std::uint32_t NameBit(detail::NNameIndex name) noexcept { return 1u << name % 32; }
   NAttribute* Places() noexcept { return reinterpret_cast<NAttribute*>(this + 1); }
 };
 
@@ -44,15 +46,19 @@ NAttribute* NAttributeHost::At(Chunk* chunk, std::uint16_t position) noexcept {
 
 void NAttributeHost::Advance(Chunk*& chunk, std::uint16_t& position) noexcept {
   if (++position == chunk->count) {
-    // A chunk behind may be reserved and still empty.
-    chunk = chunk->next != nullptr && chunk->next->count != 0 ? chunk->next : nullptr;
+    chunk = chunk->next;
     position = 0;
   }
 }
 
+/// A chunk may be reserved and still empty.
+NAttributeHost::Chunk* NAttributeHost::FirstFilled() const noexcept {
+  return m_first != nullptr && m_first->count != 0 ? m_first : nullptr;
+}
+
 NAttributeHost::Chunk* NAttributeHost::AddChunk(std::size_t capacity) {
   void* const memory = ::operator new(sizeof(Chunk) + capacity * sizeof(NAttribute));
-  auto* const chunk = new (memory) Chunk{this, nullptr, 0, static_cast<std::uint16_t>(capacity)};
+  auto* const chunk = new (memory) Chunk{this, nullptr, 0, static_cast<std::uint16_t>(capacity), 0};
   Chunk** end = &m_first;
   while (*end != nullptr) end = &(*end)->next;
   *end = chunk;
@@ -64,8 +70,15 @@ void NAttributeHost::ReserveAttributes(unsigned count) {
 }
 
 NAttribute* NAttributeHost::AddAttribute(wchar_t const* name, bool flag) {
-  detail::NNameIndex const index = detail::InternName(name);
-  if (index == detail::kNoName || QueryAttribute(index) != nullptr) return nullptr;
+  return name == nullptr ? nullptr : AddAttribute(detail::InternName(name), flag);
+}
+
+NAttribute* NAttributeHost::AddAttribute(std::wstring const& name, bool flag) {
+  return AddAttribute(detail::InternName(name), flag);
+}
+
+NAttribute* NAttributeHost::AddAttribute(detail::NNameIndex name, bool flag) {
+  if (name == detail::kNoName || QueryAttribute(name) != nullptr) return nullptr;
   Chunk* last = m_first;
   while (last != nullptr && last->next != nullptr) last = last->next;
   if (last == nullptr) {
@@ -73,13 +86,15 @@ NAttribute* NAttributeHost::AddAttribute(wchar_t const* name, bool flag) {
   } else if (last->count == last->capacity) {
     last = AddChunk(std::min<std::size_t>(kLargestChunk, kSmallestChunk + last->capacity / 2));
   }
-  auto* const attribute = new (last->Places() + last->count) NAttribute(index, flag, last->count);
+  auto* const attribute = new (last->Places() + last->count) NAttribute(name, flag, last->count);
   ++last->count;
+  last->nameBits |= Chunk::NameBit(name);
   return attribute;
 }
 
 NAttribute* NAttributeHost::QueryAttribute(detail::NNameIndex name) noexcept {
   for (Chunk* chunk = m_first; chunk != nullptr; chunk = chunk->next) {
+    if ((chunk->nameBits & Chunk::NameBit(name)) == 0) continue;
     for (std::uint16_t i = 0; i != chunk->count; ++i) {
       if (chunk->Places()[i].m_name == name) return chunk->Places() + i;
     }
@@ -88,11 +103,18 @@ NAttribute* NAttributeHost::QueryAttribute(detail::NNameIndex name) noexcept {
 }
 
 NAttribute* NAttributeHost::QueryAttribute(wchar_t const* name) noexcept {
-  detail::NNameIndex const index = detail::FindName(name);
-  return index == detail::kNoName ? nullptr : QueryAttribute(index);
+  return name == nullptr ? nullptr : QueryAttribute(detail::FindName(name));
+}
+
+NAttribute* NAttributeHost::QueryAttribute(std::wstring const& name) noexcept {
+  return QueryAttribute(detail::FindName(name));
 }
 
 NAttribute const* NAttributeHost::QueryAttribute(wchar_t const* name) const noexcept {
+  return const_cast<NAttributeHost*>(this)->QueryAttribute(name);
+}
+
+NAttribute const* NAttributeHost::QueryAttribute(std::wstring const& name) const noexcept {
   return const_cast<NAttributeHost*>(this)->QueryAttribute(name);
 }
 

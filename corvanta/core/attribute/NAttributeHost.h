@@ -53,27 +53,23 @@ class CORVANTA_API NAttributeHost
   using AttributeConstIterator = Iterator<true>;
 
   /// Makes an attribute without a value. `flag` says whether a writer should save it.
-  /// Fails: null if there is one of that name, or the process has too many names.
+  /// Fails: null if there is one of that name, for a null name, or if the process has too many
+  /// names.
   NAttribute* AddAttribute(wchar_t const* name, bool flag);
-  NAttribute* AddAttribute(std::wstring const& name, bool flag) {
-    return AddAttribute(name.c_str(), flag);
-  }
+  NAttribute* AddAttribute(std::wstring const& name, bool flag);
   /// Fails: null if there is none of that name.
   NAttribute* QueryAttribute(wchar_t const* name) noexcept;
   NAttribute const* QueryAttribute(wchar_t const* name) const noexcept;
-  NAttribute* QueryAttribute(std::wstring const& name) noexcept {
-    return QueryAttribute(name.c_str());
-  }
-  NAttribute const* QueryAttribute(std::wstring const& name) const noexcept {
-    return QueryAttribute(name.c_str());
-  }
+  NAttribute* QueryAttribute(std::wstring const& name) noexcept;
+  NAttribute const* QueryAttribute(std::wstring const& name) const noexcept;
   /// The same by the number of an interned name.
+  NAttribute* AddAttribute(detail::NNameIndex name, bool flag);
   NAttribute* QueryAttribute(detail::NNameIndex name) noexcept;
 
-  AttributeIterator GetAttributeBegin() noexcept { return AttributeIterator(m_first); }
+  AttributeIterator GetAttributeBegin() noexcept { return AttributeIterator(FirstFilled()); }
   AttributeIterator GetAttributeEnd() noexcept { return AttributeIterator(); }
   AttributeConstIterator GetAttributeBegin() const noexcept {
-    return AttributeConstIterator(m_first);
+    return AttributeConstIterator(FirstFilled());
   }
   AttributeConstIterator GetAttributeEnd() const noexcept { return AttributeConstIterator(); }
 
@@ -101,6 +97,7 @@ class CORVANTA_API NAttributeHost
   static NAttribute* At(Chunk* chunk, std::uint16_t position) noexcept;
   static void Advance(Chunk*& chunk, std::uint16_t& position) noexcept;
   void AttributeChanged(NAttribute const& attribute);
+  Chunk* FirstFilled() const noexcept;
   Chunk* AddChunk(std::size_t capacity);
 
   Chunk* m_first = nullptr;

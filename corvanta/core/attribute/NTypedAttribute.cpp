@@ -5,7 +5,7 @@
 
 namespace corvanta::core::attribute::detail {
 
-NAttribute* CreateAttribute(NAttributeHost& host, wchar_t const* name, bool flag,
+NAttribute* CreateAttribute(NAttributeHost& host, NNameIndex name, bool flag,
                             variant::NVariant const& value) {
   NAttribute* const attribute = host.AddAttribute(name, flag);
   if (attribute == nullptr) throw NAttributeContainerError();

@@ -11,7 +11,7 @@ namespace corvanta::core::attribute {
 namespace detail {
 /// Creates an attribute with its default, silently.
 /// Fails: throws NAttributeContainerError if the host refuses it.
-CORVANTA_API NAttribute* CreateAttribute(NAttributeHost& host, wchar_t const* name, bool flag,
+CORVANTA_API NAttribute* CreateAttribute(NAttributeHost& host, NNameIndex name, bool flag,
                                          variant::NVariant const& value);
 }  // namespace detail
 
@@ -22,6 +22,9 @@ class NTypedAttribute {
  public:
   /// Fails: throws NAttributeContainerError if the host refuses the name.
   NTypedAttribute(NAttributeHost& host, wchar_t const* name, T const& value, bool flag = true)
+      : NTypedAttribute(host, detail::InternName(name), value, flag) {}
+  /// The same by the number of an interned name.
+  NTypedAttribute(NAttributeHost& host, detail::NNameIndex name, T const& value, bool flag = true)
       : m_attribute(detail::CreateAttribute(host, name, flag, variant::NVariant(value))) {}
 
   T Get() const {

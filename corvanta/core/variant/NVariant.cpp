@@ -6,9 +6,7 @@
 
 namespace corvanta::core::variant {
 
-namespace {
-
-long Truncate(double value) noexcept {
+long NVariant::Truncate(double value) noexcept {
   if (std::isnan(value)) return 0;
   // 2^63 is a double, the largest long isn't.
   constexpr double kLimit = -static_cast<double>(std::numeric_limits<long>::min());
@@ -16,8 +14,6 @@ long Truncate(double value) noexcept {
   if (value < -kLimit) return std::numeric_limits<long>::min();
   return static_cast<long>(value);
 }
-
-}  // namespace
 
 NVariant::NVariant(std::wstring value)
     : m_string(new std::wstring(std::move(value))), m_kind(NVK_STRING) {}
@@ -59,10 +55,6 @@ NVariant& NVariant::operator=(NVariant&& other) noexcept {
   return *this;
 }
 
-NVariant::~NVariant() {
-  if (m_kind == NVK_STRING) delete m_string;
-}
-
 void NVariant::Steal(NVariant& other) noexcept {
   switch (other.m_kind) {
     case NVK_NONE:
@@ -82,45 +74,6 @@ void NVariant::Steal(NVariant& other) noexcept {
       break;
   }
   m_kind = std::exchange(other.m_kind, NVK_NONE);
-}
-
-double NVariant::GetDouble() const noexcept {
-  switch (m_kind) {
-    case NVK_DOUBLE:
-      return m_double;
-    case NVK_LONG:
-      return static_cast<double>(m_long);
-    case NVK_BOOL:
-      return m_bool ? 1.0 : 0.0;
-    default:
-      return 0.0;
-  }
-}
-
-long NVariant::GetLong() const noexcept {
-  switch (m_kind) {
-    case NVK_DOUBLE:
-      return Truncate(m_double);
-    case NVK_LONG:
-      return m_long;
-    case NVK_BOOL:
-      return m_bool ? 1 : 0;
-    default:
-      return 0;
-  }
-}
-
-bool NVariant::GetBool() const noexcept {
-  switch (m_kind) {
-    case NVK_DOUBLE:
-      return m_double != 0.0;
-    case NVK_LONG:
-      return m_long != 0;
-    case NVK_BOOL:
-      return m_bool;
-    default:
-      return false;
-  }
 }
 
 std::wstring NVariant::GetString() const {

@@ -35,13 +35,51 @@ class CORVANTA_API NVariant {
   NVariant(NVariant&& other) noexcept;
   NVariant& operator=(NVariant const& other);
   NVariant& operator=(NVariant&& other) noexcept;
-  ~NVariant();
+  ~NVariant() {
+    if (m_kind == NVK_STRING) delete m_string;
+  }
 
   NVariantKind GetKind() const noexcept { return m_kind; }
-  double GetDouble() const noexcept;
-  long GetLong() const noexcept;
-  bool GetBool() const noexcept;
+  double GetDouble() const noexcept {
+    switch (m_kind) {
+      case NVK_DOUBLE:
+        return m_double;
+      case NVK_LONG:
+        return static_cast<double>(m_long);
+      case NVK_BOOL:
+        return m_bool ? 1.0 : 0.0;
+      default:
+        return 0.0;
+    }
+  }
+  long GetLong() const noexcept {
+    switch (m_kind) {
+      case NVK_DOUBLE:
+        return Truncate(m_double);
+      case NVK_LONG:
+        return m_long;
+      case NVK_BOOL:
+        return m_bool ? 1 : 0;
+      default:
+        return 0;
+    }
+  }
+  bool GetBool() const noexcept {
+    switch (m_kind) {
+      case NVK_DOUBLE:
+        return m_double != 0.0;
+      case NVK_LONG:
+        return m_long != 0;
+      case NVK_BOOL:
+        return m_bool;
+      default:
+        return false;
+    }
+  }
   std::wstring GetString() const;
+
+  /// The long nearest to `value` on the way to 0; saturates, and gives 0 for NaN.
+  static long Truncate(double value) noexcept;
 
   /// Equal in kind and value.
   bool operator==(NVariant const& other) const noexcept;
