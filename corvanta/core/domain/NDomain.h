@@ -49,12 +49,8 @@ class CORVANTA_API NDomain : public NDomainBase, public Namespace {
   bool OnCreateNode(Node& node) { return NDomainBase::AddNode(static_cast<node::NNode&>(node)); }
 
   bool AddToNamespace(node::NNode& node) override {
-    // The node stands in no namespace yet, so that nobody hears of the number behind its name.
-    if (node.GetNamespace() != nullptr) return false;
-    if (this->QueryNamedObject(node.GetName()) != nullptr) {
-      static_cast<name::NNamedObject&>(node).SetName(this->MakeFreeName(node.GetName()));
-    }
-    return this->AddNamedObject(node);
+    // NDomainBase::AddNode takes a node of any kind; the typed walk relies on the kind.
+    return dynamic_cast<Node*>(&node) != nullptr && this->AddUnderFreeName(node);
   }
   bool RemoveFromNamespace(node::NNode& node) override { return this->RemoveNamedObject(node); }
 };

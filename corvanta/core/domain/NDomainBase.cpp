@@ -1,6 +1,6 @@
 #include "corvanta/core/domain/NDomainBase.h"
 
-#include <utility>
+#include <limits>
 
 #include "corvanta/core/domain/NDomainManager.h"
 
@@ -14,7 +14,7 @@ NDomainBase::NDomainBase(NDomainManager const* manager, std::wstring const& name
       m_link(new detail::NLink<NDomainBase>(this)) {}
 
 NDomainBase::~NDomainBase() {
-  for (auto const& node : m_nodes) node->m_isInDomain = false;
+  ReleaseNodes();
   m_link->owner = nullptr;
 }
 
@@ -22,47 +22,66 @@ NDomainManager const* NDomainBase::GetManager() const noexcept {
   return m_manager ? m_manager->owner : nullptr;
 }
 
-bool NDomainBase::AddNode(NNode& node) { return Enter(node, m_nodes.end()); }
-
-bool NDomainBase::AddNode(NNode& node, unsigned int position) {
-  auto const before =
-      position < m_nodes.size() ? std::next(m_nodes.begin(), position) : m_nodes.end();
-  return Enter(node, before);
+bool NDomainBase::AddNode(NNode& node) {
+  return Enter(node, std::numeric_limits<unsigned int>::max());
 }
 
-bool NDomainBase::Enter(NNode& node, Nodes::iterator before) {
+bool NDomainBase::AddNode(NNode& node, unsigned int position) { return Enter(node, position); }
+
+bool NDomainBase::Enter(NNode& node, unsigned int position) {
   NDomainBase const* const domain = node.GetDomain();
   if (node.m_isInDomain || (domain != nullptr && domain != this)) return false;
-  auto const [id, isNew] = m_ids.insert(&node);
-  if (!isNew) return false;
-  Nodes entry;
+  if (!m_ids.insert(&node).second) return false;
+  // The node isn't counted before it is in, so that a refusal doesn't destroy it.
+  bool isNamed = false;
   try {
-    // Made by hand: the node isn't counted before it is in, so that a refusal doesn't destroy it.
-    entry.emplace_back();
-    if (!AddToNamespace(node)) {
-      m_ids.erase(id);
-      return false;
-    }
+    isNamed = AddToNamespace(node);
   } catch (...) {
-    m_ids.erase(id);
+    m_ids.erase(&node);
     throw;
   }
-  entry.front().reset(&node);
-  node.m_place = entry.begin();
-  m_nodes.splice(before, entry);
+  if (!isNamed) {
+    m_ids.erase(&node);
+    return false;
+  }
+  NNode* before = nullptr;
+  if (position < m_nodeCount) {
+    before = m_first;
+    while (position-- != 0) before = before->m_next;
+  }
+  Link(node, before);
   node.m_isInDomain = true;
+  node.m_isSealed = false;
   node.m_domain = m_link;
   return true;
 }
 
+void NDomainBase::Link(NNode& node, NNode* before) noexcept {
+  intrusive_ptr_add_ref(&node);
+  node.m_next = before;
+  node.m_previous = before == nullptr ? m_last : before->m_previous;
+  (node.m_previous == nullptr ? m_first : node.m_previous->m_next) = &node;
+  (before == nullptr ? m_last : before->m_previous) = &node;
+  ++m_nodeCount;
+}
+
+/// Hands over the count that the order held.
+boost::intrusive_ptr<NNode> NDomainBase::Unlink(NNode& node) noexcept {
+  (node.m_previous == nullptr ? m_first : node.m_previous->m_next) = node.m_next;
+  (node.m_next == nullptr ? m_last : node.m_next->m_previous) = node.m_previous;
+  node.m_previous = nullptr;
+  node.m_next = nullptr;
+  --m_nodeCount;
+  return {&node, false};
+}
+
 bool NDomainBase::RemoveNode(NNode& node) {
   if (!node.m_isInDomain || node.GetDomain() != this || node.m_isSealed) return false;
-  boost::intrusive_ptr<NNode> const held(&node);
-  m_ids.erase(m_ids.find(&node));
+  m_ids.erase(&node);
   RemoveFromNamespace(node);
-  m_nodes.erase(node.m_place);
   node.m_isInDomain = false;
   node.m_domain.reset();
+  Unlink(node);  // which may end the node, and with it whatever it held
   return true;
 }
 
@@ -72,21 +91,18 @@ boost::intrusive_ptr<NNode> NDomainBase::QueryNode(node::NNodeID const& id) cons
 }
 
 void NDomainBase::SetIsReadOnlyFlag(bool isReadOnly) {
-  for (auto const& node : m_nodes) node->m_isSealed = isReadOnly;
+  for (NNode* node = m_first; node != nullptr; node = node->m_next) node->m_isSealed = isReadOnly;
   m_isReadOnly = isReadOnly;
 }
 
 void NDomainBase::ReleaseNodes() noexcept {
   m_ids.clear();
-  for (auto const& node : m_nodes) {
+  for (NNode* node = m_first; node != nullptr; node = node->m_next) {
     node->m_isInDomain = false;
     node->m_isSealed = false;
   }
   // One at a time: a node's destructor may ask for the domain and its manager.
-  while (!m_nodes.empty()) {
-    boost::intrusive_ptr<NNode> const node = std::move(m_nodes.front());
-    m_nodes.pop_front();
-  }
+  while (m_first != nullptr) Unlink(*m_first);
 }
 
 }  // namespace corvanta::core::domain

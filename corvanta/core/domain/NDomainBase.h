@@ -3,7 +3,6 @@
 #include <boost/intrusive_ptr.hpp>
 #include <cstddef>
 #include <iterator>
-#include <list>
 #include <string>
 #include <unordered_set>
 
@@ -28,19 +27,22 @@ class CORVANTA_API NDomainBase : public name::NNamedObject {
     using pointer = node::NNode*;
 
     NodeIterator() = default;
-    explicit NodeIterator(std::list<boost::intrusive_ptr<node::NNode>>::const_iterator at) noexcept
-        : m_at(at) {}
-    reference operator*() const noexcept { return **m_at; }
-    pointer operator->() const noexcept { return m_at->get(); }
+    explicit NodeIterator(node::NNode* at) noexcept : m_at(at) {}
+    reference operator*() const noexcept { return *m_at; }
+    pointer operator->() const noexcept { return m_at; }
     NodeIterator& operator++() noexcept {
-      ++m_at;
+      m_at = m_at->m_next;
       return *this;
     }
-    NodeIterator operator++(int) noexcept { return NodeIterator(m_at++); }
-    bool operator==(NodeIterator const& other) const noexcept { return m_at == other.m_at; }
+    NodeIterator operator++(int) noexcept {
+      NodeIterator const before = *this;
+      ++*this;
+      return before;
+    }
+    bool operator==(NodeIterator const& other) const noexcept = default;
 
    private:
-    std::list<boost::intrusive_ptr<node::NNode>>::const_iterator m_at;
+    node::NNode* m_at = nullptr;
   };
 
   /// The type string of the domain's kind: one of the DT_ pointers, which compare by address.
@@ -60,10 +62,10 @@ class CORVANTA_API NDomainBase : public name::NNamedObject {
   bool RemoveNode(node::NNode& node);
   /// Fails: null if no node has that id.
   boost::intrusive_ptr<node::NNode> QueryNode(node::NNodeID const& id) const;
-  std::size_t GetNodeCount() const noexcept { return m_nodes.size(); }
+  std::size_t GetNodeCount() const noexcept { return m_nodeCount; }
 
-  NodeIterator GetNodeBegin() const noexcept { return NodeIterator(m_nodes.begin()); }
-  NodeIterator GetNodeEnd() const noexcept { return NodeIterator(m_nodes.end()); }
+  NodeIterator GetNodeBegin() const noexcept { return NodeIterator(m_first); }
+  NodeIterator GetNodeEnd() const noexcept { return NodeIterator(); }
 
   /// `true` seals the nodes that are here now: RemoveNode refuses them. Others may come and go.
   /// `false` unseals all.
@@ -97,17 +99,20 @@ class CORVANTA_API NDomainBase : public name::NNamedObject {
       return Id(a) == Id(b);
     }
   };
-  using Nodes = std::list<boost::intrusive_ptr<node::NNode>>;
 
   virtual wchar_t const* GetTypeImpl() const = 0;
   virtual bool AddToNamespace(node::NNode& node) = 0;
   virtual bool RemoveFromNamespace(node::NNode& node) = 0;
 
-  bool Enter(node::NNode& node, Nodes::iterator before);
+  bool Enter(node::NNode& node, unsigned int position);
+  void Link(node::NNode& node, node::NNode* before) noexcept;
+  boost::intrusive_ptr<node::NNode> Unlink(node::NNode& node) noexcept;
 
   detail::NLinkPointer<NDomainManager const> m_manager;
   detail::NLinkPointer<NDomainBase> const m_link;
-  Nodes m_nodes;
+  node::NNode* m_first = nullptr;
+  node::NNode* m_last = nullptr;
+  std::size_t m_nodeCount = 0;
   std::unordered_set<node::NNode*, Hash, Equal> m_ids;
   bool m_isReadOnly = false;
 };

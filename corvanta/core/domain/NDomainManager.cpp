@@ -4,8 +4,7 @@
 
 namespace corvanta::core::domain {
 
-NDomainManager::Entry::Entry(NDomainBase& registered, std::wstring const& description)
-    : domain(&registered), text(description) {}
+NDomainManager::Entry::Entry() = default;
 NDomainManager::Entry::Entry(Entry const& other) = default;
 NDomainManager::Entry& NDomainManager::Entry::operator=(Entry const& other) = default;
 NDomainManager::Entry::~Entry() = default;
@@ -13,19 +12,19 @@ NDomainManager::Entry::~Entry() = default;
 NDomainManager::NDomainManager() : m_link(new detail::NLink<NDomainManager const>(this)) {}
 
 NDomainManager::~NDomainManager() {
-  // The nodes of the domains that end with the manager still find it.
-  m_domains.clear();
+  // One at a time: the nodes of the domains that end with the manager still find it.
+  while (!m_domains.empty()) m_domains.extract(m_domains.begin());
   m_link->owner = nullptr;
 }
 
 void NDomainManager::RegisterDomain(NDomainBase& domain, locator::NLocator const& locator,
                                     std::wstring const& text) {
-  Entry entry(domain, text);
-  auto const [place, isNew] = m_domains.try_emplace(locator, entry);
-  if (!isNew) {
-    std::swap(place->second.domain, entry.domain);  // the old domain goes last
-    place->second.text = text;
-  }
+  std::wstring copy(text);
+  Entry& entry = m_domains[locator];
+  entry.text.swap(copy);
+  // Counted last, when nothing can fail; the domain that stood there goes when all is in place.
+  boost::intrusive_ptr<NDomainBase> replaced(&domain);
+  entry.domain.swap(replaced);
 }
 
 bool NDomainManager::UnregisterDomain(locator::NLocator const& locator) {

@@ -19,7 +19,7 @@ class CORVANTA_API NDomainManager : public reference_countable::NReferenceCounta
     boost::intrusive_ptr<NDomainBase> domain;
     std::wstring text;
 
-    Entry(NDomainBase& registered, std::wstring const& description);
+    Entry();
     Entry(Entry const& other);
     Entry& operator=(Entry const& other);
     ~Entry();

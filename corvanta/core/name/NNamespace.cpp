@@ -1,9 +1,27 @@
 #include "corvanta/core/name/NNamespace.h"
 
+#include <array>
 #include <boost/intrusive_ptr.hpp>
+#include <charconv>
+#include <limits>
 #include <utility>
 
 namespace corvanta::core::name {
+
+namespace {
+
+/// "light (2)" from "light" and 2, in one allocation.
+std::wstring AppendNumber(std::wstring const& name, unsigned long number) {
+  std::array<char, std::numeric_limits<unsigned long>::digits10 + 1> digits;
+  char const* const begin = digits.data();
+  char const* const end = std::to_chars(digits.begin(), digits.end(), number).ptr;
+  std::wstring numbered;
+  numbered.reserve(name.size() + static_cast<std::size_t>(end - begin) + 3);
+  numbered.append(name).append(L" (").append(begin, end).push_back(L')');
+  return numbered;
+}
+
+}  // namespace
 
 NNamespace::~NNamespace() {
   for (NNamedObject* const object : m_objects) object->m_namespace = nullptr;
@@ -15,6 +33,21 @@ bool NNamespace::AddNamedObject(NNamedObject& object) {
   if (object.m_namespace != nullptr) return false;
   if (AreNamesUniqueImpl() && QueryNamedObject(object.m_name) != nullptr) return false;
   m_objects.insert(&object);
+  object.m_namespace = this;
+  return true;
+}
+
+bool NNamespace::AddUnderFreeName(NNamedObject& object) {
+  if (object.m_namespace != nullptr) return false;
+  std::wstring before;
+  bool const isTaken = AreNamesUniqueImpl() && QueryNamedObject(object.m_name) != nullptr;
+  if (isTaken) before = std::exchange(object.m_name, MakeNumberedName(object.m_name));
+  try {
+    m_objects.insert(&object);
+  } catch (...) {
+    if (isTaken) object.m_name.swap(before);
+    throw;
+  }
   object.m_namespace = this;
   return true;
 }
@@ -31,13 +64,16 @@ NNamedObject* NNamespace::QueryNamedObject(std::wstring const& name) const noexc
 }
 
 std::wstring NNamespace::MakeFreeName(std::wstring const& name) {
-  if (QueryNamedObject(name) == nullptr) return name;
+  return QueryNamedObject(name) == nullptr ? name : MakeNumberedName(name);
+}
+
+std::wstring NNamespace::MakeNumberedName(std::wstring const& name) {
   unsigned long& number = m_lastNumbers.try_emplace(name, 1).first->second;
-  std::wstring free;
-  do {
-    free = name + L" (" + std::to_wstring(++number) + L")";
-  } while (QueryNamedObject(free) != nullptr);
-  return free;
+  while (true) {
+    std::wstring numbered = AppendNumber(name, number + 1);
+    ++number;
+    if (QueryNamedObject(numbered) == nullptr) return numbered;
+  }
 }
 
 void NNamespace::Rename(NNamedObject& object, std::wstring const& name) {
@@ -46,7 +82,7 @@ void NNamespace::Rename(NNamedObject& object, std::wstring const& name) {
                                                             false);
   bool const isFree =
       !AreNamesUniqueImpl() || name == object.m_name || QueryNamedObject(name) == nullptr;
-  std::wstring given = isFree ? name : MakeFreeName(name);
+  std::wstring given = isFree ? name : MakeNumberedName(name);
   if (given != object.m_name) {
     // The hash node is moved over, so that nothing can fail once the object has left its old place.
     auto range = m_objects.equal_range(&object);

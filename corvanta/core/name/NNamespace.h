@@ -23,6 +23,10 @@ class CORVANTA_API NNamespace
   /// Fails: false if the object stands in a namespace already, or its name is taken where names are
   /// unique.
   bool AddNamedObject(NNamedObject& object);
+  /// The same, but where names are unique and the object's is taken, the object gets a free one
+  /// from MakeFreeName. Nobody hears of that name. Fails: false if the object stands in a namespace
+  /// already.
+  bool AddUnderFreeName(NNamedObject& object);
   /// Fails: false if the object doesn't stand here.
   bool RemoveNamedObject(NNamedObject& object) noexcept;
   /// An object of that name; any of them where names are shared.
@@ -70,6 +74,7 @@ class CORVANTA_API NNamespace
 
   virtual bool AreNamesUniqueImpl() const noexcept;
 
+  std::wstring MakeNumberedName(std::wstring const& name);
   void Rename(NNamedObject& object, std::wstring const& name);
   bool Erase(NNamedObject& object) noexcept;
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <list>
 #include <string>
 
 #include "corvanta/core/attribute/NAttributeHost.h"
@@ -32,8 +31,9 @@ class CORVANTA_API NNode : public name::NNamedObject, public attribute::NAttribu
 
   NNodeID const m_id;
   domain::detail::NLinkPointer<domain::NDomainBase> m_domain;
-  // Where the node stands in its domain's order, while it does.
-  std::list<boost::intrusive_ptr<NNode>>::iterator m_place;
+  // The neighbours in the domain's order, which holds a count for each node in it.
+  NNode* m_previous = nullptr;
+  NNode* m_next = nullptr;
   bool m_isInDomain = false;
   bool m_isSealed = false;  // by the domain's read-only flag
 };
