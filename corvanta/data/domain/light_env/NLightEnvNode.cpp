@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/core/detail/scope_exit.h"
 #include "corvanta/core/string_table/string_table.h"
 
 namespace corvanta::data::domain::light_env {
@@ -60,13 +61,8 @@ bool NLightEnvNode::DeleteLamp(boost::intrusive_ptr<NLamp> const& lamp) {
   auto const& lamps = m_block->lamps;
   if (std::find(lamps.begin(), lamps.end(), deleted) == lamps.end()) return false;
   boost::intrusive_ptr<NLightEnvNode> const held(TryAddRef() ? this : nullptr, false);
-  try {
-    SignalLampChange(*deleted, events::light_env::NLET_LAMP_DELETED);
-  } catch (...) {
-    TakeOut(*deleted);
-    throw;
-  }
-  TakeOut(*deleted);
+  core::detail::ScopeExit const takeOut([&] { TakeOut(*deleted); });
+  SignalLampChange(*deleted, events::light_env::NLET_LAMP_DELETED);
   return true;
 }
 
@@ -98,8 +94,7 @@ void NLightEnvNode::CopyTo(NLightEnvNode& target) const {
   boost::intrusive_ptr<NLightEnvNode> const heldTarget(target.TryAddRef() ? &target : nullptr,
                                                        false);
   auto const lamps = m_block->lamps;
-  target.SetName(GetName());
-  CopyAttributesTo(target);
+  CopyNodeTo(target);
   for (auto const& lamp : lamps) lamp->CopyTo(*target.CreateLamp(lamp->GetName()));
 }
 
