@@ -1,0 +1,52 @@
+#include "corvanta/data/domain/image/NImageNode.h"
+
+#include "corvanta/core/attribute/NAttributeContainerError.h"
+#include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/core/string_table/string_table.h"
+#include "corvanta/data/resource/image/create_image.h"
+
+namespace corvanta::data::domain::image {
+
+using core::locator::NLocator;
+
+struct NImageNode::Block {
+  core::attribute::NAttributeHost& host;
+#define CORVANTA_ROWS_SLOTS
+#include "corvanta/data/domain/image/image_attributes.def"
+  NLocator locator = {};
+};
+
+#define CORVANTA_ROWS_BODIES NImageNode
+#include "corvanta/data/domain/image/image_attributes.def"
+wchar_t const* const AN_LOCATOR = L"locator";
+
+NImageNode::NImageNode(core::node::NNodeID const& id, core::domain::NDomainBase* domain,
+                       events::attribute_change::NMultiplexer const* multiplexer)
+    : NNode(id, domain, multiplexer, core::string_table::GetString(core::string_table::DATA_IMAGE)),
+      m_block(new Block{*this}) {
+  if (AddAttribute(AN_LOCATOR, false) == nullptr) throw core::attribute::NAttributeContainerError();
+}
+
+NImageNode::~NImageNode() = default;
+
+NLocator const& NImageNode::GetImageLocator() const { return m_block->locator; }
+
+void NImageNode::SetImageLocator(NLocator const& locator) {
+  // Judged first: it may throw.
+  resource::image::NImageFormat const format = resource::image::LocatorToFormat(locator);
+  m_block->locator = locator;
+  m_block->AN_FORMAT_HINT.Set(format);
+}
+
+boost::intrusive_ptr<resource::image::NImage> NImageNode::GetImage() const {
+  return resource::image::CreateImage(m_block->locator, m_block->AN_FORMAT_HINT.Get());
+}
+
+void NImageNode::CopyTo(NImageNode& target) const {
+  boost::intrusive_ptr<NImageNode> const held(target.TryAddRef() ? &target : nullptr, false);
+  NLocator const locator = m_block->locator;
+  CopyNodeTo(target);
+  target.m_block->locator = locator;
+}
+
+}  // namespace corvanta::data::domain::image
