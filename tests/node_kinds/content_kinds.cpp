@@ -1,8 +1,10 @@
 #include "corvanta/data/domain/camera/NCameraDomain.h"
 #include "corvanta/data/domain/domain_types.h"
+#include "corvanta/data/domain/image/NImageDomain.h"
 #include "corvanta/data/domain/light/NLightDomain.h"
 #include "corvanta/data/domain/movie/NMovieDomain.h"
 #include "corvanta/data/domain/sound/NSoundDomain.h"
+#include "corvanta/data/domain/texture/NTextureDomain.h"
 #include "tests/node_kinds/node_kind.h"
 
 namespace corvanta::node_kinds {
@@ -47,6 +49,20 @@ NodeKind Camera() {
       Both(L"verticalTiltAngle", 0.0, &N::GetVerticalTiltAngle, &N::SetVerticalTiltAngle)}});
 }
 
+NodeKind Image() {
+  return MakeKind<image::NImageDomain, image::NImageNode>({"NImageNode", DT_IMAGE, L"image", L"image", L"image", true, {
+      Named(L"formatHint", 0),
+      Empty(L"locator")}});
+}
+
+NodeKind Texture() {
+  using N = texture::NTextureNode;
+  return MakeKind<texture::NTextureDomain, N>({"NTextureNode", DT_TEXTURE, L"texture", L"texture", L"texture", true, {
+      Both(L"type", 0, &N::GetType, &N::SetType),
+      Both(L"bumpScale", 1.0, &N::GetBumpScale, &N::SetBumpScale),
+      Both(L"operation", 0, &N::GetOperationType, &N::SetOperationType)}});
+}
+
 NodeKind Sound() {
   return MakeKind<sound::NSoundDomain, sound::NSoundNode>(
       {"NSoundNode", DT_SOUND, L"sound", L"sound", L"sound", false, {}});
@@ -59,7 +75,7 @@ NodeKind Movie() {
 // clang-format on
 
 INSTANTIATE_TEST_SUITE_P(Content, NodeKindTest,
-                         testing::Values(Light(), Camera(), Sound(), Movie()), NameOfKind);
+                         testing::Values(Light(), Camera(), Image(), Texture(), Sound(), Movie()), NameOfKind);
 
 }  // namespace
 }  // namespace corvanta::node_kinds

@@ -1,0 +1,47 @@
+#include "corvanta/data/domain/texture/NTextureNode.h"
+
+#include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/core/string_table/string_table.h"
+
+namespace corvanta::data::domain::texture {
+
+using ImageReference = core::node::NNodeReference<image::NImageNode>;
+
+struct NTextureNode::Block {
+  core::attribute::NAttributeHost& host;
+#define CORVANTA_ROWS_SLOTS
+#include "corvanta/data/domain/texture/texture_attributes.def"
+  ImageReference image = {};
+};
+
+#define CORVANTA_ROWS_BODIES NTextureNode
+#include "corvanta/data/domain/texture/texture_attributes.def"
+
+NTextureNode::NTextureNode(core::node::NNodeID const& id, core::domain::NDomainBase* domain,
+                           events::attribute_change::NMultiplexer const* multiplexer)
+    : NNode(id, domain, multiplexer,
+            core::string_table::GetString(core::string_table::DATA_TEXTURE)),
+      m_block(new Block{*this}) {}
+
+NTextureNode::~NTextureNode() = default;
+
+boost::intrusive_ptr<image::NImageNode> NTextureNode::GetImage() const {
+  return m_block->image.Get();
+}
+
+ImageReference const& NTextureNode::GetImageRef() const { return m_block->image; }
+
+void NTextureNode::SetImage(ImageReference const& image) {
+  m_block->image = image;
+  NotifyObservers(
+      [&](events::texture::NListener& listener) { listener.SignalTextureImageChange(*this); });
+}
+
+void NTextureNode::CopyTo(NTextureNode& target) const {
+  boost::intrusive_ptr<NTextureNode> const held(target.TryAddRef() ? &target : nullptr, false);
+  ImageReference const image = m_block->image;
+  CopyNodeTo(target);
+  target.m_block->image = image;
+}
+
+}  // namespace corvanta::data::domain::texture

@@ -1,0 +1,99 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "corvanta/data/domain/image/NImageDomain.h"
+#include "corvanta/data/domain/texture/NTextureDomain.h"
+
+namespace corvanta::data::domain::texture {
+namespace {
+
+using core::node::NNodeID;
+using ImageReference = core::node::NNodeReference<image::NImageNode>;
+
+class Recorder final : public events::texture::NListener {
+ public:
+  int count = 0;
+  NTextureNode const* texture = nullptr;
+  boost::intrusive_ptr<image::NImageNode> image;  // as the handler reads it
+  std::function<void()> react;
+
+ private:
+  void OnTextureImageChange(NTextureNode const& changed) override {
+    ++count;
+    texture = &changed;
+    image = changed.GetImage();
+    if (react) react();
+  }
+};
+
+class Texture : public testing::Test {
+ protected:
+  boost::intrusive_ptr<events::texture::NMultiplexer> multiplexer{
+      new events::texture::NMultiplexer};
+  boost::intrusive_ptr<Recorder> recorder{new Recorder};
+  boost::intrusive_ptr<image::NImageDomain> images{new image::NImageDomain(nullptr, nullptr)};
+  boost::intrusive_ptr<NTextureDomain> domain{
+      new NTextureDomain(nullptr, nullptr, multiplexer.get())};
+  boost::intrusive_ptr<image::NImageNode> image = images->CreateNode(NNodeID());
+  boost::intrusive_ptr<NTextureNode> node = domain->CreateNode(NNodeID());
+
+  void SetUp() override { multiplexer->AddObserver(*recorder); }
+};
+
+TEST_F(Texture, TellsOfEveryImageThatItIsGiven) {
+  EXPECT_FALSE(node->GetImage());
+  node->SetImage(image);
+  EXPECT_EQ(recorder->count, 1);
+  EXPECT_EQ(recorder->texture, node.get());
+  EXPECT_EQ(recorder->image, image);
+  node->SetImage(node->GetImageRef());
+  EXPECT_EQ(recorder->count, 2);
+  EXPECT_EQ(node->GetImage(), image);
+  node->SetImage(ImageReference());
+  EXPECT_EQ(recorder->count, 3);
+  EXPECT_FALSE(recorder->image);
+  EXPECT_FALSE(node->GetImageRef());
+}
+
+TEST_F(Texture, SaysNothingWhenItsImageGoes) {
+  node->SetImage(image);
+  recorder->image.reset();
+  images->RemoveNode(*image);
+  image.reset();
+  EXPECT_FALSE(node->GetImage());
+  EXPECT_TRUE(node->GetImageRef());
+  EXPECT_EQ(recorder->count, 1);
+}
+
+TEST_F(Texture, CopiesItsImageWithoutASignal) {
+  node->SetImage(image);
+  auto const target = domain->CreateNode(NNodeID());
+  node->CopyTo(*target);
+  EXPECT_EQ(target->GetImage(), image);
+  EXPECT_EQ(recorder->count, 1);
+}
+
+TEST_F(Texture, WithoutAMultiplexerTellsItsOwnObservers) {
+  boost::intrusive_ptr<NTextureDomain> const quiet(new NTextureDomain(nullptr, nullptr, nullptr));
+  auto const texture = quiet->CreateNode(NNodeID());
+  ASSERT_TRUE(texture);
+  texture->SetImage(image);
+  EXPECT_EQ(recorder->count, 0);
+  EXPECT_TRUE(texture->AddObserver(*recorder));
+  texture->SetImage(image);
+  EXPECT_EQ(recorder->count, 1);
+}
+
+TEST_F(Texture, OutlivesAHandlerThatLetsItGo) {
+  recorder->react = [&] {
+    domain->RemoveNode(*node);
+    node.reset();
+  };
+  node->SetImage(image);
+  EXPECT_EQ(recorder->count, 1);
+}
+
+}  // namespace
+}  // namespace corvanta::data::domain::texture
