@@ -1,5 +1,7 @@
 #include "corvanta/core/color/translate_rgb.h"
 
+#include <boost/intrusive_ptr.hpp>
+
 #include "corvanta/core/attribute/NAttribute.h"
 #include "corvanta/core/attribute/NAttributeHost.h"
 #include "corvanta/core/color/ColorTransform.h"
@@ -8,6 +10,9 @@ namespace corvanta::core::color::utility {
 
 void TranslateRGB(attribute::NAttributeHost& host, wchar_t const* r, wchar_t const* g,
                   wchar_t const* b, ColorTransform const& transform) {
+  // A handler of the first change may drop the last reference.
+  boost::intrusive_ptr<attribute::NAttributeHost> const held(host.TryAddRef() ? &host : nullptr,
+                                                             false);
   attribute::NAttribute* const attributes[] = {host.QueryAttribute(r), host.QueryAttribute(g),
                                                host.QueryAttribute(b)};
   if (!attributes[0] || !attributes[1] || !attributes[2]) {
