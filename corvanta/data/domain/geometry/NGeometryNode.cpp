@@ -66,11 +66,8 @@ void NGeometryNode::CopyTo(NGeometryNode& target) const {
   std::vector<boost::intrusive_ptr<NSurface>> clones;
   clones.reserve(m_block->surfaces.size());
   for (auto const& surface : m_block->surfaces) clones.push_back(surface->CloneSurface());
-  boost::intrusive_ptr<NGeometryNode const> const held(TryAddRef() ? this : nullptr, false);
-  boost::intrusive_ptr<NGeometryNode> const heldTarget(target.TryAddRef() ? &target : nullptr,
-                                                       false);
-  target.SetName(GetName());
-  CopyAttributesTo(target);
+  boost::intrusive_ptr<NGeometryNode> const held(target.TryAddRef() ? &target : nullptr, false);
+  CopyNodeTo(target);
   for (auto const& clone : clones) target.AddSurface(*clone);
 }
 
