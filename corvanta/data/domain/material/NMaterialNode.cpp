@@ -1,0 +1,167 @@
+#include "corvanta/data/domain/material/NMaterialNode.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/core/string_table/string_table.h"
+#include "corvanta/data/domain/material/detail/usage.h"
+#include "corvanta/vx_math/euler_angles.h"
+
+namespace corvanta::data::domain::material {
+
+using environment_map::NEnvironmentMap;
+
+namespace {
+
+constexpr unsigned kAttributeCount = 0
+#define CORVANTA_ROWS_COUNT
+#include "corvanta/data/domain/material/material_attributes.def"
+    ;
+
+}  // namespace
+
+/// Turns the environment map by the node's attributes as they are when it is asked.
+class NMaterialNode::Transform final : public environment_map::NEnvironmentMapTransform {
+ public:
+  explicit Transform(NMaterialNode const* owner) noexcept : node(owner) {}
+
+  NMaterialNode const* node;  // null once it has gone; the map may live on
+
+ private:
+  VX_Math::Matrix GetTransformImpl() const override {
+    if (node == nullptr) return VX_Math::Matrix();
+    VX_Math::Vec3 const angles(static_cast<float>(node->GetEnvironmentMapRotationX()),
+                               static_cast<float>(node->GetEnvironmentMapRotationY()),
+                               static_cast<float>(node->GetEnvironmentMapRotationZ()));
+    return VX_Math::Matrix(VX_Math::CreateQuaternion(angles, false));
+  }
+};
+
+struct NMaterialNode::Block {
+  core::attribute::NAttributeHost& host;
+#define CORVANTA_ROWS_SLOTS
+#include "corvanta/data/domain/material/material_attributes.def"
+  TextureList textures{};
+  boost::intrusive_ptr<NEnvironmentMap> environmentMap{new NEnvironmentMap};
+  boost::intrusive_ptr<Transform> transform{};
+  core::locator::NLocator brdfTextureLocator{};
+};
+
+#define CORVANTA_ROWS_BODIES NMaterialNode
+#include "corvanta/data/domain/material/material_attributes.def"
+
+NMaterialNode::NMaterialNode(core::node::NNodeID const& id, core::domain::NDomainBase* domain,
+                             events::attribute_change::NMultiplexer const* multiplexer)
+    : NNode(id, domain, multiplexer,
+            core::string_table::GetString(core::string_table::DATA_MATERIAL)),
+      m_block((ReserveAttributes(kAttributeCount), new Block{*this})) {
+  m_block->transform.reset(new Transform(this));
+  m_block->environmentMap->SetTransform(*m_block->transform);
+  m_block->environmentMap->AddObserver(*this);
+}
+
+NMaterialNode::~NMaterialNode() { m_block->transform->node = nullptr; }
+
+NMaterialNode::TextureList const& NMaterialNode::GetTextures() const noexcept {
+  return m_block->textures;
+}
+
+bool NMaterialNode::AddTexture(TextureReference const& texture,
+                               texture_mapping::NTextureMapping& mapping, unsigned int index) {
+  TextureList& textures = m_block->textures;
+  if (index > textures.size()) return false;
+  textures.emplace(std::next(textures.begin(), index), texture, &mapping);
+  MaterialEvents::NotifyObservers(
+      [&](events::material::NListener& listener) { listener.SignalAddTexture(*this, index); });
+  return true;
+}
+
+void NMaterialNode::ReplaceTexture(TextureReference const& oldTexture,
+                                   TextureReference const& newTexture) {
+  TextureList& textures = m_block->textures;
+  auto const found = std::find_if(textures.begin(), textures.end(),
+                                  [&](auto const& entry) { return entry.first == oldTexture; });
+  if (found == textures.end()) return;
+  found->first = newTexture;
+  textures.splice(textures.end(), textures, found);
+}
+
+bool NMaterialNode::RemoveTexture(unsigned int index) {
+  TextureList& textures = m_block->textures;
+  if (index >= textures.size()) return false;
+  TextureList removed;
+  removed.splice(removed.begin(), textures, std::next(textures.begin(), index));
+  boost::intrusive_ptr<texture::NTextureNode> const texture = removed.front().first.Get();
+  auto const& mapping = removed.front().second;
+  MaterialEvents::NotifyObservers([&](events::material::NListener& listener) {
+    listener.SignalRemoveTexture(*this, texture, mapping);
+  });
+  return true;
+}
+
+void NMaterialNode::RemoveAllTextures() { m_block->textures.clear(); }
+
+NEnvironmentMap& NMaterialNode::GetEnvironmentMap() const noexcept {
+  return *m_block->environmentMap;
+}
+
+void NMaterialNode::SetEnvironmentMap(core::node::NNodeReference<image::NImageNode> const& image,
+                                      environment_map::NEnvironmentMapImageType type) {
+  boost::intrusive_ptr<NMaterialNode const> const held(TryAddRef() ? this : nullptr, false);
+  m_block->environmentMap->SetImage(image);
+  m_block->environmentMap->SetImageType(type);
+}
+
+void NMaterialNode::OnImageChange(NEnvironmentMap const&) {
+  EnvironmentMapEvents::NotifyObservers([&](events::environment_map_change::NListener& listener) {
+    listener.SignalImageChange(*this);
+  });
+}
+
+void NMaterialNode::OnImageTypeChange(NEnvironmentMap const&) {
+  EnvironmentMapEvents::NotifyObservers([&](events::environment_map_change::NListener& listener) {
+    listener.SignalImageTypeChange(*this);
+  });
+}
+
+core::locator::NLocator const& NMaterialNode::GetBrdfTextureLocator() const noexcept {
+  return m_block->brdfTextureLocator;
+}
+
+void NMaterialNode::SetBrdfTextureLocator(core::locator::NLocator const& locator) {
+  core::locator::NLocator const told = locator;
+  m_block->brdfTextureLocator = told;
+  MaterialEvents::NotifyObservers([&](events::material::NListener& listener) {
+    listener.SignalSetBrdfTextureLocator(*this, told);
+  });
+}
+
+void NMaterialNode::CopyTo(NMaterialNode& target) const {
+  boost::intrusive_ptr<NMaterialNode> const held(target.TryAddRef() ? &target : nullptr, false);
+  TextureList textures = m_block->textures;
+  auto const image = m_block->environmentMap->GetImageRef();
+  auto const imageType = m_block->environmentMap->GetImageType();
+  auto const locator = m_block->brdfTextureLocator;
+  CopyNodeTo(target);
+  if (&target != this) target.m_block->textures.swap(textures);
+  target.m_block->environmentMap->SetImageType(imageType);
+  target.m_block->environmentMap->SetImage(image);
+  target.SetBrdfTextureLocator(locator);
+}
+
+bool HasTexture(NMaterialNode const& material) { return !material.GetTextures().empty(); }
+
+bool HasTexture(NMaterialNode const& material, texture_mapping::NTextureMappingType type) {
+  auto const& textures = material.GetTextures();
+  return std::any_of(textures.begin(), textures.end(), [type](auto const& entry) {
+    return entry.second && entry.second->GetType() == type;
+  });
+}
+
+bool IsUsed(NMaterialNode const& material) {
+  core::domain::NDomainManager const* const manager = material.GetDomainManager();
+  return manager != nullptr && detail::HasUse(*manager, material);
+}
+
+}  // namespace corvanta::data::domain::material
