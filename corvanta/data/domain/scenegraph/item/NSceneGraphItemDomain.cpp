@@ -2,6 +2,7 @@
 
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/domain_types.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 
 namespace corvanta::data::domain::scenegraph::item {
@@ -25,6 +26,9 @@ wchar_t const* NSceneGraphItemDomain::GetTypeImpl() const { return DT_SCENEGRAPH
 bool NSceneGraphItemDomain::InitializeNode(NSceneGraphItemNode& node) const {
   if (!m_hierarchy) return true;
   if (!Attach<events::scene_graph_hierarchy::NListener>(m_hierarchy, node)) return false;
+  if (auto* const model = dynamic_cast<NSceneGraphModelNode*>(&node)) {
+    if (!Attach<events::scene_graph_model::NListener>(m_models, *model)) return false;
+  }
   if (auto* const reference = dynamic_cast<NSceneGraphReferenceNode*>(&node)) {
     return Attach<events::scene_graph_tree_host::NListener>(
         m_treeHosts, static_cast<tree::NSceneGraphTreeHost&>(*reference));
