@@ -28,13 +28,18 @@ class CORVANTA_API NObservable {
  private:
   friend Subject;
 
-  /// Calls `call(Listener&)` for each observer; the subject is held while the delivery runs.
+  /// Calls `call(Listener&)` for each observer; a counted subject is held while the delivery runs.
   template <class Call>
   void NotifyObservers(Call&& call) const {
     if (m_observers.IsEmpty()) return;
     Subject const& subject = static_cast<Subject const&>(*this);
-    boost::intrusive_ptr<Subject const> const held(subject.TryAddRef() ? &subject : nullptr, false);
-    m_observers.template Deliver<Listener>(call);
+    if constexpr (requires { subject.TryAddRef(); }) {
+      boost::intrusive_ptr<Subject const> const held(subject.TryAddRef() ? &subject : nullptr,
+                                                     false);
+      m_observers.template Deliver<Listener>(call);
+    } else {
+      m_observers.template Deliver<Listener>(call);
+    }
   }
 
   detail::NObservableImpl m_observers;
