@@ -1,0 +1,91 @@
+#include "corvanta/data/switches/NModelSwitch.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace corvanta::data::switches {
+
+using detail::NModelSet;
+
+namespace {
+constexpr unsigned int kNotFound = 0xFFFFFFFF;
+}  // namespace
+
+struct NModelSwitch::Block {
+  std::list<boost::intrusive_ptr<NModelSet>> sets;
+};
+
+/// Takes a set out of the list when its signal is over, however it ends. A listener may have
+/// entered it anew: the entry that stays is that one.
+struct NModelSwitch::Removal {
+  Removal(Block& changed, NModelSet& removed)
+      : block(changed), set(removed.TryAddRef() ? &removed : nullptr, false) {}
+  Removal(Removal const&) = delete;
+  Removal& operator=(Removal const&) = delete;
+  ~Removal() {
+    auto const found = std::find(block.sets.begin(), block.sets.end(), set);
+    if (found != block.sets.end()) block.sets.erase(found);
+  }
+
+  Block& block;
+  boost::intrusive_ptr<NModelSet> const set;
+};
+
+NModelSwitch::NModelSwitch() : m_block(new Block) {}
+
+NModelSwitch::~NModelSwitch() = default;
+
+bool NModelSwitch::AddModelSet(NModelSet& set, unsigned int index) {
+  auto& sets = m_block->sets;
+  if (index > sets.size()) return false;
+  if (!AddNamedObject(set)) return false;
+  try {
+    sets.insert(std::next(sets.begin(), index), &set);
+  } catch (...) {
+    RemoveNamedObject(set);
+    throw;
+  }
+  boost::intrusive_ptr<NModelSet> const held(&set);
+  NotifyObservers([&](NModelSwitchListener& listener) { listener.SignalAddModelSet(set); });
+  return true;
+}
+
+bool NModelSwitch::RemoveModelSet(NModelSet& set) {
+  if (m_block->sets.empty() || !RemoveNamedObject(set)) return false;
+  boost::intrusive_ptr<NModelSwitch> const held(TryAddRef() ? this : nullptr, false);
+  Removal const removal(*m_block, set);
+  NotifyObservers([&](NModelSwitchListener& listener) { listener.SignalRemoveModelSet(set); });
+  return true;
+}
+
+bool NModelSwitch::RemoveModelSet(unsigned int index) {
+  if (index >= m_block->sets.size()) return false;
+  return RemoveModelSet(**std::next(m_block->sets.begin(), index));
+}
+
+unsigned int NModelSwitch::GetModelSetIndex(NModelSet const& set) const {
+  unsigned int position = 0;
+  for (auto const& entry : m_block->sets) {
+    if (entry.get() == &set) return position;
+    ++position;
+  }
+  return kNotFound;
+}
+
+unsigned int NModelSwitch::GetModelSetCount() const {
+  return static_cast<unsigned int>(m_block->sets.size());
+}
+
+std::list<boost::intrusive_ptr<NModelSet>> const& NModelSwitch::GetModelSets() const noexcept {
+  return m_block->sets;
+}
+
+boost::intrusive_ptr<NModelSet> FindModelSet(NModelSwitch const& modelSwitch,
+                                             std::wstring const& name) {
+  for (auto const& set : modelSwitch.GetModelSets()) {
+    if (set->GetName() == name) return set;
+  }
+  return nullptr;
+}
+
+}  // namespace corvanta::data::switches
