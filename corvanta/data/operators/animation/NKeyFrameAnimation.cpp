@@ -14,13 +14,14 @@ struct NKeyFrameAnimation::Block {
   void Leave(double time) noexcept;
   void UpdateSpans();
 
-  std::map<unsigned int, NKeyData> keys;
-  std::map<double, unsigned int> times;  // how many keys stand at each
-  unsigned int lastHandle = INVALID_KEY_HANDLE;
-  // The keys in order of time, while they are fresh: span i lies between the keys i and i + 1.
-  bool isFresh = false;
+  // The keys in order of time, while they are fresh: span i lies between the keys i and i + 1. They
+  // come first, so that an evaluation touches little memory.
   detail::NTimeIndex index;
   std::vector<double> values;
+  bool isFresh = false;
+  unsigned int lastHandle = INVALID_KEY_HANDLE;
+  std::map<unsigned int, NKeyData> keys;
+  std::map<double, unsigned int> times;  // how many keys stand at each
 };
 
 /// Takes a key away from `time`.

@@ -6,8 +6,8 @@
 namespace corvanta::data::operators::animation::detail {
 
 NTimeIndex::NTimeIndex(std::vector<double> times) : m_times(std::move(times)) {
-  std::size_t const cellCount = m_times.size();
-  if (cellCount == 0) return;
+  if (m_times.size() <= kCrowd) return;
+  std::size_t const cellCount = m_times.size() - 1;  // times at even distances get one each
   m_scale = static_cast<double>(cellCount) / (m_times.back() - m_times.front());
   m_lastCell = static_cast<double>(cellCount - 1);
   m_starts.assign(cellCount + 1, static_cast<std::uint32_t>(m_times.size()));

@@ -38,7 +38,7 @@ class CORVANTA_API NTimeIndex {
   }
 
  private:
-  static constexpr std::size_t kCrowd = 8;
+  static constexpr std::size_t kCrowd = 8;  // that a cell may hold
 
   /// The cell of a time that isn't before the first one. Never falls while times rise, whatever
   /// overflows.
@@ -50,22 +50,28 @@ class CORVANTA_API NTimeIndex {
   /// Requires: `isBefore` is false for the last time, and for every time in a later cell.
   template <class IsBefore>
   std::size_t Search(double t, IsBefore isBefore) const noexcept {
-    std::size_t const cell = GetCell(t);
-    std::size_t position = m_starts[cell];
-    std::size_t const end = m_starts[cell + 1];
-    if (end > position + kCrowd) {
-      auto const begin = m_times.begin();
-      return static_cast<std::size_t>(
-          std::partition_point(begin + static_cast<std::ptrdiff_t>(position),
-                               begin + static_cast<std::ptrdiff_t>(end), isBefore) -
-          begin);
+    std::size_t position = 0;
+    if (!m_starts.empty()) {
+      std::size_t const cell = GetCell(t);
+      position = m_starts[cell];
+      std::size_t const end = m_starts[cell + 1];
+      if (end > position + kCrowd) {
+        auto const begin = m_times.begin();
+        return static_cast<std::size_t>(
+            std::partition_point(begin + static_cast<std::ptrdiff_t>(position),
+                                 begin + static_cast<std::ptrdiff_t>(end), isBefore) -
+            begin);
+      }
+      // The first step is rarely foreseen, and so not a branch.
+      position += isBefore(m_times[position]) ? 1 : 0;
     }
     while (isBefore(m_times[position])) ++position;
     return position;
   }
 
   std::vector<double> m_times;
-  std::vector<std::uint32_t> m_starts;  // for each cell the first time in it or behind, and the end
+  std::vector<std::uint32_t> m_starts;  // for each cell the first time in it or behind, and the
+                                        // end; empty for a few times
   double m_scale = 0.0;
   double m_lastCell = 0.0;
 };
