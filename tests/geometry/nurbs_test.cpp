@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 #include <vector>
 
@@ -24,74 +23,53 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 NurbsBasis const kLine{2, {0, 0, 1, 1}};
-NurbsBasis const kParabola{3, {0, 0, 0, 1, 1, 1}};
-
-class CountingSurface final : public NurbsSurface {
- public:
-  void ClearTessellation() override { ++cleared; }
-  int cleared = 0;
-};
 
 TEST(Nurbs, RefusesWhatIsInconsistent) {
   struct Row {
     char const* name;
-    NurbsBasis u;
-    std::size_t pointCount;  // with a line along v
-    std::vector<double> weights;
+    NurbsBasis u;            // beside a line along v
+    std::size_t pointCount;  // for a curve half as many
+    std::vector<double> weights = {};
     bool isTaken = false;
   };
   Row const rows[] = {
       {"line", kLine, 4, {}, true},
+      {"weighted", kLine, 4, {1, 0.5, 2, 1e-300}, true},
       {"unclamped", {3, {-3, -1, 0, 2, 5, 9, 9.5}}, 8, {}, true},
       {"inner knot as often as the order", {2, {0, 0, 1, 1, 2, 2}}, 8, {}, true},
-      {"weighted", kLine, 4, {1, 0.5, 2, 1e-300}, true},
-      {"order 0", {0, {0, 1}}, 4, {}},
-      {"order 1", {1, {0, 1, 2}}, 4, {}},
-      {"fewer control points than the order", {3, {0, 0, 1, 1, 1}}, 4, {}},
-      {"no knots", {2, {}}, 0, {}},
-      {"an order beyond all knots", {0xFFFFFFFF, {0, 0, 1, 1}}, 4, {}},
-      {"descending", {2, {0, 0, 1, 0.5}}, 4, {}},
-      {"all at one place", {2, {1, 1, 1, 1}}, 4, {}},
-      {"inner knot too often", {2, {0, 0, 1, 1, 1, 2, 2}}, 10, {}},
-      {"knot not a number", {2, {0, 0, kNaN, 1}}, 4, {}},
-      {"first knot not a number", {2, {kNaN, 0, 1, 1}}, 4, {}},
-      {"endless knot", {2, {0, 0, 1, kInfinity}}, 4, {}},
-      {"too few control points", kLine, 3, {}},
-      {"too many control points", kLine, 5, {}},
-      {"no control points", kLine, 0, {}},
+      {"inner knot too often", {2, {0, 0, 1, 1, 1, 2, 2}}, 10},
+      {"order 1", {1, {0, 1, 2}}, 4},
+      {"fewer control points than the order", {3, {0, 0, 1, 1, 1}}, 4},
+      {"an order beyond all knots", {0xFFFFFFFF, {0, 0, 1, 1}}, 4},
+      {"descending", {2, {0, 0, 1, 0.5}}, 4},
+      {"knot not a number", {2, {0, 0, kNaN, 1}}, 4},
+      {"endless knot", {2, {0, 0, 1, kInfinity}}, 4},
+      {"too few control points", kLine, 2},
+      {"too many control points", kLine, 6},
       {"too few weights", kLine, 4, {1, 1, 1}},
       {"zero weight", kLine, 4, {1, 0, 1, 1}},
-      {"negative weight", kLine, 4, {1, -1, 1, 1}},
       {"weight not a number", kLine, 4, {1, kNaN, 1, 1}},
   };
   for (Row const& row : rows) {
     SCOPED_TRACE(row.name);
-    CountingSurface* const surface = new CountingSurface;
-    boost::intrusive_ptr<NurbsSurface> const held(surface);
-    std::vector<Vec3> const old(6, Vec3(1, 2, 3));
-    ASSERT_TRUE(surface->SetGeometry(kParabola, kLine, old, {1, 2, 3, 4, 5, 6}));
+    boost::intrusive_ptr<NurbsSurface> const surface(new NurbsSurface);
+    std::vector<Vec3> const old(4, Vec3(1, 2, 3));
     std::vector<Vec3> const points(row.pointCount, Vec3(4, 5, 6));
-    EXPECT_EQ(surface->SetGeometry(row.u, kLine, points, row.weights), row.isTaken);
-    EXPECT_EQ(surface->GetBasisU(), row.isTaken ? row.u : kParabola);
-    EXPECT_EQ(surface->GetBasisV(), kLine);
-    EXPECT_EQ(surface->GetControlPoints(), row.isTaken ? points : old);
-    EXPECT_EQ(surface->GetWeights(),
-              row.isTaken ? row.weights : (std::vector<double>{1, 2, 3, 4, 5, 6}));
-    EXPECT_EQ(surface->cleared, row.isTaken ? 2 : 1);
+    ASSERT_TRUE(surface->SetGeometry(kLine, kLine, old, {1, 2, 3, 4}));
     EXPECT_EQ(surface->SetGeometry(kLine, row.u, points, row.weights), row.isTaken);
+    EXPECT_EQ(surface->SetGeometry(row.u, kLine, points, row.weights), row.isTaken);
+    EXPECT_EQ(surface->GetBasisU(), row.isTaken ? row.u : kLine);
+    EXPECT_EQ(surface->GetControlPoints(), row.isTaken ? points : old);
+    EXPECT_EQ(surface->GetWeights(), row.isTaken ? row.weights : (std::vector<double>{1, 2, 3, 4}));
 
-    // A curve wants half of what the surface wants along u and its line.
-    bool const isWhole = row.pointCount % 2 != 0;
-    std::vector<Vec2> const oldPoints(2, Vec2(1, 2));
-    std::vector<Vec2> const curvePoints(isWhole ? row.pointCount : row.pointCount / 2, Vec2(3, 4));
-    std::vector<double> curveWeights = row.weights;
-    if (curveWeights.size() == 4) curveWeights.resize(2);
     boost::intrusive_ptr<NurbsCurve2d> const curve(new NurbsCurve2d);
-    ASSERT_TRUE(curve->SetGeometry(kLine, oldPoints, {1, 2}));
-    EXPECT_EQ(curve->SetGeometry(row.u, curvePoints, curveWeights), row.isTaken);
+    std::vector<double> weights = row.weights;
+    if (weights.size() == 4) weights.resize(2);
+    ASSERT_TRUE(curve->SetGeometry(kLine, std::vector<Vec2>(2), {1, 2}));
+    EXPECT_EQ(curve->SetGeometry(row.u, std::vector<Vec2>(row.pointCount / 2), weights),
+              row.isTaken);
     EXPECT_EQ(curve->GetBasis(), row.isTaken ? row.u : kLine);
-    EXPECT_EQ(curve->GetControlPoints(), row.isTaken ? curvePoints : oldPoints);
-    EXPECT_EQ(curve->GetWeights(), row.isTaken ? curveWeights : (std::vector<double>{1, 2}));
+    EXPECT_EQ(curve->GetWeights(), row.isTaken ? weights : (std::vector<double>{1, 2}));
   }
 }
 

@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <map>
 #include <memory>
 #include <random>
-#include <thread>
 #include <vector>
 
 #include "corvanta/core/domain/NDomainManager.h"
@@ -82,26 +80,6 @@ TEST(MaterialUsage, DiesWithItsManagerAndOutlivesItsMaterial) {
 
   auto const lone = MakeDomain(nullptr)->CreateNode(NNodeID());
   EXPECT_FALSE(IsUsed(*lone));
-}
-
-TEST(MaterialUsage, ManagersCountInTheirOwnThreads) {
-  std::vector<std::thread> threads;
-  for (int i = 0; i != 4; ++i) {
-    threads.emplace_back([] {
-      for (int round = 0; round != 200; ++round) {
-        NDomainManager manager;
-        auto const domain = MakeDomain(&manager);
-        auto const material = domain->CreateNode(NNodeID());
-        for (int use = 0; use != 3; ++use) detail::AddUse(manager, *material);
-        for (int use = 0; use != 3; ++use) {
-          EXPECT_TRUE(IsUsed(*material));
-          detail::RemoveUse(&manager, *material);
-        }
-        EXPECT_FALSE(IsUsed(*material));
-      }
-    });
-  }
-  for (auto& thread : threads) thread.join();
 }
 
 }  // namespace

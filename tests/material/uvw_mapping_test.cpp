@@ -85,10 +85,6 @@ TEST_F(UVWMapping, LooksTheFlatSetUpFirst) {
       ExpectXYZ(binormals[1], Vec3(4, 5, 6));
     }
   }
-  NUVWMapping copy((NUVWMapping(kFlat)));
-  EXPECT_EQ(copy.GetUVWMappingType(), kFlat);
-  copy = NUVWMapping(NUVWMT_INTERNAL);
-  EXPECT_EQ(copy.GetUVWMappingType(), NUVWMT_INTERNAL);
 }
 
 /// Plane patches with u and v along two perpendicular directions of the plane, of any scale.
