@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphItemDomain.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphLightNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeDomain.h"
 
@@ -56,7 +58,9 @@ class Recorder final : public NSceneGraphTraverser {
   void Before(NSceneGraphCameraNode& node, void const* data, NCheckPoints const& at) override {
     Write(L"camera ", node, data, at);
   }
-  void Before(NSceneGraphModelNode&, void const*, NCheckPoints const&) override { FAIL(); }
+  void Before(NSceneGraphModelNode& node, void const* data, NCheckPoints const& at) override {
+    Write(L"model ", node, data, at);
+  }
   void Before(NSceneGraphTreeNode& node, void const* data, NCheckPoints const& at) override {
     Write(L"tree ", node, data, at);
   }
@@ -72,7 +76,9 @@ class Recorder final : public NSceneGraphTraverser {
   void After(NSceneGraphCameraNode& node, void const* data, NCheckPoints const& at) override {
     Write(L"/camera ", node, data, at);
   }
-  void After(NSceneGraphModelNode&, void const*, NCheckPoints const&) override { FAIL(); }
+  void After(NSceneGraphModelNode& node, void const* data, NCheckPoints const& at) override {
+    Write(L"/model ", node, data, at);
+  }
   void After(NSceneGraphTreeNode& node, void const* data, NCheckPoints const& at) override {
     Write(L"/tree ", node, data, at);
   }
@@ -140,13 +146,14 @@ TEST_F(Traverser, CallsTheHooksOfEachKindInOrder) {
   auto const camera = Make<NSceneGraphCameraNode>(L"b", root.get());
   auto const hidden = Make<NSceneGraphLightNode>(L"c", camera.get());
   hidden->SetIsVisibleFlag(false);
-  Make<NSceneGraphReferenceNode>(L"d", root.get());
+  auto const reference = Make<NSceneGraphReferenceNode>(L"d", root.get());
+  Make<NSceneGraphModelNode>(L"e", reference.get());
   EXPECT_FALSE(recorder.HasTree());
   auto const tree = MakeTree(L"t", root.get());
-  EXPECT_THAT(Walk(*tree),
-              ElementsAre(L"tree t", L"a", L"group a", L"b", L"camera b", L"c", L"light c",
-                          L"/light c", L"/c", L"/camera b", L"/b", L"d", L"reference d",
-                          L"/reference d", L"/d", L"/group a", L"/a", L"/tree t"));
+  EXPECT_THAT(Walk(*tree), ElementsAre(L"tree t", L"a", L"group a", L"b", L"camera b", L"c",
+                                       L"light c", L"/light c", L"/c", L"/camera b", L"/b", L"d",
+                                       L"reference d", L"e", L"model e", L"/model e", L"/e",
+                                       L"/reference d", L"/d", L"/group a", L"/a", L"/tree t"));
   EXPECT_EQ(recorder.Tree(), tree.get());
   EXPECT_FALSE(Recorder(recorder).HasTree());
   EXPECT_THAT(Walk(*MakeTree(L"rootless", nullptr)),
