@@ -6,7 +6,7 @@
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/material/detail/usage.h"
-#include "corvanta/vx_math/euler_angles.h"
+#include "corvanta/data/environment_map/detail/NRotationTransform.h"
 
 namespace corvanta::data::domain::material {
 
@@ -21,30 +21,16 @@ constexpr unsigned kAttributeCount = 0
 
 }  // namespace
 
-/// Turns the environment map by the node's attributes as they are when it is asked.
-class NMaterialNode::Transform final : public environment_map::NEnvironmentMapTransform {
- public:
-  explicit Transform(NMaterialNode const* owner) noexcept : node(owner) {}
-
-  NMaterialNode const* node;  // null once it has gone; the map may live on
-
- private:
-  VX_Math::Matrix GetTransformImpl() const override {
-    if (node == nullptr) return VX_Math::Matrix();
-    VX_Math::Vec3 const angles(static_cast<float>(node->GetEnvironmentMapRotationX()),
-                               static_cast<float>(node->GetEnvironmentMapRotationY()),
-                               static_cast<float>(node->GetEnvironmentMapRotationZ()));
-    return VX_Math::Matrix(VX_Math::CreateQuaternion(angles, false));
-  }
-};
-
 struct NMaterialNode::Block {
   core::attribute::NAttributeHost& host;
 #define CORVANTA_ROWS_SLOTS
 #include "corvanta/data/domain/material/material_attributes.def"
   TextureList textures{};
   boost::intrusive_ptr<NEnvironmentMap> environmentMap{new NEnvironmentMap};
-  boost::intrusive_ptr<Transform> transform{};
+  boost::intrusive_ptr<environment_map::detail::NRotationTransform> transform{
+      new environment_map::detail::NRotationTransform(host, material::AN_ENVIRONMENT_MAP_ROTATION_X,
+                                                      material::AN_ENVIRONMENT_MAP_ROTATION_Y,
+                                                      material::AN_ENVIRONMENT_MAP_ROTATION_Z)};
   core::locator::NLocator brdfTextureLocator{};
 };
 
@@ -56,12 +42,11 @@ NMaterialNode::NMaterialNode(core::node::NNodeID const& id, core::domain::NDomai
     : NNode(id, domain, multiplexer,
             core::string_table::GetString(core::string_table::DATA_MATERIAL)),
       m_block((ReserveAttributes(kAttributeCount), new Block{*this})) {
-  m_block->transform.reset(new Transform(this));
   m_block->environmentMap->SetTransform(*m_block->transform);
   m_block->environmentMap->AddObserver(*this);
 }
 
-NMaterialNode::~NMaterialNode() { m_block->transform->node = nullptr; }
+NMaterialNode::~NMaterialNode() { m_block->transform->ClearOwner(); }
 
 NMaterialNode::TextureList const& NMaterialNode::GetTextures() const noexcept {
   return m_block->textures;

@@ -85,7 +85,6 @@ class CORVANTA_API NMaterialNode
 
  private:
   struct Block;
-  class Transform;
 
   void AcceptImpl(NNodeWatcher& visitor) const override { visitor.Visit(*this); }
   void AcceptImpl(NNodeModifier& visitor) override { visitor.Visit(*this); }
