@@ -1,0 +1,91 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "corvanta/data/domain/environment/NEnvironmentDomain.h"
+#include "corvanta/data/domain/scene/NSceneDomain.h"
+#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeDomain.h"
+
+namespace corvanta::data::domain::scene {
+namespace {
+
+using core::node::NNodeID;
+using environment::NEnvironmentNode;
+using scenegraph::tree::NSceneGraphTreeHost;
+using scenegraph::tree::NSceneGraphTreeNode;
+using testing::ElementsAre;
+using Environment = boost::intrusive_ptr<NEnvironmentNode>;
+
+class Recorder final : public events::scene::NListener,
+                       public events::scene_graph_tree_host::NListener {
+ public:
+  std::vector<std::pair<Environment, Environment>> environments;  // old and new
+  int trees = 0;
+
+ private:
+  void OnEnvironmentChange(NSceneNode const& scene, Environment const& old) override {
+    environments.emplace_back(old, scene.GetEnvironment());
+  }
+  void OnSceneGraphTreeChange(NSceneGraphTreeHost const&,
+                              boost::intrusive_ptr<NSceneGraphTreeNode> const&) override {
+    ++trees;
+  }
+  void OnSceneGraphTreeRootChange(
+      NSceneGraphTreeHost const&, NSceneGraphTreeNode const&,
+      boost::intrusive_ptr<scenegraph::item::NSceneGraphItemNode> const&) override {}
+};
+
+TEST(Scene, TellsOfTreeAndEnvironmentWithTheOldOne) {
+  boost::intrusive_ptr<events::scene_graph_tree_host::NMultiplexer> const hosts(
+      new events::scene_graph_tree_host::NMultiplexer);
+  boost::intrusive_ptr<events::scene::NMultiplexer> const scenes(new events::scene::NMultiplexer);
+  boost::intrusive_ptr<Recorder> const recorder(new Recorder);
+  hosts->AddObserver(*recorder);
+  scenes->AddObserver(*recorder);
+  boost::intrusive_ptr<NSceneDomain> const domain(
+      new NSceneDomain(nullptr, nullptr, hosts.get(), scenes.get()));
+  boost::intrusive_ptr<environment::NEnvironmentDomain> const environments(
+      new environment::NEnvironmentDomain(nullptr, nullptr, nullptr, nullptr));
+  boost::intrusive_ptr<scenegraph::tree::NSceneGraphTreeDomain> const trees(
+      new scenegraph::tree::NSceneGraphTreeDomain(nullptr, nullptr, nullptr));
+  auto const scene = domain->CreateNode(NNodeID());
+  EXPECT_EQ(scene->GetEnvironment(), nullptr);
+  EXPECT_EQ(scene->GetSceneGraph(), nullptr);
+
+  Environment a = environments->CreateNode(NNodeID());
+  scene->SetEnvironment(*a);
+  scene->SetEnvironment(scene->GetEnvironmentRef());
+  scene->SetEnvironment({});
+  EXPECT_THAT(recorder->environments, ElementsAre(std::pair(Environment(), a), std::pair(a, a),
+                                                  std::pair(a, Environment())));
+  scene->SetSceneGraph(*trees->CreateNode(NNodeID()));
+  EXPECT_EQ(recorder->trees, 1);
+
+  scene->SetEnvironment(*a);
+  recorder->environments.clear();
+  environments->RemoveNode(*a);
+  a.reset();
+  EXPECT_EQ(scene->GetEnvironment(), nullptr);
+  EXPECT_TRUE(scene->GetEnvironmentRef());
+  EXPECT_TRUE(recorder->environments.empty());
+}
+
+TEST(SceneDomain, AttachesTheMultiplexersThatItHas) {
+  boost::intrusive_ptr<events::scene_graph_tree_host::NMultiplexer> const hosts(
+      new events::scene_graph_tree_host::NMultiplexer);
+  boost::intrusive_ptr<events::scene::NMultiplexer> const scenes(new events::scene::NMultiplexer);
+  for (int which = 0; which != 4; ++which) {
+    boost::intrusive_ptr<NSceneDomain> const domain(new NSceneDomain(
+        nullptr, nullptr, which & 1 ? hosts.get() : nullptr, which & 2 ? scenes.get() : nullptr));
+    auto const scene = domain->CreateNode(NNodeID());
+    ASSERT_NE(scene, nullptr);
+    EXPECT_EQ(scene->AddObserver(*hosts), (which & 1) == 0);
+    EXPECT_EQ(scene->AddObserver(*scenes), (which & 2) == 0);
+  }
+}
+
+}  // namespace
+}  // namespace corvanta::data::domain::scene
