@@ -1,0 +1,49 @@
+#include "corvanta/data/view/NViewManager.h"
+
+#include <iterator>
+
+#include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/data/events/attribute_change/NMultiplexer.h"
+
+namespace corvanta::data::view {
+
+struct NViewManager::Block {
+  core::attribute::NAttributeHost& host;
+  boost::intrusive_ptr<events::attribute_change::NMultiplexer const> const multiplexer;
+#define CORVANTA_ROWS_SLOTS
+#include "corvanta/data/view/view_manager_attributes.def"
+  std::list<boost::intrusive_ptr<NView>> views{};
+};
+
+#define CORVANTA_ROWS_BODIES NViewManager
+#include "corvanta/data/view/view_manager_attributes.def"
+
+NViewManager::NViewManager(events::attribute_change::NMultiplexer const* multiplexer)
+    : m_block(new Block{*this, multiplexer}) {}
+
+NViewManager::~NViewManager() = default;
+
+bool NViewManager::AddView(NView& view, unsigned int index) {
+  auto& views = m_block->views;
+  if (index > views.size()) return false;
+  boost::intrusive_ptr<NView> const added(&view);
+  views.insert(std::next(views.begin(), index), added);
+  NotifyObservers(
+      [&](NViewManagerListener& listener) { listener.SignalAddView(*this, view, index); });
+  return true;
+}
+
+std::list<boost::intrusive_ptr<NView>> const& NViewManager::GetViews() const noexcept {
+  return m_block->views;
+}
+
+void NViewManager::RemoveAllViews() {
+  m_block->views.clear();
+  NotifyObservers([&](NViewManagerListener& listener) { listener.SignalRemoveAllViews(*this); });
+}
+
+void NViewManager::OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) {
+  if (m_block->multiplexer) m_block->multiplexer->OnAttributeChange(*this, attribute);
+}
+
+}  // namespace corvanta::data::view
