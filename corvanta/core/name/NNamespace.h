@@ -53,12 +53,13 @@ class CORVANTA_API NNamespace
  private:
   friend class NNamedObject;
 
+  // Not noexcept: then the table keeps each hash, and a look-up doesn't visit every object it passes.
   struct Hash {
     using is_transparent = void;
-    std::size_t operator()(std::wstring_view name) const noexcept {
+    std::size_t operator()(std::wstring_view name) const {
       return std::hash<std::wstring_view>()(name);
     }
-    std::size_t operator()(NNamedObject const* object) const noexcept {
+    std::size_t operator()(NNamedObject const* object) const {
       return (*this)(std::wstring_view(object->GetName()));
     }
   };

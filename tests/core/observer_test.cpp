@@ -1,0 +1,334 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <random>
+#include <stdexcept>
+#include <vector>
+
+#include "corvanta/core/observer/NObservable.h"
+
+namespace corvanta::core::observer {
+namespace {
+
+using reference_countable::NReferenceCountableWithWeakReference;
+
+class Listener : public virtual NReferenceCountableWithWeakReference {
+ public:
+  explicit Listener(int number = 0, int* alive = nullptr) : id(number), m_alive(alive) {
+    if (m_alive) ++*m_alive;
+  }
+  ~Listener() override {
+    if (m_alive) --*m_alive;
+  }
+  void Signal() {
+    ++heard;
+    if (react) react(*this);
+  }
+
+  int const id;
+  int heard = 0;
+  std::function<void(Listener&)> react;
+
+ private:
+  int* const m_alive;
+};
+using ListenerPointer = boost::intrusive_ptr<Listener>;
+
+class Subject : public NObservable<Subject, Listener>,
+                public virtual NReferenceCountableWithWeakReference {
+ public:
+  explicit Subject(int* alive = nullptr) : m_alive(alive) {
+    if (m_alive) ++*m_alive;
+  }
+  Subject(Subject const& other) = default;
+  ~Subject() override {
+    if (m_alive) --*m_alive;
+  }
+  void AssignObservers(Subject const& other) { NObservable::operator=(other); }
+  void Raise() const {
+    NotifyObservers([](Listener& listener) { listener.Signal(); });
+  }
+
+ private:
+  int* const m_alive;
+};
+
+struct Thrown : std::runtime_error {
+  Thrown() : runtime_error("a listener's") {}
+};
+
+/// Edits an observed subject at random, from within its deliveries too, and keeps a naive account
+/// of who must be called next: who was registered when the delivery began, still is by that
+/// registration, and lives.
+class Model {
+ public:
+  explicit Model(unsigned seed) : m_random(seed), m_subject(new Subject(&m_subjectsAlive)) {}
+
+  void Run() {
+    for (int i = 0; i != 60 && m_subject; ++i) {
+      if (Choose(3) != 0) {
+        Edit(nullptr);
+      } else {
+        RaiseCatching();
+      }
+      ASSERT_FALSE(testing::Test::HasFailure());
+    }
+    m_subject.reset();
+    EXPECT_EQ(m_subjectsAlive, 0);
+    m_pool.clear();
+    EXPECT_EQ(m_listenersAlive, 0);
+  }
+
+ private:
+  struct Frame {
+    std::vector<std::pair<int, int>> snapshot;  // registration, listener
+    std::size_t at = 0;
+  };
+
+  int Choose(int count) { return std::uniform_int_distribution<int>(0, count - 1)(m_random); }
+  bool IsAlive(int listener) { return m_pool.count(listener) != 0 || m_running[listener] != 0; }
+  bool IsRegistered(int registration) {
+    return std::any_of(m_registered.begin(), m_registered.end(),
+                       [registration](auto const& entry) { return entry.first == registration; });
+  }
+  /// The listener that must be called next in the frame, or -1.
+  int Next(Frame& frame) {
+    for (; frame.at != frame.snapshot.size(); ++frame.at) {
+      auto const [registration, listener] = frame.snapshot[frame.at];
+      if (IsRegistered(registration) && IsAlive(listener)) return listener;
+    }
+    return -1;
+  }
+
+  void RaiseCatching() {
+    try {
+      Raise();
+    } catch (Thrown const&) {
+    }
+  }
+  void Raise() {
+    Subject const& subject = *m_subjectAddress;
+    std::size_t const depth = m_frames.size();
+    m_frames.push_back({m_registered, 0});
+    try {
+      subject.Raise();
+    } catch (Thrown const&) {
+      m_frames.resize(depth);
+      throw;
+    }
+    EXPECT_EQ(Next(m_frames.back()), -1) << "a delivery ended early";
+    m_frames.resize(depth);
+  }
+
+  void OnSignal(Listener& listener) {
+    Frame& frame = m_frames.back();
+    ASSERT_EQ(Next(frame), listener.id);
+    ++frame.at;
+    ++m_running[listener.id];
+    struct Leave {
+      int& running;
+      ~Leave() { --running; }
+    } const leave{m_running[listener.id]};
+    for (int edits = Choose(3); edits != 0; --edits) Edit(&listener);
+    if (m_frames.size() < 4 && Choose(5) == 0) {
+      Choose(2) == 0 ? Raise() : RaiseCatching();
+    }
+    if (Choose(25) == 0) throw Thrown();
+  }
+
+  void Edit(Listener* current) {
+    switch (Choose(current == nullptr ? 4 : 8)) {
+      case 0:
+      case 1:
+        return Add();
+      case 2:
+        if (!m_pool.empty()) Remove(*Any());
+        return;
+      case 3:
+        if (!m_pool.empty()) m_pool.erase(Any()->id);
+        return;
+      case 4:
+        return Remove(*current);
+      case 5:
+        m_pool.erase(current->id);
+        return;
+      case 6:
+        if (Choose(10) == 0) m_subject.reset();
+        return;
+      default:
+        return;
+    }
+  }
+  Listener* Any() {
+    return std::next(m_pool.begin(), Choose(static_cast<int>(m_pool.size())))->second.get();
+  }
+  void Add() {
+    if (m_pool.empty() || Choose(3) != 0) {
+      ListenerPointer const made(new Listener(m_nextId++, &m_listenersAlive));
+      made->react = [this](Listener& listener) { OnSignal(listener); };
+      m_pool.emplace(made->id, made);
+    }
+    Listener& listener = *Any();
+    bool const isNew = std::none_of(m_registered.begin(), m_registered.end(),
+                                    [&](auto const& entry) { return entry.second == listener.id; });
+    EXPECT_EQ(m_subjectAddress->AddObserver(listener), isNew);
+    if (isNew) m_registered.emplace_back(m_nextRegistration++, listener.id);
+  }
+  void Remove(Listener& listener) {
+    auto const removed =
+        std::erase_if(m_registered, [&](auto const& entry) { return entry.second == listener.id; });
+    EXPECT_EQ(m_subjectAddress->RemoveObserver(listener), removed == 1);
+  }
+
+  std::mt19937 m_random;
+  int m_listenersAlive = 0;
+  int m_subjectsAlive = 0;
+  boost::intrusive_ptr<Subject> m_subject;
+  Subject* const m_subjectAddress = m_subject.get();  // good while it is held or delivers
+  std::map<int, ListenerPointer> m_pool;
+  std::map<int, int> m_running;
+  std::vector<std::pair<int, int>> m_registered;
+  std::vector<Frame> m_frames;
+  int m_nextId = 0;
+  int m_nextRegistration = 0;
+};
+
+TEST(Observers, RandomEditsFromWithinNestedDeliveries) {
+  for (unsigned seed = 1; seed <= 3000; ++seed) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    Model(seed).Run();
+    if (HasFailure()) return;
+  }
+}
+
+TEST(Observers, ComeAndGoByTheHundredThousandInAnyOrder) {
+  constexpr int kCount = 100000;
+  boost::intrusive_ptr<Subject> const subject(new Subject);
+  std::vector<ListenerPointer> listeners;
+  for (int i = 0; i != kCount; ++i) listeners.emplace_back(new Listener(i));
+  for (auto const& listener : listeners) ASSERT_TRUE(subject->AddObserver(*listener));
+  for (auto const& listener : listeners) ASSERT_FALSE(subject->AddObserver(*listener));
+  std::shuffle(listeners.begin(), listeners.end(), std::mt19937(7));
+  // A third is removed, a third dies, each of the rest is removed and comes back in between.
+  for (int i = 0; i != kCount; ++i) {
+    if (i % 3 == 0) {
+      ASSERT_TRUE(subject->RemoveObserver(*listeners[i]));
+    }
+    if (i % 3 == 1) listeners[i].reset();
+    if (i % 3 == 2) {
+      ASSERT_TRUE(subject->RemoveObserver(*listeners[i]));
+      ASSERT_TRUE(subject->AddObserver(*listeners[i]));
+    }
+  }
+  subject->Raise();
+  for (int i = 0; i != kCount; ++i) {
+    if (i % 3 == 0) {
+      ASSERT_FALSE(subject->RemoveObserver(*listeners[i]));
+    }
+    if (listeners[i]) {
+      ASSERT_EQ(listeners[i]->heard, i % 3 == 2 ? 1 : 0);
+    }
+  }
+  // All the rest go while the first that is called looks on.
+  auto const onlooker = std::find_if(listeners.begin(), listeners.end(),
+                                     [](auto const& i) { return i && i->heard == 1; });
+  int removed = 0;
+  (*onlooker)->react = [&](Listener&) {
+    for (auto const& listener : listeners)
+      removed += listener && subject->RemoveObserver(*listener);
+  };
+  subject->Raise();
+  EXPECT_EQ(removed, kCount / 3);
+  for (auto const& listener : listeners) {
+    if (listener && listener != *onlooker) {
+      ASSERT_LE(listener->heard, 1);
+    }
+  }
+}
+
+TEST(Observers, SubjectOnTheStackMayEndDuringItsDelivery) {
+  std::optional<Subject> subject(std::in_place);
+  ListenerPointer const first(new Listener), second(new Listener);
+  subject->AddObserver(*first);
+  subject->AddObserver(*second);
+  first->react = [&](Listener&) { subject.reset(); };
+  subject->Raise();
+  EXPECT_EQ(first->heard, 1);
+  EXPECT_EQ(second->heard, 1);
+}
+
+TEST(Observers, CopiesStartWithoutObserversAndAssignmentChangesNothing) {
+  boost::intrusive_ptr<Subject> const subject(new Subject);
+  ListenerPointer const listener(new Listener);
+  subject->AddObserver(*listener);
+  boost::intrusive_ptr<Subject> const copy(new Subject(*subject));
+  EXPECT_TRUE(copy->AddObserver(*listener));
+  copy->AssignObservers(*subject);
+  copy->Raise();
+  subject->Raise();
+  EXPECT_EQ(listener->heard, 2);
+}
+
+/// Nobody holds it yet: it hears nothing, isn't destroyed by being asked for, and hears once held.
+TEST(Observers, ListenerWhoseCountIsZeroIsLeftAloneAndHeardFromLater) {
+  boost::intrusive_ptr<Subject> const subject(new Subject);
+  int alive = 0;
+  auto* const listener = new Listener(0, &alive);
+  EXPECT_FALSE(subject->RemoveObserver(*listener));
+  EXPECT_TRUE(subject->AddObserver(*listener));
+  subject->Raise();
+  EXPECT_FALSE(subject->AddObserver(*listener));
+  EXPECT_EQ(listener->heard, 0);
+  ListenerPointer held(listener);
+  subject->Raise();
+  EXPECT_EQ(listener->heard, 1);
+  held.reset();
+  EXPECT_EQ(alive, 0);
+  subject->Raise();
+}
+
+class Counted : public NReferenceCountableWithWeakReference {
+ public:
+  explicit Counted(std::function<void(Counted&)> atEnd) : m_atEnd(std::move(atEnd)) {}
+  ~Counted() override { m_atEnd(*this); }
+
+ private:
+  std::function<void(Counted&)> const m_atEnd;
+};
+
+TEST(Counts, CountedPointerInTheDestructorDoesNothing) {
+  int ends = 0;
+  boost::intrusive_ptr<reference_countable::NWeakReferenceImpl const> weak;
+  boost::intrusive_ptr<Counted> object(new Counted([&](Counted& dying) {
+    ++ends;
+    boost::intrusive_ptr<Counted> const passing(&dying);
+    EXPECT_EQ(weak->GetReference(), nullptr);
+    EXPECT_FALSE(dying.TryAddRef());
+    EXPECT_TRUE(weak->IsExpired());
+  }));
+  weak = object->GetWeakReference();
+  EXPECT_EQ(weak, object->GetWeakReference());
+  EXPECT_EQ(weak->GetReference(), object);
+  object.reset();
+  EXPECT_EQ(ends, 1);
+  EXPECT_EQ(weak->GetReference(), nullptr);
+}
+
+TEST(Counts, WeakReferencesOrderByFirstUse) {
+  auto const doNothing = [](Counted&) {};
+  boost::intrusive_ptr<Counted> const a(new Counted(doNothing)), b(new Counted(doNothing));
+  auto const ofB = b->GetWeakReference();
+  auto const ofA = a->GetWeakReference();
+  reference_countable::NWeakReferenceLess const less;
+  EXPECT_TRUE(less(ofB, ofA));
+  EXPECT_FALSE(less(ofA, ofB));
+  EXPECT_TRUE(less(nullptr, ofB));
+  EXPECT_FALSE(less(nullptr, nullptr));
+}
+
+}  // namespace
+}  // namespace corvanta::core::observer

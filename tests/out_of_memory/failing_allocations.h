@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <limits>
+#include <new>
+
+/// This binary replaces operator new: it counts, and fails when it is told to.
+namespace corvanta::out_of_memory {
+
+/// How many allocations succeed from now on, before one throws std::bad_alloc.
+void FailAfter(std::size_t successes);
+inline void NeverFail() { FailAfter(std::numeric_limits<std::size_t>::max()); }
+/// Allocations since the program began.
+std::size_t CountAllocations();
+
+/// Runs `operation` with its first allocation failing, then its second, and so on until it gets
+/// through. Calls `check` after each failure. Gives the number of failures.
+template <class Operation, class Check>
+int FailEverywhere(Operation const& operation, Check const& check) {
+  for (int failures = 0;; ++failures) {
+    FailAfter(static_cast<std::size_t>(failures));
+    try {
+      operation();
+      NeverFail();
+      return failures;
+    } catch (std::bad_alloc const&) {
+      NeverFail();
+      check();
+    }
+  }
+}
+
+}  // namespace corvanta::out_of_memory
