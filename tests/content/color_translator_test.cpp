@@ -1,0 +1,117 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "corvanta/core/color/ColorTransform.h"
+#include "corvanta/data/domain/detail/NNodeColorTranslator.h"
+#include "corvanta/data/domain/environment/NEnvironmentDomain.h"
+#include "corvanta/data/domain/light/NLightDomain.h"
+#include "corvanta/data/domain/material/NMaterialDomain.h"
+#include "corvanta/data/domain/texture/NTextureDomain.h"
+
+namespace corvanta::data::domain::detail {
+namespace {
+
+using core::node::NNodeID;
+using testing::ElementsAreArray;
+using testing::IsEmpty;
+
+// Turns the three around and adds to each, so that no two of them can be mistaken for each other.
+class Turn final : public core::color::ColorTransform {
+ public:
+  void Transform(double& r, double& g, double& b) const override {
+    double const red = r;
+    r = g + 1.0;
+    g = b + 2.0;
+    b = red + 3.0;
+  }
+};
+
+class Recorder final : public events::attribute_change::NListener {
+ public:
+  std::vector<std::wstring> names;
+  std::function<void()> react;
+
+ private:
+  void OnAttributeChangeImpl(core::attribute::NAttributeHost&,
+                             core::attribute::NAttribute const& attribute) override {
+    names.push_back(attribute.GetName());
+    if (react) react();
+  }
+};
+
+class ColorTranslator : public testing::Test {
+ protected:
+  boost::intrusive_ptr<events::attribute_change::NMultiplexer> multiplexer{
+      new events::attribute_change::NMultiplexer};
+  boost::intrusive_ptr<Recorder> recorder{new Recorder};
+  Turn turn;
+  NNodeColorTranslator translator{turn};
+
+  void SetUp() override { multiplexer->AddObserver(*recorder); }
+
+  // The colours of `node`, by the names without their ends, and nothing but these are translated.
+  void ExpectTranslated(NNode& node, std::vector<std::wstring> const& colors) {
+    std::vector<std::wstring> names;
+    double value = 0.0;
+    for (std::wstring const& color : colors) {
+      for (wchar_t const* const end : {L".r", L".g", L".b"}) {
+        names.push_back(color + end);
+        ASSERT_TRUE(node.QueryAttribute(names.back())) << testing::PrintToString(names.back());
+        node.QueryAttribute(names.back())->SetValue(value += 0.125, false);
+      }
+    }
+    recorder->names.clear();
+    node.Accept(translator);
+    EXPECT_THAT(recorder->names, ElementsAreArray(names));
+    value = 0.0;
+    for (std::wstring const& color : colors) {
+      double const red = value + 0.125;
+      value += 0.375;
+      EXPECT_EQ(node.QueryAttribute(color + L".r")->GetDouble(), red + 0.125 + 1.0);
+      EXPECT_EQ(node.QueryAttribute(color + L".g")->GetDouble(), red + 0.25 + 2.0);
+      EXPECT_EQ(node.QueryAttribute(color + L".b")->GetDouble(), red + 3.0);
+    }
+  }
+};
+
+TEST_F(ColorTranslator, TranslatesTheColorsOfThreeKinds) {
+  boost::intrusive_ptr<light::NLightDomain> const lights(
+      new light::NLightDomain(nullptr, multiplexer.get()));
+  boost::intrusive_ptr<environment::NEnvironmentDomain> const environments(
+      new environment::NEnvironmentDomain(nullptr, multiplexer.get(), nullptr, nullptr));
+  boost::intrusive_ptr<material::NMaterialDomain> const materials(
+      new material::NMaterialDomain(nullptr, multiplexer.get(), nullptr, nullptr));
+  ExpectTranslated(*lights->CreateNode(NNodeID()), {L"color"});
+  ExpectTranslated(*environments->CreateNode(NNodeID()),
+                   {L"color", L"ambientLight", L"floor.color"});
+  ExpectTranslated(*materials->CreateNode(NNodeID()),
+                   {L"diffuse", L"ambient", L"specular", L"emissive", L"fleck.specular"});
+}
+
+TEST_F(ColorTranslator, LeavesOtherKindsAloneWhateverTheirAttributes) {
+  boost::intrusive_ptr<texture::NTextureDomain> const textures(
+      new texture::NTextureDomain(nullptr, multiplexer.get(), nullptr));
+  auto const texture = textures->CreateNode(NNodeID());
+  for (wchar_t const* const name : {L"color.r", L"color.g", L"color.b"}) {
+    texture->AddAttribute(name, true)->SetValue(0.5, false);
+  }
+  texture->Accept(translator);
+  EXPECT_THAT(recorder->names, IsEmpty());
+  EXPECT_EQ(texture->QueryAttribute(L"color.r")->GetDouble(), 0.5);
+}
+
+TEST_F(ColorTranslator, OutlivesAHandlerThatLetsTheNodeGo) {
+  boost::intrusive_ptr<material::NMaterialDomain> const materials(
+      new material::NMaterialDomain(nullptr, multiplexer.get(), nullptr, nullptr));
+  NNode& node = *materials->CreateNode(NNodeID());
+  recorder->react = [&] { materials->RemoveNode(static_cast<material::NMaterialNode&>(node)); };
+  node.Accept(translator);
+  EXPECT_EQ(recorder->names.size(), 15u);
+}
+
+}  // namespace
+}  // namespace corvanta::data::domain::detail
