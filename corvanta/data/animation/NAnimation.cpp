@@ -1,0 +1,155 @@
+#include "corvanta/data/animation/NAnimation.h"
+
+#include "corvanta/core/name/NStrictNamespace.h"
+#include "corvanta/core/reference_countable/NUncounted.h"
+
+namespace corvanta::data::animation {
+
+using Uncounted = core::reference_countable::NUncounted<NAnimationKey>;
+
+struct NAnimation::Block {
+  boost::intrusive_ptr<core::name::NStrictNamespace> names{new core::name::NStrictNamespace};
+  Keys keys;
+  NAnimationKey* selectedKey = nullptr;
+  NAnimationEngine engine;
+  Trigger trigger;
+  std::pair<char, int> shortcut{};
+  bool isTriggerEnabled = false;
+  bool isShortcutEnabled = false;
+};
+
+/// Enters keys, and takes them out again unless all went well.
+struct NAnimation::Entering {
+  explicit Entering(Block& changed) : block(changed) {}
+  Entering(Entering const&) = delete;
+  Entering& operator=(Entering const&) = delete;
+  ~Entering() {
+    for (NAnimationKey* const key : entered) {
+      block.names->RemoveNamedObject(*key);
+      block.keys.erase(Uncounted(*key));
+    }
+  }
+
+  /// Fails: false for a key that is there.
+  bool Enter(NAnimationKey& key, int time) {
+    if (block.keys.count(Uncounted(key)) != 0) return false;
+    entered.push_back(&key);
+    block.keys.emplace(&key, time);
+    // A key whose name is taken stays, outside the namespace.
+    block.names->AddNamedObject(key);
+    return true;
+  }
+  void Keep() noexcept { entered.clear(); }
+
+  Block& block;
+  std::vector<NAnimationKey*> entered;
+};
+
+NAnimation::NAnimation() : m_block(new Block) {}
+
+NAnimation::NAnimation(NAnimation const& other)
+    : NReferenceCountableWithWeakReference(other),
+      NNamedObject(),
+      NObservable(other),
+      m_block(new Block) {
+  Block const& source = *other.m_block;
+  m_block->trigger = source.trigger;
+  m_block->shortcut = source.shortcut;
+  m_block->isTriggerEnabled = source.isTriggerEnabled;
+  m_block->isShortcutEnabled = source.isShortcutEnabled;
+  Entering entering(*m_block);
+  for (auto const& [key, time] : source.keys) {
+    boost::intrusive_ptr<NAnimationKey> const copy(new NAnimationKey(*key));
+    entering.Enter(*copy, time);
+  }
+  entering.Keep();
+  m_block->engine.Initialize(*this);
+  m_block->engine.SetEndTime(source.engine.GetEndTime());
+  m_block->engine.SetRepeat(source.engine.GetRepeat());
+}
+
+NAnimation::~NAnimation() = default;
+
+NAnimation::Keys const& NAnimation::GetKeys() const noexcept { return m_block->keys; }
+
+bool NAnimation::AddKey(NAnimationKey& key, int time) {
+  Entering entering(*m_block);
+  if (!entering.Enter(key, time)) return false;
+  m_block->engine.Initialize(*this);
+  entering.Keep();
+  Notify();
+  return true;
+}
+
+bool NAnimation::AddKeys(
+    std::vector<std::pair<boost::intrusive_ptr<NAnimationKey>, int>> const& keys) {
+  Entering entering(*m_block);
+  for (auto const& [key, time] : keys) {
+    if (key) entering.Enter(*key, time);
+  }
+  m_block->engine.Initialize(*this);
+  entering.Keep();
+  Notify();
+  return true;
+}
+
+bool NAnimation::RemoveKey(NAnimationKey& key) {
+  auto const found = m_block->keys.find(Uncounted(key));
+  if (found == m_block->keys.end()) return false;
+  boost::intrusive_ptr<NAnimationKey> const held = found->first;
+  m_block->keys.erase(found);
+  m_block->names->RemoveNamedObject(key);
+  if (m_block->selectedKey == &key) m_block->selectedKey = nullptr;
+  SignalModification();
+  return true;
+}
+
+void NAnimation::SelectKey(NAnimationKey* key) noexcept { m_block->selectedKey = key; }
+
+NAnimationKey* NAnimation::GetSelectedKey() const noexcept { return m_block->selectedKey; }
+
+int NAnimation::GetTime(NAnimationKey& key) const {
+  auto const found = m_block->keys.find(Uncounted(key));
+  return found == m_block->keys.end() ? -1 : found->second;
+}
+
+bool NAnimation::SetTime(NAnimationKey& key, int time) {
+  auto const found = m_block->keys.find(Uncounted(key));
+  if (found == m_block->keys.end()) return false;
+  found->second = time;
+  SignalModification();
+  return true;
+}
+
+NAnimation::Trigger const& NAnimation::GetTrigger() const noexcept { return m_block->trigger; }
+
+void NAnimation::SetTrigger(Trigger const& trigger) { m_block->trigger = trigger; }
+
+bool NAnimation::TriggerIsEnabled() const noexcept { return m_block->isTriggerEnabled; }
+
+void NAnimation::EnableTrigger(bool isEnabled) noexcept { m_block->isTriggerEnabled = isEnabled; }
+
+std::pair<char, int> NAnimation::GetShortcutKey() const noexcept { return m_block->shortcut; }
+
+void NAnimation::SetShortcutKey(char character, int number) noexcept {
+  m_block->shortcut = {character, number};
+}
+
+bool NAnimation::ShortcutIsEnabled() const noexcept { return m_block->isShortcutEnabled; }
+
+void NAnimation::EnableShortcut(bool isEnabled) noexcept { m_block->isShortcutEnabled = isEnabled; }
+
+void NAnimation::SignalModification() {
+  m_block->engine.Initialize(*this);
+  Notify();
+}
+
+void NAnimation::Notify() {
+  NotifyObservers([&](NAnimationListener& listener) { listener.SignalModifyAnimation(*this); });
+}
+
+NAnimationEngine& NAnimation::GetEngine() noexcept { return m_block->engine; }
+
+NAnimationEngine const& NAnimation::GetEngine() const noexcept { return m_block->engine; }
+
+}  // namespace corvanta::data::animation

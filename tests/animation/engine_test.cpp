@@ -1,0 +1,331 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <stdexcept>
+#include <vector>
+
+#include "tests/animation/presentation_world.h"
+
+namespace corvanta::data::animation {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+using Engine = World;
+
+TEST_F(Engine, StepsClampOrWrapOnceAtTheEnds) {
+  EXPECT_EQ(engine.GetTickCount(), 0.0);
+  EXPECT_EQ(engine.GetEndTime(), 30.0);
+  EXPECT_FALSE(engine.GetRepeat());
+  EXPECT_FALSE(engine.Initialize(*animation));
+  struct Row {
+    double from, end;
+    bool repeats;
+    double delta, to;
+    bool goesOn;
+  };
+  for (Row const& row : std::vector<Row>{
+           {0, 30, false, 1, 1, true},          {29, 30, false, 1, 30, true},
+           {29, 30, false, 5, 30, false},       {29, 30, true, 5, 4, true},
+           {1, 30, false, -3, 0, false},        {1, 30, true, -3, 28, true},
+           {1, 30, false, -1, 0, true},         {0, 30, false, 0, 0, true},
+           {29, 30, true, 70, 69, true},        {69, 30, true, 1, 40, true},  // once a step
+           {1, 30, true, -70, -39, true},       {-39, 30, true, -1, -10, true},
+           {50, 30, false, 1, 30, false},       {50, 30, false, -1, 49, true},
+           {-5, 30, false, 2, -3, true},        {-5, 30, false, -2, 0, false},
+           {0, 0, false, 1, 0, false},          {0, 0, true, 1, 1, true},
+           {0, 0, true, -1, -1, true},          {0, -2, false, 1, 0, false},
+           {0.1, 0.3, false, 9, 0.3, false},    {0, 30, false, kInfinity, 30, false},
+           {0, 30, false, -kInfinity, 0, false}}) {
+    engine.SetCurrentTime(row.from);
+    engine.SetEndTime(row.end);
+    engine.SetRepeat(row.repeats);
+    times->times.clear();
+    EXPECT_EQ(engine.Update(args, row.delta), row.goesOn) << row.from << ", " << row.delta;
+    EXPECT_EQ(engine.GetTickCount(), row.to) << row.from << ", " << row.delta;
+    EXPECT_THAT(times->times, ElementsAre(row.to));
+  }
+  engine.SetRepeat(false);
+  engine.SetCurrentTime(7.0);
+  EXPECT_TRUE(engine.GoToStart(args));
+  EXPECT_EQ(engine.GetTickCount(), 0.0);
+}
+
+TEST_F(Engine, SurvivesTimesThatAreNone) {
+  MoveAlongX(root, {{0, 0.0}, {100, 10.0}});
+  MoveAlongX(MakeGroup(), {{50, 1.0}});
+  for (bool const repeats : {false, true}) {
+    for (double const from : {0.0, 5.0, -1e300, 1e300, kInfinity, -kInfinity, kNaN}) {
+      for (double const delta : {0.0, 1.0, -1e308, 1e308, kInfinity, -kInfinity, kNaN}) {
+        for (double const end : {30.0, 0.0, -1.0, kInfinity, kNaN}) {
+          engine.SetCurrentTime(from);
+          engine.SetEndTime(end);
+          engine.SetRepeat(repeats);
+          engine.Update(args, delta);
+        }
+      }
+    }
+  }
+  recorder->Take();
+  engine.SetEndTime(30.0);
+  EXPECT_NEAR(PlayAt(5.0).front().second, 5.0, 1e-9);
+}
+
+class Discrete : public World {
+ protected:
+  boost::intrusive_ptr<domain::material::NMaterialDomain> materials{
+      new domain::material::NMaterialDomain(manager.get(), nullptr, nullptr, nullptr)};
+  boost::intrusive_ptr<domain::environment::NEnvironmentDomain> environments{
+      new domain::environment::NEnvironmentDomain(manager.get(), nullptr, nullptr, nullptr)};
+  boost::intrusive_ptr<domain::scene::NSceneDomain> scenes{
+      new domain::scene::NSceneDomain(manager.get(), nullptr, nullptr, nullptr)};
+  boost::intrusive_ptr<domain::material::NMaterialNode> a = materials->CreateNode(NNodeID());
+  boost::intrusive_ptr<domain::material::NMaterialNode> b = materials->CreateNode(NNodeID());
+  boost::intrusive_ptr<item::NSceneGraphModelNode> model =
+      items->CreateNode<item::NSceneGraphModelNode>(NNodeID());
+  boost::intrusive_ptr<item::NSceneGraphModelNode> other =
+      items->CreateNode<item::NSceneGraphModelNode>(NNodeID());
+  boost::intrusive_ptr<switches::NMaterialSwitch> chooser{new switches::NMaterialSwitch};
+
+  void SetUp() override {
+    chooser->AddMaterial(a, 0);
+    chooser->AddMaterial(b, 1);
+    chooser->AddModel(model);
+  }
+  KeyPointer AddMaterialKey(unsigned index, int time, std::size_t place = 0) {
+    KeyPointer key(new NAnimationKey);
+    key->materialSwitches[place] = chooser;
+    key->materialIndices[place] = index;
+    key->materialIsIgnored = false;
+    animation->AddKey(*key, time);
+    return key;
+  }
+  /// The material that a step leaves: 'a', 'b', or '-' where it set none.
+  char Shown(double delta, bool goesOn = true) {
+    model->SetMaterial({});
+    Step(delta, goesOn);
+    auto const material = model->GetMaterialNode();
+    return !material ? '-' : material == a ? 'a' : 'b';
+  }
+};
+
+TEST_F(Discrete, KeysFireOnArrivalAndNeverTwice) {
+  AddMaterialKey(0, 20);
+  AddMaterialKey(1, 30, 2);
+  EXPECT_EQ(Shown(1.0), '-');
+  EXPECT_EQ(Shown(1.0), 'a');  // 1 to 2
+  EXPECT_EQ(Shown(0.0), '-');
+  EXPECT_EQ(Shown(0.5), '-');   // 2 to 2.5
+  EXPECT_EQ(Shown(-0.5), 'a');  // back to 2
+  EXPECT_EQ(Shown(-1.0), '-');  // 2 to 1
+  EXPECT_EQ(Shown(3.0), 'b');   // over both, 1 to 4
+  EXPECT_EQ(Shown(-3.0), 'a');  // and back
+  // Round the end the way leads back over what lies between.
+  engine.SetEndTime(4.0);
+  engine.SetRepeat(true);
+  engine.SetCurrentTime(3.5);
+  EXPECT_EQ(Shown(1.0), 'a');  // 3.5 to 0.5
+  engine.SetCurrentTime(0.5);
+  EXPECT_EQ(Shown(-1.0), 'b');  // 0.5 to 3.5
+  engine.SetCurrentTime(2.5);
+  EXPECT_EQ(Shown(4.2), '-');  // 2.5 to 2.7
+  engine.SetCurrentTime(2.5);
+  EXPECT_EQ(Shown(5.0), 'b');  // beyond the end, 2.5 to 3.5
+  engine.SetRepeat(false);
+  engine.SetEndTime(3.0);
+  engine.SetCurrentTime(2.9);
+  EXPECT_EQ(Shown(1.0, false), 'b');  // the end itself
+  EXPECT_EQ(Shown(1.0, false), '-');
+}
+
+TEST_F(Discrete, SmallStepsFireEachKeyOnceEitherWay) {
+  struct Counter final : events::scene_graph_model::NListener {
+    int count = 0;
+    void OnGeometryChange(item::NSceneGraphModelNode const&,
+                          boost::intrusive_ptr<domain::geometry::NGeometryNode> const&) override {}
+    void OnMaterialChange(item::NSceneGraphModelNode const&,
+                          boost::intrusive_ptr<domain::material::NMaterialNode> const&) override {
+      ++count;
+    }
+  };
+  boost::intrusive_ptr<Counter> const counter(new Counter);
+  model->AddObserver(*counter);
+  for (int time = 1; time <= 290; ++time) AddMaterialKey(static_cast<unsigned>(time % 2), time);
+  for (double const delta : {0.1, -0.1, 1.0 / 30.0, -1.0 / 30.0, 0.7, -0.7}) {
+    counter->count = 0;
+    engine.SetCurrentTime(delta > 0.0 ? 0.0 : 30.0);
+    while (engine.Update(args, delta)) {
+      if (engine.GetTickCount() == 0.0 || engine.GetTickCount() == 30.0) break;
+    }
+    EXPECT_EQ(counter->count, 290) << delta;
+  }
+}
+
+TEST_F(Discrete, KeysOfOneTimeFireInOrderAndBackwardsReversed) {
+  AddMaterialKey(0, 20);
+  KeyPointer const late = AddMaterialKey(1, 20);
+  EXPECT_EQ(Shown(3.0), 'b');
+  EXPECT_EQ(Shown(-2.0), 'a');
+  late->materialIsIgnored = true;
+  EXPECT_EQ(Shown(3.0), 'b');  // the engine doesn't know yet
+  animation->SignalModification();
+  EXPECT_EQ(engine.GetTickCount(), 4.0);
+  EXPECT_EQ(Shown(-3.0), 'a');
+}
+
+TEST_F(Discrete, ChoicesAreLookedUpWhenTheKeysAreTakenOver) {
+  AddMaterialKey(2, 10);
+  KeyPointer const empty(new NAnimationKey);
+  empty->materialIsIgnored = empty->modelIsIgnored = empty->environmentIsIgnored = false;
+  animation->AddKey(*empty, 10);
+  EXPECT_EQ(Shown(1.0), '-');
+  chooser->AddMaterial(b, 2);
+  EXPECT_EQ(Shown(-1.0), '-');
+  EXPECT_EQ(Shown(1.0), '-');
+  animation->SignalModification();
+  EXPECT_EQ(Shown(-1.0), '-');  // leaves 1
+  EXPECT_EQ(Shown(1.0), 'b');
+  chooser->RemoveMaterial(2);  // the choice stands
+  materials->RemoveNode(*b);
+  EXPECT_EQ(Shown(1.0), '-');
+  EXPECT_EQ(Shown(-1.0), 'b');
+  animation->SignalModification();  // index 2 is gone
+  EXPECT_EQ(Shown(1.0), '-');
+  EXPECT_EQ(Shown(-1.0), '-');
+}
+
+TEST_F(Discrete, ModelKeysShowOneSetAndHideTheOthers) {
+  using Set = switches::detail::NModelSet;
+  boost::intrusive_ptr<switches::NModelSwitch> const sets(new switches::NModelSwitch);
+  boost::intrusive_ptr<Set> const first(new Set), second(new Set);
+  first->SetName(L"first");
+  first->AddNode(model);
+  second->AddNode(other);
+  auto dying = items->CreateNode<item::NSceneGraphModelNode>(NNodeID());
+  second->AddNode(dying);
+  sets->AddModelSet(*first, 0);
+  sets->AddModelSet(*second, 1);
+  for (unsigned index : {1u, 0u, 2u}) {
+    KeyPointer const key(new NAnimationKey);
+    key->modelSwitches[1] = sets;
+    key->modelSetIndices[1] = index;
+    key->modelIsIgnored = false;
+    animation->AddKey(*key, 10 * static_cast<int>(index) + 10);
+  }
+  items->RemoveNode(*dying);
+  dying.reset();
+  EXPECT_EQ(Step(1.0), (Writes{{L"isVisible", 0}, {L"isVisible", 0}, {L"isVisible", 1}}));
+  EXPECT_TRUE(model->IsVisible());
+  EXPECT_FALSE(other->IsVisible());
+  Step(1.0);
+  EXPECT_FALSE(model->IsVisible());
+  EXPECT_TRUE(other->IsVisible());
+  sets->RemoveModelSet(*second);  // is still shown by its key, and no longer hidden
+  Step(-1.0);
+  EXPECT_TRUE(model->IsVisible());
+  EXPECT_TRUE(other->IsVisible());
+  // A listener that takes everything apart.
+  recorder->react = [&](core::attribute::NAttribute const&) {
+    recorder->react = nullptr;
+    sets->RemoveModelSet(0u);
+    first->RemoveNode(model);
+    animation->RemoveKey(*animation->GetKeys().begin()->first);
+  };
+  Step(-0.5);
+  EXPECT_EQ(Step(1.0), (Writes{{L"isVisible", 0}, {L"isVisible", 1}}));
+  EXPECT_THAT(Step(-1.0), IsEmpty());
+}
+
+TEST_F(Discrete, TheEnvironmentCrossedLastComesToEveryScene) {
+  std::vector<boost::intrusive_ptr<domain::environment::NEnvironmentNode>> made;
+  for (int i = 0; i != 3; ++i) {
+    made.push_back(environments->CreateNode(NNodeID()));
+    KeyPointer const key(new NAnimationKey);
+    key->environment = made.back();
+    key->environmentIsIgnored = false;
+    animation->AddKey(*key, 10 + 10 * i);
+  }
+  Step(1.0);  // nowhere to go
+  args.scenes = {scenes->CreateNode(NNodeID()), scenes->CreateNode(NNodeID()), nullptr};
+  auto const scene = *args.scenes.rbegin();
+  Step(0.5);
+  EXPECT_EQ(scene->GetEnvironment(), nullptr);
+  Step(2.0);
+  for (auto const& each : args.scenes) {
+    EXPECT_TRUE(!each || each->GetEnvironment() == made[2]);
+  }
+  Step(-2.0);
+  EXPECT_EQ(scene->GetEnvironment(), made[1]);
+  Step(-0.5);
+  EXPECT_EQ(scene->GetEnvironment(), made[0]);
+}
+
+TEST_F(Engine, EditsDuringAStepCountFromTheNext) {
+  Group const second = MakeGroup();
+  MoveAlongX(root, {{0, 0.0}, {100, 10.0}});
+  MoveAlongX(second, {{0, 0.0}, {100, 20.0}});
+  recorder->react = [&](core::attribute::NAttribute const&) {
+    recorder->react = nullptr;
+    while (!animation->GetKeys().empty())
+      animation->RemoveKey(*animation->GetKeys().begin()->first);
+    items->RemoveNode(*second);
+    MoveAlongX(root, {{0, 50.0}, {100, 50.0}});
+  };
+  EXPECT_EQ(Step(1.0).size(), 24u);
+  EXPECT_EQ(root->GetTranslationX(), 1.0);
+  EXPECT_EQ(second->GetTranslationX(), 2.0);
+  EXPECT_EQ(Step(1.0).size(), 12u);
+  EXPECT_EQ(root->GetTranslationX(), 50.0);
+}
+
+TEST_F(Engine, AListenerThatThrowsLeavesTheTimeWhereItWas) {
+  MoveAlongX(root, {{0, 0.0}, {100, 10.0}});
+  recorder->react = [&](core::attribute::NAttribute const& attribute) {
+    if (attribute.GetName() == L"translation.y") throw std::runtime_error("heard");
+  };
+  EXPECT_THROW(engine.Update(args, 2.0), std::runtime_error);
+  EXPECT_EQ(engine.GetTickCount(), 0.0);
+  EXPECT_THAT(times->times, IsEmpty());
+  recorder->react = nullptr;
+  recorder->Take();
+  EXPECT_EQ(Step(2.0).size(), 12u);
+  times->react = [](double) { throw std::runtime_error("heard"); };
+  EXPECT_THROW(engine.Update(args, 2.0), std::runtime_error);
+  EXPECT_EQ(engine.GetTickCount(), 4.0);
+}
+
+TEST_F(Engine, StepsNestAndOutliveTheirAnimation) {
+  MoveAlongX(root, {{0, 0.0}, {100, 10.0}});
+  int depth = 0;
+  recorder->react = [&](core::attribute::NAttribute const&) {
+    if (depth++ == 0) engine.Update(args, 5.0);
+  };
+  EXPECT_EQ(Step(1.0).size(), 24u);
+  EXPECT_THAT(times->times, ElementsAre(5.0, 1.0));
+  EXPECT_EQ(engine.GetTickCount(), 1.0);
+  EXPECT_EQ(root->GetTranslationX(), 5.0);  // written by the inner step, after the outer one
+  times->times.clear();
+  recorder->react = [&](core::attribute::NAttribute const&) { animation.reset(); };
+  EXPECT_TRUE(engine.Update(args, 1.0));
+  EXPECT_EQ(recorder->Take().size(), 12u);
+  EXPECT_THAT(times->times, IsEmpty());
+  // The same from within the signal, with another listener behind.
+  recorder->react = nullptr;
+  animation.reset(new NAnimation);
+  boost::intrusive_ptr<TimeRecorder> const behind(new TimeRecorder);
+  animation->GetEngine().AddObserver(*times);
+  animation->GetEngine().AddObserver(*behind);
+  times->react = [&](double) { animation.reset(); };
+  animation->GetEngine().Update(args, 3.0);
+  EXPECT_THAT(times->times, ElementsAre(3.0));
+  EXPECT_THAT(behind->times, IsEmpty());
+}
+
+}  // namespace
+}  // namespace corvanta::data::animation

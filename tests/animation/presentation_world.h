@@ -1,0 +1,135 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <boost/intrusive_ptr.hpp>
+#include <functional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "corvanta/core/domain/NDomainManager.h"
+#include "corvanta/data/animation/NAnimation.h"
+#include "corvanta/data/animation/NAnimationEngineArgs.h"
+#include "corvanta/data/domain/environment/NEnvironmentDomain.h"
+#include "corvanta/data/domain/material/NMaterialDomain.h"
+#include "corvanta/data/domain/scene/NSceneDomain.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphItemDomain.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
+#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeDomain.h"
+#include "corvanta/data/events/attribute_change/NMultiplexer.h"
+#include "corvanta/data/switches/NMaterialSwitch.h"
+#include "corvanta/data/switches/NModelSwitch.h"
+
+/// A small world that presentations play in: a tree with a root group, and everything written down
+/// that happens to items.
+namespace corvanta::data::animation {
+
+namespace item = domain::scenegraph::item;
+using core::node::NNodeID;
+using KeyPointer = boost::intrusive_ptr<NAnimationKey>;
+using Group = boost::intrusive_ptr<item::NSceneGraphGroupNode>;
+using Camera = boost::intrusive_ptr<item::NSceneGraphCameraNode>;
+using Writes = std::vector<std::pair<std::wstring, double>>;
+using Triple = NAnimationKey::Triple;
+
+/// Writes down every attribute change; `react` runs after that.
+class AttributeRecorder final : public events::attribute_change::NListener {
+ public:
+  Writes writes;
+  std::function<void(core::attribute::NAttribute const&)> react;
+
+  Writes Take() { return std::exchange(writes, {}); }
+
+ private:
+  void OnAttributeChangeImpl(core::attribute::NAttributeHost&,
+                             core::attribute::NAttribute const& attribute) override {
+    writes.emplace_back(attribute.GetName(), attribute.GetDouble());
+    if (auto const call = react) call(attribute);  // a copy, which may replace itself
+  }
+};
+
+class TimeRecorder final : public NAnimationEngineListener {
+ public:
+  std::vector<double> times;
+  std::function<void(double)> react;
+
+ private:
+  void OnSetTimeImpl(NAnimationEngine const& engine, double time) override {
+    times.push_back(time);
+    EXPECT_TRUE(engine.GetTickCount() == time || time != time);
+    if (auto const call = react) call(time);
+  }
+};
+
+class Args final : public NAnimationEngineArgs {
+ public:
+  Cameras cameras;
+  Scenes scenes;
+
+ private:
+  void GetCamerasImpl(Cameras& out) const override { out.insert(cameras.begin(), cameras.end()); }
+  void GetScenesImpl(Scenes& out) const override { out.insert(scenes.begin(), scenes.end()); }
+};
+
+class World : public testing::Test {
+ protected:
+  boost::intrusive_ptr<core::domain::NDomainManager> manager{new core::domain::NDomainManager};
+  boost::intrusive_ptr<events::attribute_change::NMultiplexer> attributes{
+      new events::attribute_change::NMultiplexer};
+  boost::intrusive_ptr<item::NSceneGraphItemDomain> items{
+      new item::NSceneGraphItemDomain(manager.get(), attributes.get(), nullptr, nullptr, nullptr)};
+  boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeDomain> trees{
+      new domain::scenegraph::tree::NSceneGraphTreeDomain(manager.get(), nullptr, nullptr)};
+  boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeNode> tree =
+      trees->CreateNode(NNodeID());
+  Group root = MakeGroup();
+  boost::intrusive_ptr<NAnimation> animation{new NAnimation};
+  NAnimationEngine& engine = animation->GetEngine();
+  boost::intrusive_ptr<AttributeRecorder> recorder{new AttributeRecorder};
+  boost::intrusive_ptr<TimeRecorder> times{new TimeRecorder};
+  Args args;
+
+  World() {
+    tree->SetRoot(root);
+    attributes->AddObserver(*recorder);
+    engine.AddObserver(*times);
+  }
+
+  Group MakeGroup() { return items->CreateNode<item::NSceneGraphGroupNode>(NNodeID()); }
+  template <class T>
+  domain::scenegraph::NSceneGraphPath<T> MakePath(boost::intrusive_ptr<T> const& node) const {
+    return domain::scenegraph::NSceneGraphPath<T>(node, tree);
+  }
+  KeyPointer MakeItemKey(Group const& group, Triple const& translation) const {
+    KeyPointer key(new NAnimationKey);
+    key->itemPath = MakePath(group);
+    key->itemTranslation = translation;
+    key->itemIsIgnored = false;
+    return key;
+  }
+  /// Keys of `group` that move it along x; times in tenths.
+  void MoveAlongX(Group const& group, std::vector<std::pair<int, double>> const& places) {
+    std::vector<std::pair<KeyPointer, int>> keys;
+    for (auto const& [time, x] : places) keys.emplace_back(MakeItemKey(group, {x, 0, 0}), time);
+    animation->AddKeys(keys);
+  }
+  /// What a jump to `time` writes, from outside every track.
+  Writes PlayAt(double time) {
+    engine.SetCurrentTime(-1e6);
+    engine.SetRepeat(false);
+    engine.SetEndTime(1e6);
+    SetCurrentTime(engine, args, time);
+    return recorder->Take();
+  }
+  /// The result of a step, with what was written.
+  Writes Step(double delta, bool goesOn = true) {
+    EXPECT_EQ(engine.Update(args, delta), goesOn) << delta << " to " << engine.GetTickCount();
+    return recorder->Take();
+  }
+};
+
+}  // namespace corvanta::data::animation
