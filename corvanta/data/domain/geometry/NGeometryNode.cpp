@@ -4,11 +4,13 @@
 #include <vector>
 
 #include "corvanta/core/string_table/string_table.h"
+#include "corvanta/data/domain/geometry/detail/NPickIndex.h"
 
 namespace corvanta::data::domain::geometry {
 
 struct NGeometryNode::Block {
-  std::set<boost::intrusive_ptr<NSurface>> surfaces;
+  std::set<boost::intrusive_ptr<NSurface>> surfaces{};
+  detail::NPickIndex pickIndex{};
 };
 
 NGeometryNode::NGeometryNode(core::node::NNodeID const& id, core::domain::NDomainBase* domain,
@@ -22,6 +24,8 @@ NGeometryNode::~NGeometryNode() = default;
 std::set<boost::intrusive_ptr<NSurface>> const& NGeometryNode::GetSurfaces() const noexcept {
   return m_block->surfaces;
 }
+
+detail::NPickIndex& NGeometryNode::GetPickIndex() const noexcept { return m_block->pickIndex; }
 
 std::set<boost::intrusive_ptr<NSurface>>::iterator NGeometryNode::Find(
     NSurface& surface) const noexcept {
@@ -42,6 +46,7 @@ bool NGeometryNode::AddSurface(NSurface& surface) {
   boost::intrusive_ptr<NSurface> const held(&surface);
   entry.value() = held;
   m_block->surfaces.insert(std::move(entry));
+  m_block->pickIndex.Drop();
   if (!isNewOwner) return false;
   OnSurfaceChange(surface, NGCT_SURFACE_ADDED);
   return true;
@@ -52,12 +57,14 @@ bool NGeometryNode::RemoveSurface(NSurface& surface) {
   if (found == m_block->surfaces.end()) return false;
   boost::intrusive_ptr<NSurface> const held(&surface);
   m_block->surfaces.erase(found);
+  m_block->pickIndex.Drop();
   if (!surface.RemoveOwnerNode(*this)) return false;
   OnSurfaceChange(surface, NGCT_SURFACE_REMOVED);
   return true;
 }
 
 void NGeometryNode::OnSurfaceChange(NSurface const& surface, NGeometryChangeType type) const {
+  m_block->pickIndex.Drop();
   NotifyObservers(
       [&](NGeometryChangeListener& listener) { listener.OnGeometryChange(*this, surface, type); });
 }

@@ -10,6 +10,10 @@
 
 namespace corvanta::data::domain::geometry {
 
+namespace detail {
+class NPickIndex;
+}
+
 /// The shape that a model shows: a set of surfaces, which it owns together with whoever else holds
 /// them.
 class CORVANTA_API NGeometryNode
@@ -32,6 +36,10 @@ class CORVANTA_API NGeometryNode
   /// Gives `target` this node's name and attribute values, and adds clones of this node's surfaces
   /// to those that it has.
   void CopyTo(NGeometryNode& target) const;
+
+  /// The pickers' index of the first surface with triangles, shared by all models of this node. It
+  /// is dropped when a surface comes, goes or changes.
+  detail::NPickIndex& GetPickIndex() const noexcept;
 
  private:
   friend class NSurface;

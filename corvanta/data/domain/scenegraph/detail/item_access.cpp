@@ -13,4 +13,8 @@ bool NItemAccess::IsReferrer(item::NSceneGraphItemNode const& item,
   return item.IsReferrer(reference);
 }
 
+unsigned NItemAccess::GetListCount(item::NSceneGraphItemNode const& item) {
+  return item.m_block->listCount;
+}
+
 }  // namespace corvanta::data::domain::scenegraph::detail

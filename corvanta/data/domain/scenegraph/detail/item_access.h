@@ -12,6 +12,10 @@ class CORVANTA_API NItemAccess {
   /// IsReferredFrom for a reference that was verified already.
   static bool IsReferrer(item::NSceneGraphItemNode const& item,
                          item::NSceneGraphReferenceNode const& reference);
+  /// Defined for sources that include the item's block.
+  static auto const& GetBlock(item::NSceneGraphItemNode const& item) { return *item.m_block; }
+  /// The lists of children that the item stands in: more than one after an insert by index.
+  static unsigned GetListCount(item::NSceneGraphItemNode const& item);
 };
 
 }  // namespace corvanta::data::domain::scenegraph::detail

@@ -208,6 +208,7 @@ bool NSceneGraphItemNode::AddReferrer(NSceneGraphReferenceNode const& reference)
       std::lower_bound(referrers.begin(), referrers.end(), weak->GetSerial(), SerialLess());
   if (place != referrers.end() && place->weak == weak) return false;
   referrers.insert(place, Block::Referrer{std::move(weak), &reference});
+  NoteCleaning();  // the reference's box may be clean while this one is dirty
   return true;
 }
 
@@ -247,6 +248,7 @@ void NSceneGraphItemNode::CopyTo(NSceneGraphItemNode& target) const {
   to.isBoxDirty = m_block->isBoxDirty;
   to.box = m_block->box;
   if (&target != this) to.referrers = m_block->referrers;
+  NoteCleaning();
 }
 
 unsigned int GetChildIndex(NSceneGraphItemNode& parent, NSceneGraphItemNode& child) {

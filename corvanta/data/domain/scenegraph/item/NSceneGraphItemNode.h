@@ -118,6 +118,7 @@ class CORVANTA_API NSceneGraphItemNode
   void ExtendByChild(VX_Math::Box3& box, NSceneGraphItemNode const& child,
                      VX_Math::Matrix const& accumulated, VX_Math::Matrix const& base) const;
   bool IsReferrer(NSceneGraphReferenceNode const& reference) const;
+  static void NoteCleaning() noexcept;
 
   std::unique_ptr<Block> const m_block;
 };

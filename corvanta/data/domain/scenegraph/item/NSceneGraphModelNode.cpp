@@ -92,7 +92,7 @@ void NSceneGraphModelNode::SetMaterial(NNodeReference<NMaterialNode> const& mate
 }
 
 void NSceneGraphModelNode::RemoveMaterial() {
-  if (m_block->material.Get()) material::detail::RemoveUse(GetDomainManager(), m_block->material);
+  if (m_block->material) material::detail::RemoveUse(GetDomainManager(), m_block->material);
 }
 
 Box3 const& NSceneGraphModelNode::GetBoundingBoxWithoutChildren() const {

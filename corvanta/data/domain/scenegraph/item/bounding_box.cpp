@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <atomic>
 #include <vector>
 
+#include "corvanta/data/domain/scenegraph/detail/ray_bound.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/data/domain/scenegraph/item/detail/block.h"
 
@@ -9,29 +11,47 @@ namespace corvanta::data::domain::scenegraph::item {
 using VX_Math::Box3;
 using VX_Math::Matrix;
 
+namespace {
+
+/// Grows whenever a box anywhere becomes clean, or an item gets one more container that may be
+/// clean. While it stands, all that contains a marked item is marked.
+std::atomic<std::uint64_t> g_cleanings{1};
+
+}  // namespace
+
+void NSceneGraphItemNode::NoteCleaning() noexcept {
+  g_cleanings.fetch_add(1, std::memory_order_relaxed);
+}
+
 void NSceneGraphItemNode::DirtyBoundingBox() {
-  thread_local std::uint64_t walk = 0;
+  // A dirty item may stand below a clean parent, so that being dirty ends no walk; having been
+  // marked by a walk since the last cleaning does. It also makes each item be visited once a walk:
+  // two references a level would double the visits at every level.
+  std::uint64_t const cleanings = g_cleanings.load(std::memory_order_relaxed);
   thread_local std::vector<NSceneGraphItemNode const*> pending;
-  // Referrers are walked beside the parents; each item once, since two references a level would
-  // double the visits at every level.
   pending.clear();
-  ++walk;
-  for (NSceneGraphItemNode const* item = this; item != nullptr;) {
-    Block& block = *item->m_block;
-    NSceneGraphItemNode const* next = nullptr;
-    if (block.dirtyWalk != walk) {
-      block.dirtyWalk = walk;
-      block.isBoxDirty = true;
-      next = block.parent;
-      for (auto const& referrer : block.referrers) {
-        if (!referrer.weak->IsExpired()) pending.push_back(referrer.item);
+  try {
+    for (NSceneGraphItemNode const* item = this; item != nullptr;) {
+      Block& block = *item->m_block;
+      NSceneGraphItemNode const* next = nullptr;
+      if (!block.isBoxDirty || block.markedAt != cleanings) {
+        block.isBoxDirty = true;
+        block.boxCondition = 0;
+        block.markedAt = cleanings;
+        next = block.parent;
+        for (auto const& referrer : block.referrers) {
+          if (!referrer.weak->IsExpired()) pending.push_back(referrer.item);
+        }
       }
+      if (next == nullptr && !pending.empty()) {
+        next = pending.back();
+        pending.pop_back();
+      }
+      item = next;
     }
-    if (next == nullptr && !pending.empty()) {
-      next = pending.back();
-      pending.pop_back();
-    }
-    item = next;
+  } catch (...) {
+    NoteCleaning();  // not all that was to be marked is
+    throw;
   }
 }
 
@@ -95,6 +115,7 @@ struct NSceneGraphItemNode::BoxWalk {
       block.box = box;
       block.isBoxDirty = false;
       block.isBeingBoxed = false;
+      NoteCleaning();
       frames.pop_back();
     }
   }
@@ -140,6 +161,12 @@ void NSceneGraphItemNode::ExtendByChild(Box3& box, NSceneGraphItemNode const& ch
                                             : child.m_block->box;
   childBox.Transform(local);
   box.ExtendBy(childBox);
+  // A pick may judge by this box what it would test the child's own box for, and nothing below.
+  wchar_t const* const type = child.GetSceneGraphItemType();
+  bool const isJudged =
+      type == SGIT_GROUP || (type == SGIT_MODEL && child.m_block->children.empty());
+  child.m_block->boxInParent = childBox;
+  child.m_block->boxCondition = isJudged ? scenegraph::detail::GetCondition(local) : 0;
 }
 
 }  // namespace corvanta::data::domain::scenegraph::item

@@ -25,11 +25,13 @@ struct NSceneGraphItemNode::Block {
 
   VX_Math::Matrix transform{};
   VX_Math::Box3 box{};
+  VX_Math::Box3 boxInParent{};  // as the parent's box took it in; see scenegraph::detail::NRayBound
+  float boxCondition = 0;       // see GetCondition; 0: a ray isn't judged by boxInParent
   bool isTransformDirty = true;
   bool isBoxDirty = true;
   bool isBeingBoxed = false;  // a walk for the box stands in this item
   unsigned listCount = 0;     // the lists that this item stands in: an insert by index can make two
-  std::uint64_t dirtyWalk = 0;            // the last walk that marked this item
+  std::uint64_t markedAt = 0;          // the count of cleanings when a walk last marked this item
   NSceneGraphItemNode* parent = nullptr;  // cleared by the parent's end
   Children children{};
   std::unique_ptr<ChildIndex> childIndex{};  // of all children, from kIndexFrom on

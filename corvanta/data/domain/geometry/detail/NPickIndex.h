@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+#include "corvanta/data/domain/geometry/detail/NTriangleIndex.h"
+
+namespace corvanta::data::domain::geometry::detail {
+
+/// The index of a geometry node for picks, built when it pays.
+class CORVANTA_API NPickIndex {
+ public:
+  /// Surfaces with fewer triangles are always looped over.
+  static constexpr std::size_t kFewestTriangles = 256;
+  /// The index is built once picks have tested this many times the surface's triangles.
+  static constexpr std::size_t kTestsATriangle = 8;
+
+  /// The index of `surface`, of which a pick is about to test all triangles.
+  /// Fails: null while it doesn't pay.
+  NTriangleIndex const* Use(NSurface const& surface);
+  /// Forgets the index and the tests counted; for a change of the node's surfaces.
+  void Drop() noexcept {
+    m_index.reset();
+    m_testCount = 0;
+  }
+
+ private:
+  std::unique_ptr<NTriangleIndex const> m_index;
+  std::size_t m_testCount = 0;  // triangles tested by picks since the last change
+};
+
+}  // namespace corvanta::data::domain::geometry::detail

@@ -1,0 +1,78 @@
+#include "corvanta/data/domain/scenegraph/detail/ray_bound.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "corvanta/data/domain/scenegraph/detail/item_access.h"
+#include "corvanta/data/domain/scenegraph/item/detail/block.h"
+
+namespace corvanta::data::domain::scenegraph::detail {
+
+using VX_Math::Box3;
+using VX_Math::Matrix;
+using VX_Math::Vec3;
+
+namespace {
+
+/// Some sixty roundings of a float; a coordinate goes through fewer.
+constexpr float kRounding = 4e-6f;
+
+float Largest(Vec3 const& v) noexcept {
+  return std::max({std::abs(v.x), std::abs(v.y), std::abs(v.z)});
+}
+
+}  // namespace
+
+float GetCondition(Matrix const& m) noexcept {
+  Vec3 const rows[3] = {
+      {m(0, 0), m(0, 1), m(0, 2)}, {m(1, 0), m(1, 1), m(1, 2)}, {m(2, 0), m(2, 1), m(2, 2)}};
+  float const squares[3] = {rows[0].Dot(rows[0]), rows[1].Dot(rows[1]), rows[2].Dot(rows[2])};
+  float const least = std::min({squares[0], squares[1], squares[2]});
+  float const greatest = std::max({squares[0], squares[1], squares[2]});
+  if (!(least > 1e-12f && greatest < 1e12f && greatest < 1e4f * least)) return 0;
+  for (int i = 0; i != 3; ++i) {
+    float const cosine = rows[i].Dot(rows[(i + 1) % 3]);
+    if (!(cosine * cosine <= 1e-4f * squares[i] * squares[(i + 1) % 3])) return 0;
+  }
+  return std::sqrt(greatest / least);
+}
+
+NRayBound::NRayBound(Matrix const& matrix, Matrix const& inverse, Vec3 const& globalOrigin,
+                     Vec3 const& origin, Vec3 const& direction) noexcept
+    : m_origin(origin),
+      m_inverse(1 / direction.x, 1 / direction.y, 1 / direction.z),
+      m_condition(GetCondition(matrix)) {
+  float norm = 0;
+  for (int column = 0; column != 3; ++column) {
+    norm = std::max(norm, std::abs(inverse(0, column)) + std::abs(inverse(1, column)) +
+                              std::abs(inverse(2, column)));
+  }
+  m_reach = norm * Largest(globalOrigin) + Largest({inverse(3, 0), inverse(3, 1), inverse(3, 2)}) +
+            Largest(origin);
+}
+
+bool NRayBound::MayMeet(item::NSceneGraphItemNode const& child) const noexcept {
+  auto const& block = NItemAccess::GetBlock(child);
+  float const condition = m_condition * block.boxCondition;
+  if (!(condition > 0)) return true;
+  Box3 const& box = block.boxInParent;
+  Matrix const& local = block.transform;
+  float const reach = m_reach + Largest(box.min) + Largest(box.max) +
+                      Largest({local(3, 0), local(3, 1), local(3, 2)});
+  float const margin = kRounding * condition * reach;
+  float enter = -std::numeric_limits<float>::infinity();
+  float leave = std::numeric_limits<float>::infinity();
+  for (int axis = 0; axis != 3; ++axis) {
+    float const t1 = (box.min[axis] - margin - m_origin[axis]) * m_inverse[axis];
+    float const t2 = (box.max[axis] + margin - m_origin[axis]) * m_inverse[axis];
+    float const near = t1 > t2 ? t2 : t1;
+    float const far = t1 > t2 ? t1 : t2;
+    // What isn't a number narrows nothing.
+    if (near > enter) enter = near;
+    if (far < leave) leave = far;
+  }
+  return !(enter > leave || leave < 0);
+}
+
+}  // namespace corvanta::data::domain::scenegraph::detail

@@ -1,0 +1,101 @@
+#include "corvanta/data/operators/ray_picker/pick.h"
+
+#include "corvanta/data/domain/scene/NSceneNode.h"
+#include "corvanta/data/operators/ray_picker/NRayPicker.h"
+
+namespace corvanta::data::operators::ray_picker {
+
+namespace {
+
+using domain::scene::NSceneNode;
+using domain::scenegraph::item::NSceneGraphModelNode;
+using VX_Math::Matrix;
+using VX_Math::Vec2;
+using VX_Math::Vec3;
+
+/// The walk and the tests of a picker that is set up.
+/// Fails: false where nothing is hit.
+bool Pick(NRayPicker& picker, domain::NNode const& start) {
+  start.Accept(picker);
+  picker.SortWithDistance();
+  if (picker.GetPickCount() == 0) return false;
+  picker.CheckDetail();
+  return picker.GetPickCount() != 0;
+}
+
+void AppendHits(NRayPicker& picker, std::vector<ModelPath>& paths, std::vector<Vec3>& points) {
+  paths.reserve(paths.size() + picker.GetPickCount());
+  points.reserve(points.size() + picker.GetPickCount() + 1);
+  for (unsigned long i = 0; i != picker.GetPickCount(); ++i) {
+    paths.push_back(picker.GetItemPath(i));
+    points.push_back(picker.GetAbsHitPoint(i));
+  }
+}
+
+void AppendModels(NRayPicker const& picker, std::vector<NSceneGraphModelNode const*>& models) {
+  models.reserve(models.size() + picker.GetPickCount());
+  for (unsigned long i = 0; i != picker.GetPickCount(); ++i) {
+    models.push_back(picker.GetModelNode(i));
+  }
+}
+
+}  // namespace
+
+bool PickDetail(NSceneNode const& scene, Vec2 const* point, Matrix const* viewProjection,
+                std::vector<ModelPath>& paths, std::vector<Vec3>& points) {
+  if (point == nullptr || viewProjection == nullptr) return false;
+  NRayPicker picker;
+  picker.SetRay(*point, *viewProjection);
+  if (!Pick(picker, scene)) return false;
+  AppendHits(picker, paths, points);
+  return true;
+}
+
+bool PickDetail(NSceneNode const& scene, Vec2 const* point, Matrix const* viewProjection,
+                std::vector<NSceneGraphModelNode const*>& models) {
+  if (point == nullptr || viewProjection == nullptr) return false;
+  NRayPicker picker;
+  picker.SetRay(*point, *viewProjection);
+  if (!Pick(picker, scene)) return false;
+  AppendModels(picker, models);
+  return true;
+}
+
+bool PickDetailInArea(NSceneNode const& scene, Vec2 const* point, Matrix const* viewProjection,
+                      VX_Math::Box3 const& area, std::vector<ModelPath>& paths,
+                      std::vector<Vec3>& points) {
+  if (point == nullptr || viewProjection == nullptr) return false;
+  NRayPicker picker;
+  picker.SetRay(*point, *viewProjection);
+  picker.SetSpace(area);
+  picker.SetPickInArea(true);
+  if (!Pick(picker, scene)) return false;
+  AppendHits(picker, paths, points);
+  return true;
+}
+
+bool PickDetailFromPlane(NSceneNode const& scene, Vec2 const* point, Matrix const* viewProjection,
+                         VX_Math::Plane const& plane, std::vector<ModelPath>& paths,
+                         std::vector<Vec3>& points) {
+  if (point == nullptr || viewProjection == nullptr) return false;
+  NRayPicker picker;
+  picker.SetRay(*point, *viewProjection);
+  picker.SetPlane(plane);
+  picker.SetPickFromPlane(true);
+  if (!Pick(picker, scene)) return false;
+  AppendHits(picker, paths, points);
+  points.push_back(picker.GetPlaneHit());
+  return true;
+}
+
+bool PickModel(domain::scenegraph::item::NSceneGraphItemNode const& item, VX_Math::Line const* line,
+               std::vector<NSceneGraphModelNode const*>& models) {
+  if (line == nullptr) return false;
+  NRayPicker picker;
+  picker.SetRay(*line);
+  if (!Pick(picker, item)) return false;
+  AppendModels(picker, models);
+  return true;
+}
+
+}  // namespace corvanta::data::operators::ray_picker

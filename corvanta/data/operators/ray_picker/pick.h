@@ -1,0 +1,48 @@
+#pragma once
+
+#include <vector>
+
+#include "corvanta/data/domain/fwd.h"
+#include "corvanta/data/domain/scenegraph/NSceneGraphPath.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
+#include "corvanta/export.h"
+#include "corvanta/vx_math/Box3.h"
+#include "corvanta/vx_math/Line.h"
+#include "corvanta/vx_math/Plane.h"
+#include "corvanta/vx_math/Vec2.h"
+
+/// Whole picks: each sets a picker up, walks, tests the triangles, and appends what is hit, nearest
+/// first. The output isn't cleared before.
+///
+/// Units: `point` in the unit square of the view, y upwards; points global.
+/// Fails: false, and no output, where nothing is hit and where a pointer is null.
+namespace corvanta::data::operators::ray_picker {
+
+using ModelPath =
+    domain::scenegraph::NSceneGraphPath<domain::scenegraph::item::NSceneGraphModelNode>;
+
+CORVANTA_API bool PickDetail(domain::scene::NSceneNode const& scene, VX_Math::Vec2 const* point,
+                             VX_Math::Matrix const* viewProjection, std::vector<ModelPath>& paths,
+                             std::vector<VX_Math::Vec3>& points);
+CORVANTA_API bool PickDetail(
+    domain::scene::NSceneNode const& scene, VX_Math::Vec2 const* point,
+    VX_Math::Matrix const* viewProjection,
+    std::vector<domain::scenegraph::item::NSceneGraphModelNode const*>& models);
+/// Only hits inside the global box `area` count.
+CORVANTA_API bool PickDetailInArea(domain::scene::NSceneNode const& scene,
+                                   VX_Math::Vec2 const* point,
+                                   VX_Math::Matrix const* viewProjection, VX_Math::Box3 const& area,
+                                   std::vector<ModelPath>& paths,
+                                   std::vector<VX_Math::Vec3>& points);
+/// Only hits beyond `plane` count. The points end with one more: where the ray meets the plane.
+CORVANTA_API bool PickDetailFromPlane(domain::scene::NSceneNode const& scene,
+                                      VX_Math::Vec2 const* point,
+                                      VX_Math::Matrix const* viewProjection,
+                                      VX_Math::Plane const& plane, std::vector<ModelPath>& paths,
+                                      std::vector<VX_Math::Vec3>& points);
+/// From an item down, without a tree: the item's transform counts, what stands above it doesn't.
+CORVANTA_API bool PickModel(
+    domain::scenegraph::item::NSceneGraphItemNode const& item, VX_Math::Line const* line,
+    std::vector<domain::scenegraph::item::NSceneGraphModelNode const*>& models);
+
+}  // namespace corvanta::data::operators::ray_picker

@@ -1,0 +1,279 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <random>
+
+#include "corvanta/data/domain/material/NMaterialNode.h"
+#include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
+#include "tests/scenegraph/graph.h"
+
+namespace corvanta::test {
+namespace {
+
+TEST(LocalTransform, ScalesThenTurnsAboutThePivotThenMoves) {
+  struct Case {
+    char const* name;
+    Vec3 scale, pivot, rotation, translation, point, expected;
+  };
+  for (Case const& c : {
+           Case{"scale isn't centred on the pivot",
+                {2, 2, 2},
+                {1, 0, 0},
+                {},
+                {},
+                {1, 0, 0},
+                {2, 0, 0}},
+           Case{"turn about the pivot", {1, 1, 1}, {1, 0, 0}, {0, 0, 90}, {}, {2, 0, 0}, {1, 1, 0}},
+           Case{"x before y", {1, 1, 1}, {}, {90, 90, 0}, {}, {0, 1, 0}, {1, 0, 0}},
+           Case{"move last", {2, 1, 1}, {}, {0, 90, 0}, {5, 6, 7}, {1, 0, 0}, {5, 6, 5}},
+       }) {
+    EXPECT_TRUE(
+        Near(Apply(item::CalcTransformMatrix(c.scale, c.pivot, c.rotation, c.translation), c.point),
+             c.expected))
+        << c.name;
+  }
+}
+
+TEST(LocalTransform, FollowsAttributesAndTryTransform) {
+  Graph graph;
+  Group const group = graph.Make();
+  Move(*group, 1, 0, 0);
+  EXPECT_EQ(Apply(group->GetTransform(), Vec3()).x, 1.0f);
+  group->QueryAttribute(item::AN_TRANSLATION_X)->SetValue(9.0, false);
+  EXPECT_EQ(Apply(group->GetTransform(), Vec3()).x, 1.0f) << "a silent write marks nothing";
+  group->SetRotationPivotY(1);
+  EXPECT_EQ(Apply(group->GetTransform(), Vec3()).x, 9.0f);
+
+  Matrix const m = item::CalcTransformMatrix({2, 3, 4}, {}, {10, 20, 30}, {5, 6, 7});
+  Group const other = graph.Make();
+  other->TryTransform(m);
+  item::SetTransform(*group, m);
+  group->SetRotationPivotY(0);
+  for (Vec3 const& point : {Vec3(1, 2, 3), Vec3(-1, 0, 5)}) {
+    EXPECT_TRUE(Near(Apply(group->GetTransform(), point), Apply(m, point)));
+    EXPECT_TRUE(Near(Apply(other->GetTransform(), point), Apply(m, point)));
+  }
+}
+
+struct ReadInside : data::events::attribute_change::NListener {
+  std::function<void()> read;
+
+ private:
+  void OnAttributeChangeImpl(core::attribute::NAttributeHost&,
+                             core::attribute::NAttribute const&) override {
+    read();
+  }
+};
+
+TEST(Caches, AreReadOldInsideTheEventAndMarkedAlsoWhenAListenerThrows) {
+  Graph graph;
+  Group const parent = graph.Make();
+  Model const model = graph.MakeModel({0, 0, 0}, {1, 1, 1});
+  parent->AddChild(*model);
+  EXPECT_EQ(parent->GetBoundingBox({}, {}).max.x, 1.0f);
+  (void)model->GetTransform();
+  boost::intrusive_ptr<ReadInside> const listener(new ReadInside);
+  graph.attributes->AddObserver(*listener);
+  float inside = -1;
+  listener->read = [&] {
+    inside = Apply(model->GetTransform(), Vec3()).x;
+    throw 1;
+  };
+  EXPECT_THROW(model->SetTranslationX(5), int);
+  EXPECT_EQ(inside, 0.0f);
+  EXPECT_EQ(Apply(model->GetTransform(), Vec3()).x, 5.0f);
+  EXPECT_EQ(parent->GetBoundingBox({}, {}).max.x, 6.0f);
+}
+
+TEST(Boxes, HiddenAndAbsoluteChildren) {
+  Graph graph;
+  Group const root = graph.Make(), arm = graph.Make();
+  Model const hidden = graph.MakeModel({0, 0, 0}, {9, 9, 9});
+  Model const absolute = graph.MakeModel({0, 0, 0}, {1, 1, 1});
+  root->AddChild(*arm);
+  arm->AddChild(*hidden);
+  arm->AddChild(*absolute);
+  Move(*arm, 100, 0, 0);
+  Move(*absolute, 0, 5, 0);
+  hidden->SetIsVisibleFlag(false);
+  absolute->SetTransformIsAbsoluteFlag(true);
+  Tree const shown = graph.MakeTree(root);
+  shown->SetUnit(2);
+  Box3 const box = tree::GetBoundingBox(*shown);
+  EXPECT_TRUE(Near(box.min, {0, 10, 0})) << "the arm doesn't act, the tree's unit does";
+  EXPECT_TRUE(Near(box.max, {2, 12, 2}));
+  Box3 const& cached = root->GetBoundingBox({}, {});
+  Matrix far;
+  far.SetTranslate({1000, 0, 0});
+  EXPECT_EQ(cached, root->GetBoundingBox(far, far)) << "clean, whatever the arguments";
+  hidden->SetIsVisibleFlag(true);
+  EXPECT_EQ(root->GetBoundingBox({}, {}).max.x, 109.0f);
+  EXPECT_EQ(hidden->GetBoundingBox({}, {}).max.x, 9.0f);
+}
+
+/// What the box of a hierarchy of groups and models without absolute items must be.
+Box3 NaiveBox(item::NSceneGraphItemNode const& of) {
+  Box3 box;
+  for (auto const& child : of.GetChildren()) {
+    if (!child->IsVisible()) continue;
+    Box3 childBox = NaiveBox(*child);
+    childBox.Transform(child->GetTransform());
+    box.ExtendBy(childBox);
+  }
+  if (auto const* model = dynamic_cast<item::NSceneGraphModelNode const*>(&of)) {
+    box.ExtendBy(model->GetBoundingBoxWithoutChildren());
+  }
+  auto const* reference = dynamic_cast<item::NSceneGraphReferenceNode const*>(&of);
+  auto const shown = reference ? reference->GetSceneGraph() : nullptr;
+  if (shown && shown->GetRoot()) {
+    Box3 rootBox = NaiveBox(*shown->GetRoot());
+    rootBox.Transform(shown->GetRoot()->GetTransform() * shown->GetControlTransform());
+    box.ExtendBy(rootBox);
+  }
+  return box;
+}
+
+TEST(Boxes, AgainstTheNaiveOnesUnderRandomEdits) {
+  unsigned const seed = std::random_device()();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937 random(seed);
+  Graph graph;
+  // Two trees; the second is shown twice in the first.
+  std::vector<Item> all[2];
+  Tree trees[2];
+  for (int t = 0; t != 2; ++t) {
+    for (int i = 0; i != 40; ++i) {
+      Item made = i % 3 == 2 ? Item(graph.MakeModel({-1, -1, 0}, {1, 2, 3})) : Item(graph.Make());
+      if (i != 0) all[t][random() % all[t].size()]->AddChild(*made);
+      all[t].push_back(made);
+    }
+    trees[t] = graph.MakeTree(all[t][0]);
+  }
+  for (int i = 0; i != 2; ++i) {
+    Reference const reference = graph.MakeReference(trees[1]);
+    all[0][random() % all[0].size()]->AddChild(*reference);
+    all[0].push_back(reference);
+  }
+  for (int step = 0; step != 3000; ++step) {
+    auto& items = all[random() % 2];
+    Item const& edited = items[random() % items.size()];
+    auto const number = static_cast<double>(random() % 100) / 10;
+    switch (random() % 8) {
+      case 0:
+        edited->SetTranslationX(number);
+        break;
+      case 1:
+        edited->SetRotationZ(number * 36);
+        break;
+      case 2:
+        edited->SetScaleY(number / 5 + 0.1);
+        break;
+      case 3:
+        edited->SetIsVisibleFlag(random() % 4 != 0);
+        break;
+      case 4:
+        trees[1]->SetUnit(number + 0.5);
+        break;
+      case 5:
+        trees[1]->SetCoordConversion(random() % 2 ? tree::CCV_ZUP_TO_YUP : L"none");
+        break;
+      default:
+        if (auto const parent = edited->GetParent()) {
+          parent->RemoveChild(*edited);
+          Item const& target = items[random() % items.size()];
+          if (!target->AddChild(*edited)) parent->AddChild(*edited);
+        }
+    }
+    for (Tree const& t : trees) {
+      Box3 const box = tree::GetBoundingBox(*t);
+      Box3 naive = NaiveBox(*t->GetRoot());
+      naive.Transform(t->GetRoot()->GetTransform() * t->GetControlTransform());
+      ASSERT_EQ(box.IsEmpty(), naive.IsEmpty()) << "step " << step;
+      if (naive.IsEmpty()) continue;
+      ASSERT_TRUE(Near(box.min, naive.min, 1e-4f) && Near(box.max, naive.max, 1e-4f))
+          << "step " << step;
+    }
+  }
+}
+
+TEST(Boxes, TwoReferencesALevelAreVisitedOnce) {
+  Graph graph;
+  Group root = graph.Make();
+  Model const model = graph.MakeModel({0, 0, 0}, {1, 1, 1});
+  root->AddChild(*model);
+  Tree shown = graph.MakeTree(root);
+  for (int level = 0; level != 26; ++level) {
+    Group const above = graph.Make();
+    above->AddChild(*graph.MakeReference(shown));
+    above->AddChild(*graph.MakeReference(shown));
+    shown = graph.MakeTree(above);
+  }
+  EXPECT_EQ(tree::GetBoundingBox(*shown).max.x, 1.0f);
+  model->SetTranslationX(2);
+  EXPECT_EQ(tree::GetBoundingBox(*shown).max.x, 3.0f);
+}
+
+TEST(Boxes, ATreeThatShowsItselfIsCut) {
+  Graph graph;
+  Group const root = graph.Make();
+  Tree const shown = graph.MakeTree(root);
+  Reference const reference = graph.MakeReference(shown);
+  root->AddChild(*reference);
+  root->AddChild(*graph.MakeModel({0, 0, 0}, {1, 1, 1}));
+  EXPECT_EQ(tree::GetBoundingBox(*shown).max.x, 1.0f);
+  Move(*reference, 1, 1, 1);
+  (void)tree::GetBoundingBox(*shown);
+  shown->SetUnit(3);
+  EXPECT_EQ(tree::GetBoundingBox(*shown).min.x, 0.0f);
+}
+
+TEST(Boxes, AThousandNestedReferences) {
+  Graph graph;
+  Item root = graph.MakeModel({0, 0, 0}, {1, 1, 1});
+  Tree shown;
+  for (int level = 0; level != 1000; ++level) {
+    shown = graph.MakeTree(root);
+    root = graph.MakeReference(shown);
+  }
+  shown = graph.MakeTree(root);
+  EXPECT_EQ(tree::GetBoundingBox(*shown).max.x, 1.0f);
+}
+
+TEST(Boxes, AGeometryMarksItsModelsOnceTheyHaveReadIt) {
+  Graph graph;
+  Model const model = graph.MakeModel({0, 0, 0}, {1, 1, 1});
+  Group const root = graph.Make();
+  root->AddChild(*model);
+  EXPECT_EQ(root->GetBoundingBox({}, {}).max.x, 1.0f);
+  auto const surface = *model->GetGeometryNode()->GetSurfaces().begin();
+  std::vector<float> const coords{0, 0, 0, 7, 7, 7, 0, 7, 0};
+  surface->Assign(coords, coords, std::vector<unsigned int>{0, 1, 2}, {});
+  EXPECT_EQ(root->GetBoundingBox({}, {}).max.x, 7.0f);
+  model->SetGeometryNode(NNodeReference<data::domain::geometry::NGeometryNode>());
+  EXPECT_TRUE(root->GetBoundingBox({}, {}).IsEmpty());
+  EXPECT_TRUE(model->GetBoundingBoxWithoutChildren().IsEmpty());
+}
+
+TEST(MaterialUse, IsCountedByModels) {
+  Graph graph;
+  auto const material = graph.materials->CreateNode(NNodeID());
+  Model first = graph.Make<item::NSceneGraphModelNode>();
+  Model const second = graph.Make<item::NSceneGraphModelNode>();
+  using data::domain::material::IsUsed;
+  EXPECT_FALSE(IsUsed(*material));
+  first->SetMaterial(material);
+  first->SetMaterial(first->GetMaterialRef());
+  first->CopyTo(*second);
+  EXPECT_EQ(second->GetMaterialNode(), material);
+  graph.items->RemoveNode(*first);
+  first.reset();
+  EXPECT_TRUE(IsUsed(*material));
+  second->SetMaterial({});
+  EXPECT_FALSE(IsUsed(*material));
+  graph.items->RemoveNode(*second);
+  second->SetMaterial(material);
+  EXPECT_FALSE(second->GetMaterialRef()) << "without a manager nothing is set";
+}
+
+}  // namespace
+}  // namespace corvanta::test

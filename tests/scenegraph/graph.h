@@ -1,0 +1,110 @@
+#pragma once
+
+#include <boost/intrusive_ptr.hpp>
+#include <string>
+#include <vector>
+
+#include "corvanta/core/domain/NDomainManager.h"
+#include "corvanta/data/domain/camera/NCameraDomain.h"
+#include "corvanta/data/domain/geometry/NGeometryDomain.h"
+#include "corvanta/data/domain/geometry/NPolygonSurface.h"
+#include "corvanta/data/domain/material/NMaterialDomain.h"
+#include "corvanta/data/domain/scenegraph/NSceneGraphPath.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphItemDomain.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphLightNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
+#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeDomain.h"
+#include "corvanta/data/events/NEventListener.h"
+#include "corvanta/data/events/NEventMultiplexer.h"
+#include "corvanta/data/events/attribute_change/NMultiplexer.h"
+#include "corvanta/data/events/environment_map_change/NMultiplexer.h"
+#include "corvanta/data/events/geometry_change/NMultiplexer.h"
+#include "corvanta/data/events/material/NMultiplexer.h"
+
+namespace corvanta::test {
+
+namespace item = data::domain::scenegraph::item;
+namespace scenegraph = data::domain::scenegraph;
+namespace tree = data::domain::scenegraph::tree;
+using core::node::NNodeID;
+using core::node::NNodeReference;
+using VX_Math::Box3;
+using VX_Math::Matrix;
+using VX_Math::Vec3;
+using Item = boost::intrusive_ptr<item::NSceneGraphItemNode>;
+using Group = boost::intrusive_ptr<item::NSceneGraphGroupNode>;
+using Model = boost::intrusive_ptr<item::NSceneGraphModelNode>;
+using Reference = boost::intrusive_ptr<item::NSceneGraphReferenceNode>;
+using Camera = boost::intrusive_ptr<item::NSceneGraphCameraNode>;
+using Tree = boost::intrusive_ptr<tree::NSceneGraphTreeNode>;
+
+/// The domains that a hierarchy needs, wired to one event multiplexer.
+struct Graph {
+  core::domain::NDomainManager manager;
+  boost::intrusive_ptr<data::events::NEventMultiplexer> events{new data::events::NEventMultiplexer};
+  data::events::attribute_change::NMultiplexer* attributes =
+      &events->GetAttributeChangeEventMultiplexer();
+  boost::intrusive_ptr<item::NSceneGraphItemDomain> items{new item::NSceneGraphItemDomain(
+      &manager, attributes, &events->GetSceneGraphModelEventMultiplexer(),
+      &events->GetSceneGraphHierarchyEventMultiplexer(),
+      &events->GetSceneGraphTreeHostEventMultiplexer())};
+  boost::intrusive_ptr<tree::NSceneGraphTreeDomain> trees{new tree::NSceneGraphTreeDomain(
+      &manager, attributes, &events->GetSceneGraphTreeEventMultiplexer())};
+  boost::intrusive_ptr<data::domain::geometry::NGeometryDomain> geometries{
+      new data::domain::geometry::NGeometryDomain(&manager, attributes,
+                                                  &events->GetGeometryChangeEventMultiplexer())};
+  boost::intrusive_ptr<data::domain::material::NMaterialDomain> materials{
+      new data::domain::material::NMaterialDomain(
+          &manager, attributes, &events->GetEnvironmentMapChangeEventMultiplexer(),
+          &events->GetMaterialEventMultiplexer())};
+  boost::intrusive_ptr<data::domain::camera::NCameraDomain> cameras{
+      new data::domain::camera::NCameraDomain(&manager, attributes)};
+
+  template <class T = item::NSceneGraphGroupNode>
+  boost::intrusive_ptr<T> Make() {
+    return items->CreateNode<T>(NNodeID());
+  }
+  Tree MakeTree(Item const& root) {
+    Tree made = trees->CreateNode(NNodeID());
+    if (root) made->SetRoot(root);
+    return made;
+  }
+  Reference MakeReference(Tree const& shown) {
+    auto made = Make<item::NSceneGraphReferenceNode>();
+    made->SetSceneGraph(shown);
+    return made;
+  }
+  /// A model of one triangle from corner to corner of a box.
+  Model MakeModel(Vec3 const& min, Vec3 const& max) {
+    auto geometry = geometries->CreateNode(NNodeID());
+    boost::intrusive_ptr<data::domain::geometry::NPolygonSurface> surface(
+        new data::domain::geometry::NPolygonSurface);
+    std::vector<float> const coords{min.x, min.y, min.z, max.x, max.y, max.z, min.x, max.y, min.z};
+    surface->Assign(coords, coords, std::vector<unsigned int>{0, 1, 2}, {});
+    geometry->AddSurface(*surface);
+    auto model = Make<item::NSceneGraphModelNode>();
+    model->SetGeometryNode(geometry);
+    return model;
+  }
+};
+
+inline bool Near(Vec3 const& a, Vec3 const& b, float tolerance = 1e-5f) {
+  return (a - b).Length() <= tolerance * (1 + b.Length());
+}
+
+inline Vec3 Apply(Matrix const& m, Vec3 const& point) {
+  Vec3 out;
+  m.MultVecMatrix(point, out);
+  return out;
+}
+
+inline void Move(item::NSceneGraphItemNode& moved, double x, double y, double z) {
+  moved.SetTranslationX(x);
+  moved.SetTranslationY(y);
+  moved.SetTranslationZ(z);
+}
+
+}  // namespace corvanta::test
