@@ -1,12 +1,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
+#include <cstdlib>
 #include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <random>
 #include <stdexcept>
+#include <thread>
 #include <vector>
 
 #include "corvanta/core/observer/NObservable.h"
@@ -314,6 +317,27 @@ TEST(Counts, CountedPointerInTheDestructorDoesNothing) {
   EXPECT_EQ(weak, object->GetWeakReference());
   EXPECT_EQ(weak->GetReference(), object);
   object.reset();
+  EXPECT_EQ(ends, 1);
+  EXPECT_EQ(weak->GetReference(), nullptr);
+}
+
+/// Counts are plain numbers until the first thread starts; what was counted before still counts.
+TEST(Counts, HoldWhenThreadsStartAndShareAnObject) {
+  std::atomic<int> ends = 0;
+  boost::intrusive_ptr<Counted> object(new Counted([&](Counted&) { ++ends; }));
+  auto const weak = object->GetWeakReference();
+  {
+    std::vector<std::jthread> threads;
+    for (int i = 0; i != 4; ++i) {
+      threads.emplace_back([held = object, weak] {
+        for (int k = 0; k != 100000; ++k) {
+          boost::intrusive_ptr<Counted> const copy(held);
+          if (weak->GetReference() != copy) std::abort();
+        }
+      });
+    }
+    object.reset();
+  }
   EXPECT_EQ(ends, 1);
   EXPECT_EQ(weak->GetReference(), nullptr);
 }
