@@ -16,7 +16,6 @@ enum NPictureFormat : int {
   PF_JPEG = 2,
   PF_JNG = 3,
   PF_KOALA = 4,
-  PF_IFF = 5,
   PF_PNG = 13,
   PF_PPM = 14,
   PF_PPMRAW = 15,
@@ -27,12 +26,13 @@ enum NPictureFormat : int {
   PF_GIF = 25,
   PF_HDR = 26,
   PF_SGI = 28,
+  PF_EXR = 29,
   PF_J2K = 30,
   PF_JP2 = 31,
 };
 
 /// A decoded picture: a device-independent bitmap in memory.
-class NPicture {
+class CORVANTA_API NPicture {
  public:
   NPicture() = default;
   NPicture(NPicture const&) = delete;
@@ -51,7 +51,8 @@ CORVANTA_API NPictureFormat GetFIFFromFilename(std::wstring const& path);
 /// Decodes the file at `path`, whatever its name says.
 /// Fails: null if it isn't a picture, is broken, or is beyond the limits: 16,384 pixels a side, 256
 /// megapixels, 16 MiB in a format without a way to read the size alone. What is beyond them costs
-/// no memory. MNG, JNG, PICT and XBM files, which can't be held to them, count as unreadable.
+/// no memory. IFF, MNG, JNG, PICT and XBM files count as unreadable, since they can't be held to
+/// that, and so do ICO, PSD and JPEG XR files, whose decoders end the program over a damaged one.
 CORVANTA_API std::unique_ptr<NPicture const> LoadPicture(std::wstring const& path);
 
 /// Reads the size of the picture in the file at `path`, in pixels.

@@ -19,15 +19,16 @@ namespace corvanta::platform {
 namespace {
 
 constexpr int kFormats[][2] = {
-    {PF_UNKNOWN, FIF_UNKNOWN}, {PF_BMP, FIF_BMP},     {PF_JPEG, FIF_JPEG}, {PF_JNG, FIF_JNG},
-    {PF_KOALA, FIF_KOALA},     {PF_IFF, FIF_IFF},     {PF_PNG, FIF_PNG},   {PF_PPM, FIF_PPM},
-    {PF_PPMRAW, FIF_PPMRAW},   {PF_TARGA, FIF_TARGA}, {PF_TIFF, FIF_TIFF}, {PF_WBMP, FIF_WBMP},
-    {PF_DDS, FIF_DDS},         {PF_GIF, FIF_GIF},     {PF_HDR, FIF_HDR},   {PF_SGI, FIF_SGI},
+    {PF_UNKNOWN, FIF_UNKNOWN}, {PF_BMP, FIF_BMP},   {PF_JPEG, FIF_JPEG}, {PF_JNG, FIF_JNG},
+    {PF_KOALA, FIF_KOALA},     {PF_PNG, FIF_PNG},   {PF_PPM, FIF_PPM},   {PF_PPMRAW, FIF_PPMRAW},
+    {PF_TARGA, FIF_TARGA},     {PF_TIFF, FIF_TIFF}, {PF_WBMP, FIF_WBMP}, {PF_DDS, FIF_DDS},
+    {PF_GIF, FIF_GIF},         {PF_HDR, FIF_HDR},   {PF_SGI, FIF_SGI},   {PF_EXR, FIF_EXR},
     {PF_J2K, FIF_J2K},         {PF_JP2, FIF_JP2}};
 static_assert(std::ranges::all_of(kFormats, [](auto const& pair) { return pair[0] == pair[1]; }));
 
 constexpr std::uint64_t kMostSide = 16384;
 constexpr std::uint64_t kMostPixels = 256ULL * 1024 * 1024;
+// Of a file in a format without header-only reading; of EXR files it bounds the header.
 constexpr long long kMostBytesWithoutHeader = 16LL * 1024 * 1024;
 
 // Keeps the TIFF library beneath the decoder from writing to the error stream. Its two message
@@ -91,12 +92,16 @@ class TiffSilence {
   }
 };
 
-// What lies past the end reads as zeros: one decoder doesn't look at the count, and goes on for
-// ever with what stood in its buffer before.
 unsigned ReadHandle(void* buffer, unsigned size, unsigned count, fi_handle handle) {
-  std::size_t const read =
-      std::fread(buffer, 1, std::size_t{size} * count, static_cast<std::FILE*>(handle));
-  std::memset(static_cast<char*>(buffer) + read, 0, std::size_t{size} * count - read);
+  return static_cast<unsigned>(std::fread(buffer, size, count, static_cast<std::FILE*>(handle)));
+}
+
+// What lies past the end reads as zeros: the EXR decoder doesn't look at the count, and goes on for
+// ever with what stood in its buffer before.
+unsigned ReadHandleWithZeros(void* buffer, unsigned size, unsigned count, fi_handle handle) {
+  std::size_t const length = std::size_t{size} * count;
+  std::size_t const read = std::fread(buffer, 1, length, static_cast<std::FILE*>(handle));
+  std::memset(static_cast<char*>(buffer) + read, 0, length - read);
   return size == 0 ? 0 : static_cast<unsigned>(read / size);
 }
 
@@ -112,29 +117,35 @@ long TellHandle(fi_handle handle) { return std::ftell(static_cast<std::FILE*>(ha
 class OpenPicture {
  public:
   explicit OpenPicture(std::wstring const& path)
-      : m_path(path), m_file(OpenFile(path, "rb")), m_format(JudgeFormat()) {}
+      : m_path(path), m_file(OpenFile(path, "rb")), m_format(JudgeFormat()) {
+    if (m_format == FIF_EXR) {
+      m_io.read_proc = &ReadHandleWithZeros;
+    }
+  }
 
   bool IsReadable() const {
     return m_format != FIF_UNKNOWN && FreeImage_FIFSupportsReading(m_format);
   }
 
-  // The size, without taking memory for pixels.
+  // The size, without taking memory for pixels; none for a format that is refused.
   std::optional<NPictureSize> GetSize() {
-    if (FreeImage_FIFSupportsNoPixels(m_format)) {
-      if (m_format == FIF_JNG) {  // the picture inside it has a size of its own
+    switch (m_format) {
+      case FIF_ICO:
+      case FIF_IFF:
+      case FIF_MNG:
+      case FIF_JNG:
+      case FIF_PICT:
+      case FIF_PSD:
+      case FIF_XBM:
+      case FIF_JXR:
         return std::nullopt;
-      }
-      fipImage header;
-      header = Decode(FIF_LOAD_NOPIXELS);
-      return header.isValid() ? std::optional<NPictureSize>({header.getWidth(), header.getHeight()})
-                              : std::nullopt;
+      case FIF_KOALA:
+        return NPictureSize{320, 200};
+      case FIF_EXR:
+        return ReadSize();
+      default:
+        return FreeImage_FIFSupportsNoPixels(m_format) ? DecodeSize() : ReadSize();
     }
-    std::vector<unsigned char> bytes;
-    if (GetFileSize(m_path) > kMostBytesWithoutHeader || !ReadFile(m_path, bytes)) {
-      return std::nullopt;
-    }
-    return m_format == FIF_KOALA ? NPictureSize{320, 200}
-                                 : PeekSize(static_cast<NPictureFormat>(m_format), bytes);
   }
 
   FIBITMAP* Decode(int flags) {
@@ -143,6 +154,29 @@ class OpenPicture {
   }
 
  private:
+  std::optional<NPictureSize> DecodeSize() {
+    fipImage header;
+    header = Decode(FIF_LOAD_NOPIXELS);
+    if (!header.isValid()) {
+      return std::nullopt;
+    }
+    return NPictureSize{header.getWidth(), header.getHeight()};
+  }
+
+  std::optional<NPictureSize> ReadSize() {
+    long long const length = GetFileSize(m_path);
+    if (length < 0 ||
+        (length > kMostBytesWithoutHeader && !FreeImage_FIFSupportsNoPixels(m_format))) {
+      return std::nullopt;
+    }
+    std::vector<unsigned char> bytes(
+        static_cast<std::size_t>(std::min(length, kMostBytesWithoutHeader)));
+    std::rewind(m_file.get());
+    bytes.resize(std::fread(bytes.data(), 1, bytes.size(), m_file.get()));
+    return PeekSize(static_cast<NPictureFormat>(m_format), bytes,
+                    static_cast<std::uint64_t>(length));
+  }
+
   FREE_IMAGE_FORMAT JudgeFormat() {
     if (!m_file) {
       return FIF_UNKNOWN;

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <string_view>
+#include <string>
 
 namespace corvanta::platform {
 
@@ -54,22 +54,6 @@ Size PeekGif(Bytes const& bytes) {
   return NPictureSize{ReadLittle(bytes, at + 5, 2), ReadLittle(bytes, at + 7, 2)};
 }
 
-// The largest header: the decoder takes any that it comes to.
-Size PeekIff(Bytes const& bytes) {
-  constexpr std::string_view kHeader = "BMHD";
-  Size largest;
-  for (auto at = bytes.begin();; ++at) {
-    at = std::search(at, bytes.end(), kHeader.begin(), kHeader.end());
-    if (at == bytes.end()) {
-      return largest;
-    }
-    auto const offset = static_cast<std::size_t>(at - bytes.begin());
-    NPictureSize const before = largest.value_or(NPictureSize{});
-    largest = {std::max(before.width, ReadBig(bytes, offset + 8, 2)),
-               std::max(before.height, ReadBig(bytes, offset + 10, 2))};
-  }
-}
-
 Size PeekWbmp(Bytes const& bytes) {
   if (!Has(bytes, 0, 4) || bytes[0] != 0 || (bytes[1] & 0x80) != 0) {
     return std::nullopt;
@@ -116,10 +100,79 @@ Size PeekJp2(Bytes const& bytes) {
   return std::nullopt;
 }
 
+// The texts of an attribute end with a zero; an empty one is a header's end.
+std::string ReadText(Bytes const& bytes, std::uint64_t& at) {
+  std::string text;
+  while (Has(bytes, at, 1) && bytes[at] != 0) {
+    text += static_cast<char>(bytes[at++]);
+  }
+  ++at;
+  return text;
+}
+
+struct ExrHeader {
+  std::uint64_t width = 0;
+  std::uint64_t height = 0;
+  std::uint64_t tileWidth = 1;  // of scan lines alone: of no account
+  std::uint64_t tileHeight = 1;
+  bool isTiled = false;
+};
+
+// Reads one header and moves `at` behind it; false if it isn't whole. The largest of what it says
+// counts.
+bool ReadExrHeader(Bytes const& bytes, std::uint64_t& at, ExrHeader& header) {
+  for (std::string name = ReadText(bytes, at); !name.empty(); name = ReadText(bytes, at)) {
+    std::string const type = ReadText(bytes, at);
+    std::uint32_t const length = ReadLittle(bytes, at, 4);
+    at += 4;
+    if (!Has(bytes, at, length)) {
+      return false;
+    }
+    if (type == "box2i" && name == "dataWindow" && length == 16) {
+      auto const side = [&](int low) {
+        std::int64_t const from = static_cast<std::int32_t>(ReadLittle(bytes, at + low, 4));
+        std::int64_t const to = static_cast<std::int32_t>(ReadLittle(bytes, at + low + 8, 4));
+        return to < from ? std::uint64_t{0} : static_cast<std::uint64_t>(to - from) + 1;
+      };
+      header.width = std::max(header.width, side(0));
+      header.height = std::max(header.height, side(4));
+    } else if (type == "tiledesc" && length == 9) {
+      header.isTiled = true;
+      header.tileWidth = ReadLittle(bytes, at, 4);
+      header.tileHeight = ReadLittle(bytes, at + 4, 4);
+    }
+    at += length;
+  }
+  return Has(bytes, at, 0);
+}
+
+// Only of files of one part whose header is whole and whose tiles could be in the file: the decoder
+// takes memory for its tables before it looks.
+Size PeekExr(Bytes const& bytes, std::uint64_t fileLength) {
+  constexpr std::uint32_t kMagic = 20000630;
+  constexpr std::uint32_t kSeveralParts = 0x1000;
+  ExrHeader header;
+  std::uint64_t at = 8;
+  if (!Has(bytes, 0, 8) || ReadLittle(bytes, 0, 4) != kMagic ||
+      (ReadLittle(bytes, 4, 4) & kSeveralParts) != 0 || !ReadExrHeader(bytes, at, header) ||
+      header.width == 0 || header.height == 0 || header.tileWidth == 0 || header.tileHeight == 0) {
+    return std::nullopt;
+  }
+  std::uint64_t const tiles =
+      ((header.width - 1) / header.tileWidth + 1) * ((header.height - 1) / header.tileHeight + 1);
+  constexpr std::uint64_t kTileEntry = 8;
+  if (header.isTiled && tiles > fileLength / kTileEntry) {
+    return std::nullopt;
+  }
+  return NPictureSize{
+      static_cast<unsigned int>(std::min<std::uint64_t>(header.width, UINT32_MAX)),
+      static_cast<unsigned int>(std::min<std::uint64_t>(header.height, UINT32_MAX))};
+}
+
 }  // namespace
 
-std::optional<NPictureSize> PeekSize(NPictureFormat format,
-                                     std::vector<unsigned char> const& bytes) {
+std::optional<NPictureSize> PeekSize(NPictureFormat format, std::vector<unsigned char> const& bytes,
+                                     std::uint64_t fileLength) {
   switch (static_cast<int>(format)) {
     case PF_GIF:
       return PeekGif(bytes);
@@ -128,10 +181,10 @@ std::optional<NPictureSize> PeekSize(NPictureFormat format,
                                : std::nullopt;
     case PF_SGI:
       return Has(bytes, 0, 10) ? Size({ReadBig(bytes, 6, 2), ReadBig(bytes, 8, 2)}) : std::nullopt;
-    case PF_IFF:
-      return PeekIff(bytes);
     case PF_WBMP:
       return PeekWbmp(bytes);
+    case PF_EXR:
+      return PeekExr(bytes, fileLength);
     case PF_J2K:
       return PeekCodestream(bytes, 0);
     case PF_JP2:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -12,10 +13,11 @@ struct NPictureSize {
   unsigned int height = 0;
 };
 
-/// The size that the bytes of a file claim, in one of the formats that the decoder can't ask for it
-/// without taking the memory first: GIF (its first picture), DDS, SGI, IFF, WBMP and JPEG 2000.
-/// Fails: nullopt for another format, and for bytes that don't tell a size.
-std::optional<NPictureSize> PeekSize(NPictureFormat format,
-                                     std::vector<unsigned char> const& bytes);
+/// The size that a file claims by its first bytes, in one of the formats that the decoder can't
+/// safely be asked for it: GIF (its first picture), DDS, SGI, WBMP, EXR and JPEG 2000.
+/// `fileLength` is the length of the whole file. Fails: nullopt for another format, for bytes that
+/// don't tell a size, and for an EXR of several parts.
+std::optional<NPictureSize> PeekSize(NPictureFormat format, std::vector<unsigned char> const& bytes,
+                                     std::uint64_t fileLength);
 
 }  // namespace corvanta::platform
