@@ -126,7 +126,7 @@ TEST(Hierarchy, ListenersMayUndoWhatTheyHear) {
   EXPECT_TRUE(parent->GetChildren().empty());
 }
 
-TEST(Hierarchy, AHundredThousandLevelsAndAMillionChildren) {
+TEST(Hierarchy, AHundredThousandLevelsAndManyChildren) {
   Graph graph;
   {
     Group const root = graph.Make();
@@ -147,17 +147,18 @@ TEST(Hierarchy, AHundredThousandLevelsAndAMillionChildren) {
     EXPECT_TRUE(IsValid(path));
     EXPECT_EQ(Apply(path.GetGlobalTransform(), Vec3()).x, 3.0f);
     // Only the root holds the hierarchy from here on.
-    while (graph.items->GetNodeCount() != 0) graph.items->RemoveNode(*graph.items->GetTypedNodeBegin());
+    while (graph.items->GetNodeCount() != 0)
+      graph.items->RemoveNode(*graph.items->GetTypedNodeBegin());
   }
   Group const wide = graph.Make();
   std::vector<Group> some;
-  for (int i = 0; i != 1000000; ++i) {
+  for (int i = 0; i != 200000; ++i) {
     Group child(new item::NSceneGraphGroupNode(NNodeID(L"x"), nullptr, nullptr));
     ASSERT_TRUE(wide->AddChild(*child));
     if (i % 1000 == 0) some.push_back(child);
   }
   for (auto const& child : some) ASSERT_TRUE(wide->RemoveChild(*child));
-  EXPECT_EQ(wide->GetChildren().size(), 999000u);
+  EXPECT_EQ(wide->GetChildren().size(), 199800u);
   EXPECT_TRUE(wide->GetBoundingBox({}, {}).IsEmpty());
 }
 

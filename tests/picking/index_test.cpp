@@ -1,0 +1,146 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "corvanta/data/domain/geometry/NPolygonSurface.h"
+#include "corvanta/data/domain/geometry/detail/NTriangleIndex.h"
+#include "corvanta/data/operators/ray_picker/detail/least_hit.h"
+
+namespace corvanta::test {
+namespace {
+
+using data::domain::geometry::NPolygonSurface;
+using data::domain::geometry::detail::NTriangleIndex;
+using data::operators::ray_picker::detail::FindLeastHitExhaustively;
+using VX_Math::Vec3;
+
+/// A soup of triangles of very different sizes, some of them degenerate, twice there, huge, not
+/// finite or with indices out of range.
+boost::intrusive_ptr<NPolygonSurface> MakeSoup(std::mt19937& random, int count) {
+  std::uniform_real_distribution<float> any(-1, 1);
+  std::vector<float> coords;
+  std::vector<unsigned> indices;
+  for (int i = 0; i != count; ++i) {
+    float const size = std::pow(10.0f, -3 * std::abs(any(random)));
+    float const center[3] = {any(random), any(random), any(random)};
+    auto const first = static_cast<unsigned>(coords.size() / 3);
+    for (int corner = 0; corner != 3; ++corner) {
+      for (float const c : center) coords.push_back(c + size * any(random));
+    }
+    if (i % 50 == 7) std::copy_n(coords.end() - 9, 3, coords.end() - 3);  // an edge of length 0
+    if (i % 50 == 8) std::fill(coords.end() - 6, coords.end(), coords.back());
+    if (i % 200 == 9) coords.end()[-1] = 3e9f;
+    if (i % 200 == 10) coords.end()[-2] = std::numeric_limits<float>::quiet_NaN();
+    if (i % 200 == 11) coords.end()[-3] = std::numeric_limits<float>::infinity();
+    indices.insert(indices.end(), {first, first + 1, first + 2});
+    if (i % 30 == 12) indices.insert(indices.end(), {first, first + 1, first + 2});
+    if (i % 100 == 13) indices.insert(indices.end(), {first, 0xFFFFFFFFu, first + 2});
+  }
+  indices.push_back(0);  // a last run of one
+  boost::intrusive_ptr<NPolygonSurface> surface(new NPolygonSurface);
+  surface->Assign(coords, coords, indices, {});
+  return surface;
+}
+
+Vec3 Direction(std::mt19937& random) {
+  std::uniform_real_distribution<float> any(-1, 1);
+  switch (random() % 8) {
+    case 0:
+      return {0, 0, any(random)};
+    case 1:
+      return {-0.0f, any(random), 0};
+    case 2:
+      return {any(random) * 1e-6f, any(random), any(random)};
+    case 3:
+      return Vec3(any(random), any(random), any(random)) * 1e4f;
+    default:
+      return {any(random), any(random), any(random)};
+  }
+}
+
+TEST(TriangleIndex, EqualsTheExhaustiveLoopInEveryMode) {
+  unsigned const seed = std::random_device()();
+  SCOPED_TRACE("seed " + std::to_string(seed));
+  std::mt19937 random(seed);
+  std::uniform_real_distribution<float> any(-1, 1);
+  int hits = 0;
+  for (int mesh = 0; mesh != 6; ++mesh) {
+    auto const surface = MakeSoup(random, 300 + mesh * 400);
+    NTriangleIndex const index(*surface);
+    for (int i = 0; i != 1500; ++i) {
+      Vec3 const o = Vec3(any(random), any(random), any(random)) * (i % 3 == 0 ? 30.0f : 2.0f);
+      Vec3 const d =
+          i % 2 == 0 ? Direction(random) : Vec3(any(random), any(random), any(random)) - o;
+      ASSERT_TRUE(NTriangleIndex::CanServe(o, d) || d == Vec3());
+      if (d == Vec3()) continue;
+      auto const compare = [&](auto const& accept) {
+        double const expected = FindLeastHitExhaustively(*surface, o, d, accept);
+        ASSERT_EQ(index.FindLeast(o, d, accept), expected) << "mesh " << mesh << ", ray " << i;
+        if (expected < std::numeric_limits<double>::max()) ++hits;
+      };
+      compare([](float) { return true; });
+      compare([](float t) { return t > 0.5; });
+      compare([&](float t) { return (o + d * t).x > 0; });
+    }
+  }
+  EXPECT_GT(hits, 3000);
+}
+
+/// Rays that lie in a triangle's plane give the plain test phantom hits far off the triangle. Those
+/// alone may be missing from the index, and never the other way round.
+TEST(TriangleIndex, MissesOnlyPhantoms) {
+  std::mt19937 random(5);
+  std::uniform_real_distribution<float> any(-1, 1);
+  auto const surface = MakeSoup(random, 1000);
+  NTriangleIndex const index(*surface);
+  auto const& coords = surface->GetCoords();
+  int phantoms = 0, agreed = 0;
+  for (unsigned i = 0; i + 2 < 3000; i += 3) {
+    Vec3 const a(coords[i].x, coords[i].y, coords[i].z);
+    Vec3 const e1 = Vec3(coords[i + 1].x, coords[i + 1].y, coords[i + 1].z) - a;
+    Vec3 const e2 = Vec3(coords[i + 2].x, coords[i + 2].y, coords[i + 2].z) - a;
+    Vec3 const o = a + e1 * any(random) + e2 * any(random) * 3.0f;
+    Vec3 const d = e1 * any(random) + e2 * any(random);
+    if (!NTriangleIndex::CanServe(o, d)) continue;
+    auto const all = [](float) { return true; };
+    double const expected = FindLeastHitExhaustively(*surface, o, d, all);
+    double const found = index.FindLeast(o, d, all);
+    EXPECT_GE(found, expected);
+    ++(found == expected ? agreed : phantoms);
+  }
+  RecordProperty("phantoms", phantoms);
+  EXPECT_GT(agreed, 500);
+}
+
+TEST(TriangleIndex, ServesOnlyRaysWithinItsBounds) {
+  float const nan = std::numeric_limits<float>::quiet_NaN();
+  for (auto const& [o, d] : std::vector<std::pair<Vec3, Vec3>>{{{2e9f, 0, 0}, {1, 0, 0}},
+                                                               {{0, 0, 0}, {0, 0, 0}},
+                                                               {{0, nan, 0}, {1, 0, 0}},
+                                                               {{0, 0, 0}, {nan, 1, 0}},
+                                                               {{0, 0, 0}, {1e20f, 0, 0}},
+                                                               {{0, 0, 0}, {1e-20f, 0, 0}}}) {
+    EXPECT_FALSE(NTriangleIndex::CanServe(o, d));
+  }
+  EXPECT_TRUE(NTriangleIndex::CanServe({1e8f, 0, 0}, {0, 0, -1}));
+}
+
+TEST(TriangleIndex, OfAThousandTrianglesAtOnePoint) {
+  std::vector<float> coords;
+  std::vector<unsigned> indices;
+  for (unsigned i = 0; i != 3000; ++i) {
+    coords.insert(coords.end(), {i % 3 == 1 ? 1.0f : 0.0f, i % 3 == 2 ? 1.0f : 0.0f, 0});
+    indices.push_back(i);
+  }
+  boost::intrusive_ptr<NPolygonSurface> surface(new NPolygonSurface);
+  surface->Assign(coords, coords, indices, {});
+  NTriangleIndex const index(*surface);
+  EXPECT_EQ(index.GetTriangleCount(), 1000u);
+  EXPECT_EQ(index.FindLeast({0.2f, 0.2f, 5}, {0, 0, -1}, [](float) { return true; }), 5.0);
+}
+
+}  // namespace
+}  // namespace corvanta::test
