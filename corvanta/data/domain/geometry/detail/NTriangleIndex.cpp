@@ -81,7 +81,8 @@ class NTriangleIndex::Builder {
   Builder(NSurface const& surface, NTriangleIndex& index) : m_surface(surface), m_index(index) {}
 
   void Build() {
-    MakePackets();
+    m_keys = SortTriangles();
+    MakeRuns();
     if (m_runs.empty()) return;
     m_index.m_packets.reserve(m_runs.size());
     m_index.m_nodes.reserve(m_runs.size() / 2 + 1);
@@ -95,10 +96,10 @@ class NTriangleIndex::Builder {
   }
 
  private:
-  /// A packet on its way into the hierarchy.
+  /// Four triangles that follow each other along the curve, a packet on its way into the hierarchy.
   struct Run {
     Box box;
-    std::uint32_t packet;
+    std::uint32_t first;  // of the keys
   };
   struct Range {
     std::size_t begin, end;
@@ -134,6 +135,8 @@ class NTriangleIndex::Builder {
   std::vector<Key> SortTriangles() {
     std::vector<Key> keys;
     std::vector<Vec3> centers;
+    keys.reserve(m_surface.GetIndices().size() / 3);
+    centers.reserve(keys.capacity());
     Box bounds;
     unsigned outside = 0;
     for (std::size_t i = 0; 3 * i + 2 < m_surface.GetIndices().size(); ++i) {
@@ -164,15 +167,12 @@ class NTriangleIndex::Builder {
     return keys;
   }
 
-  void MakePackets() {
-    std::vector<Key> const keys = SortTriangles();
-    m_packets.resize((keys.size() + 3) / 4);
-    m_runs.resize(m_packets.size());
-    for (std::size_t i = 0; i != keys.size(); ++i) {
+  void MakeRuns() {
+    m_runs.resize((m_keys.size() + 3) / 4);
+    for (std::size_t i = 0; i != m_keys.size(); ++i) {
       Run& run = m_runs[i / 4];
-      run.packet = static_cast<std::uint32_t>(i / 4);
-      run.box.Extend(GetGrownBox(keys[i].triangle));
-      Fill(m_packets[i / 4], i % 4, keys[i].triangle);
+      if (i % 4 == 0) run.first = static_cast<std::uint32_t>(i);
+      run.box.Extend(GetGrownBox(m_keys[i].triangle));
     }
     for (Run const& run : m_runs) {
       for (int axis = 0; axis != 3; ++axis) {
@@ -212,7 +212,12 @@ class NTriangleIndex::Builder {
       child = kLeaf | static_cast<std::uint32_t>(m_index.m_packets.size()) << kCountBits |
               static_cast<std::uint32_t>(part.end - part.begin - 1);
       for (std::size_t i = part.begin; i != part.end; ++i) {
-        m_index.m_packets.push_back(m_packets[m_runs[i].packet]);
+        Packet& packet = m_index.m_packets.emplace_back();
+        std::size_t const first = m_runs[i].first;
+        std::size_t const end = std::min(first + 4, m_keys.size());
+        for (std::size_t key = first; key != end; ++key) {
+          Fill(packet, static_cast<unsigned>(key - first), m_keys[key].triangle);
+        }
       }
     } else {
       child = static_cast<std::uint32_t>(m_index.m_nodes.size());
@@ -291,7 +296,7 @@ class NTriangleIndex::Builder {
 
   NSurface const& m_surface;
   NTriangleIndex& m_index;
-  std::vector<Packet> m_packets;
+  std::vector<Key> m_keys;
   std::vector<Run> m_runs;
   std::vector<Range> m_work;
 };

@@ -38,6 +38,10 @@ float GetCondition(Matrix const& m) noexcept {
   return std::sqrt(greatest / least);
 }
 
+float GetReach(Box3 const& box, Matrix const& m) noexcept {
+  return Largest(box.min) + Largest(box.max) + Largest({m(3, 0), m(3, 1), m(3, 2)});
+}
+
 NRayBound::NRayBound(Matrix const& matrix, Matrix const& inverse, Vec3 const& globalOrigin,
                      Vec3 const& origin, Vec3 const& direction) noexcept
     : m_origin(origin),
@@ -53,13 +57,11 @@ NRayBound::NRayBound(Matrix const& matrix, Matrix const& inverse, Vec3 const& gl
 }
 
 bool NRayBound::MayMeet(item::NSceneGraphItemNode const& child) const noexcept {
-  auto const& block = NItemAccess::GetBlock(child);
-  float const condition = m_condition * block.boxCondition;
+  auto const& judged = NItemAccess::GetBlock(child).judged;
+  float const condition = m_condition * judged.condition;
   if (!(condition > 0)) return true;
-  Box3 const& box = block.boxInParent;
-  Matrix const& local = block.transform;
-  float const reach = m_reach + Largest(box.min) + Largest(box.max) +
-                      Largest({local(3, 0), local(3, 1), local(3, 2)});
+  Box3 const& box = judged.box;
+  float const reach = m_reach + judged.reach;
   float const margin = kRounding * condition * reach;
   float enter = -std::numeric_limits<float>::infinity();
   float leave = std::numeric_limits<float>::infinity();

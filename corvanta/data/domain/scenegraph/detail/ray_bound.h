@@ -1,6 +1,7 @@
 #pragma once
 
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphItemNode.h"
+#include "corvanta/vx_math/Box3.h"
 #include "corvanta/vx_math/Matrix.h"
 #include "corvanta/vx_math/Vec3.h"
 
@@ -10,6 +11,8 @@ namespace corvanta::data::domain::scenegraph::detail {
 /// longest of the upper three rows to the shortest. Fails: 0 where that says little, for rows far
 /// from right angles or from length 1, or not finite.
 float GetCondition(VX_Math::Matrix const& m) noexcept;
+/// At least the largest coordinate of `box` and of the translation of `m`.
+float GetReach(VX_Math::Box3 const& box, VX_Math::Matrix const& m) noexcept;
 
 /// A ray in the frame of an item, for sparing it the children that it can't meet: judged by the
 /// children's boxes in that frame, grown by far more than all rounding on the way, and before a

@@ -36,7 +36,7 @@ void NSceneGraphItemNode::DirtyBoundingBox() {
       NSceneGraphItemNode const* next = nullptr;
       if (!block.isBoxDirty || block.markedAt != cleanings) {
         block.isBoxDirty = true;
-        block.boxCondition = 0;
+        block.judged.condition = 0;
         block.markedAt = cleanings;
         next = block.parent;
         for (auto const& referrer : block.referrers) {
@@ -165,8 +165,8 @@ void NSceneGraphItemNode::ExtendByChild(Box3& box, NSceneGraphItemNode const& ch
   wchar_t const* const type = child.GetSceneGraphItemType();
   bool const isJudged =
       type == SGIT_GROUP || (type == SGIT_MODEL && child.m_block->children.empty());
-  child.m_block->boxInParent = childBox;
-  child.m_block->boxCondition = isJudged ? scenegraph::detail::GetCondition(local) : 0;
+  child.m_block->judged = {childBox, isJudged ? scenegraph::detail::GetCondition(local) : 0,
+                           scenegraph::detail::GetReach(childBox, local)};
 }
 
 }  // namespace corvanta::data::domain::scenegraph::item

@@ -17,6 +17,12 @@ struct NSceneGraphItemNode::Block {
     boost::intrusive_ptr<core::reference_countable::NWeakReferenceImpl const> weak;
     NSceneGraphItemNode const* item;
   };
+  /// What a ray is judged by before the item is visited; see scenegraph::detail::NRayBound.
+  struct JudgedBox {
+    VX_Math::Box3 box;    // in the parent's frame, as the parent's box took it in
+    float condition = 0;  // see GetCondition; 0: a ray isn't judged by the box
+    float reach = 0;      // the largest coordinate of the box and of the local translation
+  };
   using ChildIndex = std::unordered_map<NSceneGraphItemNode const*, Children::const_iterator>;
 
   core::attribute::NAttributeHost& host;
@@ -25,13 +31,12 @@ struct NSceneGraphItemNode::Block {
 
   VX_Math::Matrix transform{};
   VX_Math::Box3 box{};
-  VX_Math::Box3 boxInParent{};  // as the parent's box took it in; see scenegraph::detail::NRayBound
-  float boxCondition = 0;       // see GetCondition; 0: a ray isn't judged by boxInParent
+  JudgedBox judged{};
   bool isTransformDirty = true;
   bool isBoxDirty = true;
   bool isBeingBoxed = false;  // a walk for the box stands in this item
   unsigned listCount = 0;     // the lists that this item stands in: an insert by index can make two
-  std::uint64_t markedAt = 0;          // the count of cleanings when a walk last marked this item
+  std::uint64_t markedAt = 0;  // the count of cleanings when a walk last marked this item
   NSceneGraphItemNode* parent = nullptr;  // cleared by the parent's end
   Children children{};
   std::unique_ptr<ChildIndex> childIndex{};  // of all children, from kIndexFrom on
