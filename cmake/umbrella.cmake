@@ -1,0 +1,21 @@
+# Checks that corvanta/corvanta.h includes every public header; with -DWRITE=ON writes it.
+#   cmake [-DWRITE=ON] -P cmake/umbrella.cmake
+get_filename_component(root ${CMAKE_CURRENT_LIST_DIR}/.. ABSOLUTE)
+file(GLOB_RECURSE headers RELATIVE ${root} ${root}/corvanta/*.h)
+list(SORT headers)
+set(text "#pragma once\n\n// Every public header of corvanta. Written by cmake/umbrella.cmake.\n\n")
+foreach(header ${headers})
+  # Details belong to the headers that need them, and the platform layer's picture side to its decoder.
+  if(NOT header MATCHES "/detail/|/fwd\\.h$|corvanta/corvanta\\.h$|corvanta/platform/(narrow_path|picture|file)\\.h$")
+    string(APPEND text "#include \"${header}\"\n")
+  endif()
+endforeach()
+set(umbrella ${root}/corvanta/corvanta.h)
+if(WRITE)
+  file(WRITE ${umbrella} "${text}")
+else()
+  file(READ ${umbrella} present)
+  if(NOT present STREQUAL text)
+    message(FATAL_ERROR "corvanta/corvanta.h doesn't include every public header: cmake -DWRITE=ON -P cmake/umbrella.cmake")
+  endif()
+endif()
