@@ -12,42 +12,16 @@ namespace corvanta::data::operators::animation {
 
 struct NKeyFrameAnimation::Block {
   void Leave(double time) noexcept;
-  void UpdateSpans();
 
-  // The keys in order of time, while they are fresh: span i lies between the keys i and i + 1. They
-  // come first, so that an evaluation touches little memory.
-  detail::NTimeIndex index;
-  std::vector<double> values;
-  bool isFresh = false;
-  unsigned int lastHandle = INVALID_KEY_HANDLE;
   std::map<unsigned int, NKeyData> keys;
   std::map<double, unsigned int> times;  // how many keys stand at each
+  unsigned int lastHandle = INVALID_KEY_HANDLE;
 };
 
 /// Takes a key away from `time`.
 void NKeyFrameAnimation::Block::Leave(double time) noexcept {
   auto const found = times.find(time);
   if (--found->second == 0) times.erase(found);
-}
-
-void NKeyFrameAnimation::Block::UpdateSpans() {
-  if (times.size() != keys.size()) throw NInterpolatorError();
-  std::vector<std::pair<double, double>> sorted;
-  sorted.reserve(keys.size());
-  for (auto const& [handle, key] : keys) sorted.emplace_back(key.time, key.value);
-  std::sort(sorted.begin(), sorted.end(),
-            [](auto const& a, auto const& b) { return a.first < b.first; });
-  std::vector<double> freshTimes;
-  std::vector<double> freshValues;
-  freshTimes.reserve(sorted.size());
-  freshValues.reserve(sorted.size());
-  for (auto const& [time, value] : sorted) {
-    freshTimes.push_back(time);
-    freshValues.push_back(value);
-  }
-  index = detail::NTimeIndex(std::move(freshTimes));
-  values = std::move(freshValues);
-  isFresh = true;
 }
 
 NKeyFrameAnimation::NKeyFrameAnimation() : m_block(new Block) {}
@@ -64,7 +38,7 @@ unsigned int NKeyFrameAnimation::AddKey(NKeyData const& data) {
     block.keys.erase(key);
     throw;
   }
-  block.isFresh = false;
+  m_isFresh = false;
   return ++block.lastHandle;
 }
 
@@ -74,7 +48,7 @@ bool NKeyFrameAnimation::RemoveKey(unsigned int handle) {
   if (found == block.keys.end()) return false;
   block.Leave(found->second.time);
   block.keys.erase(found);
-  block.isFresh = false;
+  m_isFresh = false;
   return true;
 }
 
@@ -88,26 +62,44 @@ bool NKeyFrameAnimation::ModifyKey(unsigned int handle, NKeyData const& data) {
     block.Leave(key.time);
   }
   key = data;
-  block.isFresh = false;
+  m_isFresh = false;
   return true;
 }
 
-double NKeyFrameAnimation::CalculateValue(double time) const {
-  Block& block = *m_block;
-  if (!block.isFresh) {
-    if (block.keys.empty()) {
-      static char text[] = "NKeyFrameAnimation::CalculateValue";
-      throw static_cast<char*>(text);
-    }
-    block.UpdateSpans();
+void NKeyFrameAnimation::UpdateSpans() const {
+  auto const& keys = m_block->keys;
+  if (keys.empty()) {
+    static char text[] = "NKeyFrameAnimation::CalculateValue";
+    throw static_cast<char*>(text);
   }
-  std::vector<double> const& times = block.index.GetTimes();
-  std::size_t const right = block.index.LowerBound(time);
-  if (right == 0) return block.values.front();
-  if (right == times.size()) return block.values.back();
+  if (m_block->times.size() != keys.size()) throw NInterpolatorError();
+  std::vector<std::pair<double, double>> sorted;
+  sorted.reserve(keys.size());
+  for (auto const& [handle, key] : keys) sorted.emplace_back(key.time, key.value);
+  std::sort(sorted.begin(), sorted.end(),
+            [](auto const& a, auto const& b) { return a.first < b.first; });
+  std::vector<double> freshTimes;
+  std::vector<double> freshValues;
+  freshTimes.reserve(sorted.size());
+  freshValues.reserve(sorted.size());
+  for (auto const& [time, value] : sorted) {
+    freshTimes.push_back(time);
+    freshValues.push_back(value);
+  }
+  m_index = detail::NTimeIndex(std::move(freshTimes));
+  m_values = std::move(freshValues);
+  m_isFresh = true;
+}
+
+double NKeyFrameAnimation::CalculateValue(double time) const {
+  if (!m_isFresh) UpdateSpans();
+  std::vector<double> const& times = m_index.GetTimes();
+  std::size_t const right = m_index.LowerBound(time);
+  if (right == 0) return m_values.front();
+  if (right == times.size()) return m_values.back();
   double const l = times[right - 1];
   double const r = times[right];
-  return ((r - time) * block.values[right - 1] + (time - l) * block.values[right]) / (r - l);
+  return ((r - time) * m_values[right - 1] + (time - l) * m_values[right]) / (r - l);
 }
 
 std::map<unsigned int, NKeyData> const& NKeyFrameAnimation::GetKeyData() const noexcept {

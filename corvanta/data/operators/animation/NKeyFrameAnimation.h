@@ -2,9 +2,11 @@
 
 #include <map>
 #include <memory>
+#include <vector>
 
 #include "corvanta/core/reference_countable/NReferenceCountable.h"
 #include "corvanta/data/operators/animation/NKeyData.h"
+#include "corvanta/data/operators/animation/detail/NTimeIndex.h"
 #include "corvanta/export.h"
 
 namespace corvanta::data::operators::animation {
@@ -47,6 +49,13 @@ class CORVANTA_API NKeyFrameAnimation : public core::reference_countable::NRefer
  private:
   struct Block;
 
+  void UpdateSpans() const;
+
+  // The keys in order of time, while they are fresh: span i lies between the keys i and i + 1. They
+  // stand here and not in the block, so that an evaluation touches little memory.
+  mutable bool m_isFresh = false;
+  mutable detail::NTimeIndex m_index;
+  mutable std::vector<double> m_values;
   std::unique_ptr<Block> const m_block;
 };
 
