@@ -1,0 +1,22 @@
+#pragma once
+
+#include <CLI/App.hpp>
+
+/// The commands of the program. Each stands in a source of its own, which adds it to the program
+/// with its options, and sets `status`, the program's exit status, when it has run.
+namespace corvanta::app {
+
+/// Exit statuses.
+enum NStatus : int {
+  NS_DONE = 0,
+  NS_FILE = 1,     ///< a file couldn't be used, or the output not be written
+  NS_OPTIONS = 2,  ///< an option that can't be
+};
+
+using NAddCommand = void(CLI::App& program, int& status);
+
+NAddCommand AddInfo;
+
+inline constexpr NAddCommand* kCommands[] = {AddInfo};
+
+}  // namespace corvanta::app

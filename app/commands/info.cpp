@@ -1,0 +1,136 @@
+#include <cmath>
+#include <exception>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "app/commands/commands.h"
+#include "app/import/import.h"
+#include "app/output/NReport.h"
+#include "app/output/text.h"
+#include "app/scene/NDocument.h"
+#include "app/scene/common_tree.h"
+#include "app/scene/walk.h"
+#include "corvanta/core/text/convert.h"
+#include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
+
+namespace corvanta::app {
+
+namespace {
+
+using core::text::ToNarrow;
+using data::domain::scenegraph::tree::NSceneGraphTreeNode;
+
+constexpr char kFooter[] = R"(
+Prints the trees with kind, name, id and box of each item, what each domain
+holds, the box of the whole, and the times for reading and for building. Boxes
+are in global coordinates. Two or more files become trees of their own, each
+shown in a common tree by a reference item.)";
+
+struct Options {
+  std::vector<std::string> files;
+  bool withAttributes = false;
+  bool asJson = false;
+  double unit = 1.0;
+  bool isZup = false;
+};
+
+class Info {
+ public:
+  explicit Info(Options const& options) : m_options(options) {}
+
+  int Run() {
+    for (std::string const& file : m_options.files) Import(file);
+    if (!m_models.empty()) Print();
+    return m_models.size() == m_options.files.size() ? NS_DONE : NS_FILE;
+  }
+
+ private:
+  void Import(std::string const& file) {
+    try {
+      NImportedModel model = ImportModel(m_document, file);
+      model.tree->SetUnit(m_options.unit);
+      if (m_options.isZup) {
+        model.tree->SetCoordConversion(data::domain::scenegraph::tree::CCV_ZUP_TO_YUP);
+      }
+      m_models.push_back(std::move(model));
+    } catch (std::exception const& error) {
+      PrintError(file, error.what());
+    }
+  }
+
+  void Print() {
+    std::vector<boost::intrusive_ptr<NSceneGraphTreeNode>> trees;
+    for (auto const& model : m_models) trees.push_back(model.tree);
+    if (m_options.files.size() > 1)
+      trees.insert(trees.begin(), CreateCommonTree(m_document, trees));
+
+    auto const report =
+        m_options.asJson ? CreateJsonReport(std::cout) : CreateTextReport(std::cout);
+    for (auto const& model : m_models) report->AddFile(model);
+    for (auto const& tree : trees) PrintTree(*tree, *report);
+    for (auto const& domain : m_document.GetDomains()) PrintDomain(*domain, *report);
+    // The first tree shows all others.
+    report->Finish(DescribeBox(GetBoundingBox(*trees.front())));
+  }
+
+  void PrintTree(NSceneGraphTreeNode const& tree, NReport& report) const {
+    NRecord record = Describe(tree);
+    record["box"] = DescribeBox(GetBoundingBox(tree));
+    report.AddTree(record);
+    WalkTree(tree, [&](NVisit const& visit) {
+      NRecord item = Describe(visit.item);
+      item["box"] = DescribeBox(visit.box);
+      if (m_options.asJson && visit.parent != nullptr) {
+        item["parent"] = ToNarrow(visit.parent->GetID().ToString());
+      }
+      report.AddItem(item, visit.depth);
+    });
+  }
+
+  void PrintDomain(core::domain::NDomainBase& domain, NReport& report) const {
+    report.AddDomain(ToNarrow(domain.GetType()), domain.GetNodeCount());
+    // Items and trees stand in the trees.
+    if (&domain == &m_document.GetItems() || &domain == &m_document.GetTrees()) return;
+    for (auto at = domain.GetNodeBegin(); at != domain.GetNodeEnd(); ++at) {
+      report.AddNode(Describe(*at));
+    }
+  }
+
+  NRecord Describe(core::node::NNode const& node) const {
+    NRecord record = DescribeNode(node);
+    if (m_options.withAttributes) record["attributes"] = DescribeAttributes(node);
+    return record;
+  }
+
+  Options const& m_options;
+  NDocument m_document;
+  std::vector<NImportedModel> m_models;
+};
+
+std::string CheckUnit(std::string const& text) {
+  double unit = 0.0;
+  bool const isNumber = CLI::detail::lexical_cast(text, unit);
+  return isNumber && std::isfinite(unit) && unit > 0.0 ? "" : "needs a number above 0";
+}
+
+}  // namespace
+
+void AddInfo(CLI::App& program, int& status) {
+  auto const options = std::make_shared<Options>();
+  CLI::App* const command =
+      program.add_subcommand("info", "Build the scene of model files and print it.");
+  command->add_option("FILE", options->files, "Model files")->required();
+  command->add_flag("--attributes", options->withAttributes, "Print every attribute of every node");
+  command->add_flag("--json", options->asJson, "Print one JSON object");
+  command->add_option("--unit", options->unit, "Scale of each file's tree, such as 0.001")
+      ->check(CLI::Validator(&CheckUnit, "NUMBER"));
+  command->add_flag("--zup", options->isZup, "Turn each file's tree from z up to y up");
+  command->footer(kFooter);
+  command->callback([options, &status] { status = Info(*options).Run(); });
+}
+
+}  // namespace corvanta::app

@@ -1,0 +1,228 @@
+#include "app/import/NHierarchy.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "app/import/lens.h"
+#include "app/import/mesh.h"
+#include "app/import/placement.h"
+#include "corvanta/core/text/convert.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphLightNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
+#include "corvanta/data/domain/scenegraph/transform.h"
+#include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
+#include "corvanta/vx_math/Box3.h"
+
+namespace corvanta::app {
+
+namespace {
+
+namespace item = data::domain::scenegraph::item;
+namespace tree = data::domain::scenegraph::tree;
+using core::node::NNodeID;
+using core::node::NNodeReference;
+
+void SetName(core::name::NNamedObject& object, aiString const& name) {
+  if (name.length != 0) object.SetName(core::text::ToWide(name.C_Str()));
+}
+
+// The entry of `name` is used up, so that of several nodes of one name the first gets it.
+std::vector<unsigned> Take(std::multimap<std::string, unsigned>& byName, aiString const& name) {
+  std::vector<unsigned> numbers;
+  if (byName.empty()) return numbers;
+  auto const [begin, end] = byName.equal_range(name.C_Str());
+  std::transform(begin, end, std::back_inserter(numbers),
+                 [](auto const& entry) { return entry.second; });
+  byName.erase(begin, end);
+  return numbers;
+}
+
+std::string Plural(std::size_t count, char const* one, char const* many) {
+  return std::to_string(count) + ' ' + (count == 1 ? one : many);
+}
+
+}  // namespace
+
+NHierarchy::NHierarchy(NDocument& document, aiScene const& scene, NMaterials& materials)
+    : m_document(document),
+      m_scene(scene),
+      m_materials(materials),
+      m_geometries(scene.mNumMeshes),
+      m_hasNoTriangles(scene.mNumMeshes) {
+  for (unsigned i = 0; i != scene.mNumLights; ++i) {
+    m_lightsByNode.emplace(scene.mLights[i]->mName.C_Str(), i);
+  }
+  for (unsigned i = 0; i != scene.mNumCameras; ++i) {
+    m_camerasByNode.emplace(scene.mCameras[i]->mName.C_Str(), i);
+  }
+}
+
+void NHierarchy::Build(tree::NSceneGraphTreeNode& tree) {
+  struct Entry {
+    aiNode const* node;
+    ItemPointer item;
+    std::size_t firstChild;  // they stand one behind the other
+  };
+  std::vector<Entry> entries{{m_scene.mRootNode, nullptr, 0}};
+  for (std::size_t i = 0; i != entries.size(); ++i) {
+    aiNode const& node = *entries[i].node;
+    entries[i].item = CreateItem(node);
+    entries[i].firstChild = entries.size();
+    for (unsigned child = 0; child != node.mNumChildren; ++child) {
+      entries.push_back({node.mChildren[child], nullptr, 0});
+    }
+  }
+  // From the leaves up: a new child is told to all above, and as yet nothing is.
+  for (std::size_t i = entries.size(); i-- != 0;) {
+    for (unsigned child = 0; child != entries[i].node->mNumChildren; ++child) {
+      entries[i].item->AddChild(*entries[entries[i].firstChild + child].item);
+    }
+  }
+  tree.SetRoot(NNodeReference<Item>(*entries.front().item));
+  AimCameras(tree);
+}
+
+NHierarchy::Content NHierarchy::TakeContent(aiNode const& node) {
+  Content content;
+  for (unsigned i = 0; i != node.mNumMeshes; ++i) {
+    if (GetGeometry(node.mMeshes[i])) content.meshes.push_back(node.mMeshes[i]);
+  }
+  for (unsigned const light : Take(m_lightsByNode, node.mName)) {
+    if (HasKind(*m_scene.mLights[light])) {
+      content.lights.push_back(light);
+    } else {
+      ++m_lampCount;
+    }
+  }
+  content.cameras = Take(m_camerasByNode, node.mName);
+  return content;
+}
+
+NHierarchy::ItemPointer NHierarchy::CreateItem(aiNode const& node) {
+  Content const content = TakeContent(node);
+  VX_Math::Matrix const transform = ToMatrix(node.mTransformation);
+  VX_Math::Matrix const unmoved;
+
+  ItemPointer item;
+  bool const isOne = content.Count() == 1;
+  if (isOne && !content.meshes.empty()) {
+    item = CreateModel(content.meshes.front());
+  } else if (isOne && !content.lights.empty() &&
+             GetPlace(*m_scene.mLights[content.lights.front()]) == unmoved) {
+    item = CreateLight(content.lights.front());
+  } else if (isOne && !content.cameras.empty() &&
+             GetPlace(*m_scene.mCameras[content.cameras.front()]) == unmoved) {
+    item = CreateCamera(content.cameras.front());
+  } else {
+    item = m_document.GetItems().CreateNode<item::NSceneGraphGroupNode>(NNodeID());
+    SetName(*item, node.mName);
+    Place(*item, transform, node);
+    for (unsigned const mesh : content.meshes) {
+      AddBelow(*item, CreateModel(mesh), m_scene.mMeshes[mesh]->mName, unmoved);
+    }
+    for (unsigned const light : content.lights) {
+      aiLight const& source = *m_scene.mLights[light];
+      AddBelow(*item, CreateLight(light), source.mName, GetPlace(source));
+    }
+    for (unsigned const camera : content.cameras) {
+      aiCamera const& source = *m_scene.mCameras[camera];
+      AddBelow(*item, CreateCamera(camera), source.mName, GetPlace(source));
+    }
+    return item;
+  }
+  SetName(*item, node.mName);
+  Place(*item, transform, node);
+  return item;
+}
+
+void NHierarchy::AddBelow(Item& group, ItemPointer const& item, aiString const& name,
+                          VX_Math::Matrix const& place) {
+  SetName(*item, name);
+  if (place != VX_Math::Matrix()) item::SetTransform(*item, place);
+  group.AddChild(*item);
+}
+
+NHierarchy::ItemPointer NHierarchy::CreateModel(unsigned mesh) {
+  auto const model = m_document.GetItems().CreateNode<item::NSceneGraphModelNode>(NNodeID());
+  model->SetGeometryNode(NNodeReference<data::domain::geometry::NGeometryNode>(*GetGeometry(mesh)));
+  model->SetMaterial(NNodeReference<data::domain::material::NMaterialNode>(
+      *m_materials.GetMaterial(m_scene.mMeshes[mesh]->mMaterialIndex)));
+  return model;
+}
+
+NHierarchy::ItemPointer NHierarchy::CreateLight(unsigned light) {
+  aiLight const& source = *m_scene.mLights[light];
+  auto const node = m_document.GetLights().CreateNode(NNodeID());
+  SetName(*node, source.mName);
+  SetLight(source, *node);
+  auto const placed = m_document.GetItems().CreateNode<item::NSceneGraphLightNode>(NNodeID());
+  placed->SetLightNode(NNodeReference<data::domain::light::NLightNode>(*node));
+  return placed;
+}
+
+NHierarchy::ItemPointer NHierarchy::CreateCamera(unsigned camera) {
+  auto const node = m_document.GetCameras().CreateNode(NNodeID());
+  SetName(*node, m_scene.mCameras[camera]->mName);
+  auto const placed = m_document.GetItems().CreateNode<item::NSceneGraphCameraNode>(NNodeID());
+  placed->SetCameraNode(NNodeReference<data::domain::camera::NCameraNode>(*node));
+  m_cameras.emplace_back(camera, placed);
+  return placed;
+}
+
+void NHierarchy::Place(Item& item, VX_Math::Matrix const& transform, aiNode const& node) {
+  if (transform == VX_Math::Matrix()) return;
+  item::SetTransform(item, transform);
+  if (IsSameTransform(item.GetTransform(), transform)) return;
+  if (m_shearedCount++ == 0) m_firstSheared = node.mName.C_Str();
+}
+
+// Interest and up of a camera are global, so they follow when all stands in its place.
+void NHierarchy::AimCameras(tree::NSceneGraphTreeNode const& tree) {
+  if (m_cameras.empty()) return;
+  VX_Math::Box3 const box = tree::GetBoundingBox(tree);
+  for (auto const& [camera, placed] : m_cameras) {
+    VX_Math::Matrix const global = data::domain::scenegraph::GetGlobalTransform(*placed, tree, {});
+    Aim(*m_scene.mCameras[camera], global, box, *placed);
+  }
+}
+
+boost::intrusive_ptr<data::domain::geometry::NGeometryNode> NHierarchy::GetGeometry(unsigned mesh) {
+  auto& node = m_geometries[mesh];
+  if (node || m_hasNoTriangles[mesh]) return node;
+  auto const surface = CreateSurface(*m_scene.mMeshes[mesh]);
+  if (!surface) {
+    m_hasNoTriangles[mesh] = true;
+    ++m_flatCount;
+    return node;
+  }
+  node = m_document.GetGeometries().CreateNode(NNodeID());
+  SetName(*node, m_scene.mMeshes[mesh]->mName);
+  node->AddSurface(*surface);
+  return node;
+}
+
+std::vector<std::string> NHierarchy::GetNotes() const {
+  std::vector<std::string> notes;
+  if (m_shearedCount != 0) {
+    notes.push_back(Plural(m_shearedCount, "transform holds", "transforms hold") +
+                    " shear, which is lost; the first is that of \"" + m_firstSheared + '"');
+  }
+  if (m_flatCount != 0) {
+    notes.push_back(Plural(m_flatCount, "mesh has", "meshes have") +
+                    " no triangles and was left out");
+  }
+  if (m_lampCount != 0) {
+    notes.push_back(Plural(m_lampCount, "light is", "lights are") +
+                    " neither directional, point nor spot and was left out");
+  }
+  std::size_t const strayCount = m_lightsByNode.size() + m_camerasByNode.size();
+  if (strayCount != 0) {
+    notes.push_back(Plural(strayCount, "light or camera stands", "lights or cameras stand") +
+                    " at no node and was left out");
+  }
+  return notes;
+}
+
+}  // namespace corvanta::app

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <assimp/scene.h>
+
+#include <boost/intrusive_ptr.hpp>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "app/import/NMaterials.h"
+#include "app/scene/NDocument.h"
+#include "corvanta/data/domain/geometry/NGeometryNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphItemNode.h"
+#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
+
+namespace corvanta::app {
+
+/// Builds the items of a model file. A node of the file that holds one mesh, light or camera
+/// becomes an item of that kind; one that holds none or several becomes a group, with an item below
+/// it for each that it holds.
+class NHierarchy {
+ public:
+  NHierarchy(NDocument& document, aiScene const& scene, NMaterials& materials);
+
+  /// Makes the items and sets the root of `tree`.
+  /// Cost: linear in the nodes, however deep they stand; no recursion.
+  void Build(data::domain::scenegraph::tree::NSceneGraphTreeNode& tree);
+
+  /// What the file holds and the scene can't, in UTF-8.
+  std::vector<std::string> GetNotes() const;
+
+ private:
+  using Item = data::domain::scenegraph::item::NSceneGraphItemNode;
+  using ItemPointer = boost::intrusive_ptr<Item>;
+  using ByName = std::multimap<std::string, unsigned>;
+
+  // What a node of the file holds: numbers in the scene's lists.
+  struct Content {
+    std::vector<unsigned> meshes;
+    std::vector<unsigned> lights;
+    std::vector<unsigned> cameras;
+    std::size_t Count() const { return meshes.size() + lights.size() + cameras.size(); }
+  };
+
+  Content TakeContent(aiNode const& node);
+  ItemPointer CreateItem(aiNode const& node);
+  ItemPointer CreateModel(unsigned mesh);
+  ItemPointer CreateLight(unsigned light);
+  ItemPointer CreateCamera(unsigned camera);
+  void AddBelow(Item& group, ItemPointer const& item, aiString const& name,
+                VX_Math::Matrix const& place);
+  void Place(Item& item, VX_Math::Matrix const& transform, aiNode const& node);
+  void AimCameras(data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree);
+  boost::intrusive_ptr<data::domain::geometry::NGeometryNode> GetGeometry(unsigned mesh);
+
+  NDocument& m_document;
+  aiScene const& m_scene;
+  NMaterials& m_materials;
+  ByName m_lightsByNode;
+  ByName m_camerasByNode;
+  std::vector<boost::intrusive_ptr<data::domain::geometry::NGeometryNode>> m_geometries;
+  std::vector<bool> m_hasNoTriangles;
+  std::vector<std::pair<
+      unsigned, boost::intrusive_ptr<data::domain::scenegraph::item::NSceneGraphCameraNode>>>
+      m_cameras;
+  std::size_t m_shearedCount = 0;
+  std::string m_firstSheared;
+  std::size_t m_flatCount = 0;  // meshes without a triangle
+  std::size_t m_lampCount = 0;  // lights of a kind that has no place here
+};
+
+}  // namespace corvanta::app

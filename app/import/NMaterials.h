@@ -1,0 +1,46 @@
+#pragma once
+
+#include <assimp/scene.h>
+
+#include <boost/intrusive_ptr.hpp>
+#include <vector>
+
+#include "app/import/NPictures.h"
+#include "app/scene/NDocument.h"
+#include "corvanta/data/domain/material/NMaterialNode.h"
+
+namespace corvanta::app {
+
+/// What a texture does for its material; the importer stores it as the texture's type.
+enum NTextureUse : long {
+  NTU_COLOR = 0,
+  NTU_SPECULAR = 1,
+  NTU_AMBIENT = 2,
+  NTU_EMISSIVE = 3,
+  NTU_HEIGHT = 4,
+  NTU_NORMAL = 5,
+  NTU_OPACITY = 6,
+  NTU_LIGHTMAP = 7,
+  NTU_METALNESS = 8,
+  NTU_ROUGHNESS = 9,
+  NTU_OTHER = 10,
+};
+
+/// The material nodes of a model file, with their textures. Only those that are asked for are made.
+class NMaterials {
+ public:
+  NMaterials(NDocument& document, aiScene const& scene, NPictures& pictures);
+
+  /// The node of the file's material `index`; made at the first call.
+  boost::intrusive_ptr<data::domain::material::NMaterialNode> GetMaterial(unsigned index);
+
+ private:
+  void AddTextures(aiMaterial const& source, data::domain::material::NMaterialNode& node);
+
+  NDocument& m_document;
+  aiScene const& m_scene;
+  NPictures& m_pictures;
+  std::vector<boost::intrusive_ptr<data::domain::material::NMaterialNode>> m_nodes;
+};
+
+}  // namespace corvanta::app

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <assimp/scene.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Assimp {
+class Importer;
+}
+
+namespace corvanta::app {
+
+/// A model file as Assimp reads it, with polygons cut into triangles, and found to be sound: every
+/// index names a vertex, every coordinate and every transform is finite, and there is a root node.
+class NModelFile {
+ public:
+  /// Fails: throws NImportError.
+  explicit NModelFile(std::filesystem::path const& path);
+  NModelFile(NModelFile const&) = delete;
+  NModelFile& operator=(NModelFile const&) = delete;
+  ~NModelFile();
+
+  aiScene const& GetScene() const { return *m_scene; }
+  /// What the reader had to say about the file, in UTF-8.
+  std::vector<std::string> const& GetNotes() const { return m_notes; }
+
+ private:
+  void Read(std::filesystem::path const& path);
+
+  std::unique_ptr<Assimp::Importer> m_importer;
+  aiScene const* m_scene = nullptr;  // of the importer
+  std::vector<std::string> m_notes;
+};
+
+}  // namespace corvanta::app

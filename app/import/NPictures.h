@@ -1,0 +1,47 @@
+#pragma once
+
+#include <assimp/scene.h>
+
+#include <boost/intrusive_ptr.hpp>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "app/scene/NDocument.h"
+#include "corvanta/data/domain/image/NImageNode.h"
+
+namespace corvanta::app {
+
+/// The image nodes of a model file, one a picture. Pictures that stand in the file itself are
+/// written to a temporary archive that the document keeps.
+class NPictures {
+ public:
+  /// `folder` is where the model file lies. Writes the archive.
+  /// Fails: throws std::runtime_error if that isn't possible.
+  NPictures(NDocument& document, aiScene const& scene, std::filesystem::path const& folder);
+
+  /// The node of the picture that a material of the file calls `name`; made at the first call.
+  boost::intrusive_ptr<data::domain::image::NImageNode> GetImage(aiString const& name);
+
+  /// Pictures that aren't there, in UTF-8.
+  std::vector<std::string> const& GetNotes() const { return m_notes; }
+
+ private:
+  struct Place {
+    core::locator::NLocator locator;
+    std::wstring name;
+  };
+
+  Place Find(aiString const& name);
+  Place FindFile(std::string const& name);
+
+  NDocument& m_document;
+  aiScene const& m_scene;
+  std::filesystem::path const m_folder;
+  std::vector<Place> m_embedded;
+  std::map<core::locator::NLocator, boost::intrusive_ptr<data::domain::image::NImageNode>> m_nodes;
+  std::vector<std::string> m_notes;
+};
+
+}  // namespace corvanta::app

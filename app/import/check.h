@@ -1,0 +1,18 @@
+#pragma once
+
+#include <assimp/scene.h>
+
+#include <string>
+
+namespace corvanta::app {
+
+/// Fails: throws NImportError for a scene without a root node, a mesh with an index that names no
+/// vertex, a coordinate or a transform that isn't finite, and a model without any face. One that
+/// has no mesh at all passes if it has something else: a hierarchy, lights or cameras.
+/// Cost: linear in the scene; no recursion.
+void CheckScene(aiScene const& scene);
+
+/// Whether a message of the reader tells of an index that is out of range.
+bool IsAboutIndices(std::string const& message);
+
+}  // namespace corvanta::app

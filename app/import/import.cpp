@@ -1,0 +1,54 @@
+#include "app/import/import.h"
+
+#include <chrono>
+#include <filesystem>
+#include <stdexcept>
+
+#include "app/import/NHierarchy.h"
+#include "app/import/NImportError.h"
+#include "app/import/NMaterials.h"
+#include "app/import/NModelFile.h"
+#include "app/import/NPictures.h"
+#include "corvanta/core/text/convert.h"
+
+namespace corvanta::app {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double Milliseconds(Clock::time_point from, Clock::time_point to) {
+  return std::chrono::duration<double, std::milli>(to - from).count();
+}
+
+void Append(std::vector<std::string>& notes, std::vector<std::string> const& more) {
+  notes.insert(notes.end(), more.begin(), more.end());
+}
+
+}  // namespace
+
+NImportedModel ImportModel(NDocument& document, std::string const& file) {
+  std::filesystem::path const path(file);
+  auto const start = Clock::now();
+  NModelFile const model(path);
+  auto const isRead = Clock::now();
+
+  NPictures pictures(document, model.GetScene(), path.parent_path());
+  NMaterials materials(document, model.GetScene(), pictures);
+  NHierarchy hierarchy(document, model.GetScene(), materials);
+  NImportedModel result;
+  result.file = file;
+  result.tree = document.GetTrees().CreateNode(core::node::NNodeID());
+  result.tree->SetName(core::text::ToWide(path.stem().string()));
+  hierarchy.Build(*result.tree);
+  auto const isBuilt = Clock::now();
+
+  Append(result.notes, model.GetNotes());
+  Append(result.notes, pictures.GetNotes());
+  Append(result.notes, hierarchy.GetNotes());
+  result.readMilliseconds = Milliseconds(start, isRead);
+  result.buildMilliseconds = Milliseconds(isRead, isBuilt);
+  return result;
+}
+
+}  // namespace corvanta::app

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <boost/intrusive_ptr.hpp>
+#include <string>
+#include <vector>
+
+#include "app/scene/NDocument.h"
+#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
+
+namespace corvanta::app {
+
+/// What became of a model file.
+struct NImportedModel {
+  std::string file;
+  boost::intrusive_ptr<data::domain::scenegraph::tree::NSceneGraphTreeNode> tree;
+  std::vector<std::string> notes;  // what the file holds and the scene doesn't, in UTF-8
+  double readMilliseconds = 0.0;
+  double buildMilliseconds = 0.0;
+};
+
+/// Reads a model file and builds its scene as a tree of `document`, named after the file.
+/// Fails: throws NImportError, with no change, for a file that can't be used; std::runtime_error if
+/// its pictures can't be kept.
+NImportedModel ImportModel(NDocument& document, std::string const& file);
+
+}  // namespace corvanta::app

@@ -1,0 +1,31 @@
+#include "app/import/large_stack.h"
+
+#include <boost/thread/thread.hpp>
+#include <cstddef>
+#include <exception>
+
+namespace corvanta::app {
+
+void RunOnLargeStack(std::function<void()> const& work) {
+  constexpr std::size_t kStackSize = std::size_t{1} << 30;
+  std::exception_ptr failure;
+  auto const guarded = [&work, &failure] {
+    try {
+      work();
+    } catch (...) {
+      failure = std::current_exception();
+    }
+  };
+  boost::thread::attributes attributes;
+  attributes.set_stack_size(kStackSize);
+  boost::thread thread;
+  try {
+    thread = boost::thread(attributes, guarded);
+  } catch (boost::thread_resource_error const&) {
+    guarded();
+  }
+  if (thread.joinable()) thread.join();
+  if (failure) std::rethrow_exception(failure);
+}
+
+}  // namespace corvanta::app

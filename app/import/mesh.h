@@ -1,0 +1,23 @@
+#pragma once
+
+#include <assimp/mesh.h>
+
+#include <boost/intrusive_ptr.hpp>
+
+#include "corvanta/data/domain/geometry/NPolygonSurface.h"
+
+namespace corvanta::app {
+
+/// Where the importer puts the set `channel` of a file's texture coordinates. A mesh with one set
+/// stores it under id 1, which every mapping looks up first; one with several stores set k under
+/// k + 2 and none under 1, so that the mapping of each texture finds its own.
+constexpr unsigned GetMappingId(unsigned channel) { return channel + 2; }
+
+/// The triangles of `mesh` as a surface: vertices that are alike in all they have are one, and
+/// normals are worked out if there are none or one of them isn't finite. Points and lines are left
+/// out.
+/// Fails: null without triangles.
+/// Requires: every index names a vertex.
+boost::intrusive_ptr<data::domain::geometry::NSurface> CreateSurface(aiMesh const& mesh);
+
+}  // namespace corvanta::app

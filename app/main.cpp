@@ -1,0 +1,36 @@
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+
+#include "app/commands/commands.h"
+#include "app/output/text.h"
+
+int main(int argc, char** argv) {
+  using namespace corvanta::app;
+  // Nothing is read from stdin, and a model may print a million lines.
+  std::ios::sync_with_stdio(false);
+  int status = NS_DONE;
+  try {
+    CLI::App program("Builds scenes from model files, prints them and watches them change.",
+                     "corvanta");
+    program.require_subcommand(1);
+    for (NAddCommand* const add : kCommands) add(program, status);
+    try {
+      program.parse(argc, argv);
+    } catch (CLI::ParseError const& error) {
+      // Asking for help is no error.
+      if (error.get_exit_code() == 0) return program.exit(error);
+      PrintError("options", error.what());
+      return NS_OPTIONS;
+    }
+  } catch (std::exception const& error) {
+    PrintError("error", error.what());
+    return NS_FILE;
+  }
+  std::cout.flush();
+  if (!std::cout) {
+    PrintError("output", "can't be written");
+    return NS_FILE;
+  }
+  return status;
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <ostream>
+#include <string>
+
+#include "app/import/import.h"
+#include "app/output/record.h"
+
+namespace corvanta::app {
+
+/// Where `info` writes what it finds, in this order: the files, the trees each with its items, the
+/// domains each with its nodes, the box of the whole.
+///
+/// Writes as it goes, flat: a hierarchy may be too deep to nest and too large to keep.
+class NReport {
+ public:
+  NReport() = default;
+  NReport(NReport const&) = delete;
+  NReport& operator=(NReport const&) = delete;
+  virtual ~NReport();
+
+  virtual void AddFile(NImportedModel const& model) = 0;
+  virtual void AddTree(NRecord const& tree) = 0;
+  virtual void AddItem(NRecord const& item, std::size_t depth) = 0;
+  virtual void AddDomain(std::string const& type, std::size_t count) = 0;
+  virtual void AddNode(NRecord const& node) = 0;
+  virtual void Finish(NRecord const& box) = 0;
+};
+
+/// Lines for people; items are indented by their depth.
+std::unique_ptr<NReport> CreateTextReport(std::ostream& out);
+/// One JSON object; items name their parent by id.
+std::unique_ptr<NReport> CreateJsonReport(std::ostream& out);
+
+}  // namespace corvanta::app

@@ -1,0 +1,218 @@
+#include "app/output/record.h"
+
+#include <charconv>
+#include <cmath>
+#include <set>
+
+#include "app/output/text.h"
+#include "corvanta/core/domain/NDomainBase.h"
+#include "corvanta/core/text/convert.h"
+#include "corvanta/data/domain/camera/NCameraNode.h"
+#include "corvanta/data/domain/geometry/NGeometryNode.h"
+#include "corvanta/data/domain/geometry/NSurface.h"
+#include "corvanta/data/domain/image/NImageNode.h"
+#include "corvanta/data/domain/light/NLightNode.h"
+#include "corvanta/data/domain/material/NMaterialNode.h"
+#include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphLightNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
+#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
+#include "corvanta/data/domain/texture/NTextureNode.h"
+
+namespace corvanta::app {
+
+namespace {
+
+namespace domain = data::domain;
+namespace item = data::domain::scenegraph::item;
+using core::text::ToNarrow;
+
+// A float by its own shortest digits, not by those of the double that it becomes.
+NRecord Number(float value) {
+  if (!std::isfinite(value)) return NumberText(value);
+  std::string const text = NumberText(value);
+  double number = 0.0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+
+NRecord Point(VX_Math::Vec3 const& v) {
+  return NRecord::array({Number(v.x), Number(v.y), Number(v.z)});
+}
+
+template <class Node>
+void Link(NRecord& record, char const* key, boost::intrusive_ptr<Node> const& node) {
+  if (!node) return;
+  record[key] = {{"name", ToNarrow(node->GetName())}, {"id", ToNarrow(node->GetID().ToString())}};
+}
+
+void Describe(domain::geometry::NGeometryNode const& node, NRecord& record) {
+  std::size_t vertexCount = 0;
+  std::size_t triangleCount = 0;
+  std::set<unsigned> sets;
+  for (auto const& surface : node.GetSurfaces()) {
+    vertexCount += surface->GetCoords().size();
+    triangleCount += surface->GetIndices().size() / 3;
+    for (auto const& [id, uvws] : surface->GetUVWsMap()) sets.insert(static_cast<unsigned>(id));
+  }
+  record["surfaces"] = node.GetSurfaces().size();
+  record["vertices"] = vertexCount;
+  record["triangles"] = triangleCount;
+  record["uvwSets"] = sets;
+}
+
+void Describe(domain::material::NMaterialNode const& node, NRecord& record) {
+  NRecord textures = NRecord::array();
+  for (auto const& [reference, mapping] : node.GetTextures()) {
+    NRecord texture = NRecord::object();
+    if (auto const resolved = reference.Get()) {
+      texture["name"] = ToNarrow(resolved->GetName());
+      texture["id"] = ToNarrow(resolved->GetID().ToString());
+    }
+    auto const* const uvw =
+        dynamic_cast<domain::material::texture_mapping::NUVWMapping const*>(mapping.get());
+    if (uvw != nullptr) texture["uvwMapping"] = static_cast<unsigned>(uvw->GetUVWMappingType());
+    textures.push_back(std::move(texture));
+  }
+  record["textures"] = std::move(textures);
+}
+
+void Describe(domain::image::NImageNode const& node, NRecord& record) {
+  auto const& locator = node.GetImageLocator();
+  record["file"] = ToNarrow(core::uri::GetFile(locator.GetUri()).ToString());
+  if (locator.IsZipped()) record["entry"] = ToNarrow(locator.GetZippedPath().ToString());
+}
+
+void DescribeItem(item::NSceneGraphItemNode const& node, NRecord& record) {
+  if (auto const* const model = dynamic_cast<item::NSceneGraphModelNode const*>(&node)) {
+    Link(record, "geometry", model->GetGeometryNode());
+    Link(record, "material", model->GetMaterialNode());
+  } else if (auto const* const light = dynamic_cast<item::NSceneGraphLightNode const*>(&node)) {
+    Link(record, "light", light->GetLightNode());
+  } else if (auto const* const camera = dynamic_cast<item::NSceneGraphCameraNode const*>(&node)) {
+    Link(record, "camera", camera->GetCameraNode());
+  } else if (auto const* const shown = dynamic_cast<item::NSceneGraphReferenceNode const*>(&node)) {
+    Link(record, "shows", shown->GetSceneGraph());
+  }
+}
+
+void AppendField(std::string& line, std::string const& key, NRecord const& value) {
+  line += ' ' + key + ' ';
+  if (value.is_array()) {
+    for (std::size_t i = 0; i != value.size(); ++i) {
+      if (i != 0) line += ", ";
+      line += FormatValue(value[i]);
+    }
+    if (value.empty()) line += "none";
+  } else {
+    line += FormatValue(value);
+  }
+}
+
+}  // namespace
+
+std::string GetKind(core::node::NNode const& node) {
+  if (auto const* const placed = dynamic_cast<item::NSceneGraphItemNode const*>(&node)) {
+    return ToNarrow(placed->GetSceneGraphItemType());
+  }
+  auto const* const owner = node.GetDomain();
+  return owner != nullptr ? ToNarrow(owner->GetType()) : "node";
+}
+
+NRecord DescribeNode(core::node::NNode const& node) {
+  NRecord record = {{"kind", GetKind(node)},
+                    {"name", ToNarrow(node.GetName())},
+                    {"id", ToNarrow(node.GetID().ToString())}};
+  if (auto const* const placed = dynamic_cast<item::NSceneGraphItemNode const*>(&node)) {
+    DescribeItem(*placed, record);
+  } else if (auto const* const tree =
+                 dynamic_cast<domain::scenegraph::tree::NSceneGraphTreeNode const*>(&node)) {
+    Link(record, "root", tree->GetRoot());
+  } else if (auto const* const geometry =
+                 dynamic_cast<domain::geometry::NGeometryNode const*>(&node)) {
+    Describe(*geometry, record);
+  } else if (auto const* const material =
+                 dynamic_cast<domain::material::NMaterialNode const*>(&node)) {
+    Describe(*material, record);
+  } else if (auto const* const texture =
+                 dynamic_cast<domain::texture::NTextureNode const*>(&node)) {
+    Link(record, "image", texture->GetImage());
+  } else if (auto const* const image = dynamic_cast<domain::image::NImageNode const*>(&node)) {
+    Describe(*image, record);
+  }
+  return record;
+}
+
+NRecord DescribeAttributes(core::node::NNode const& node) {
+  NRecord attributes = NRecord::object();
+  for (auto at = node.GetAttributeBegin(); at != node.GetAttributeEnd(); ++at) {
+    attributes[ToNarrow(at->GetName())] = DescribeValue(at->GetValue());
+  }
+  return attributes;
+}
+
+NRecord DescribeValue(core::variant::NVariant const& value) {
+  switch (value.GetKind()) {
+    case core::variant::NVK_DOUBLE:
+      // JSON has no number for these.
+      if (!std::isfinite(value.GetDouble())) return NumberText(value.GetDouble());
+      return value.GetDouble();
+    case core::variant::NVK_LONG:
+      return value.GetLong();
+    case core::variant::NVK_BOOL:
+      return value.GetBool();
+    case core::variant::NVK_STRING:
+      return ToNarrow(value.GetString());
+    default:
+      return nullptr;
+  }
+}
+
+NRecord DescribeBox(VX_Math::Box3 const& box) {
+  if (box.IsEmpty()) return nullptr;
+  return {{"min", Point(box.min)}, {"max", Point(box.max)}};
+}
+
+NRecord DescribeMatrix(VX_Math::Matrix const& matrix) {
+  NRecord numbers = NRecord::array();
+  for (int row = 0; row != 4; ++row) {
+    for (int column = 0; column != 4; ++column) numbers.push_back(Number(matrix(row, column)));
+  }
+  return numbers;
+}
+
+std::string FormatValue(NRecord const& value) {
+  if (value.is_null()) return "none";
+  if (value.is_string()) return Quoted(value.get<std::string>());
+  if (value.is_number_float()) return NumberText(value.get<double>());
+  if (value.is_array()) {
+    std::string text = "(";
+    for (std::size_t i = 0; i != value.size(); ++i) {
+      if (i != 0) text += ", ";
+      text += FormatValue(value[i]);
+    }
+    return text + ')';
+  }
+  if (value.is_object()) {
+    if (value.contains("min"))
+      return FormatValue(value["min"]) + " .. " + FormatValue(value["max"]);
+    std::string text = value.contains("name") ? FormatValue(value["name"]) : "gone";
+    if (value.contains("uvwMapping")) text += " by uvw " + FormatValue(value["uvwMapping"]);
+    return text;
+  }
+  return value.dump();
+}
+
+std::string FormatRecord(NRecord const& record) {
+  std::string line = record["kind"].get<std::string>() + ' ' + FormatValue(record["name"]) + ' ' +
+                     record["id"].get<std::string>();
+  for (auto const& [key, value] : record.items()) {
+    if (key == "kind" || key == "name" || key == "id" || key == "attributes") continue;
+    AppendField(line, key, value);
+  }
+  return line;
+}
+
+}  // namespace corvanta::app

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Text for a terminal or a pipe: UTF-8, one line.
+namespace corvanta::app {
+
+/// `text` without line breaks and other control characters; each becomes a space.
+std::string OneLine(std::string_view text);
+
+/// `text` in quotes; control characters, quotes and backslashes as escapes.
+std::string Quoted(std::string_view text);
+
+/// The shortest text that reads as the same number; "nan", "inf" and "-inf" where it is none.
+std::string NumberText(double value);
+std::string NumberText(float value);
+
+/// Prints "corvanta: subject: reason" on stderr, as one line.
+void PrintError(std::string_view subject, std::string_view reason);
+
+}  // namespace corvanta::app

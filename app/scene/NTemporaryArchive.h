@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace corvanta::app {
+
+/// A zip archive in the user's own temporary folder, gone when the object goes.
+class NTemporaryArchive {
+ public:
+  struct Entry {
+    std::string name;
+    std::vector<unsigned char> bytes;
+  };
+
+  /// Stores the entries as they are, since pictures are packed already.
+  /// Fails: throws std::runtime_error if the archive can't be written.
+  explicit NTemporaryArchive(std::vector<Entry> const& entries);
+  NTemporaryArchive(NTemporaryArchive const&) = delete;
+  NTemporaryArchive& operator=(NTemporaryArchive const&) = delete;
+  ~NTemporaryArchive();
+
+  std::filesystem::path const& GetPath() const { return m_path; }
+
+ private:
+  std::filesystem::path m_path;
+};
+
+}  // namespace corvanta::app

@@ -1,0 +1,308 @@
+#include "app/import/import.h"
+
+#include <assimp/scene.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <numbers>
+
+#include "app/import/NHierarchy.h"
+#include "app/import/mesh.h"
+#include "app/scene/walk.h"
+#include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
+#include "corvanta/data/domain/scenegraph/NSceneGraphPath.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphLightNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
+#include "corvanta/data/domain/scenegraph/item/view.h"
+#include "corvanta/data/domain/scenegraph/transform.h"
+#include "corvanta/data/resource/image/NImage.h"
+#include "tests/app/program.h"
+
+namespace corvanta::app_tests {
+namespace {
+
+namespace domain = data::domain;
+namespace item = data::domain::scenegraph::item;
+using app::ImportModel;
+using app::NDocument;
+using app::NImportedModel;
+using nlohmann::json;
+using support::TemporaryFiles;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+// A document with one model in it.
+class ImportTest : public testing::Test {
+ protected:
+  NImportedModel Import(std::string const& name, std::string const& content) {
+    m_files.Write(name, content);
+    return ImportModel(m_document, (m_files.GetFolder() / name).string());
+  }
+
+  template <class T = core::node::NNode>
+  boost::intrusive_ptr<T> Find(std::wstring const& name) const {
+    for (auto const& node : m_document.QueryNodes(name)) {
+      if (auto* const typed = dynamic_cast<T*>(node.get())) return typed;
+    }
+    return nullptr;
+  }
+
+  boost::intrusive_ptr<domain::geometry::NSurface> GetSurface(std::wstring const& model) const {
+    return *Find<item::NSceneGraphModelNode>(model)->GetGeometryNode()->GetSurfaces().begin();
+  }
+
+  TemporaryFiles const m_files;
+  NDocument m_document;
+};
+
+// A square of two triangles that don't share their vertices, with the last corner lifted.
+Mesh Square() {
+  return {{0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 0, 0, 1, 1, 0, 0, 1, 1}, {0, 1, 2, 3, 4, 5}, {}, {}, -1};
+}
+
+TEST_F(ImportTest, JoinsVerticesThatAreAlikeAndWorksOutNormals) {
+  Mesh const plain = Square();
+  Mesh seamed = plain;
+  seamed.uvs = {{0, 0, 1, 0, 1, 1, 0.5f, 0, 1, 1, 0, 1}};
+  Mesh lit = plain;
+  for (int i = 0; i != 6; ++i) lit.normals.insert(lit.normals.end(), {0, i < 3 ? 1.0f : -1.0f, 0});
+  Import("square.gltf", MakeGltf({plain, seamed, lit}, {{{"children", {1, 2, 3}}},
+                                                        {{"name", "plain"}, {"mesh", 0}},
+                                                        {{"name", "seamed"}, {"mesh", 1}},
+                                                        {{"name", "lit"}, {"mesh", 2}}}));
+  EXPECT_EQ(GetSurface(L"plain")->GetCoords().size(), 4u);
+  EXPECT_EQ(GetSurface(L"seamed")->GetCoords().size(), 5u);
+  EXPECT_EQ(GetSurface(L"lit")->GetCoords().size(), 6u);
+  EXPECT_EQ(GetSurface(L"lit")->GetNormals()[5].y, -1.0f);
+
+  // Twice the areas are (0, 0, 1) and (1, -1, 1); where both meet their sum counts, on both sides
+  // of a seam.
+  float const root6 = std::sqrt(6.0f);
+  float const root3 = std::sqrt(3.0f);
+  struct Row {
+    data::structs::XYZ coord;
+    data::structs::XYZ normal;
+  };
+  Row const rows[] = {{{0, 0, 0}, {1 / root6, -1 / root6, 2 / root6}},
+                      {{1, 0, 0}, {0, 0, 1}},
+                      {{1, 1, 0}, {1 / root6, -1 / root6, 2 / root6}},
+                      {{0, 1, 1}, {1 / root3, -1 / root3, 1 / root3}}};
+  for (std::wstring const name : {L"plain", L"seamed"}) {
+    auto const surface = GetSurface(name);
+    for (std::size_t i = 0; i != surface->GetCoords().size(); ++i) {
+      auto const& coord = surface->GetCoords()[i];
+      auto const row = std::find_if(std::begin(rows), std::end(rows), [&](Row const& each) {
+        return each.coord.x == coord.x && each.coord.y == coord.y;
+      });
+      ASSERT_NE(row, std::end(rows));
+      EXPECT_NEAR(surface->GetNormals()[i].x, row->normal.x, 1e-6);
+      EXPECT_NEAR(surface->GetNormals()[i].y, row->normal.y, 1e-6);
+      EXPECT_NEAR(surface->GetNormals()[i].z, row->normal.z, 1e-6);
+    }
+  }
+}
+
+TEST_F(ImportTest, AMeshUsedTwiceIsOneGeometryAndANodeOfTwoMeshesAGroup) {
+  json gltf =
+      json::parse(MakeGltf({Triangle(), Square()}, {{{"name", "root"}, {"children", {1, 2, 3}}},
+                                                    {{"name", "a"}, {"mesh", 0}},
+                                                    {{"name", "b"}, {"mesh", 0}},
+                                                    {{"name", "both"}, {"mesh", 1}}}));
+  gltf["meshes"][1]["primitives"].push_back(gltf["meshes"][0]["primitives"][0]);
+  Import("two.gltf", gltf.dump());
+  EXPECT_EQ(Find<item::NSceneGraphModelNode>(L"a")->GetGeometryNode(),
+            Find<item::NSceneGraphModelNode>(L"b")->GetGeometryNode());
+  auto const both = Find<item::NSceneGraphItemNode>(L"both");
+  EXPECT_EQ(both->GetSceneGraphItemType(), item::SGIT_GROUP);
+  ASSERT_EQ(both->GetChildren().size(), 2u);
+  for (auto const& child : both->GetChildren()) {
+    auto const& geometry = *static_cast<item::NSceneGraphModelNode&>(*child).GetGeometryNode();
+    EXPECT_EQ(geometry.GetSurfaces().size(), 1u);
+  }
+}
+
+TEST_F(ImportTest, EachTextureFindsItsOwnUvSet) {
+  Mesh mesh = Triangle();
+  mesh.uvs = {{0, 0, 1, 0, 0, 1}, {0.5f, 0, 0.75f, 0, 0.5f, 0.25f}};
+  mesh.material = 0;
+  Mesh single = Triangle();
+  single.uvs = {{0.25f, 0, 1, 0, 0, 1}};
+  single.material = 0;
+  m_files.Write("color.png", MakePng());
+  m_files.Write("my light.png", MakePng());
+  Import("uv.gltf", MakeGltf({mesh, single},
+                             {{{"children", {1, 2}}},
+                              {{"name", "two"}, {"mesh", 0}},
+                              {{"name", "one"}, {"mesh", 1}}},
+                             {{"images", {{{"uri", "color.png"}}, {{"uri", "my%20light.png"}}}},
+                              {"textures", {{{"source", 0}}, {{"source", 1}}}},
+                              {"materials",
+                               {{{"pbrMetallicRoughness", {{"baseColorTexture", {{"index", 0}}}}},
+                                 {"emissiveTexture", {{"index", 1}, {"texCoord", 1}}}}}}}));
+  auto const material = Find<item::NSceneGraphModelNode>(L"two")->GetMaterialNode();
+  ASSERT_EQ(material->GetTextures().size(), 2u);
+  std::vector<float> firstU;
+  std::vector<std::wstring> pictures;
+  for (auto const& [texture, mapping] : material->GetTextures()) {
+    pictures.push_back(texture.Get()->GetImage()->GetName());
+    EXPECT_EQ(texture.Get()->GetImage()->GetImage()->GetDataByteLength(), MakePng().size());
+    auto const& uvw = dynamic_cast<domain::material::texture_mapping::NUVWMapping const&>(*mapping);
+    for (std::wstring const model : {L"two", L"one"}) {
+      std::vector<data::structs::UVW> coords;
+      uvw.ComputeTextureCoords(*GetSurface(model), coords);
+      firstU.push_back(coords[0].u);
+    }
+  }
+  EXPECT_THAT(pictures, ElementsAre(L"color", L"my light"));
+  EXPECT_THAT(firstU, ElementsAre(0.0f, 0.25f, 0.5f, 0.25f));
+}
+
+TEST_F(ImportTest, MaterialsKeepTheirColours) {
+  m_files.Write("m.mtl",
+                "newmtl m\nKa .1 .2 .3\nKd .4 .5 .6\nKs .7 .8 .9\nKe .15 .25 .35\nNs 40\nd 0.5\n"
+                "map_Kd nowhere\\gone.png\n");
+  auto const model =
+      Import("m.obj", "mtllib m.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nusemtl m\nf 1 2 3\n");
+  auto const material = Find<domain::material::NMaterialNode>(L"m");
+  EXPECT_FLOAT_EQ(static_cast<float>(material->GetAmbientB()), 0.3f);
+  EXPECT_FLOAT_EQ(static_cast<float>(material->GetDiffuseR()), 0.4f);
+  EXPECT_FLOAT_EQ(static_cast<float>(material->GetSpecularG()), 0.8f);
+  EXPECT_FLOAT_EQ(static_cast<float>(material->GetEmissiveB()), 0.35f);
+  EXPECT_EQ(material->GetPower(), 40.0);
+  EXPECT_EQ(material->GetTransparency(), 0.5);
+  EXPECT_EQ(m_document.GetMaterials().GetNodeCount(), 1u);
+  EXPECT_THAT(model.notes, ElementsAre(HasSubstr("no such picture")));
+}
+
+TEST_F(ImportTest, EmbeddedPicturesComeThroughAnArchiveThatGoesWithTheDocument) {
+  std::string const png = MakePng();
+  Mesh mesh = Triangle();
+  mesh.uvs = {{0, 0, 1, 0, 0, 1}};
+  mesh.material = 0;
+  std::string const content = MakeGltf(
+      {mesh}, {{{"name", "a"}, {"mesh", 0}}},
+      {{"images", {{{"name", "dot"}, {"uri", "data:image/png;base64," + ToBase64(png)}}}},
+       {"textures", {{{"source", 0}}}},
+       {"materials", {{{"pbrMetallicRoughness", {{"baseColorTexture", {{"index", 0}}}}}}}}});
+  m_files.Write("embedded.gltf", content);
+  {
+    NDocument document;
+    ImportModel(document, (m_files.GetFolder() / "embedded.gltf").string());
+    ASSERT_EQ(document.GetImages().GetNodeCount(), 1u);
+    auto const& image = *document.GetImages().GetTypedNodeBegin();
+    EXPECT_TRUE(image.GetImageLocator().IsZipped());
+    EXPECT_EQ(m_files.GetLeftovers().size(), 1u);
+    auto const picture = image.GetImage();
+    EXPECT_EQ(
+        std::string(static_cast<char const*>(picture->GetData()), picture->GetDataByteLength()),
+        png);
+  }
+  EXPECT_TRUE(m_files.GetLeftovers().empty());
+}
+
+TEST_F(ImportTest, LightsAndCamerasStandAtTheirNodes) {
+  double const quarter = std::sqrt(0.5);
+  auto const model = Import(
+      "lights.gltf",
+      MakeGltf({Triangle()},
+               {{{"children", {1, 2, 3, 4}}, {"translation", {10, 0, 0}}},
+                {{"name", "eye"}, {"camera", 0}, {"rotation", {0, quarter, 0, quarter}}},
+                {{"name", "lamp"},
+                 {"rotation", {quarter, 0, 0, quarter}},
+                 {"extensions", {{"KHR_lights_punctual", {{"light", 0}}}}}},
+                {{"name", "cone"}, {"extensions", {{"KHR_lights_punctual", {{"light", 1}}}}}},
+                {{"name", "shape"}, {"mesh", 0}}},
+               {{"cameras",
+                 {{{"type", "perspective"},
+                   {"perspective", {{"yfov", 1.0}, {"aspectRatio", 1.0}, {"znear", 1}}}}}},
+                {"extensionsUsed", {"KHR_lights_punctual"}},
+                {"extensions",
+                 {{"KHR_lights_punctual",
+                   {{"lights",
+                     {{{"type", "directional"}, {"color", {1.0, 0.5, 0.25}}},
+                      {{"type", "spot"},
+                       {"spot", {{"innerConeAngle", 0.25}, {"outerConeAngle", 0.5}}}}}}}}}}}));
+  auto const eye = Find<item::NSceneGraphCameraNode>(L"eye");
+  ASSERT_TRUE(eye);
+  // Turned from -z to -x, and so past the triangle.
+  domain::scenegraph::NSceneGraphPath<item::NSceneGraphCameraNode> const path(*eye, *model.tree);
+  VX_Math::Vec3 ahead;
+  item::GetViewMatrix(path).MultVecMatrix({5, 0, 0}, ahead);
+  EXPECT_NEAR(ahead.x, 0.0, 1e-5);
+  EXPECT_NEAR(ahead.y, 0.0, 1e-5);
+  EXPECT_NEAR(ahead.z, -5.0, 1e-5);
+  EXPECT_NEAR(eye->GetUpY(), 1.0, 1e-6);
+  EXPECT_NEAR(eye->GetCameraNode()->GetHorizontalViewAngle(), 180.0 / std::numbers::pi, 1e-4);
+
+  auto const lamp = Find<item::NSceneGraphLightNode>(L"lamp");
+  ASSERT_TRUE(lamp);
+  EXPECT_EQ(lamp->GetLightNode()->GetType(), domain::light::LT_DIRECTIONAL);
+  EXPECT_EQ(lamp->GetLightNode()->GetColorG(), 0.5);
+  VX_Math::Vec3 direction;
+  domain::scenegraph::GetGlobalTransform(*lamp, *model.tree, {})
+      .MultDirMatrix({0, 0, -1}, direction);
+  EXPECT_NEAR(direction.y, 1.0, 1e-6);
+  auto const cone = Find<item::NSceneGraphLightNode>(L"cone")->GetLightNode();
+  EXPECT_EQ(cone->GetType(), domain::light::LT_SPOT);
+  EXPECT_LT(cone->GetSpreadAngle(), cone->GetFallOffAngle());
+}
+
+TEST_F(ImportTest, ShearIsToldOnce) {
+  json const sheared = {1, 0, 0, 0, 1, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
+  json const mirrored = {-2, 0, 0, 0, 0, 0, 3, 0, 0, 1, 0, 0, 5, 6, 7, 1};
+  auto const model = Import(
+      "shear.gltf", MakeGltf({Triangle()}, {{{"name", "top"}, {"children", {1, 2, 3}}},
+                                            {{"name", "x"}, {"mesh", 0}, {"matrix", sheared}},
+                                            {{"name", "y"}, {"matrix", sheared}},
+                                            {{"name", "z"}, {"matrix", mirrored}}}));
+  EXPECT_THAT(model.notes,
+              ElementsAre(testing::AllOf(HasSubstr("2 transforms"), HasSubstr("\"x\""))));
+  auto const& exact = Find<item::NSceneGraphItemNode>(L"z")->GetTransform();
+  for (int i = 0; i != 16; ++i) {
+    EXPECT_NEAR(exact(i / 4, i % 4), mirrored[static_cast<std::size_t>(i)].get<float>(), 1e-5);
+  }
+}
+
+// What a reader would give for one node with `count` children.
+std::unique_ptr<aiScene> MakeWideScene(unsigned count) {
+  auto scene = std::make_unique<aiScene>();
+  scene->mRootNode = new aiNode("top");
+  scene->mRootNode->mNumChildren = count;
+  scene->mRootNode->mChildren = new aiNode*[count];
+  for (unsigned i = 0; i != count; ++i) scene->mRootNode->mChildren[i] = new aiNode("child");
+  return scene;
+}
+
+double BuildWide(unsigned count) {
+  auto const scene = MakeWideScene(count);
+  NDocument document;
+  app::NPictures pictures(document, *scene, ".");
+  app::NMaterials materials(document, *scene, pictures);
+  app::NHierarchy hierarchy(document, *scene, materials);
+  auto const tree = document.GetTrees().CreateNode(core::node::NNodeID());
+  auto const start = std::chrono::steady_clock::now();
+  hierarchy.Build(*tree);
+  unsigned visits = 0;
+  app::WalkTree(*tree, [&](app::NVisit const&) { ++visits; });
+  EXPECT_EQ(visits, count + 1);
+  std::wstring const last = L"child (" + std::to_wstring(count) + L")";
+  EXPECT_EQ(document.QueryNodes(last).size(), 1u);
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+TEST(WideTest, ManyChildrenOfOneNameAreBuiltInLinearTime) {
+#ifdef __SANITIZE_ADDRESS__
+  constexpr unsigned kMany = 50000;
+#else
+  constexpr unsigned kMany = 300000;
+#endif
+  double const few = BuildWide(kMany / 10);
+  double const many = BuildWide(kMany);
+  EXPECT_LT(many, 40.0 * few);
+}
+
+}  // namespace
+}  // namespace corvanta::app_tests

@@ -1,0 +1,203 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+
+#include "tests/app/program.h"
+
+namespace corvanta::app_tests {
+namespace {
+
+using nlohmann::json;
+using support::TemporaryFiles;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+json const kOneNode = json::array({{{"name", "only"}, {"mesh", 0}}});
+
+std::string const kSpot = std::string(CORVANTA_SAMPLES) + "/spot.obj";
+
+TEST(InfoTest, PrintsTheSample) {
+  TemporaryFiles const files;
+  Result const result = RunProgram(files, {"info", kSpot, "--json"});
+  ASSERT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(result.err, "");
+  json const report = result.Json();
+
+  json const& tree = report["trees"][0];
+  EXPECT_EQ(tree["kind"], "scenegraphtree");
+  EXPECT_EQ(tree["name"], "spot");
+  json const spot = Named(tree["items"], "spot");
+  EXPECT_EQ(spot["kind"], "model");
+  EXPECT_EQ(spot["parent"], tree["root"]["id"]);
+  EXPECT_EQ(spot["geometry"]["name"], "spot");
+  EXPECT_EQ(spot["material"]["name"], "spot");
+  EXPECT_EQ(spot["box"], report["box"]);
+
+  for (json const& domain : report["domains"]) {
+    if (domain["type"] == "geometry") {
+      EXPECT_EQ(domain["count"], 1);
+      EXPECT_EQ(domain["nodes"][0]["triangles"], 5856);
+      // As many as pairs of a point and a texture point in the file's faces.
+      EXPECT_EQ(domain["nodes"][0]["vertices"], 3225);
+      EXPECT_EQ(domain["nodes"][0]["uvwSets"], json::array({1}));
+    } else if (domain["type"] == "image") {
+      EXPECT_THAT(domain["nodes"][0]["file"].get<std::string>(),
+                  HasSubstr("examples/models/spot.png"));
+    } else if (domain["type"] == "material") {
+      EXPECT_EQ(domain["nodes"][0]["textures"].size(), 1u);
+    }
+  }
+}
+
+TEST(InfoTest, PrintsTextWithAttributes) {
+  TemporaryFiles const files;
+  files.Write("model.gltf", MakeGltf({Triangle()}, {{{"name", "a"}, {"mesh", 0}, {"children", {1}}},
+                                                    {{"name", "line\nbreak"}}}));
+  Result const result = RunProgram(files, {"info", "model.gltf", "--attributes"});
+  ASSERT_EQ(result.status, 0) << result.err;
+  auto const lines = result.Lines();
+  auto const find = [&](std::string const& start) {
+    return std::find_if(lines.begin(), lines.end(),
+                        [&](std::string const& line) { return line.rfind(start, 0) == 0; });
+  };
+  EXPECT_THAT(lines[0], StartsWith("file \"model.gltf\" read "));
+  ASSERT_NE(find("scenegraphtree \"model\" "), lines.end());
+  ASSERT_NE(find("  model \"a\" "), lines.end());
+  EXPECT_THAT(*find("  model \"a\" "), HasSubstr(" box (0, 0, 0) .. (1, 1, 0)"));
+  EXPECT_EQ(*(find("  model \"a\" ") + 1), "      translation.x = 0");
+  EXPECT_NE(find("    group \"line\\x0abreak\" "), lines.end());
+  EXPECT_NE(find("domain geometry: 1"), lines.end());
+  EXPECT_EQ(lines.back(), "box (0, 0, 0) .. (1, 1, 0)");
+}
+
+TEST(InfoTest, ShowsSeveralFilesInACommonTreeInTheirOwnUnits) {
+  TemporaryFiles const files;
+  files.Write("a.gltf", MakeGltf({Triangle()}, kOneNode));
+  files.Write("b.gltf", MakeGltf({Triangle()}, {{{"mesh", 0}, {"translation", {0, 0, 1000}}}}));
+  Result const result =
+      RunProgram(files, {"info", "a.gltf", "b.gltf", "--unit", "0.001", "--zup", "--json"});
+  ASSERT_EQ(result.status, 0) << result.err;
+  json const report = result.Json();
+  ASSERT_EQ(report["trees"].size(), 3u);
+  json const& items = report["trees"][0]["items"];
+  EXPECT_EQ(items[0]["kind"], "group");
+  EXPECT_EQ(items[1]["kind"], "reference");
+  EXPECT_EQ(items[1]["shows"]["id"], report["trees"][1]["id"]);
+  EXPECT_EQ(items[2]["shows"]["id"], report["trees"][2]["id"]);
+  // The triangle of b stands a metre up, and its y axis points at -z.
+  EXPECT_NEAR(report["box"]["max"][1], 1.0, 1e-6);
+  EXPECT_NEAR(report["box"]["min"][2], -0.001, 1e-6);
+  EXPECT_NEAR(items[2]["box"]["min"][1], 1.0, 1e-6);
+}
+
+struct BadFile {
+  char const* name;
+  std::string content;
+  char const* reason;
+};
+
+std::string Ply(char const* vertex, char const* face) {
+  return std::string(
+             "ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\nproperty float y\n"
+             "property float z\nelement face 1\nproperty list uchar int vertex_indices\n"
+             "end_header\n0 0 0\n1 0 0\n") +
+         vertex + "\n" + face + "\n";
+}
+
+std::vector<BadFile> BadFiles() {
+  Mesh wild = Triangle();
+  wild.indices = {0, 1, 2, 0, 1, 7};
+  Mesh endless = Triangle();
+  endless.coords[4] = std::numeric_limits<float>::infinity();
+  return {
+      {"empty.obj", "", ""},
+      {"text.txt", "hello", ""},
+      {"broken.gltf", "{\"asset\":", ""},
+      {"points.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\n", "no faces"},
+      {"nothing.gltf", MakeGltf({}, json::array({{{"name", "a"}}})), "no faces"},
+      {"no_root.gltf", R"({"asset":{"version":"2.0"}})", ""},
+      {"beyond.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 9\n", "out of range"},
+      {"zero.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 0 1 2\n", ""},
+      {"beyond.ply", Ply("0 1 0", "3 0 1 22"), "out of range"},
+      {"beyond.off", "OFF\n3 1 0\n0 0 0\n1 0 0\n0 1 0\n3 0 1 9\n", "out of range"},
+      {"beyond.gltf", MakeGltf({wild}, kOneNode), "out of range"},
+      {"nan.obj", "v 0 0 0\nv nan 0 0\nv 0 1 0\nf 1 2 3\n", "isn't finite"},
+      {"nan.ply", Ply("nan 1 0", "3 0 1 2"), "isn't finite"},
+      {"endless.gltf", MakeGltf({endless}, kOneNode), "isn't finite"},
+      {"huge.gltf", MakeGltf({Triangle()}, {{{"mesh", 0}, {"translation", {1e300, 0, 0}}}}), ""},
+  };
+}
+
+TEST(InfoTest, NamesEachBadFileInOneLineAndKeepsTheGood) {
+  TemporaryFiles const files;
+  files.Write("good.gltf", MakeGltf({Triangle()}, kOneNode));
+  std::filesystem::create_directory(files.GetFolder() / "folder.obj");
+  auto bad = BadFiles();
+  bad.push_back({"missing.obj", "", "no such file"});
+  bad.push_back({"folder.obj", "", "not a file"});
+  for (BadFile const& file : bad) {
+    SCOPED_TRACE(file.name);
+    std::string const name = file.name;
+    if (name != "missing.obj" && name != "folder.obj") files.Write(name, file.content);
+    Result const alone = RunProgram(files, {"info", name});
+    EXPECT_EQ(alone.status, 1);
+    EXPECT_EQ(alone.out, "");
+    EXPECT_TRUE(alone.HasOneError(name + ": ", file.reason)) << alone.err;
+    EXPECT_GT(alone.err.size(), std::string("corvanta: : \n").size() + name.size());
+
+    Result const both = RunProgram(files, {"info", name, "good.gltf", "--json"});
+    EXPECT_EQ(both.status, 1);
+    EXPECT_TRUE(both.HasOneError(name + ": ", file.reason)) << both.err;
+    EXPECT_FALSE(Named(both.Json()["trees"][1]["items"], "only").is_null());
+  }
+}
+
+TEST(InfoTest, RefusesImpossibleOptionsInOneLine) {
+  TemporaryFiles const files;
+  files.Write("good.gltf", MakeGltf({Triangle()}, kOneNode));
+  std::vector<std::vector<std::string>> const rows = {
+      {},
+      {"info"},
+      {"fly", "good.gltf"},
+      {"info", "good.gltf", "--colour"},
+      {"info", "good.gltf", "--unit"},
+      {"info", "good.gltf", "--unit", "0"},
+      {"info", "good.gltf", "--unit", "-1"},
+      {"info", "good.gltf", "--unit", "nan"},
+      {"info", "good.gltf", "--unit", "inch"},
+      {"watch", "good.gltf"},
+      {"watch", "good.gltf", "extra.gltf", "--set", "only.scale.x=1"},
+  };
+  for (auto const& row : rows) {
+    SCOPED_TRACE(testing::PrintToString(row));
+    Result const result = RunProgram(files, row);
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_TRUE(result.HasOneError("corvanta: ", "")) << result.err;
+  }
+  Result const help = RunProgram(files, {"info", "--help"});
+  EXPECT_EQ(help.status, 0);
+  EXPECT_THAT(help.out, HasSubstr("--attributes"));
+}
+
+TEST(InfoTest, WalksAHierarchyOfAHundredThousandLevels) {
+  constexpr int kLevels = 100000;
+  json nodes = json::array();
+  for (int i = 0; i != kLevels; ++i) {
+    nodes.push_back({{"name", "n"}, {"translation", {1, 0, 0}}, {"children", {i + 1}}});
+  }
+  nodes.push_back({{"name", "leaf"}, {"mesh", 0}});
+  TemporaryFiles const files;
+  files.Write("deep.gltf", MakeGltf({Triangle()}, nodes));
+  Result const result = RunProgram(files, {"info", "deep.gltf"});
+  ASSERT_EQ(result.status, 0) << result.err;
+  auto const lines = result.Lines();
+  EXPECT_GT(lines.size(), static_cast<std::size_t>(kLevels));
+  EXPECT_EQ(lines.back(), "box (100000, 0, 0) .. (100001, 1, 0)");
+  EXPECT_LT(result.out.size(), 500u * kLevels);
+}
+
+}  // namespace
+}  // namespace corvanta::app_tests
