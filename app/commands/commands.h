@@ -16,7 +16,8 @@ enum NStatus : int {
 using NAddCommand = void(CLI::App& program, int& status);
 
 NAddCommand AddInfo;
+NAddCommand AddWatch;
 
-inline constexpr NAddCommand* kCommands[] = {AddInfo};
+inline constexpr NAddCommand* kCommands[] = {AddInfo, AddWatch};
 
 }  // namespace corvanta::app
