@@ -1,0 +1,21 @@
+#pragma once
+
+#include "corvanta/data/operators/projector/NProjector.h"
+
+namespace corvanta::data::domain::operators::projector {
+
+/// Throws from the axis y outwards: u once around from the seam at negative z, v is y - 0.5, w the
+/// distance from the axis.
+class CORVANTA_API NCylinderProjector : public data::operators::projector::NProjector {
+ public:
+  ~NCylinderProjector() override;
+
+  bool HasSeam() const override;
+  void ProjectPoint(float x, float y, float z, float& u, float& v, float& w) const override;
+  void ComputeTangentFrame(float x, float y, float z, float nx, float ny, float nz, float& tx,
+                           float& ty, float& tz, float& bx, float& by, float& bz) const override;
+  void ProjectVertices(data::operators::projector::NVertices const& vertices,
+                       structs::UVW* coords) const override;
+};
+
+}  // namespace corvanta::data::domain::operators::projector
