@@ -21,12 +21,19 @@ void NBoxProjector::ProjectWithNormal(float x, float y, float z, float nx, float
 void NBoxProjector::ComputeTangentFrame(float, float, float, float nx, float ny, float nz,
                                         float& tx, float& ty, float& tz, float& bx, float& by,
                                         float& bz) const {
-  detail::GetBoxFrame({nx, ny, nz}).CopyTo(tx, ty, tz, bx, by, bz);
+  detail::GetBoxFrame({nx, ny, nz}, detail::NormalizeExactly).CopyTo(tx, ty, tz, bx, by, bz);
 }
 
 void NBoxProjector::ProjectVertices(data::operators::projector::NVertices const& vertices,
                                     structs::UVW* coords) const {
   detail::ProjectInBlocks(*this, detail::ProjectBoxBlock, vertices, coords);
+}
+
+void NBoxProjector::ComputeTangentFrames(data::operators::projector::NVertices const& vertices,
+                                         VX_Math::Matrix const& toModel, structs::XYZ* tangents,
+                                         structs::XYZ* binormals) const {
+  detail::ComputeFramesInBlocks(*this, detail::ComputeBoxFrames, vertices, toModel, tangents,
+                                binormals);
 }
 
 }  // namespace corvanta::data::domain::operators::projector

@@ -20,12 +20,19 @@ void NPlaneProjector::ProjectPoint(float x, float y, float z, float& u, float& v
 void NPlaneProjector::ComputeTangentFrame(float, float, float, float nx, float ny, float nz,
                                           float& tx, float& ty, float& tz, float& bx, float& by,
                                           float& bz) const {
-  detail::GetPlaneFrame({nx, ny, nz}).CopyTo(tx, ty, tz, bx, by, bz);
+  detail::GetPlaneFrame({nx, ny, nz}, detail::NormalizeExactly).CopyTo(tx, ty, tz, bx, by, bz);
 }
 
 void NPlaneProjector::ProjectVertices(data::operators::projector::NVertices const& vertices,
                                       structs::UVW* coords) const {
   detail::ProjectInBlocks(*this, detail::ProjectPlaneBlock, vertices, coords);
+}
+
+void NPlaneProjector::ComputeTangentFrames(data::operators::projector::NVertices const& vertices,
+                                           VX_Math::Matrix const& toModel, structs::XYZ* tangents,
+                                           structs::XYZ* binormals) const {
+  detail::ComputeFramesInBlocks(*this, detail::ComputePlaneFrames, vertices, toModel, tangents,
+                                binormals);
 }
 
 }  // namespace corvanta::data::domain::operators::projector

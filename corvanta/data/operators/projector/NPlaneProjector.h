@@ -14,6 +14,9 @@ class CORVANTA_API NPlaneProjector : public data::operators::projector::NProject
                            float& ty, float& tz, float& bx, float& by, float& bz) const override;
   void ProjectVertices(data::operators::projector::NVertices const& vertices,
                        structs::UVW* coords) const override;
+  void ComputeTangentFrames(data::operators::projector::NVertices const& vertices,
+                            VX_Math::Matrix const& toModel, structs::XYZ* tangents,
+                            structs::XYZ* binormals) const override;
 };
 
 }  // namespace corvanta::data::domain::operators::projector

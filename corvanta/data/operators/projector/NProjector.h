@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "corvanta/data/structs/UVW.h"
+#include "corvanta/data/structs/XYZ.h"
 #include "corvanta/export.h"
 #include "corvanta/vx_math/Matrix.h"
 
@@ -36,6 +37,10 @@ class CORVANTA_API NProjector {
                                    float& bz) const = 0;
   /// ProjectWithNormal for each vertex, in order; `coords` has as many elements.
   virtual void ProjectVertices(NVertices const& vertices, structs::UVW* coords) const;
+  /// ComputeTangentFrame for each vertex, in order, back through `toModel` and with length 1; both
+  /// arrays have as many elements.
+  virtual void ComputeTangentFrames(NVertices const& vertices, VX_Math::Matrix const& toModel,
+                                    structs::XYZ* tangents, structs::XYZ* binormals) const;
 
  protected:
   NProjector() noexcept = default;

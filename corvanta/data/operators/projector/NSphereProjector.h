@@ -16,6 +16,9 @@ class CORVANTA_API NSphereProjector : public data::operators::projector::NProjec
                            float& ty, float& tz, float& bx, float& by, float& bz) const override;
   void ProjectVertices(data::operators::projector::NVertices const& vertices,
                        structs::UVW* coords) const override;
+  void ComputeTangentFrames(data::operators::projector::NVertices const& vertices,
+                            VX_Math::Matrix const& toModel, structs::XYZ* tangents,
+                            structs::XYZ* binormals) const override;
 };
 
 }  // namespace corvanta::data::domain::operators::projector

@@ -5,7 +5,6 @@
 #include "corvanta/data/domain/projection/NProjectionNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
-#include "corvanta/data/structs/convert.h"
 
 namespace corvanta::data::domain::material::texture_mapping {
 
@@ -15,7 +14,6 @@ using projection::NProjectionNode;
 using structs::UVW;
 using structs::XYZ;
 using VX_Math::Matrix;
-using VX_Math::Vec3;
 
 struct NProjectionMapping::Block {
   ModelToProjectionMap map;
@@ -89,16 +87,6 @@ float GetUnit(NProjectionNode const& node, NProjectionMapping::ModelPath const& 
   return tree ? static_cast<float>(tree->GetUnit()) : 1.0f;
 }
 
-Vec3 Read(float const* v) { return {v[0], v[1], v[2]}; }
-
-/// `direction` times `matrix`, of length 1.
-Vec3 Turn(Vec3 const& direction, Matrix const& matrix) {
-  Vec3 out;
-  matrix.MultDirMatrix(direction, out);
-  out.Normalize();
-  return out;
-}
-
 }  // namespace
 
 bool NProjectionMapping::ComputeTextureCoords(ModelPath const& path, Vertices const& vertices,
@@ -152,20 +140,14 @@ bool NProjectionMapping::ComputeTangents(ModelPath const& path, Vertices const& 
   Matrix const toProjector =
       node.GetModelToProjectionTransform(choice.path) * node.GetTransform().Inverse();
   Matrix const toModel = toProjector.Inverse();
-  Matrix const normalToProjector = toModel.Transpose();
+  projector->ComputeTangentFrames(
+      {vertices.count, vertices.coords, vertices.normals, toProjector, toModel.Transpose()},
+      toModel, tangents.data(), binormals.data());
   NCoordAdjustment const adjustment = node.GetCoordAdjustment(1.0f);
   for (std::size_t i = 0; i != vertices.count; ++i) {
-    Vec3 p;
-    toProjector.MultVecMatrix(Read(vertices.coords + 3 * i), p);
-    Vec3 const n = Turn(Read(vertices.normals + 3 * i), normalToProjector);
-    Vec3 t;
-    Vec3 b;
-    projector->ComputeTangentFrame(p.x, p.y, p.z, n.x, n.y, n.z, t.x, t.y, t.z, b.x, b.y, b.z);
-    t = Turn(t, toModel);
-    b = Turn(b, toModel);
+    XYZ& t = tangents[i];
+    XYZ& b = binormals[i];
     adjustment.AdjustTangent(t.x, t.y, t.z, b.x, b.y, b.z);
-    tangents[i] = structs::ToXYZ(t);
-    binormals[i] = structs::ToXYZ(b);
   }
   return true;
 }

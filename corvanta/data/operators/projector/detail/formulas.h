@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "corvanta/data/operators/projector/detail/vector_clones.h"
 #include "corvanta/data/structs/UVW.h"
 #include "corvanta/vx_math/Vec3.h"
 
@@ -11,7 +12,7 @@ namespace corvanta::data::operators::projector::detail {
 
 inline constexpr float kPi = 3.1415927f;
 
-inline float GetLength(float a, float b) { return std::sqrt(a * a + b * b); }
+CORVANTA_INTO_CLONES float GetLength(float a, float b) { return std::sqrt(a * a + b * b); }
 
 /// Units: radians, taken in double.
 inline float GetAngle(float y, float x) {
@@ -19,23 +20,26 @@ inline float GetAngle(float y, float x) {
 }
 
 /// From -pi to pi, to 0 to 1.
-inline float ToTurn(float angle) { return (angle + kPi) / kPi * 0.5f; }
+CORVANTA_INTO_CLONES float ToTurn(float angle) { return (angle + kPi) / kPi * 0.5f; }
 
-inline structs::UVW ProjectOntoPlane(VX_Math::Vec3 const& p) { return {p.x, p.z, 0.0f}; }
+CORVANTA_INTO_CLONES structs::UVW ProjectOntoPlane(VX_Math::Vec3 const& p) {
+  return {p.x, p.z, 0.0f};
+}
 
 /// Units: `around` is the angle of (-x, z).
-inline structs::UVW ProjectOntoCylinder(VX_Math::Vec3 const& p, float around) {
+CORVANTA_INTO_CLONES structs::UVW ProjectOntoCylinder(VX_Math::Vec3 const& p, float around) {
   return {ToTurn(around), p.y - 0.5f, GetLength(p.x, p.z)};
 }
 
 /// Units: `around` is the angle of (-x, z), `down` that of the distance from the axis and y.
-inline structs::UVW ProjectOntoSphere(VX_Math::Vec3 const& p, float around, float down) {
+CORVANTA_INTO_CLONES structs::UVW ProjectOntoSphere(VX_Math::Vec3 const& p, float around,
+                                                    float down) {
   return {ToTurn(around), 1.0f - down / kPi, GetLength(GetLength(p.x, p.z), p.y)};
 }
 
 /// One of three values by the largest component of the normal `n`: between equals z goes before y,
 /// and y before x.
-inline float PickByAxis(VX_Math::Vec3 const& n, float forX, float forY, float forZ) {
+CORVANTA_INTO_CLONES float PickByAxis(VX_Math::Vec3 const& n, float forX, float forY, float forZ) {
   float const x = std::fabs(n.x);
   float const y = std::fabs(n.y);
   float const z = std::fabs(n.z);
@@ -45,12 +49,13 @@ inline float PickByAxis(VX_Math::Vec3 const& n, float forX, float forY, float fo
   return z >= larger ? forZ : beside;
 }
 
-inline structs::UVW ProjectByBox(VX_Math::Vec3 const& p, VX_Math::Vec3 const& n) {
+CORVANTA_INTO_CLONES structs::UVW ProjectByBox(VX_Math::Vec3 const& p, VX_Math::Vec3 const& n) {
   return {PickByAxis(n, p.z, p.x, p.x), PickByAxis(n, -p.y, p.z, -p.y),
           std::fabs(PickByAxis(n, p.x, p.y, p.z))};
 }
 
-inline structs::UVW ProjectByTriplanar(VX_Math::Vec3 const& p, VX_Math::Vec3 const& n) {
+CORVANTA_INTO_CLONES structs::UVW ProjectByTriplanar(VX_Math::Vec3 const& p,
+                                                     VX_Math::Vec3 const& n) {
   return {PickByAxis(n, p.z, p.x, p.y), PickByAxis(n, p.y, p.z, p.x),
           std::fabs(PickByAxis(n, p.x, p.y, p.z))};
 }

@@ -5,27 +5,15 @@
 #include <cstdint>
 
 #include "corvanta/data/operators/projector/detail/formulas.h"
-
-// The loops over a block are written for the compiler's vectoriser: without branches, over arrays
-// of a fixed size. Only operations that IEEE 754 rounds correctly stand in them, and nothing is
-// fused, so the clones agree to the bit.
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
-#define CORVANTA_VECTOR_CLONES __attribute__((target_clones("avx512f", "avx2", "default")))
-#else
-#define CORVANTA_VECTOR_CLONES
-#endif
-#if defined(__GNUC__)
-// What isn't inlined into a clone would run as the default one.
-#define CORVANTA_INTO_CLONES __attribute__((always_inline)) inline
-#else
-#define CORVANTA_INTO_CLONES inline
-#endif
+#include "corvanta/data/operators/projector/detail/tangent_frame.h"
+#include "corvanta/data/operators/projector/detail/vector_clones.h"
 
 namespace corvanta::data::operators::projector::detail {
 
 namespace {
 
 using structs::UVW;
+using structs::XYZ;
 using VX_Math::Matrix;
 using VX_Math::Vec3;
 
@@ -35,6 +23,11 @@ struct Vectors {
   float z[kBlock];
 
   CORVANTA_INTO_CLONES Vec3 operator[](std::size_t i) const { return {x[i], y[i], z[i]}; }
+  CORVANTA_INTO_CLONES void Set(std::size_t i, Vec3 const& v) {
+    x[i] = v.x;
+    y[i] = v.y;
+    z[i] = v.z;
+  }
 };
 
 /// One component of a direction times a matrix, added up as MultDirMatrix does.
@@ -53,23 +46,57 @@ CORVANTA_INTO_CLONES void TransformPoints(NVertices const& vertices, Vectors& po
   }
 }
 
-/// Fails: false where Vec3::Normalize may go another way than by the plain square.
-CORVANTA_INTO_CLONES bool TransformNormals(NVertices const& vertices, Vectors& normals) {
-  Matrix const& m = vertices.normalToProjector;
-  std::int32_t isOutside = 0;
-  for (std::size_t i = 0; i != kBlock; ++i) {
-    float const* const n = vertices.normals + 3 * i;
-    float const x = Multiply(n, m, 0);
-    float const y = Multiply(n, m, 1);
-    float const z = Multiply(n, m, 2);
-    float const square = x * x + y * y + z * z;
+/// Gives a vector the length 1, and notes where Vec3::Normalize may go another way than by the
+/// plain square.
+struct NormalizeQuickly {
+  std::int32_t& isOutside;
+
+  CORVANTA_INTO_CLONES void operator()(Vec3& v) const {
+    float const square = v.Dot(v);
     isOutside |= !(square >= 1e-30f) | !(square <= 3e38f);
     float const length = std::sqrt(square);
-    normals.x[i] = x / length;
-    normals.y[i] = y / length;
-    normals.z[i] = z / length;
+    v = {v.x / length, v.y / length, v.z / length};
+  }
+};
+
+CORVANTA_INTO_CLONES Vec3 TransformDirection(float const* v, Matrix const& m,
+                                             NormalizeQuickly const& normalize) {
+  Vec3 out(Multiply(v, m, 0), Multiply(v, m, 1), Multiply(v, m, 2));
+  normalize(out);
+  return out;
+}
+
+CORVANTA_INTO_CLONES bool TransformNormals(NVertices const& vertices, Vectors& normals) {
+  std::int32_t isOutside = 0;
+  for (std::size_t i = 0; i != kBlock; ++i) {
+    normals.Set(
+        i, TransformDirection(vertices.normals + 3 * i, vertices.normalToProjector, {isOutside}));
   }
   return isOutside == 0;
+}
+
+/// The frame of each point and normal, `getFrame(point, normal, normalize)`, back in the model.
+template <class GetFrame>
+CORVANTA_INTO_CLONES bool ComputeFramesOf(NVertices const& vertices, Matrix const& toModel,
+                                          XYZ* tangents, XYZ* binormals, GetFrame const& getFrame) {
+  Vectors points;
+  Vectors normals;
+  Vectors t;
+  Vectors b;
+  TransformPoints(vertices, points);
+  bool const areNormal = TransformNormals(vertices, normals);
+  std::int32_t isOutside = 0;
+  for (std::size_t i = 0; i != kBlock; ++i) {
+    NormalizeQuickly const normalize{isOutside};
+    NTangentFrame const frame = getFrame(points[i], normals[i], normalize);
+    t.Set(i, TransformDirection(&frame.tangent.x, toModel, normalize));
+    b.Set(i, TransformDirection(&frame.binormal.x, toModel, normalize));
+  }
+  for (std::size_t i = 0; i != kBlock; ++i) {
+    tangents[i] = {t.x[i], t.y[i], t.z[i]};
+    binormals[i] = {b.x[i], b.y[i], b.z[i]};
+  }
+  return areNormal & (isOutside == 0);
 }
 
 /// The arc tangent of y / x in the right quadrant, but for 2^-44 of its value.
@@ -174,17 +201,69 @@ CORVANTA_VECTOR_CLONES bool ProjectBoxBlock(NVertices const& vertices, UVW* coor
   return isCertain;
 }
 
-void ProjectInBlocks(NProjector const& projector, ProjectBlock& block, NVertices const& vertices,
-                     UVW* coords) {
+CORVANTA_VECTOR_CLONES bool ComputePlaneFrames(NVertices const& vertices, Matrix const& toModel,
+                                               XYZ* tangents, XYZ* binormals) {
+  return ComputeFramesOf(vertices, toModel, tangents, binormals,
+                         [](Vec3 const&, Vec3 const& n, auto const& normalize) {
+                           return GetPlaneFrame(n, normalize);
+                         });
+}
+
+CORVANTA_VECTOR_CLONES bool ComputeRoundFrames(NVertices const& vertices, Matrix const& toModel,
+                                               XYZ* tangents, XYZ* binormals) {
+  return ComputeFramesOf(vertices, toModel, tangents, binormals,
+                         [](Vec3 const& p, Vec3 const& n, auto const& normalize) {
+                           return GetRoundFrame(p.x, p.z, n, normalize);
+                         });
+}
+
+CORVANTA_VECTOR_CLONES bool ComputeTriplanarFrames(NVertices const& vertices, Matrix const& toModel,
+                                                   XYZ* tangents, XYZ* binormals) {
+  return ComputeFramesOf(vertices, toModel, tangents, binormals,
+                         [](Vec3 const&, Vec3 const& n, auto const& normalize) {
+                           return GetTriplanarFrame(n, normalize);
+                         });
+}
+
+CORVANTA_VECTOR_CLONES bool ComputeBoxFrames(NVertices const& vertices, Matrix const& toModel,
+                                             XYZ* tangents, XYZ* binormals) {
+  return ComputeFramesOf(
+      vertices, toModel, tangents, binormals,
+      [](Vec3 const&, Vec3 const& n, auto const& normalize) { return GetBoxFrame(n, normalize); });
+}
+
+namespace {
+
+template <class Run>
+void ForEachBlock(NVertices const& vertices, Run const& call) {
   NVertices run = vertices;
   for (std::size_t i = 0; i < vertices.count; i += kBlock) {
     run.count = std::min(kBlock, vertices.count - i);
     run.coords = vertices.coords + 3 * i;
     run.normals = vertices.normals + 3 * i;
-    if (run.count != kBlock || !block(run, coords + i)) {
-      projector.NProjector::ProjectVertices(run, coords + i);
-    }
+    call(run, i);
   }
+}
+
+}  // namespace
+
+void ProjectInBlocks(NProjector const& projector, ProjectBlock& block, NVertices const& vertices,
+                     UVW* coords) {
+  ForEachBlock(vertices, [&](NVertices const& run, std::size_t first) {
+    if (run.count != kBlock || !block(run, coords + first)) {
+      projector.NProjector::ProjectVertices(run, coords + first);
+    }
+  });
+}
+
+void ComputeFramesInBlocks(NProjector const& projector, ComputeFrames& block,
+                           NVertices const& vertices, Matrix const& toModel, XYZ* tangents,
+                           XYZ* binormals) {
+  ForEachBlock(vertices, [&](NVertices const& run, std::size_t first) {
+    if (run.count != kBlock || !block(run, toModel, tangents + first, binormals + first)) {
+      projector.NProjector::ComputeTangentFrames(run, toModel, tangents + first, binormals + first);
+    }
+  });
 }
 
 }  // namespace corvanta::data::operators::projector::detail

@@ -6,7 +6,7 @@
 
 /// What the projectors compute for a run of vertices, several at a time: the widest instructions of
 /// the machine are chosen when the library loads. Every result equals that of the projector's own
-/// ProjectWithNormal.
+/// ProjectWithNormal and ComputeTangentFrame.
 namespace corvanta::data::operators::projector::detail {
 
 inline constexpr std::size_t kBlock = 32;
@@ -24,5 +24,20 @@ ProjectBlock ProjectBoxBlock;
 /// The ProjectVertices of a projector that has a `block`.
 void ProjectInBlocks(NProjector const& projector, ProjectBlock& block, NVertices const& vertices,
                      structs::UVW* coords);
+
+/// The tangent frames of kBlock vertices, as by ComputeTangentFrames.
+/// Fails: as ProjectBlock.
+using ComputeFrames = bool(NVertices const& vertices, VX_Math::Matrix const& toModel,
+                           structs::XYZ* tangents, structs::XYZ* binormals);
+
+ComputeFrames ComputePlaneFrames;
+ComputeFrames ComputeRoundFrames;
+ComputeFrames ComputeTriplanarFrames;
+ComputeFrames ComputeBoxFrames;
+
+/// The ComputeTangentFrames of a projector that has a `block`.
+void ComputeFramesInBlocks(NProjector const& projector, ComputeFrames& block,
+                           NVertices const& vertices, VX_Math::Matrix const& toModel,
+                           structs::XYZ* tangents, structs::XYZ* binormals);
 
 }  // namespace corvanta::data::operators::projector::detail

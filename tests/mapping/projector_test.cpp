@@ -1,0 +1,178 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "corvanta/data/operators/projector/NBoxProjector.h"
+#include "corvanta/data/operators/projector/NCylinderProjector.h"
+#include "corvanta/data/operators/projector/NPlaneProjector.h"
+#include "corvanta/data/operators/projector/NSphereProjector.h"
+#include "corvanta/data/operators/projector/NTriplanarProjector.h"
+#include "corvanta/vx_math/Vec3.h"
+
+namespace corvanta::mapping {
+namespace {
+
+using namespace data::domain::operators::projector;
+using data::operators::projector::NProjector;
+using data::operators::projector::NVertices;
+using data::structs::UVW;
+using testing::ElementsAre;
+using testing::FloatEq;
+using VX_Math::Vec3;
+
+std::array<float, 3> Project(NProjector const& projector, Vec3 const& p, Vec3 const& n = {}) {
+  std::array<float, 3> c{-9, -9, -9};
+  projector.ProjectWithNormal(p.x, p.y, p.z, n.x, n.y, n.z, c[0], c[1], c[2]);
+  return c;
+}
+
+TEST(Projectors, GiveTheClosedForms) {
+  EXPECT_THAT(Project(NPlaneProjector(), {0.3f, 0.7f, 0.2f}), ElementsAre(0.3f, 0.2f, 0));
+
+  NCylinderProjector const cylinder;
+  EXPECT_THAT(Project(cylinder, {0, 2, 1}), ElementsAre(0.5f, 1.5f, 1));
+  EXPECT_THAT(Project(cylinder, {-1, 0, 0}), ElementsAre(0.75f, -0.5f, 1));
+  EXPECT_THAT(Project(cylinder, {1, 0, 0}), ElementsAre(0.25f, -0.5f, 1));
+  EXPECT_THAT(Project(cylinder, {3, 0, -4})[2], FloatEq(5));
+  EXPECT_GT(Project(cylinder, {-1e-3f, 0, -1})[0], 0.999f);
+  EXPECT_LT(Project(cylinder, {1e-3f, 0, -1})[0], 0.001f);
+
+  NSphereProjector const sphere;
+  EXPECT_THAT(Project(sphere, {0, 1, 0}), ElementsAre(testing::_, 1, 1));
+  EXPECT_THAT(Project(sphere, {0, -1, 0}), ElementsAre(testing::_, 0, 1));
+  EXPECT_THAT(Project(sphere, {-2, 0, 0}), ElementsAre(0.75f, 0.5f, 2));
+  EXPECT_TRUE(cylinder.HasSeam() && sphere.HasSeam());
+  EXPECT_FALSE(NPlaneProjector().HasSeam() || NBoxProjector().HasSeam() ||
+               NTriplanarProjector().HasSeam());
+}
+
+TEST(Projectors, ChooseTheFaceByTheNormal) {
+  NBoxProjector const box;
+  NTriplanarProjector const triplanar;
+  Vec3 const p(-1, 2, -3);
+  for (float const side : {1.0f, -1.0f}) {
+    EXPECT_THAT(Project(box, p, {side, 0.5f, 0}), ElementsAre(-3, -2, 1));
+    EXPECT_THAT(Project(triplanar, p, {side, 0.5f, 0}), ElementsAre(-3, 2, 1));
+    EXPECT_THAT(Project(box, p, {1, side, 0}), ElementsAre(-1, -3, 2)) << "y goes before x";
+    EXPECT_THAT(Project(triplanar, p, {1, side, 0}), ElementsAre(-1, -3, 2));
+    EXPECT_THAT(Project(box, p, {1, 1, side}), ElementsAre(-1, -2, 3)) << "z goes before both";
+    EXPECT_THAT(Project(triplanar, p, {1, 1, side}), ElementsAre(2, -1, 3));
+  }
+}
+
+std::array<Vec3, 2> GetFrame(NProjector const& projector, Vec3 const& p, Vec3 const& n) {
+  std::array<Vec3, 2> f;
+  projector.ComputeTangentFrame(p.x, p.y, p.z, n.x, n.y, n.z, f[0].x, f[0].y, f[0].z, f[1].x,
+                                f[1].y, f[1].z);
+  return f;
+}
+
+TEST(Projectors, GiveTangentFrames) {
+  struct Row {
+    char const* name;
+    NProjector const& projector;
+    Vec3 point, normal, tangent, binormal;
+  };
+  NPlaneProjector const plane;
+  NCylinderProjector const cylinder;
+  NSphereProjector const sphere;
+  NTriplanarProjector const triplanar;
+  NBoxProjector const box;
+  for (Row const& row : std::vector<Row>{
+           {"plane from above", plane, {}, {0, 1, 0}, {1, 0, 0}, {0, 0, -1}},
+           {"plane from below", plane, {}, {0, -1, 0}, {1, 0, 0}, {0, 0, -1}},
+           {"plane's edge", plane, {}, {1, 0, 0}, {0, 0, 1}, {0, -1, 0}},
+           {"cylinder in front", cylinder, {0, 0, 2}, {0, 0, 1}, {-1, 0, 0}, {0, -1, 0}},
+           {"cylinder from inside", cylinder, {0, 0, 2}, {0, 0, -1}, {-1, 0, 0}, {0, -1, 0}},
+           {"sphere, along growing u", sphere, {0, 0, 2}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}},
+           {"on the axis", sphere, {0, 5, 0}, {0, 0, 1}, {0, 1, 0}, {-1, 0, 0}},
+           {"triplanar x", triplanar, {}, {1, 0, 0}, {0, 0, 1}, {0, -1, 0}},
+           {"triplanar -x", triplanar, {}, {-1, 0, 0}, {0, 0, 1}, {0, -1, 0}},
+           {"triplanar y", triplanar, {}, {0, 1, 0}, {1, 0, 0}, {0, 0, -1}},
+           {"triplanar z", triplanar, {}, {0, 0, 1}, {0, 1, 0}, {-1, 0, 0}},
+           {"box -x", box, {}, {-1, 0, 0}, {0, 0, 1}, {0, 1, 0}},
+           {"box -y", box, {}, {0, -1, 0}, {1, 0, 0}, {0, 0, 1}},
+           {"box z", box, {}, {0, 0, 1}, {1, 0, 0}, {0, 1, 0}},
+           {"box, binormal of any length", box, {}, {0, 0.6f, 0.8f}, {1, 0, 0}, {0, 0.8f, -0.6f}},
+           {"no normal", plane, {}, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}}}) {
+    auto const frame = GetFrame(row.projector, row.point, row.normal);
+    EXPECT_LT((frame[0] - row.tangent).Length(), 1e-6f) << row.name;
+    EXPECT_LT((frame[1] - row.binormal).Length(), 1e-6f) << row.name;
+  }
+}
+
+/// By `kind`: of ordinary size, a small integer, one of those that are treated apart, any bits.
+float MakeFloat(std::mt19937_64& random, std::size_t kind) {
+  constexpr float kInfinity = std::numeric_limits<float>::infinity();
+  constexpr float kApart[] = {0.0f,       -0.0f,         1.0f,   -1.0f,           kInfinity,
+                              -kInfinity, std::nanf(""), 1e-45f, 1.17549435e-38f, 3e38f};
+  auto const bits = static_cast<std::uint32_t>(random());
+  switch (kind) {
+    case 0:
+      return std::ldexp(static_cast<float>(static_cast<std::int32_t>(bits)), -31);
+    case 1:
+      return static_cast<float>(static_cast<int>(bits % 256) - 128);
+    case 2:
+      return kApart[bits % std::size(kApart)];
+    default:
+      return std::bit_cast<float>(bits);
+  }
+}
+
+bool AreSame(float a, float b) {
+  return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b) ||
+         (std::isnan(a) && std::isnan(b));
+}
+
+TEST(Projectors, GiveAMeshWhatTheyGiveEachVertex) {
+  constexpr std::size_t kCount = 500'037;
+  std::uint64_t const seed = std::random_device()();
+  SCOPED_TRACE(seed);
+  std::mt19937_64 random(seed);
+  std::vector<float> coords(3 * kCount);
+  std::vector<float> normals(3 * kCount);
+  // Long runs of a kind, so that there are blocks of vertices without exceptions.
+  for (std::size_t i = 0; i != coords.size(); ++i) {
+    std::size_t const run = i / 1000;
+    coords[i] = MakeFloat(random, run % 7 < 4 ? 0 : run % 7 - 3);
+    normals[i] = MakeFloat(random, run % 5 < 2 ? 0 : run % 5 - 1);
+  }
+  NVertices vertices{kCount, coords.data(), normals.data(), {}, {}};
+  NPlaneProjector const plane;
+  NCylinderProjector const cylinder;
+  NSphereProjector const sphere;
+  NTriplanarProjector const triplanar;
+  NBoxProjector const box;
+  std::vector<UVW> all(kCount);
+  for (bool const isMoved : {false, true}) {
+    if (isMoved) {
+      vertices.toProjector = {0.5f, 0.25f, 0, 0, -0.3f, 2, 0.1f, 0.125f, 0, 1, 1, 0, 5, 6, 7, 2};
+      vertices.normalToProjector = {1, 0.5f, 0, 0, 0, 3, 0.1f, 0, 1, 0, 1, 0, 0, 0, 0, 1};
+    }
+    for (NProjector const* const projector :
+         std::initializer_list<NProjector const*>{&plane, &cylinder, &sphere, &triplanar, &box}) {
+      projector->ProjectVertices(vertices, all.data());
+      for (std::size_t i = 0; i != kCount; ++i) {
+        Vec3 p(coords[3 * i], coords[3 * i + 1], coords[3 * i + 2]);
+        Vec3 n(normals[3 * i], normals[3 * i + 1], normals[3 * i + 2]);
+        vertices.toProjector.MultVecMatrix(p, p);
+        vertices.normalToProjector.MultDirMatrix(n, n);
+        n.Normalize();
+        auto const one = Project(*projector, p, n);
+        ASSERT_TRUE(AreSame(one[0], all[i].u) && AreSame(one[1], all[i].v) &&
+                    AreSame(one[2], all[i].w))
+            << "vertex " << i << " by " << typeid(*projector).name();
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace corvanta::mapping
