@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "corvanta/data/operators/animation/NInterpolator.h"
 #include "corvanta/data/operators/animation/NInterpolatorError.h"
 #include "corvanta/data/operators/animation/NKeyFrameAnimation.h"
 #include "corvanta/data/operators/animation/detail/NTimeIndex.h"
@@ -179,23 +178,6 @@ TEST(Curve, FindsTimesHoweverTheyCrowdOrOverflow) {
       ASSERT_EQ(index.UpperBound(time), static_cast<std::size_t>(upper)) << time;
     }
     EXPECT_EQ(index.UpperBound(kNaN), times.size());
-  }
-}
-
-TEST(Curve, AnInterpolatorRefusesAnEmptySpan) {
-  struct Doubling final : NInterpolator {
-    Doubling(double left, double right) : NInterpolator(left, right) {}
-    double InterpolateImpl(double parameter) const override { return 2.0 * parameter; }
-  };
-  boost::intrusive_ptr<NInterpolator> const doubling(new Doubling(1.0, 2.0));
-  EXPECT_EQ((*doubling)(1.5), 3.0);
-  EXPECT_EQ(doubling->GetLeftParam(), 1.0);
-  EXPECT_EQ(doubling->GetRightParam(), 2.0);
-  try {
-    new Doubling(1.0, 1.0);
-    FAIL();
-  } catch (core::error::NException const& error) {
-    EXPECT_STREQ(error.what(), "Interpolator Error");
   }
 }
 

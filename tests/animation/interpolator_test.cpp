@@ -115,14 +115,6 @@ TEST(Spline, ShapeIsOverTheIndexOfKeys) {
   EXPECT_EQ(line.Evaluate(1.0), 4.0);
 }
 
-TEST(Spline, KeepsItsTimes) {
-  auto const times = Times({0.0, 1.0, 2.0});
-  Spline const spline({0.0, 1.0, 4.0}, times);
-  double const before = spline.Evaluate(1.25);
-  times->assign(1, 9.0);
-  EXPECT_EQ(spline.Evaluate(1.25), before);
-}
-
 /// Rotations in extended precision, for the closed form.
 using Versor = std::array<long double, 4>;  // x y z w
 

@@ -10,7 +10,6 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphItemDomain.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/data/switches/NMaterialSwitch.h"
-#include "corvanta/data/switches/detail/NModelSet.h"
 
 namespace corvanta::data::switches {
 namespace {
@@ -108,24 +107,6 @@ TEST_F(MaterialSwitch, TheChangeStandsWhenAListenerThrows) {
   EXPECT_EQ(chooser->GetMaterialIndex(*a), 0u);
   EXPECT_THROW(chooser->RemoveMaterial(a), std::runtime_error);
   EXPECT_THAT(chooser->GetMaterials(), IsEmpty());
-}
-
-TEST_F(MaterialSwitch, AModelSetHoldsModelsOnceAndCopiesThem) {
-  using SetPointer = boost::intrusive_ptr<detail::NModelSet>;
-  ModelPointer const first = MakeModel();
-  ModelPointer const second = MakeModel();
-  SetPointer const set(new detail::NModelSet);
-  set->SetName(L"set");
-  EXPECT_TRUE(set->AddNode(first));
-  EXPECT_FALSE(set->AddNode(first));
-  SetPointer const copy(new detail::NModelSet(*set));
-  EXPECT_TRUE(copy->AddNode(second));
-  EXPECT_EQ(copy->GetName(), L"set");
-  EXPECT_TRUE(copy->Exists(first));
-  EXPECT_FALSE(set->Exists(second));
-  EXPECT_FALSE(set->RemoveNode(second));
-  EXPECT_TRUE(set->RemoveNode(first));
-  EXPECT_THAT(set->GetNodes(), IsEmpty());
 }
 
 }  // namespace

@@ -87,19 +87,6 @@ TEST_F(ModelSwitch, KeepsAnOrderWithUniqueNames) {
   EXPECT_TRUE(chooser->AddModelSet(*a, 0));
 }
 
-TEST_F(ModelSwitch, OwnsItsSetsWhileTheyStandInIt) {
-  EXPECT_TRUE(chooser->AddModelSet(*MakeSet(L"unheld"), 0));
-  EXPECT_NE(FindModelSet(*chooser, L"unheld"), nullptr);
-  EXPECT_TRUE(chooser->RemoveModelSet(**chooser->GetModelSets().begin()));
-  auto* const asked = new NModelSet;  // with a count of 0
-  EXPECT_FALSE(chooser->RemoveModelSet(*asked));
-  EXPECT_EQ(chooser->GetModelSetIndex(*asked), kNone);
-  EXPECT_TRUE(chooser->AddModelSet(*asked, 0));
-  chooser->AddModelSet(*a, 0);
-  chooser.reset();
-  EXPECT_EQ(a->GetNamespace(), nullptr);
-}
-
 TEST_F(ModelSwitch, AListenerMayThrowOrEdit) {
   chooser->AddModelSet(*a, 0);
   chooser->AddModelSet(*b, 1);
