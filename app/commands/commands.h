@@ -16,8 +16,9 @@ enum NStatus : int {
 using NAddCommand = void(CLI::App& program, int& status);
 
 NAddCommand AddInfo;
+NAddCommand AddPick;
 NAddCommand AddWatch;
 
-inline constexpr NAddCommand* kCommands[] = {AddInfo, AddWatch};
+inline constexpr NAddCommand* kCommands[] = {AddInfo, AddWatch, AddPick};
 
 }  // namespace corvanta::app

@@ -8,6 +8,7 @@
 #include "corvanta/data/events/environment_map_change/NMultiplexer.h"
 #include "corvanta/data/events/geometry_change/NMultiplexer.h"
 #include "corvanta/data/events/material/NMultiplexer.h"
+#include "corvanta/data/events/scene/NMultiplexer.h"
 #include "corvanta/data/events/scene_graph_hierarchy/NMultiplexer.h"
 #include "corvanta/data/events/scene_graph_model/NMultiplexer.h"
 #include "corvanta/data/events/scene_graph_tree/NMultiplexer.h"
@@ -43,7 +44,11 @@ NDocument::NDocument()
           &m_manager, &m_events->GetAttributeChangeEventMultiplexer(),
           &m_events->GetTextureEventMultiplexer())),
       m_images(new domain::image::NImageDomain(&m_manager,
-                                               &m_events->GetAttributeChangeEventMultiplexer())) {
+                                               &m_events->GetAttributeChangeEventMultiplexer())),
+      m_scenes(new domain::scene::NSceneDomain(&m_manager,
+                                               &m_events->GetAttributeChangeEventMultiplexer(),
+                                               &m_events->GetSceneGraphTreeHostEventMultiplexer(),
+                                               &m_events->GetSceneEventMultiplexer())) {
   auto const& attributes = m_events->GetAttributeChangeEventMultiplexer();
   Register(m_items);
   Register(m_trees);
@@ -53,6 +58,7 @@ NDocument::NDocument()
   Register(m_textures);
   Register(m_images);
   Register(m_geometries);
+  Register(m_scenes);
   Register(boost::intrusive_ptr<domain::sound::NSoundDomain>(
       new domain::sound::NSoundDomain(&m_manager, &attributes)));
   Register(boost::intrusive_ptr<domain::movie::NMovieDomain>(

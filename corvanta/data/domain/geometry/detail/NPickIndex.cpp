@@ -1,5 +1,7 @@
 #include "corvanta/data/domain/geometry/detail/NPickIndex.h"
 
+#include <chrono>
+
 namespace corvanta::data::domain::geometry::detail {
 
 NTriangleIndex const* NPickIndex::Use(NSurface const& surface) {
@@ -10,7 +12,9 @@ NTriangleIndex const* NPickIndex::Use(NSurface const& surface) {
     m_testCount += count;
     return nullptr;
   }
+  auto const start = std::chrono::steady_clock::now();
   m_index = std::make_unique<NTriangleIndex const>(surface);
+  m_buildSeconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   return m_index.get();
 }
 

@@ -18,6 +18,9 @@ class CORVANTA_API NPickIndex {
   /// The index of `surface`, of which a pick is about to test all triangles.
   /// Fails: null while it doesn't pay.
   NTriangleIndex const* Use(NSurface const& surface);
+  /// What building the present index took; 0 without one.
+  /// Units: seconds.
+  double GetBuildSeconds() const noexcept { return m_index ? m_buildSeconds : 0; }
   /// Forgets the index and the tests counted; for a change of the node's surfaces.
   void Drop() noexcept {
     m_index.reset();
@@ -26,6 +29,7 @@ class CORVANTA_API NPickIndex {
 
  private:
   std::unique_ptr<NTriangleIndex const> m_index;
+  double m_buildSeconds = 0;
   std::size_t m_testCount = 0;  // triangles tested by picks since the last change
 };
 

@@ -1,0 +1,263 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <exception>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/commands/commands.h"
+#include "app/import/import.h"
+#include "app/output/record.h"
+#include "app/output/text.h"
+#include "app/scene/NDocument.h"
+#include "app/scene/NOverview.h"
+#include "app/scene/common_tree.h"
+#include "corvanta/core/text/convert.h"
+#include "corvanta/data/domain/geometry/NGeometryNode.h"
+#include "corvanta/data/domain/geometry/detail/NPickIndex.h"
+#include "corvanta/data/operators/ray_picker/NRayPicker.h"
+
+namespace corvanta::app {
+
+namespace {
+
+using core::text::ToNarrow;
+using data::operators::ray_picker::NRayPicker;
+using VX_Math::Vec3;
+
+constexpr char kFooter[] = R"(
+Through a camera that shows the whole scene, --at picks at the middle of a pixel,
+counted from the upper left; --ray goes from a point along a direction. Prints
+each hit, nearest first: the names of the references and of the item, the
+distance from the camera or the ray's origin, and the global point. With
+--from-plane the point where the ray meets the plane n . p = d comes last.
+--grid N shoots N x N rays over the view and prints what they cost.)";
+
+struct Options {
+  std::vector<std::string> files;
+  std::vector<double> at;
+  std::string size = "800x600";
+  std::vector<double> ray, area, plane;
+  unsigned grid = 0;
+  bool asJson = false;
+};
+
+/// "WxH" with two whole numbers above 0.
+std::optional<std::array<unsigned, 2>> ParseSize(std::string const& text) {
+  unsigned width = 0, height = 0;
+  char end = 0;
+  if (std::sscanf(text.c_str(), "%6ux%6u%c", &width, &height, &end) != 2) return std::nullopt;
+  if (width == 0 || height == 0) return std::nullopt;
+  return std::array<unsigned, 2>{width, height};
+}
+
+Vec3 ToVec3(std::vector<double> const& numbers, std::size_t from = 0) {
+  return {static_cast<float>(numbers[from]), static_cast<float>(numbers[from + 1]),
+          static_cast<float>(numbers[from + 2])};
+}
+
+class Pick {
+ public:
+  explicit Pick(Options const& options) : m_options(options), m_size(*ParseSize(options.size)) {}
+
+  int Run() {
+    std::vector<boost::intrusive_ptr<data::domain::scenegraph::tree::NSceneGraphTreeNode>> trees;
+    for (std::string const& file : m_options.files) {
+      try {
+        trees.push_back(ImportModel(m_document, file).tree);
+      } catch (std::exception const& error) {
+        PrintError(file, error.what());
+      }
+    }
+    if (!trees.empty()) {
+      NOverview const overview(m_document, CreateCommonTree(m_document, trees));
+      if (m_options.grid != 0) {
+        ShootGrid(overview);
+      } else {
+        ShootOne(overview);
+      }
+    }
+    return trees.size() == m_options.files.size() ? NS_DONE : NS_FILE;
+  }
+
+ private:
+  double GetAspect() const { return static_cast<double>(m_size[0]) / m_size[1]; }
+
+  void SetModes(NRayPicker& picker) const {
+    if (!m_options.area.empty()) {
+      VX_Math::Box3 area;
+      area.ExtendBy(ToVec3(m_options.area));
+      area.ExtendBy(ToVec3(m_options.area, 3));
+      picker.SetSpace(area);
+      picker.SetPickInArea(true);
+    }
+    if (!m_options.plane.empty()) {
+      picker.SetPlane(VX_Math::Plane(ToVec3(m_options.plane), m_options.plane[3]));
+      picker.SetPickFromPlane(true);
+    }
+  }
+
+  static bool Find(NOverview const& overview, NRayPicker& picker) {
+    overview.GetScene().Accept(picker);
+    picker.SortWithDistance();
+    picker.CheckDetail();
+    return picker.GetPickCount() != 0;
+  }
+
+  void ShootOne(NOverview const& overview) const {
+    NRayPicker picker;
+    Vec3 from;
+    if (m_options.ray.empty()) {
+      VX_Math::Vec2 const point(static_cast<float>((m_options.at[0] + 0.5) / m_size[0]),
+                                static_cast<float>(1 - (m_options.at[1] + 0.5) / m_size[1]));
+      from = overview.GetEye();
+      picker.SetRay(point, overview.GetViewProjection(GetAspect()));
+    } else {
+      from = ToVec3(m_options.ray);
+      picker.SetRay(VX_Math::Line(from, from + ToVec3(m_options.ray, 3)));
+    }
+    SetModes(picker);
+    bool const isHit = Find(overview, picker);
+    NRecord hits = NRecord::array();
+    for (unsigned long i = 0; i != picker.GetPickCount(); ++i) {
+      Vec3 const point = picker.GetAbsHitPoint(i);
+      hits.push_back({{"path", GetPathText(picker, i)},
+                      {"distance", (point - from).Length()},
+                      {"point", {point.x, point.y, point.z}}});
+    }
+    Print(hits, isHit && !m_options.plane.empty() ? &picker.GetPlaneHit() : nullptr);
+  }
+
+  void Print(NRecord const& hits, Vec3 const* planeHit) const {
+    NRecord record{{"hits", hits}};
+    if (planeHit != nullptr) record["plane"] = {planeHit->x, planeHit->y, planeHit->z};
+    if (m_options.asJson) {
+      std::cout << record.dump(2) << '\n';
+      return;
+    }
+    if (hits.empty()) std::cout << "no hit\n";
+    for (NRecord const& hit : hits) {
+      std::cout << hit["path"].get<std::string>() << "  distance "
+                << NumberText(hit["distance"].get<float>()) << "  at " << PointText(hit["point"])
+                << '\n';
+    }
+    if (planeHit != nullptr) std::cout << "plane  at " << PointText(record["plane"]) << '\n';
+  }
+
+  static std::string PointText(NRecord const& point) {
+    return NumberText(point[0].get<float>()) + ' ' + NumberText(point[1].get<float>()) + ' ' +
+           NumberText(point[2].get<float>());
+  }
+
+  /// The names of the references and of the item, with slashes between.
+  static std::string GetPathText(NRayPicker& picker, unsigned long index) {
+    auto const path = picker.GetItemPath(index);
+    std::string text;
+    for (auto const& point : path.GetCheckPoints()) {
+      if (auto const reference = point.Get()) text += ToNarrow(reference->GetName()) + '/';
+    }
+    return OneLine(text + ToNarrow(picker.GetModelNode(index)->GetName()));
+  }
+
+  void ShootGrid(NOverview const& overview) const {
+    auto const viewProjection = overview.GetViewProjection(GetAspect());
+    unsigned const side = m_options.grid;
+    std::size_t hitCount = 0, rayHits = 0;
+    auto const start = std::chrono::steady_clock::now();
+    for (unsigned y = 0; y != side; ++y) {
+      for (unsigned x = 0; x != side; ++x) {
+        NRayPicker picker;
+        picker.SetRay({(static_cast<float>(x) + 0.5f) / static_cast<float>(side),
+                       (static_cast<float>(y) + 0.5f) / static_cast<float>(side)},
+                      viewProjection);
+        SetModes(picker);
+        if (!Find(overview, picker)) continue;
+        ++rayHits;
+        hitCount += picker.GetPickCount();
+      }
+    }
+    std::chrono::duration<double> const time = std::chrono::steady_clock::now() - start;
+    double build = 0;
+    for (auto at = m_document.GetGeometries().GetTypedNodeBegin();
+         at != m_document.GetGeometries().GetTypedNodeEnd(); ++at) {
+      build += at->GetPickIndex().GetBuildSeconds();
+    }
+    double const rays = static_cast<double>(side) * side;
+    NRecord const record{{"rays", rays},
+                         {"raysThatHit", rayHits},
+                         {"hits", hitCount},
+                         {"raysPerSecond", std::round(rays / std::max(time.count() - build, 1e-9))},
+                         {"indexMilliseconds", build * 1e3}};
+    if (m_options.asJson) {
+      std::cout << record.dump(2) << '\n';
+    } else {
+      std::cout << NumberText(rays) << " rays, " << rayHits << " of them hit, " << hitCount
+                << " hits\n"
+                << NumberText(record["raysPerSecond"].get<double>()) << " rays a second, index in "
+                << NumberText(static_cast<float>(build * 1e3)) << " ms\n";
+    }
+  }
+
+  Options const& m_options;
+  std::array<unsigned, 2> const m_size;
+  NDocument m_document;
+};
+
+std::string CheckSize(std::string const& text) {
+  return ParseSize(text) ? "" : "needs WxH, two whole numbers above 0";
+}
+
+/// What the options can't be together or at all; empty if they can be.
+std::string FindFault(Options const& options) {
+  int const ways = !options.at.empty() + !options.ray.empty() + (options.grid != 0);
+  if (ways != 1) return "one of --at, --ray and --grid is needed";
+  for (auto const* const numbers : {&options.at, &options.ray, &options.area, &options.plane}) {
+    for (double const number : *numbers) {
+      if (!std::isfinite(number)) return "numbers must be finite";
+    }
+  }
+  if (!options.ray.empty() && ToVec3(options.ray, 3) == Vec3()) return "the ray has no direction";
+  if (!options.plane.empty() && ToVec3(options.plane) == Vec3()) return "the plane has no normal";
+  if (!options.area.empty() && !options.plane.empty()) {
+    return "--area and --from-plane exclude each other";
+  }
+  return {};
+}
+
+}  // namespace
+
+void AddPick(CLI::App& program, int& status) {
+  auto const options = std::make_shared<Options>();
+  CLI::App* const command =
+      program.add_subcommand("pick", "Shoot rays at the scene of model files.");
+  command->add_option("FILE", options->files, "Model files")->required();
+  command->add_option("--at", options->at, "Pixel X,Y")->delimiter(',')->expected(2);
+  command->add_option("--size", options->size, "Size of the view in pixels")
+      ->check(CLI::Validator(&CheckSize, "WxH"));
+  command->add_option("--ray", options->ray, "Ray OX,OY,OZ,DX,DY,DZ")->delimiter(',')->expected(6);
+  command->add_option("--area", options->area, "Only hits in the box X0,Y0,Z0,X1,Y1,Z1")
+      ->delimiter(',')
+      ->expected(6);
+  command->add_option("--from-plane", options->plane, "Only hits beyond the plane NX,NY,NZ,D")
+      ->delimiter(',')
+      ->expected(4);
+  command->add_option("--grid", options->grid, "Shoot N x N rays")->check(CLI::Range(1u, 20000u));
+  command->add_flag("--json", options->asJson, "Print one JSON object");
+  command->footer(kFooter);
+  command->callback([options, &status] {
+    if (std::string const fault = FindFault(*options); !fault.empty()) {
+      PrintError("options", fault);
+      status = NS_OPTIONS;
+      return;
+    }
+    status = Pick(*options).Run();
+  });
+}
+
+}  // namespace corvanta::app

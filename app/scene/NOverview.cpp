@@ -1,0 +1,52 @@
+#include "app/scene/NOverview.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "corvanta/data/domain/scenegraph/item/view.h"
+#include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
+
+namespace corvanta::app {
+
+namespace item = data::domain::scenegraph::item;
+using core::node::NNodeID;
+using VX_Math::Vec3;
+
+NOverview::NOverview(NDocument& document, Tree const& tree)
+    : m_tree(tree), m_scene(document.GetScenes().CreateNode(NNodeID())) {
+  m_scene->SetSceneGraph(tree);
+  VX_Math::Box3 const box = data::domain::scenegraph::tree::GetBoundingBox(*tree);
+  Vec3 const center = box.IsEmpty() ? Vec3() : box.GetCenter();
+  double const radius = std::max(1e-3, static_cast<double>(box.GetSize().Length()) / 2);
+  m_lens = document.GetCameras().CreateNode(NNodeID());
+  auto const camera = document.GetItems().CreateNode<item::NSceneGraphCameraNode>(NNodeID());
+  camera->SetCameraNode(m_lens);
+  // The ball around the box fills the narrower angle of the view.
+  double const half = m_lens->GetVerticalViewAngle() / 2 * 3.14159265358979324 / 180;
+  double const distance = radius / std::sin(half);
+  camera->SetTranslationX(center.x + distance * 0.4);
+  camera->SetTranslationY(center.y + distance * 0.3);
+  camera->SetTranslationZ(center.z + distance * std::sqrt(1 - 0.4 * 0.4 - 0.3 * 0.3));
+  camera->SetInterestX(center.x);
+  camera->SetInterestY(center.y);
+  camera->SetInterestZ(center.z);
+  tree->GetRoot()->AddChild(*camera);
+  m_camera = {*camera, *tree};
+}
+
+Vec3 NOverview::GetEye() const {
+  Vec3 eye;
+  m_camera.GetGlobalTransform().MultVecMatrix(Vec3(), eye);
+  return eye;
+}
+
+VX_Math::Matrix NOverview::GetViewProjection(double aspect) const {
+  auto const [near, far] = item::GetClipDistances(m_camera, *m_tree);
+  // A view that is higher than wide takes its angle from the width, so that all is seen.
+  m_lens->SetUsesVerticalViewAngleFlag(aspect >= 1);
+  return item::GetViewMatrix(m_camera) * m_lens->GetProjectionMatrix(aspect, near, far,
+                                                                     item::GetFocalLength(m_camera),
+                                                                     -0.5, 0.5, 0.5, -0.5, 0, 0);
+}
+
+}  // namespace corvanta::app

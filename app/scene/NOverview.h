@@ -1,0 +1,35 @@
+#pragma once
+
+#include <boost/intrusive_ptr.hpp>
+
+#include "app/scene/NDocument.h"
+#include "corvanta/data/domain/camera/NCameraNode.h"
+#include "corvanta/data/domain/scene/NSceneNode.h"
+#include "corvanta/data/domain/scenegraph/NSceneGraphPath.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
+
+namespace corvanta::app {
+
+/// A scene that shows a tree, with a camera in it that sees the whole.
+class NOverview {
+ public:
+  using Tree = boost::intrusive_ptr<data::domain::scenegraph::tree::NSceneGraphTreeNode>;
+
+  /// Requires: `tree` has a root, below which the camera is put.
+  NOverview(NDocument& document, Tree const& tree);
+
+  data::domain::scene::NSceneNode const& GetScene() const { return *m_scene; }
+  /// Where the camera stands, global.
+  VX_Math::Vec3 GetEye() const;
+  /// Units: `aspect` is width by height.
+  VX_Math::Matrix GetViewProjection(double aspect) const;
+
+ private:
+  Tree m_tree;
+  boost::intrusive_ptr<data::domain::scene::NSceneNode> m_scene;
+  boost::intrusive_ptr<data::domain::camera::NCameraNode> m_lens;
+  data::domain::scenegraph::NSceneGraphPath<data::domain::scenegraph::item::NSceneGraphCameraNode>
+      m_camera;
+};
+
+}  // namespace corvanta::app
