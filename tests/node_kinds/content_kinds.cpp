@@ -75,7 +75,8 @@ NodeKind Movie() {
 // clang-format on
 
 INSTANTIATE_TEST_SUITE_P(Content, NodeKindTest,
-                         testing::Values(Light(), Camera(), Image(), Texture(), Sound(), Movie()), NameOfKind);
+                         testing::Values(Light(), Camera(), Image(), Texture(), Sound(), Movie()),
+                         NameOfKind);
 
 }  // namespace
 }  // namespace corvanta::node_kinds

@@ -53,7 +53,8 @@ class CORVANTA_API NNamespace
  private:
   friend class NNamedObject;
 
-  // Not noexcept: then the table keeps each hash, and a look-up doesn't visit every object it passes.
+  // Not noexcept: then the table keeps each hash, and a look-up doesn't visit every object it
+  // passes.
   struct Hash {
     using is_transparent = void;
     std::size_t operator()(std::wstring_view name) const {
