@@ -26,8 +26,10 @@ NViewManager::~NViewManager() = default;
 bool NViewManager::AddView(NView& view, unsigned int index) {
   auto& views = m_block->views;
   if (index > views.size()) return false;
-  boost::intrusive_ptr<NView> const added(&view);
-  views.insert(std::next(views.begin(), index), added);
+  std::list<boost::intrusive_ptr<NView>> entry(1);  // not counted before nothing can fail any more
+  entry.front().reset(&view);
+  views.splice(std::next(views.begin(), index), entry);
+  boost::intrusive_ptr<NView> const held(&view);
   NotifyObservers(
       [&](NViewManagerListener& listener) { listener.SignalAddView(*this, view, index); });
   return true;
