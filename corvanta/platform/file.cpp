@@ -17,36 +17,28 @@ namespace {
 std::optional<struct stat> GetStatus(std::wstring const& path) {
   std::optional<std::string> const narrow = ToNarrowPath(path);
   struct stat status;
-  if (!narrow || stat(narrow->c_str(), &status) != 0) {
-    return std::nullopt;
-  }
+  if (!narrow || stat(narrow->c_str(), &status) != 0) return std::nullopt;
   return status;
 }
 
 }  // namespace
 
 std::optional<std::string> ToNarrowPath(std::wstring const& path) {
-  if (path.find(L'\0') != std::wstring::npos) {
-    return std::nullopt;
-  }
+  if (path.find(L'\0') != std::wstring::npos) return std::nullopt;
   return core::text::ToNarrow(path);
 }
 
 NFile OpenFile(std::wstring const& path, char const* mode) {
   std::optional<struct stat> const status = GetStatus(path);
   std::optional<std::string> const narrow = ToNarrowPath(path);
-  if (!narrow || (status && !S_ISREG(status->st_mode))) {
-    return nullptr;
-  }
+  if (!narrow || (status && !S_ISREG(status->st_mode))) return nullptr;
   return NFile(std::fopen(narrow->c_str(), (std::string(mode) + "e").c_str()));
 }
 
 bool ReadFile(std::wstring const& path, std::vector<unsigned char>& bytes) {
   NFile const file = OpenFile(path, "rb");
   struct stat status;
-  if (!file || fstat(fileno(file.get()), &status) != 0) {
-    return false;
-  }
+  if (!file || fstat(fileno(file.get()), &status) != 0) return false;
   std::setvbuf(file.get(), nullptr, _IONBF, 0);
   // The size is a hint alone: some files report 0, and a file may be growing. Only a short read
   // ends it.
@@ -56,9 +48,7 @@ bool ReadFile(std::wstring const& path, std::vector<unsigned char>& bytes) {
     bytes.resize(length + step);
     std::size_t const count = std::fread(bytes.data() + length, 1, step, file.get());
     length += count;
-    if (count < step) {
-      break;
-    }
+    if (count < step) break;
     step = length;
   }
   bytes.resize(length);
@@ -78,14 +68,11 @@ std::wstring GetLibraryFolder() {
   Dl_info info{};
   std::string name = "/proc/self/exe";
   // A program is reported by the name it was called by, which may have been looked up along PATH.
-  if (dladdr(&here, &info) != 0 && info.dli_fname && std::strchr(info.dli_fname, '/')) {
+  if (dladdr(&here, &info) != 0 && info.dli_fname && std::strchr(info.dli_fname, '/'))
     name = info.dli_fname;
-  }
   std::unique_ptr<char, decltype(&std::free)> const real(realpath(name.c_str(), nullptr),
                                                          &std::free);
-  if (!real) {
-    return {};
-  }
+  if (!real) return {};
   std::string const path = real.get();
   return core::text::ToWide(path.substr(0, path.find_last_of('/') + 1));
 }

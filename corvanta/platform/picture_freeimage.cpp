@@ -38,16 +38,12 @@ class TiffSilence {
   TiffSilence() {
     Shared& shared = GetShared();
     std::scoped_lock const lock(shared.mutex);
-    if (shared.count++ == 0) {
-      Exchange(shared, nullptr, nullptr);
-    }
+    if (shared.count++ == 0) Exchange(shared, nullptr, nullptr);
   }
   ~TiffSilence() {
     Shared& shared = GetShared();
     std::scoped_lock const lock(shared.mutex);
-    if (--shared.count == 0) {
-      Exchange(shared, shared.error, shared.warning);
-    }
+    if (--shared.count == 0) Exchange(shared, shared.error, shared.warning);
   }
   TiffSilence(TiffSilence const&) = delete;
   TiffSilence& operator=(TiffSilence const&) = delete;
@@ -68,9 +64,7 @@ class TiffSilence {
       // Looked for from the decoder on: nothing says that this library sees what only that one
       // depends on.
       Dl_info info{};
-      if (dladdr(reinterpret_cast<void const*>(&FreeImage_GetVersion), &info) == 0) {
-        return;
-      }
+      if (dladdr(reinterpret_cast<void const*>(&FreeImage_GetVersion), &info) == 0) return;
       if (void* const decoder = dlopen(info.dli_fname, RTLD_LAZY | RTLD_NOLOAD)) {
         setError = reinterpret_cast<Setter>(dlsym(decoder, "TIFFSetErrorHandler"));
         setWarning = reinterpret_cast<Setter>(dlsym(decoder, "TIFFSetWarningHandler"));
@@ -118,9 +112,7 @@ class OpenPicture {
  public:
   explicit OpenPicture(std::wstring const& path)
       : m_path(path), m_file(OpenFile(path, "rb")), m_format(JudgeFormat()) {
-    if (m_format == FIF_EXR) {
-      m_io.read_proc = &ReadHandleWithZeros;
-    }
+    if (m_format == FIF_EXR) m_io.read_proc = &ReadHandleWithZeros;
   }
 
   bool IsReadable() const {
@@ -157,18 +149,15 @@ class OpenPicture {
   std::optional<NPictureSize> DecodeSize() {
     fipImage header;
     header = Decode(FIF_LOAD_NOPIXELS);
-    if (!header.isValid()) {
-      return std::nullopt;
-    }
+    if (!header.isValid()) return std::nullopt;
     return NPictureSize{header.getWidth(), header.getHeight()};
   }
 
   std::optional<NPictureSize> ReadSize() {
     long long const length = GetFileSize(m_path);
     if (length < 0 ||
-        (length > kMostBytesWithoutHeader && !FreeImage_FIFSupportsNoPixels(m_format))) {
+        (length > kMostBytesWithoutHeader && !FreeImage_FIFSupportsNoPixels(m_format)))
       return std::nullopt;
-    }
     std::vector<unsigned char> bytes(
         static_cast<std::size_t>(std::min(length, kMostBytesWithoutHeader)));
     std::rewind(m_file.get());
@@ -178,9 +167,7 @@ class OpenPicture {
   }
 
   FREE_IMAGE_FORMAT JudgeFormat() {
-    if (!m_file) {
-      return FIF_UNKNOWN;
-    }
+    if (!m_file) return FIF_UNKNOWN;
     FREE_IMAGE_FORMAT const format = FreeImage_GetFileTypeFromHandle(&m_io, m_file.get(), 0);
     return format != FIF_UNKNOWN ? format
                                  : static_cast<FREE_IMAGE_FORMAT>(GetFIFFromFilename(m_path));
@@ -202,9 +189,7 @@ std::optional<NPictureSize> GetSizeWithinLimits(OpenPicture& picture) {
 
 bool Load(fipImage& image, std::wstring const& path) {
   OpenPicture picture(path);
-  if (!GetSizeWithinLimits(picture)) {
-    return false;
-  }
+  if (!GetSizeWithinLimits(picture)) return false;
   image = picture.Decode(0);
   return image.isValid();
 }
@@ -229,9 +214,7 @@ NPictureFormat GetFIFFromFilename(std::wstring const& path) {
 
 std::unique_ptr<NPicture const> LoadPicture(std::wstring const& path) {
   auto picture = std::make_unique<DecodedPicture>();
-  if (!Load(picture->GetImage(), path)) {
-    return nullptr;
-  }
+  if (!Load(picture->GetImage(), path)) return nullptr;
   return picture;
 }
 

@@ -18,17 +18,14 @@ bool Has(Bytes const& bytes, std::uint64_t at, std::size_t count) {
 // Reads past the end as zeros; the callers ask Has where that matters.
 std::uint32_t ReadBig(Bytes const& bytes, std::uint64_t at, int count) {
   std::uint32_t value = 0;
-  for (int i = 0; i < count; ++i) {
-    value = value << 8 | (Has(bytes, at + i, 1) ? bytes[at + i] : 0U);
-  }
+  for (int i = 0; i < count; ++i) value = value << 8 | (Has(bytes, at + i, 1) ? bytes[at + i] : 0U);
   return value;
 }
 
 std::uint32_t ReadLittle(Bytes const& bytes, std::uint64_t at, int count) {
   std::uint32_t value = 0;
-  for (int i = count - 1; i >= 0; --i) {
+  for (int i = count - 1; i >= 0; --i)
     value = value << 8 | (Has(bytes, at + i, 1) ? bytes[at + i] : 0U);
-  }
   return value;
 }
 
@@ -37,34 +34,24 @@ Size PeekGif(Bytes const& bytes) {
   auto const tableBytes = [](unsigned flags) {
     return flags & kTablePresent ? 3U << ((flags & 7) + 1) : 0U;
   };
-  if (!Has(bytes, 0, 13)) {
-    return std::nullopt;
-  }
+  if (!Has(bytes, 0, 13)) return std::nullopt;
   std::size_t at = 13 + tableBytes(bytes[10]);
   while (Has(bytes, at, 2) && bytes[at] == '!') {
     at += 2;  // an extension: its label, then blocks up to an empty one
-    while (Has(bytes, at, 1) && bytes[at] != 0) {
-      at += bytes[at] + 1U;
-    }
+    while (Has(bytes, at, 1) && bytes[at] != 0) at += bytes[at] + 1U;
     ++at;
   }
-  if (!Has(bytes, at, 10) || bytes[at] != ',') {
-    return std::nullopt;
-  }
+  if (!Has(bytes, at, 10) || bytes[at] != ',') return std::nullopt;
   return NPictureSize{ReadLittle(bytes, at + 5, 2), ReadLittle(bytes, at + 7, 2)};
 }
 
 Size PeekWbmp(Bytes const& bytes) {
-  if (!Has(bytes, 0, 4) || bytes[0] != 0 || (bytes[1] & 0x80) != 0) {
-    return std::nullopt;
-  }
+  if (!Has(bytes, 0, 4) || bytes[0] != 0 || (bytes[1] & 0x80) != 0) return std::nullopt;
   std::size_t at = 2;
   std::uint32_t sides[2] = {0, 0};
   for (std::uint32_t& side : sides) {
     for (bool more = true; more; ++at) {
-      if (!Has(bytes, at, 1) || side >= 1U << 24) {
-        return std::nullopt;
-      }
+      if (!Has(bytes, at, 1) || side >= 1U << 24) return std::nullopt;
       side = side << 7 | (bytes[at] & 0x7fU);
       more = (bytes[at] & 0x80) != 0;
     }
@@ -74,9 +61,7 @@ Size PeekWbmp(Bytes const& bytes) {
 
 Size PeekCodestream(Bytes const& bytes, std::uint64_t at) {
   constexpr std::uint32_t kStartAndSize = 0xff4fff51;
-  if (!Has(bytes, at, 16) || ReadBig(bytes, at, 4) != kStartAndSize) {
-    return std::nullopt;
-  }
+  if (!Has(bytes, at, 16) || ReadBig(bytes, at, 4) != kStartAndSize) return std::nullopt;
   return NPictureSize{ReadBig(bytes, at + 8, 4), ReadBig(bytes, at + 12, 4)};
 }
 
@@ -86,15 +71,9 @@ Size PeekJp2(Bytes const& bytes) {
   while (Has(bytes, at, 8)) {
     std::uint64_t length = ReadBig(bytes, at, 4);
     std::uint64_t const header = length == 1 ? 16 : 8;
-    if (ReadBig(bytes, at + 4, 4) == kCodestream) {
-      return PeekCodestream(bytes, at + header);
-    }
-    if (length == 1) {
-      length = ReadBig(bytes, at + 8, 4) == 0 ? ReadBig(bytes, at + 12, 4) : 0;
-    }
-    if (length < header) {
-      break;
-    }
+    if (ReadBig(bytes, at + 4, 4) == kCodestream) return PeekCodestream(bytes, at + header);
+    if (length == 1) length = ReadBig(bytes, at + 8, 4) == 0 ? ReadBig(bytes, at + 12, 4) : 0;
+    if (length < header) break;
     at += length;
   }
   return std::nullopt;
@@ -103,9 +82,7 @@ Size PeekJp2(Bytes const& bytes) {
 // The texts of an attribute end with a zero; an empty one is a header's end.
 std::string ReadText(Bytes const& bytes, std::uint64_t& at) {
   std::string text;
-  while (Has(bytes, at, 1) && bytes[at] != 0) {
-    text += static_cast<char>(bytes[at++]);
-  }
+  while (Has(bytes, at, 1) && bytes[at] != 0) text += static_cast<char>(bytes[at++]);
   ++at;
   return text;
 }
@@ -125,9 +102,7 @@ bool ReadExrHeader(Bytes const& bytes, std::uint64_t& at, ExrHeader& header) {
     std::string const type = ReadText(bytes, at);
     std::uint32_t const length = ReadLittle(bytes, at, 4);
     at += 4;
-    if (!Has(bytes, at, length)) {
-      return false;
-    }
+    if (!Has(bytes, at, length)) return false;
     if (type == "box2i" && name == "dataWindow" && length == 16) {
       auto const side = [&](int low) {
         std::int64_t const from = static_cast<std::int32_t>(ReadLittle(bytes, at + low, 4));
@@ -155,15 +130,12 @@ Size PeekExr(Bytes const& bytes, std::uint64_t fileLength) {
   std::uint64_t at = 8;
   if (!Has(bytes, 0, 8) || ReadLittle(bytes, 0, 4) != kMagic ||
       (ReadLittle(bytes, 4, 4) & kSeveralParts) != 0 || !ReadExrHeader(bytes, at, header) ||
-      header.width == 0 || header.height == 0 || header.tileWidth == 0 || header.tileHeight == 0) {
+      header.width == 0 || header.height == 0 || header.tileWidth == 0 || header.tileHeight == 0)
     return std::nullopt;
-  }
   std::uint64_t const tiles =
       ((header.width - 1) / header.tileWidth + 1) * ((header.height - 1) / header.tileHeight + 1);
   constexpr std::uint64_t kTileEntry = 8;
-  if (header.isTiled && tiles > fileLength / kTileEntry) {
-    return std::nullopt;
-  }
+  if (header.isTiled && tiles > fileLength / kTileEntry) return std::nullopt;
   return NPictureSize{
       static_cast<unsigned int>(std::min<std::uint64_t>(header.width, UINT32_MAX)),
       static_cast<unsigned int>(std::min<std::uint64_t>(header.height, UINT32_MAX))};

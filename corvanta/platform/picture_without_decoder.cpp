@@ -60,16 +60,12 @@ constexpr Row kRows[] = {
 
 NPictureFormat GetFIFFromFilename(std::wstring const& path) {
   std::string wanted = core::text::ToNarrow(core::uri::NPath(path).GetExtension());
-  for (char& c : wanted) {
-    c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  }
+  for (char& c : wanted) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
   if (wanted.size() > 1) {
     wanted += '.';
-    for (Row const& row : kRows) {
-      if (row.extensions.find(wanted) != std::string_view::npos) {
+    for (Row const& row : kRows)
+      if (row.extensions.find(wanted) != std::string_view::npos)
         return static_cast<NPictureFormat>(row.format);
-      }
-    }
   }
   return PF_UNKNOWN;
 }

@@ -19,9 +19,7 @@ namespace {
 bool MakeOwnFolder(std::string const& path) {
   mkdir(path.c_str(), S_IRWXU);
   int const folder = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-  if (folder < 0) {
-    return false;
-  }
+  if (folder < 0) return false;
   struct stat status;
   bool const own = fstat(folder, &status) == 0 && status.st_uid == geteuid() &&
                    ((status.st_mode & ACCESSPERMS) == S_IRWXU || fchmod(folder, S_IRWXU) == 0);
@@ -41,9 +39,7 @@ std::string GetNarrowFolder() {
 // before the extension are to be XXXXXX.
 NFile MakeFile(std::string& path, std::size_t extensionLength) {
   int const descriptor = mkostemps(path.data(), static_cast<int>(extensionLength), O_CLOEXEC);
-  if (descriptor < 0) {
-    return nullptr;
-  }
+  if (descriptor < 0) return nullptr;
   NFile file(fdopen(descriptor, "wb"));
   if (!file) {
     close(descriptor);
@@ -59,15 +55,11 @@ std::wstring GetTemporaryFolder() { return core::text::ToWide(GetNarrowFolder())
 std::wstring WriteTemporaryFile(std::wstring const& name, void const* bytes, std::size_t length) {
   std::string const folder = GetNarrowFolder();
   std::optional<std::string> const narrow = ToNarrowPath(name);
-  if (folder.empty() || !narrow) {
-    return {};
-  }
+  if (folder.empty() || !narrow) return {};
   std::string const path = folder + '/' + *narrow;
   std::string aside = path + ".XXXXXX";
   NFile file = MakeFile(aside, 0);
-  if (!file) {
-    return {};
-  }
+  if (!file) return {};
   bool written = std::fwrite(bytes, 1, length, file.get()) == length;
   written = std::fclose(file.release()) == 0 && written;
   if (!written || rename(aside.c_str(), path.c_str()) != 0) {
@@ -80,20 +72,14 @@ std::wstring WriteTemporaryFile(std::wstring const& name, void const* bytes, std
 NTemporaryFile::NTemporaryFile(std::wstring const& extension) {
   std::string const folder = GetNarrowFolder();
   std::string const end = core::text::ToNarrow(extension);
-  if (folder.empty()) {
-    return;
-  }
+  if (folder.empty()) return;
   std::string path = folder + "/XXXXXX" + end;
   m_file = MakeFile(path, end.size());
-  if (m_file) {
-    m_path = core::text::ToWide(path);
-  }
+  if (m_file) m_path = core::text::ToWide(path);
 }
 
 NTemporaryFile::~NTemporaryFile() {
-  if (!m_path.empty()) {
-    unlink(core::text::ToNarrow(m_path).c_str());
-  }
+  if (!m_path.empty()) unlink(core::text::ToNarrow(m_path).c_str());
 }
 
 bool NTemporaryFile::Write(void const* bytes, std::size_t length) {

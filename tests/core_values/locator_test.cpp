@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <tuple>
+#include <utility>
 
 #include "corvanta/core/locator/NLocator.h"
 #include "corvanta/data/internal/built_in_images.h"
@@ -28,16 +30,13 @@ TEST(Path, ExtensionIsTheEndOfTheLastPart) {
 }
 
 TEST(Path, JoinsWithOneSlash) {
-  struct Row {
-    wchar_t const* left;
-    wchar_t const* right;
-    wchar_t const* joined;
-  };
-  for (Row const& row : {Row{L"a", L"b", L"a/b"}, Row{L"a/", L"b", L"a/b"},
-                         Row{L"a", L"/b", L"a/b"}, Row{L"a//", L"//b/", L"a/b/"},
-                         Row{L"", L"b", L"b"}, Row{L"a/", L"", L"a/"}, Row{L"", L"/b", L"/b"},
-                         Row{L"/", L"b", L"/b"}, Row{L"/", L"/", L"/"}, Row{L"", L"", L""}}) {
-    EXPECT_EQ((NPath(row.left) / row.right).ToString(), row.joined);
+  using Row = std::tuple<wchar_t const*, wchar_t const*, wchar_t const*>;
+  for (auto const& [left, right, joined] :
+       {Row{L"a", L"b", L"a/b"}, Row{L"a/", L"b", L"a/b"}, Row{L"a", L"/b", L"a/b"},
+        Row{L"a//", L"//b/", L"a/b/"}, Row{L"", L"b", L"b"}, Row{L"a/", L"", L"a/"},
+        Row{L"", L"/b", L"/b"}, Row{L"/", L"b", L"/b"}, Row{L"/", L"/", L"/"},
+        Row{L"", L"", L""}}) {
+    EXPECT_EQ(NPath(left) / right, NPath(joined)) << text::ToNarrow(joined);
   }
 }
 

@@ -114,17 +114,14 @@ TEST_F(Zip, TheFileHoldsTheEntryAsLongAsTheObject) {
 }
 
 TEST_F(Zip, OfTheEntrysNameOnlyAPlainExtensionIsKept) {
-  struct Row {
-    std::string name;
-    std::wstring extension;
-  };
-  for (Row const& row :
+  using Row = std::pair<std::string, std::wstring>;
+  for (auto const& [name, extension] :
        {Row{"a.jpg", L".jpg"}, Row{"a.b.TIFF", L".TIFF"}, Row{"a.12345678", L".12345678"},
         Row{"a.123456789", L""}, Row{"a", L""}, Row{"a.", L""}, Row{"a.b c", L""},
         Row{"a.\xc3\xa4", L""}, Row{"../../x.p~g", L""}, Row{"/etc/x.png", L".png"}}) {
-    NPath const archive = Archive({{row.name, "x"}});
-    NUnzipToTemporary const unzipped(archive, text::ToWide(row.name), L"");
-    EXPECT_EQ(unzipped.GetTemporaryFilePath().GetExtension(), row.extension) << row.name;
+    NPath const archive = Archive({{name, "x"}});
+    NUnzipToTemporary const unzipped(archive, text::ToWide(name), L"");
+    EXPECT_EQ(unzipped.GetTemporaryFilePath().GetExtension(), extension) << name;
     EXPECT_TRUE(unzipped.GetTemporaryFilePath().ToString().starts_with(
         platform::GetTemporaryFolder() + L"/"));
   }

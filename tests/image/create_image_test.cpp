@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <atomic>
+#include <chrono>
 #include <stdexcept>
 #include <thread>
 
@@ -155,54 +157,47 @@ TEST_F(CreateImageTest, ANestedCallThrowsAndNoThrowKeepsTheLock) {
   EXPECT_EQ(GetBytes(*Load(plain, NIF_RAW)), "bytes");
 }
 
-TEST_F(CreateImageTest, LoadsOfManyThreadsRunOneAtATime) {
+TEST_F(CreateImageTest, LoadsOfSeveralThreadsRunOneAtATime) {
   support::WriteZip(m_files.At("a.zip"), {{"b.jpg", pictures::Jpeg()}});
   NLocator const entry(NUri::CreateFileUri(m_files.At("a.zip")), L"b.jpg");
   std::atomic<int> inside{0};
-  SetPassProvider([&](NPath const&, core::zip::NPassType) -> std::wstring {
+  SetPassProvider([&inside](NPath const&, core::zip::NPassType) -> std::wstring {
     EXPECT_EQ(++inside, 1);
-    std::this_thread::yield();
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
     --inside;
     return {};
   });
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 4; ++i) {
-    threads.emplace_back([&] {
-      for (int j = 0; j < 10; ++j) ExpectJpeg(*CreateImage(entry, NIF_DECODED));
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
+  std::vector<std::jthread> threads;
+  for (int i = 0; i < 4; ++i)
+    threads.emplace_back([&entry] { ExpectJpeg(*CreateImage(entry, NIF_DECODED)); });
 }
 
 TEST_F(CreateImageTest, FormatsAreJudgedByTheName) {
-  struct Row {
-    std::string name;
-    NImageFormat format;
-  };
-  for (Row const& row : {Row{"a.jpg", NIF_DECODED},
-                         Row{"a.JPEG", NIF_DECODED},
-                         Row{"a.tif", NIF_DECODED},
-                         Row{"a.TIFF", NIF_DECODED},
-                         Row{"a.gif", NIF_DECODED},
-                         Row{"a.exr", NIF_DECODED},
-                         Row{"a.pgm", NIF_DECODED},
-                         Row{"a.psd", NIF_DECODED},
-                         Row{"a.nef", NIF_DECODED},
-                         Row{"a.png.jpg", NIF_DECODED},
-                         Row{"a.bmp", NIF_RAW},
-                         Row{"a.PNG", NIF_RAW},
-                         Row{"a.ppm", NIF_RAW},
-                         Row{"a.tga", NIF_RAW},
-                         Row{"a.targa", NIF_RAW},
-                         Row{"a.dds", NIF_RAW},
-                         Row{"a.hdr", NIF_RAW},
-                         Row{"a.jpg.xyz", NIF_RAW},
-                         Row{"a", NIF_RAW},
-                         Row{"a.", NIF_RAW},
-                         Row{"\xc3\xa4.jpg", NIF_DECODED},
-                         Row{"a.jpg\xc3\xa4", NIF_RAW}}) {
-    NLocator const locator(NUri::CreateFileUri(m_files.Write(row.name, "any content")));
-    EXPECT_EQ(LocatorToFormat(locator), row.format) << row.name;
+  using Row = std::pair<std::string, NImageFormat>;
+  for (auto const& [name, format] : {Row{"a.jpg", NIF_DECODED},
+                                     Row{"a.JPEG", NIF_DECODED},
+                                     Row{"a.tif", NIF_DECODED},
+                                     Row{"a.TIFF", NIF_DECODED},
+                                     Row{"a.gif", NIF_DECODED},
+                                     Row{"a.exr", NIF_DECODED},
+                                     Row{"a.pgm", NIF_DECODED},
+                                     Row{"a.psd", NIF_DECODED},
+                                     Row{"a.nef", NIF_DECODED},
+                                     Row{"a.png.jpg", NIF_DECODED},
+                                     Row{"a.bmp", NIF_RAW},
+                                     Row{"a.PNG", NIF_RAW},
+                                     Row{"a.ppm", NIF_RAW},
+                                     Row{"a.tga", NIF_RAW},
+                                     Row{"a.targa", NIF_RAW},
+                                     Row{"a.dds", NIF_RAW},
+                                     Row{"a.hdr", NIF_RAW},
+                                     Row{"a.jpg.xyz", NIF_RAW},
+                                     Row{"a", NIF_RAW},
+                                     Row{"a.", NIF_RAW},
+                                     Row{"\xc3\xa4.jpg", NIF_DECODED},
+                                     Row{"a.jpg\xc3\xa4", NIF_RAW}}) {
+    NLocator const locator(NUri::CreateFileUri(m_files.Write(name, "any content")));
+    EXPECT_EQ(LocatorToFormat(locator), format) << name;
   }
   EXPECT_EQ(LocatorToFormat(NLocator(NUri::CreateFileUri(m_files.At("missing.jpg")))), NIF_RAW);
   EXPECT_EQ(LocatorToFormat(NLocator()), NIF_RAW);

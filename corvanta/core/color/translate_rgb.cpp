@@ -15,17 +15,11 @@ void TranslateRGB(attribute::NAttributeHost& host, wchar_t const* r, wchar_t con
                                                              false);
   attribute::NAttribute* const attributes[] = {host.QueryAttribute(r), host.QueryAttribute(g),
                                                host.QueryAttribute(b)};
-  if (!attributes[0] || !attributes[1] || !attributes[2]) {
-    return;
-  }
+  if (!attributes[0] || !attributes[1] || !attributes[2]) return;
   double color[3];
-  for (int i = 0; i < 3; ++i) {
-    color[i] = attributes[i]->GetValue().GetDouble();
-  }
+  for (int i = 0; i < 3; ++i) color[i] = attributes[i]->GetValue().GetDouble();
   transform.Transform(color[0], color[1], color[2]);
-  for (int i = 0; i < 3; ++i) {
-    attributes[i]->SetValue(variant::NVariant(color[i]), true);
-  }
+  for (int i = 0; i < 3; ++i) attributes[i]->SetValue(variant::NVariant(color[i]), true);
 }
 
 }  // namespace corvanta::core::color::utility

@@ -15,9 +15,7 @@ long NConfiguration::GetLong(NConfigurationKey key) const {
 }
 
 bool NConfiguration::SetLong(NConfigurationKey key, long value) {
-  if (key != CK_VIEW_MODE) {
-    return false;
-  }
+  if (key != CK_VIEW_MODE) return false;
   viewMode = value;
   return true;
 }

@@ -35,9 +35,7 @@ char const* NException::what() const noexcept {
     NarrowCodes& codes = GetNarrowCodes();
     std::scoped_lock const lock(codes.mutex);
     auto found = codes.texts.find(code);
-    if (found == codes.texts.end()) {
-      found = codes.texts.emplace(code, text::ToNarrow(code)).first;
-    }
+    if (found == codes.texts.end()) found = codes.texts.emplace(code, text::ToNarrow(code)).first;
     return found->second.c_str();
   } catch (...) {  // out of memory
     return "corvanta::core::error::NException";

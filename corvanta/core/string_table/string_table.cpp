@@ -37,11 +37,8 @@ constexpr Row kDefaults[] = {
 };
 
 constexpr bool RowsStandInOrder() {
-  for (std::size_t i = 0; i < std::size(kDefaults); ++i) {
-    if (kDefaults[i].key != static_cast<int>(i)) {
-      return false;
-    }
-  }
+  for (std::size_t i = 0; i < std::size(kDefaults); ++i)
+    if (kDefaults[i].key != static_cast<int>(i)) return false;
   return std::size(kDefaults) == DATA_TEXTURE + 1;
 }
 static_assert(RowsStandInOrder());
@@ -55,9 +52,7 @@ struct Table {
   std::set<std::wstring> texts;  // every text ever set
 
   Table() {
-    for (Row const& row : kDefaults) {
-      current[row.key] = &*texts.insert(row.text).first;
-    }
+    for (Row const& row : kDefaults) current[row.key] = &*texts.insert(row.text).first;
   }
 };
 
@@ -76,9 +71,7 @@ std::wstring const& GetString(NStringKey key) {
 }
 
 bool SetString(NStringKey key, std::wstring const& text) {
-  if (!IsKey(key)) {
-    return false;
-  }
+  if (!IsKey(key)) return false;
   Table& table = GetTable();
   std::scoped_lock const lock(table.mutex);
   table.current[key] = &*table.texts.insert(text).first;

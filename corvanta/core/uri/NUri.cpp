@@ -30,12 +30,8 @@ NPath FindBesideLibrary() {
 }  // namespace
 
 NPath GetFile(NUri const& uri) {
-  if (uri.GetType() == UT_INTERNAL || uri.GetPath().IsEmpty()) {
-    return {};
-  }
-  if (uri.GetType() == UT_FILE) {
-    return uri.GetPath();
-  }
+  if (uri.GetType() == UT_INTERNAL || uri.GetPath().IsEmpty()) return {};
+  if (uri.GetType() == UT_FILE) return uri.GetPath();
   constexpr wchar_t kPrefix[] = L"/Resource/";
   std::wstring const& text = uri.GetPath().ToString();
   bool const hasPrefix = text.starts_with(kPrefix);
@@ -47,12 +43,8 @@ bool Exists(NPath const& path) { return platform::Exists(path.ToString()); }
 NPath GetResourceFolder() {
   ResourceFolder& folder = GetFolder();
   std::scoped_lock const lock(folder.mutex);
-  if (!folder.set.IsEmpty()) {
-    return folder.set;
-  }
-  if (folder.found.IsEmpty()) {
-    folder.found = FindBesideLibrary();
-  }
+  if (!folder.set.IsEmpty()) return folder.set;
+  if (folder.found.IsEmpty()) folder.found = FindBesideLibrary();
   return folder.found;
 }
 

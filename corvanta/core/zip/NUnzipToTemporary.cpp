@@ -41,31 +41,21 @@ std::wstring GetSafeExtension(uri::NPath const& entry) {
 
 Archive OpenArchive(uri::NPath const& path) {
   std::optional<std::string> const narrow = platform::ToNarrowPath(path.ToString());
-  if (!narrow || platform::GetFileSize(path.ToString()) < 0) {
-    throw NZipError();
-  }
+  if (!narrow || platform::GetFileSize(path.ToString()) < 0) throw NZipError();
   Archive archive(zip_open(narrow->c_str(), ZIP_RDONLY, nullptr));
-  if (!archive) {
-    throw NZipError();
-  }
+  if (!archive) throw NZipError();
   return archive;
 }
 
 // With traditional encryption one wrong pass in 256 is only found out by the unpacked bytes.
 [[noreturn]] void ThrowUnreadable(bool encrypted) {
-  if (encrypted) {
-    throw NZipPassError();
-  }
+  if (encrypted) throw NZipPassError();
   throw NZipError();
 }
 
 Entry OpenEntry(zip_t& archive, zip_uint64_t index, bool encrypted, std::wstring const& pass) {
-  if (!encrypted) {
-    return Entry(zip_fopen_index(&archive, index, 0));
-  }
-  if (pass.empty()) {
-    throw NZipPassError();
-  }
+  if (!encrypted) return Entry(zip_fopen_index(&archive, index, 0));
+  if (pass.empty()) throw NZipPassError();
   return Entry(zip_fopen_index_encrypted(&archive, index, 0, text::ToNarrow(pass).c_str()));
 }
 
@@ -78,38 +68,26 @@ void Unpack(uri::NPath const& archivePath, uri::NPath const& entryPath, std::wst
   constexpr zip_uint64_t kNeeded =
       ZIP_STAT_INDEX | ZIP_STAT_SIZE | ZIP_STAT_COMP_SIZE | ZIP_STAT_ENCRYPTION_METHOD;
   if (!name || zip_stat(archive.get(), name->c_str(), 0, &status) != 0 ||
-      (status.valid & kNeeded) != kNeeded) {
+      (status.valid & kNeeded) != kNeeded)
     throw NZipError();
-  }
   // The sizes are what the archive claims, so the bytes are counted as they come.
   zip_uint64_t const most =
       std::clamp(kMostRatio * std::min(status.comp_size, kMostBytes), kFreeBytes, kMostBytes);
-  if (status.size > most) {
-    throw NZipError();
-  }
+  if (status.size > most) throw NZipError();
   bool const encrypted = status.encryption_method != ZIP_EM_NONE;
   Entry const entry = OpenEntry(*archive, status.index, encrypted, pass);
-  if (!entry) {
-    ThrowUnreadable(encrypted);
-  }
+  if (!entry) ThrowUnreadable(encrypted);
   std::vector<unsigned char> buffer(256 * 1024);
   zip_uint64_t length = 0;
   for (;;) {
     zip_int64_t const count = zip_fread(entry.get(), buffer.data(), buffer.size());
-    if (count < 0) {
-      ThrowUnreadable(encrypted);
-    }
-    if (count == 0) {
-      break;
-    }
+    if (count < 0) ThrowUnreadable(encrypted);
+    if (count == 0) break;
     length += static_cast<zip_uint64_t>(count);
-    if (length > most || !file.Write(buffer.data(), static_cast<std::size_t>(count))) {
+    if (length > most || !file.Write(buffer.data(), static_cast<std::size_t>(count)))
       throw NZipError();
-    }
   }
-  if (!file.Close()) {
-    throw NZipError();
-  }
+  if (!file.Close()) throw NZipError();
 }
 
 }  // namespace

@@ -21,9 +21,7 @@ Holder& GetHolder() {
 
 void SetPassProvider(NPassProvider provider) {
   std::shared_ptr<NPassProvider const> next;
-  if (provider) {
-    next = std::make_shared<NPassProvider const>(std::move(provider));
-  }
+  if (provider) next = std::make_shared<NPassProvider const>(std::move(provider));
   Holder& holder = GetHolder();
   // The old provider goes after the lock: its end is the program's code.
   std::scoped_lock const lock(holder.mutex);

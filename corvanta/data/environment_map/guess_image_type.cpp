@@ -23,28 +23,20 @@ std::optional<Layout> ReadDdsHeader(std::FILE& file) {
   constexpr std::uint32_t kHasCapabilities = 1;
   constexpr std::uint32_t kIsCubeMap = 0x200;
   std::array<unsigned char, kLength> bytes;
-  if (std::fread(bytes.data(), 1, kLength, &file) != kLength) {
-    return std::nullopt;
-  }
+  if (std::fread(bytes.data(), 1, kLength, &file) != kLength) return std::nullopt;
   auto const word = [&bytes](std::size_t at) {
     return bytes[at] | std::uint32_t{bytes[at + 1]} << 8 | std::uint32_t{bytes[at + 2]} << 16 |
            std::uint32_t{bytes[at + 3]} << 24;
   };
-  if (word(0) != kLength || (word(4) & kHasCapabilities) == 0) {
-    return std::nullopt;
-  }
+  if (word(0) != kLength || (word(4) & kHasCapabilities) == 0) return std::nullopt;
   return Layout{word(12), word(8), (word(108) & kIsCubeMap) != 0};
 }
 
 std::optional<Layout> ReadLayout(std::wstring const& path) {
   platform::NFile const file = platform::OpenFile(path, "rb");
   char magic[4];
-  if (!file || std::fread(magic, 1, sizeof magic, file.get()) != sizeof magic) {
-    return std::nullopt;
-  }
-  if (std::memcmp(magic, "DDS ", sizeof magic) == 0) {
-    return ReadDdsHeader(*file);
-  }
+  if (!file || std::fread(magic, 1, sizeof magic, file.get()) != sizeof magic) return std::nullopt;
+  if (std::memcmp(magic, "DDS ", sizeof magic) == 0) return ReadDdsHeader(*file);
   Layout layout;
   return platform::GetPictureSize(path, layout.width, layout.height) ? std::optional(layout)
                                                                      : std::nullopt;
@@ -54,12 +46,8 @@ std::optional<Layout> ReadLayout(std::wstring const& path) {
 
 NEnvironmentMapImageType GuessEnvironmentMapImageType(wchar_t const* path) {
   std::optional<Layout> const layout = path ? ReadLayout(path) : std::nullopt;
-  if (!layout) {
-    return NEMIT_RECTANGULAR;
-  }
-  if (layout->isCube) {
-    return NEMIT_CUBE;
-  }
+  if (!layout) return NEMIT_RECTANGULAR;
+  if (layout->isCube) return NEMIT_CUBE;
   double const width = layout->width;
   double const height = layout->height;
   return height < 1.1 * width && 1.1 * height > width ? NEMIT_SQUARE : NEMIT_RECTANGULAR;

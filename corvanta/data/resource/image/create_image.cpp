@@ -26,9 +26,7 @@ boost::mutex& GetCreationMutex() {
 class NestingGuard {
  public:
   NestingGuard() {
-    if (m_loading) {
-      throw NNestedCreationError();
-    }
+    if (m_loading) throw NNestedCreationError();
     m_loading = true;
   }
   ~NestingGuard() { m_loading = false; }
@@ -63,9 +61,7 @@ class SourceFile {
 
 boost::intrusive_ptr<NImage> LoadImage(core::uri::NPath const& path, NImageFormat format) {
   try {
-    if (format == NIF_DECODED) {
-      return boost::intrusive_ptr<NImage>(new detail::NFIImage(path));
-    }
+    if (format == NIF_DECODED) return boost::intrusive_ptr<NImage>(new detail::NFIImage(path));
     return boost::intrusive_ptr<NImage>(new detail::NUnknownImage(path));
   } catch (...) {
     core::uri::NPath const notFound = core::uri::GetFile(internal::GetNotFoundImage().GetUri());
@@ -84,9 +80,7 @@ boost::intrusive_ptr<NImage> CreateImage(core::locator::NLocator const& locator,
 }
 
 NImageFormat LocatorToFormat(core::locator::NLocator const& locator) {
-  if (!core::uri::Exists(core::uri::GetFile(locator.GetUri()))) {
-    return NIF_RAW;
-  }
+  if (!core::uri::Exists(core::uri::GetFile(locator.GetUri()))) return NIF_RAW;
   SourceFile const file(locator);
   switch (static_cast<int>(platform::GetFIFFromFilename(file.GetPath().ToString()))) {
     case platform::PF_UNKNOWN:
@@ -106,9 +100,7 @@ NImageFormat LocatorToFormat(core::locator::NLocator const& locator) {
 
 NImageFormat ExtensionToFormat(wchar_t const* extension) {
   std::wstring lower = extension;
-  for (wchar_t& c : lower) {
-    c = c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
-  }
+  for (wchar_t& c : lower) c = c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
   return lower == L".tif" || lower == L".tiff" ? NIF_DECODED : NIF_RAW;
 }
 

@@ -7,9 +7,7 @@ namespace corvanta::data::resource::image::detail {
 
 NFIImage::NFIImage(core::uri::NPath const& path)
     : m_picture(platform::LoadPicture(path.ToString())) {
-  if (!m_picture) {
-    throw NFIImageError();
-  }
+  if (!m_picture) throw NFIImageError();
 }
 
 NFIImage::~NFIImage() = default;

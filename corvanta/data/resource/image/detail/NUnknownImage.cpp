@@ -11,9 +11,8 @@ NUnknownImage::NUnknownImage(core::uri::NPath const& path) {
   constexpr long long kMost = std::numeric_limits<unsigned int>::max();
   if (platform::GetFileSize(path.ToString()) > kMost ||
       !platform::ReadFile(path.ToString(), m_bytes) ||
-      m_bytes.size() > static_cast<std::size_t>(kMost)) {
+      m_bytes.size() > static_cast<std::size_t>(kMost))
     throw core::error::NFileError();
-  }
 }
 
 NUnknownImage::~NUnknownImage() = default;
