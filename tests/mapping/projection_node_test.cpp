@@ -3,8 +3,6 @@
 
 #include <array>
 #include <functional>
-#include <limits>
-#include <string>
 
 #include "corvanta/data/domain/projection/NProjectionNodeError.h"
 #include "corvanta/data/domain/scenegraph/NSceneGraphPathError.h"
@@ -143,67 +141,38 @@ TEST(ProjectionNode, AReplacedTargetHandsOnItsFrame) {
   EXPECT_TRUE(node->Targets(first));
 }
 
-struct CoordCase {
-  char const* name;
-  std::function<void(NProjectionNode&)> set;
-  float scale;
-  std::array<float, 3> expected;  // of (0.25, 0.5, 0.75), into (10, 20, 30)
-};
-
-class ConvertedCoord : public testing::TestWithParam<CoordCase> {};
-
 void Flip(NProjectionNode& node, wchar_t const* name) {
   node.QueryAttribute(name)->SetValue(true, true);
 }
 
-TEST_P(ConvertedCoord, IsFlippedOrderedRepeatedAndShifted) {
+TEST(ProjectionNode, FlipsOrdersRepeatsAndShiftsCoordinates) {
   World world;
+  // Of (0.25, 0.5, 0.75), into outputs that hold (10, 20, 30).
+  auto const convert = [](NProjectionNode const& node, float scale) {
+    std::array<float, 3> out{10, 20, 30};
+    node.ConvertTextureCoord(0.25f, 0.5f, 0.75f, out[0], out[1], out[2], scale);
+    return out;
+  };
+  Projection const plain = world.MakeProjection(L"plane");
+  EXPECT_THAT(convert(*plain, 1), ElementsAre(0.25f, 0.5f, 0.75f));
+  plain->SetUVWOrder(SwapVW(NUVWO_UVW));
+  EXPECT_THAT(convert(*plain, 1), ElementsAre(0.25f, 0.5f, 0.75f)) << "an order that isn't known";
+  plain->SetOffsetW(1);
+  EXPECT_THAT(convert(*plain, 0), ElementsAre(10, 20, 31)) << "by a scale of 0";
+  plain->SetRepeatU(0);
+  plain->SetOffsetU(1);
+  EXPECT_THAT(convert(*plain, 1), ElementsAre(11, 0.5f, 1.75f)) << "what stood there is shifted";
+
   Projection const node = world.MakeProjection(L"plane");
-  GetParam().set(*node);
-  std::array<float, 3> out{10, 20, 30};
-  node->ConvertTextureCoord(0.25f, 0.5f, 0.75f, out[0], out[1], out[2], GetParam().scale);
-  EXPECT_EQ(out, GetParam().expected);
+  Flip(*node, AN_FLIP_U);
+  Flip(*node, AN_FLIP_W);
+  node->SetUVWOrder(NUVWO_VUW);
+  EXPECT_THAT(convert(*node, 1), ElementsAre(0.5f, 0.75f, 0.25f));
+  node->SetRepeatU(4);
+  node->SetOffsetV(0.5);
+  node->SetRepeatW(-1);
+  EXPECT_THAT(convert(*node, 2), ElementsAre(4, 2, -0.5f)) << "in the places after the exchange";
 }
-
-std::string NameOfCase(testing::TestParamInfo<CoordCase> const& info) {
-  std::string name = info.param.name;
-  for (char& c : name) c = c == ' ' ? '_' : c;
-  return name;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    All, ConvertedCoord,
-    testing::Values(CoordCase{"plain", [](auto&) {}, 1, {0.25f, 0.5f, 0.75f}},
-                    CoordCase{"flipped and exchanged",
-                              [](auto& n) {
-                                Flip(n, AN_FLIP_U);
-                                Flip(n, AN_FLIP_W);
-                                n.SetUVWOrder(NUVWO_VUW);
-                              },
-                              1,
-                              {0.5f, 0.75f, 0.25f}},
-                    CoordCase{"another order",
-                              [](auto& n) { n.SetUVWOrder(SwapVW(NUVWO_UVW)); },
-                              1,
-                              {0.25f, 0.5f, 0.75f}},
-                    CoordCase{"repeated in the place of the order",
-                              [](auto& n) {
-                                n.SetUVWOrder(NUVWO_VUW);
-                                n.SetRepeatU(4);
-                                n.SetOffsetV(0.5);
-                                n.SetRepeatW(-1);
-                              },
-                              2,
-                              {4, 1, -1.5f}},
-                    CoordCase{"repeat 0 shifts what was there",
-                              [](auto& n) {
-                                n.SetRepeatU(0);
-                                n.SetOffsetU(1);
-                              },
-                              1,
-                              {11, 0.5f, 0.75f}},
-                    CoordCase{"scale 0", [](auto& n) { n.SetOffsetW(1); }, 0, {10, 20, 31}}),
-    NameOfCase);
 
 TEST(ProjectionNode, ConvertsTangents) {
   World world;
