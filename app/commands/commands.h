@@ -16,9 +16,10 @@ enum NStatus : int {
 using NAddCommand = void(CLI::App& program, int& status);
 
 NAddCommand AddInfo;
+NAddCommand AddMap;
 NAddCommand AddPick;
 NAddCommand AddWatch;
 
-inline constexpr NAddCommand* kCommands[] = {AddInfo, AddWatch, AddPick};
+inline constexpr NAddCommand* kCommands[] = {AddInfo, AddWatch, AddPick, AddMap};
 
 }  // namespace corvanta::app

@@ -48,7 +48,9 @@ NDocument::NDocument()
       m_scenes(new domain::scene::NSceneDomain(&m_manager,
                                                &m_events->GetAttributeChangeEventMultiplexer(),
                                                &m_events->GetSceneGraphTreeHostEventMultiplexer(),
-                                               &m_events->GetSceneEventMultiplexer())) {
+                                               &m_events->GetSceneEventMultiplexer())),
+      m_projections(new domain::projection::NProjectionDomain(
+          &m_manager, &m_events->GetAttributeChangeEventMultiplexer())) {
   auto const& attributes = m_events->GetAttributeChangeEventMultiplexer();
   Register(m_items);
   Register(m_trees);
@@ -59,6 +61,7 @@ NDocument::NDocument()
   Register(m_images);
   Register(m_geometries);
   Register(m_scenes);
+  Register(m_projections);
   Register(boost::intrusive_ptr<domain::sound::NSoundDomain>(
       new domain::sound::NSoundDomain(&m_manager, &attributes)));
   Register(boost::intrusive_ptr<domain::movie::NMovieDomain>(

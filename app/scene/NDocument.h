@@ -13,6 +13,7 @@
 #include "corvanta/data/domain/light/NLightDomain.h"
 #include "corvanta/data/domain/material/NMaterialDomain.h"
 #include "corvanta/data/domain/movie/NMovieDomain.h"
+#include "corvanta/data/domain/projection/NProjectionDomain.h"
 #include "corvanta/data/domain/scene/NSceneDomain.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphItemDomain.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeDomain.h"
@@ -48,6 +49,7 @@ class NDocument {
   data::domain::texture::NTextureDomain& GetTextures() const { return *m_textures; }
   data::domain::image::NImageDomain& GetImages() const { return *m_images; }
   data::domain::scene::NSceneDomain& GetScenes() const { return *m_scenes; }
+  data::domain::projection::NProjectionDomain& GetProjections() const { return *m_projections; }
 
   /// The nodes of that name, one a domain at most, in the order of GetDomains.
   std::vector<boost::intrusive_ptr<core::node::NNode>> QueryNodes(std::wstring const& name) const;
@@ -71,6 +73,7 @@ class NDocument {
   boost::intrusive_ptr<data::domain::texture::NTextureDomain> const m_textures;
   boost::intrusive_ptr<data::domain::image::NImageDomain> const m_images;
   boost::intrusive_ptr<data::domain::scene::NSceneDomain> const m_scenes;
+  boost::intrusive_ptr<data::domain::projection::NProjectionDomain> const m_projections;
   Domains m_domains;
 };
 

@@ -1,0 +1,262 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <exception>
+#include <fstream>
+#include <iostream>
+#include <limits>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/commands/commands.h"
+#include "app/import/import.h"
+#include "app/output/NObjWriter.h"
+#include "app/output/record.h"
+#include "app/output/text.h"
+#include "app/scene/NDocument.h"
+#include "app/scene/walk.h"
+#include "corvanta/core/text/convert.h"
+#include "corvanta/data/domain/geometry/NGeometryNode.h"
+#include "corvanta/data/domain/material/texture_mapping/NProjectionMapping.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
+
+namespace corvanta::app {
+
+namespace {
+
+namespace projection = data::domain::projection;
+using core::text::ToNarrow;
+using data::domain::geometry::NSurface;
+using data::domain::material::texture_mapping::NProjectionMapping;
+using data::domain::scenegraph::item::NSceneGraphModelNode;
+using projection::NProjectionNode;
+using Numbers = std::vector<double>;
+
+constexpr char kFooter[] = R"(
+Lays one projection on every model. The projector is a unit box at the origin of
+the global space, which is scaled, turned about x, y and z, and moved. Prints the
+vertices of each model before and after the cut at the seam of a cylinder or a
+sphere, and the ranges of u and v. -o writes the mapped models as an OBJ file in
+global coordinates.)";
+
+struct Options {
+  std::string file, method, flip, output;
+  std::string translate = "0,0,0", rotate = "0,0,0", scale = "1", repeat = "1", offset = "0";
+  bool asJson = false;
+};
+
+/// Numbers with commas between, one for each axis; one alone counts for all.
+/// Fails: an empty list for anything else.
+Numbers ParseNumbers(std::string const& text) {
+  Numbers numbers;
+  char const* at = text.data();
+  char const* const end = at + text.size();
+  for (;;) {
+    auto const [next, fault] = std::from_chars(at, end, numbers.emplace_back());
+    if (fault != std::errc() || !std::isfinite(numbers.back())) return {};
+    if (next == end) break;
+    if (*next != ',') return {};
+    at = next + 1;
+  }
+  if (numbers.size() == 1) numbers.resize(3, numbers.front());
+  return numbers;
+}
+
+/// The least and the largest of the values that are finite.
+struct Range {
+  float least = std::numeric_limits<float>::infinity();
+  float largest = -std::numeric_limits<float>::infinity();
+
+  void Add(float value) {
+    if (!std::isfinite(value)) return;
+    least = std::min(least, value);
+    largest = std::max(largest, value);
+  }
+  NRecord Describe() const { return least <= largest ? NRecord{least, largest} : NRecord(nullptr); }
+};
+
+std::string RangeText(NRecord const& range) {
+  if (range.is_null()) return "none";
+  return NumberText(range[0].get<float>()) + " to " + NumberText(range[1].get<float>());
+}
+
+class Map {
+ public:
+  explicit Map(Options const& options) : m_options(options) {}
+
+  int Run() {
+    try {
+      m_tree = ImportModel(m_document, m_options.file).tree;
+    } catch (std::exception const& error) {
+      PrintError(m_options.file, error.what());
+      return NS_FILE;
+    }
+    AddModels(*CreateProjection());
+    std::ofstream file;
+    if (!m_options.output.empty()) {
+      file.open(m_options.output, std::ios::binary);
+      file << "# Texture coordinates by a projection: " << m_options.method << '\n';
+    }
+    NObjWriter writer(file);
+    NRecord models = NRecord::array();
+    for (auto const& path : m_paths)
+      models.push_back(MapModel(path, file.is_open() ? &writer : nullptr));
+    Print(models);
+    if (m_options.output.empty()) return NS_DONE;
+    file.close();
+    if (file) return NS_DONE;
+    PrintError(m_options.output, "can't be written");
+    return NS_FILE;
+  }
+
+ private:
+  using ModelPath = NProjectionMapping::ModelPath;
+
+  boost::intrusive_ptr<NProjectionNode> CreateProjection() const {
+    auto const node = m_document.GetProjections().CreateNode(core::node::NNodeID());
+    node->SetProjectionMethod(core::text::ToWide(m_options.method));
+    Numbers const translate = ParseNumbers(m_options.translate);
+    node->SetTranslationX(translate[0]);
+    node->SetTranslationY(translate[1]);
+    node->SetTranslationZ(translate[2]);
+    Numbers const rotate = ParseNumbers(m_options.rotate);
+    node->SetRotationX(rotate[0]);
+    node->SetRotationY(rotate[1]);
+    node->SetRotationZ(rotate[2]);
+    Numbers const scale = ParseNumbers(m_options.scale);
+    node->SetScaleX(scale[0]);
+    node->SetScaleY(scale[1]);
+    node->SetScaleZ(scale[2]);
+    Numbers const repeat = ParseNumbers(m_options.repeat);
+    node->SetRepeatU(repeat[0]);
+    node->SetRepeatV(repeat[1]);
+    Numbers const offset = ParseNumbers(m_options.offset);
+    node->SetOffsetU(offset[0]);
+    node->SetOffsetV(offset[1]);
+    auto const flips = [this](char axis) { return m_options.flip.find(axis) != std::string::npos; };
+    node->QueryAttribute(projection::AN_FLIP_U)->SetValue(flips('u'), true);
+    node->QueryAttribute(projection::AN_FLIP_V)->SetValue(flips('v'), true);
+    return node;
+  }
+
+  void AddModels(NProjectionNode& node) {
+    WalkTree(*m_tree, [&](NVisit const& visit) {
+      auto const* const model = dynamic_cast<NSceneGraphModelNode const*>(&visit.item);
+      if (model == nullptr) return;
+      ModelPath const path(*model, *m_tree);
+      node.AddModel(path);
+      m_mapping->AddProjectionData(path, node);
+      m_paths.push_back(path);
+    });
+  }
+
+  /// Fails: a mapping without coordinates for a surface without triangles.
+  NMappedCoords MapSurface(ModelPath const& path, NSurface const& surface) const {
+    auto const& coords = surface.GetCoords();
+    auto const& indices = surface.GetIndices();
+    NMappedCoords mapped;
+    if (coords.empty()) return mapped;
+    m_mapping->ComputeTextureCoords(path,
+                                    {static_cast<unsigned int>(coords.size()), &coords.front().x,
+                                     &surface.GetNormals().front().x},
+                                    {static_cast<unsigned int>(indices.size()), indices.data()},
+                                    mapped.coords, mapped.indices, mapped.vertexMap);
+    return mapped;
+  }
+
+  NRecord MapModel(ModelPath const& path, NObjWriter* writer) const {
+    auto const model = path.GetNode();
+    std::string const name = ToNarrow(model->GetName());
+    std::size_t before = 0;
+    std::size_t after = 0;
+    Range u;
+    Range v;
+    auto const geometry = model->GetGeometryNode();
+    if (geometry) {
+      for (auto const& surface : geometry->GetSurfaces()) {
+        NMappedCoords const mapped = MapSurface(path, *surface);
+        before += surface->GetCoords().size();
+        after += mapped.coords.size();
+        for (auto const& c : mapped.coords) {
+          u.Add(c.u);
+          v.Add(c.v);
+        }
+        if (writer != nullptr) writer->Add(name, *surface, mapped, path.GetGlobalTransform());
+      }
+    }
+    return {{"name", name},
+            {"vertices", before},
+            {"mappedVertices", after},
+            {"u", u.Describe()},
+            {"v", v.Describe()}};
+  }
+
+  void Print(NRecord const& models) const {
+    if (m_options.asJson) {
+      std::cout << NRecord{{"method", m_options.method}, {"models", models}}.dump(2) << '\n';
+      return;
+    }
+    if (models.empty()) std::cout << "no models\n";
+    for (NRecord const& model : models) {
+      std::cout << OneLine(model["name"].get<std::string>()) << "  vertices " << model["vertices"]
+                << ", after the seam cut " << model["mappedVertices"] << "  u "
+                << RangeText(model["u"]) << "  v " << RangeText(model["v"]) << '\n';
+    }
+  }
+
+  Options const& m_options;
+  NDocument m_document;
+  boost::intrusive_ptr<data::domain::scenegraph::tree::NSceneGraphTreeNode> m_tree;
+  boost::intrusive_ptr<NProjectionMapping> const m_mapping{new NProjectionMapping};
+  std::vector<ModelPath> m_paths;
+};
+
+std::string CheckSpace(std::string const& text) {
+  return ParseNumbers(text).size() == 3 ? "" : "needs X,Y,Z, three numbers";
+}
+
+std::string CheckScale(std::string const& text) {
+  Numbers const numbers = ParseNumbers(text);
+  bool const isFlat = std::count(numbers.begin(), numbers.end(), 0.0) != 0;
+  return numbers.size() == 3 && !isFlat ? "" : "needs X,Y,Z or one number, none of them 0";
+}
+
+std::string CheckCoords(std::string const& text) {
+  Numbers const numbers = ParseNumbers(text);
+  return numbers.size() == 2 || numbers.size() == 3 ? "" : "needs U,V or one number";
+}
+
+std::string CheckFlip(std::string const& text) {
+  return text.find_first_not_of("uv,") == std::string::npos ? "" : "needs u, v or uv";
+}
+
+}  // namespace
+
+void AddMap(CLI::App& program, int& status) {
+  auto const options = std::make_shared<Options>();
+  CLI::App* const command =
+      program.add_subcommand("map", "Lay a projection on the models of a file.");
+  command->add_option("FILE", options->file, "Model file")->required();
+  command->add_option("--method", options->method, "How the texture is thrown")
+      ->required()
+      ->check(CLI::IsMember({"plane", "cylinder", "sphere", "triplanar", "box"}));
+  CLI::Validator const space(&CheckSpace, "X,Y,Z");
+  CLI::Validator const coords(&CheckCoords, "U,V");
+  command->add_option("--translate", options->translate, "Place of the projector")->check(space);
+  command->add_option("--rotate", options->rotate, "Its angles in degrees")->check(space);
+  command->add_option("--scale", options->scale, "Its size")
+      ->check(CLI::Validator(&CheckScale, "X,Y,Z"));
+  command->add_option("--repeat", options->repeat, "Factors of u and v")->check(coords);
+  command->add_option("--offset", options->offset, "What is added to u and v")->check(coords);
+  command->add_option("--flip", options->flip, "Run u, v or uv the other way")
+      ->check(CLI::Validator(&CheckFlip, "u|v|uv"));
+  command->add_option("-o,--output", options->output, "Write the mapped models as an OBJ file");
+  command->add_flag("--json", options->asJson, "Print one JSON object");
+  command->footer(kFooter);
+  command->callback([options, &status] { status = Map(*options).Run(); });
+}
+
+}  // namespace corvanta::app

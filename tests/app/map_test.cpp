@@ -1,0 +1,116 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/app/program.h"
+
+namespace corvanta::app_tests {
+namespace {
+
+using support::TemporaryFiles;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// Two models: a triangle across the seam at negative z, half a unit out to either side; the same
+/// mirrored in x and a unit further up.
+class MapTest : public testing::Test {
+ protected:
+  MapTest() {
+    Mesh mesh = Triangle();
+    mesh.coords = {-0.5f, 0, -1, 0.5f, 0, -1, 0.5f, 1, -1};
+    m_files.Write("model.gltf", MakeGltf({mesh}, {{{"name", "top"}, {"children", {1, 2}}},
+                                                  {{"name", "first"}, {"mesh", 0}},
+                                                  {{"name", "second"},
+                                                   {"mesh", 0},
+                                                   {"translation", {0, 1, 0}},
+                                                   {"scale", {-1, 1, 1}}}}));
+  }
+
+  Result Map(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), {"map", "model.gltf"});
+    return RunProgram(m_files, std::move(arguments));
+  }
+  nlohmann::json MapFirst(std::vector<std::string> arguments) const {
+    arguments.push_back("--json");
+    return Named(Map(std::move(arguments)).Json()["models"], "first");
+  }
+
+  TemporaryFiles m_files;
+};
+
+TEST_F(MapTest, PrintsVerticesAndRangesOfEachModel) {
+  auto const models = Map({"--method", "cylinder", "--json"}).Json()["models"];
+  ASSERT_EQ(models.size(), 2u);
+  // Two low corners and one high; mirrored, one low and two high.
+  EXPECT_EQ(Named(models, "first")["vertices"], 3);
+  EXPECT_EQ(Named(models, "first")["mappedVertices"], 5);
+  EXPECT_EQ(Named(models, "second")["mappedVertices"], 4);
+  for (auto const& model : models) EXPECT_NEAR(model["u"][1].get<double>(), 1.0738, 1e-4);
+  EXPECT_EQ(Named(models, "second")["v"], nlohmann::json({0.5, 1.5}));
+  EXPECT_THAT(Map({"--method", "cylinder"}).Lines()[0],
+              HasSubstr("first  vertices 3, after the seam cut 5  u 0.07"));
+  EXPECT_EQ(MapFirst({"--method", "plane"})["mappedVertices"], 3);
+}
+
+TEST_F(MapTest, PlacesTheProjectorAndChangesTheCoordinates) {
+  auto const range = [this](std::vector<std::string> arguments, char const* axis) {
+    arguments.insert(arguments.begin(), {"--method", "plane"});
+    auto const model = MapFirst(arguments);
+    return std::vector<double>{model[axis][0].get<double>(), model[axis][1].get<double>()};
+  };
+  EXPECT_THAT(range({}, "u"), ElementsAre(-0.5, 0.5));
+  EXPECT_THAT(range({"--translate", "-1,0,0"}, "u"), ElementsAre(0.5, 1.5));
+  EXPECT_THAT(range({"--scale", "2,1,0.25"}, "u"), ElementsAre(-0.25, 0.25));
+  EXPECT_THAT(range({"--scale", "2,1,0.25"}, "v"), ElementsAre(-4, -4));
+  EXPECT_THAT(range({"--scale", "2"}, "v"), ElementsAre(-0.5, -0.5));
+  EXPECT_THAT(range({"--repeat", "4,2", "--offset", "0,0.5"}, "u"), ElementsAre(-2, 2));
+  EXPECT_THAT(range({"--repeat", "4,2", "--offset", "0,0.5"}, "v"), ElementsAre(-1.5, -1.5));
+  EXPECT_THAT(range({"--flip", "uv"}, "u"), ElementsAre(0.5, 1.5));
+  EXPECT_THAT(range({"--flip", "u"}, "v"), ElementsAre(-1, -1));
+  // Seen along z: v runs along y.
+  EXPECT_THAT(range({"--rotate", "90,0,0"}, "v"),
+              ElementsAre(testing::DoubleNear(-1, 1e-6), testing::DoubleNear(0, 1e-6)));
+}
+
+TEST_F(MapTest, WritesWhatItMapped) {
+  ASSERT_EQ(Map({"--method", "cylinder", "-o", "out.obj"}).status, 0);
+  std::string const obj = support::ReadBytes(m_files.At("out.obj"));
+  auto const count = [&](std::string const& start) {
+    std::size_t lines = 0;
+    for (auto at = obj.find(start); at != std::string::npos; at = obj.find(start, at + 1)) ++lines;
+    return lines;
+  };
+  EXPECT_EQ(count("\nv "), 9u);
+  EXPECT_EQ(count("\nvt "), 9u);
+  EXPECT_EQ(count("\nf "), 2u);
+  EXPECT_THAT(obj, HasSubstr("f 9/9/9 8/8/8 7/7/7")) << "a mirrored model is turned round";
+  // What a reader makes of it lies where the models lay.
+  auto const info = RunProgram(m_files, {"info", "out.obj", "--json"}).Json();
+  EXPECT_EQ(info["box"], RunProgram(m_files, {"info", "model.gltf", "--json"}).Json()["box"]);
+  auto const again = RunProgram(m_files, {"map", "out.obj", "--method", "plane", "--json"}).Json();
+  EXPECT_EQ(again["models"].size(), 2u);
+
+  Result const refused = Map({"--method", "plane", "-o", "no/such/folder.obj"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_TRUE(refused.HasOneError("no/such/folder.obj", "written"));
+}
+
+TEST_F(MapTest, RefusesInOneLine) {
+  for (std::vector<std::string> const& arguments :
+       std::vector<std::vector<std::string>>{{},
+                                             {"--method", "cone"},
+                                             {"--method", "plane", "--scale", "1,0,1"},
+                                             {"--method", "plane", "--scale", "1,2"},
+                                             {"--method", "plane", "--translate", "1,2,nan"},
+                                             {"--method", "plane", "--rotate", "1,2,3,4"},
+                                             {"--method", "plane", "--repeat", "1,"},
+                                             {"--method", "plane", "--offset", ""},
+                                             {"--method", "plane", "--flip", "x"}}) {
+    Result const result = Map(arguments);
+    EXPECT_EQ(result.status, 2) << testing::PrintToString(arguments);
+    EXPECT_TRUE(result.HasOneError("options", "")) << result.err;
+  }
+  EXPECT_EQ(RunProgram(m_files, {"map", "none.obj", "--method", "plane"}).status, 1);
+}
+
+}  // namespace
+}  // namespace corvanta::app_tests
