@@ -97,10 +97,7 @@ void NDomainBase::SetIsReadOnlyFlag(bool isReadOnly) {
 
 void NDomainBase::ReleaseNodes() noexcept {
   m_ids.clear();
-  for (NNode* node = m_first; node != nullptr; node = node->m_next) {
-    node->m_isInDomain = false;
-    node->m_isSealed = false;
-  }
+  for (NNode* node = m_first; node != nullptr; node = node->m_next) node->m_isInDomain = false;
   // One at a time: a node's destructor may ask for the domain and its manager.
   while (m_first != nullptr) Unlink(*m_first);
 }
