@@ -31,17 +31,18 @@ bool NDomainBase::AddNode(NNode& node, unsigned int position) { return Enter(nod
 bool NDomainBase::Enter(NNode& node, unsigned int position) {
   NDomainBase const* const domain = node.GetDomain();
   if (node.m_isInDomain || (domain != nullptr && domain != this)) return false;
-  if (!m_ids.insert(&node).second) return false;
+  if (m_ids.Find(node.m_id) != nullptr) return false;
+  m_ids.Insert(node);
   // The node isn't counted before it is in, so that a refusal doesn't destroy it.
   bool isNamed = false;
   try {
     isNamed = AddToNamespace(node);
   } catch (...) {
-    m_ids.erase(&node);
+    m_ids.Remove(node);
     throw;
   }
   if (!isNamed) {
-    m_ids.erase(&node);
+    m_ids.Remove(node);
     return false;
   }
   NNode* before = nullptr;
@@ -77,7 +78,7 @@ boost::intrusive_ptr<NNode> NDomainBase::Unlink(NNode& node) noexcept {
 
 bool NDomainBase::RemoveNode(NNode& node) {
   if (!node.m_isInDomain || node.GetDomain() != this || node.m_isSealed) return false;
-  m_ids.erase(&node);
+  m_ids.Remove(node);
   RemoveFromNamespace(node);
   node.m_isInDomain = false;
   node.m_domain.reset();
@@ -86,8 +87,7 @@ bool NDomainBase::RemoveNode(NNode& node) {
 }
 
 boost::intrusive_ptr<NNode> NDomainBase::QueryNode(node::NNodeID const& id) const {
-  auto const found = m_ids.find(id);
-  return found == m_ids.end() ? nullptr : *found;
+  return m_ids.Find(id);
 }
 
 void NDomainBase::SetIsReadOnlyFlag(bool isReadOnly) {
@@ -96,7 +96,7 @@ void NDomainBase::SetIsReadOnlyFlag(bool isReadOnly) {
 }
 
 void NDomainBase::ReleaseNodes() noexcept {
-  m_ids.clear();
+  m_ids.Clear();
   for (NNode* node = m_first; node != nullptr; node = node->m_next) node->m_isInDomain = false;
   // One at a time: a node's destructor may ask for the domain and its manager.
   while (m_first != nullptr) Unlink(*m_first);

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <iterator>
 #include <string>
-#include <unordered_set>
 
+#include "corvanta/core/detail/intrusive_table.h"
 #include "corvanta/core/domain/detail/link.h"
 #include "corvanta/core/domain/fwd.h"
 #include "corvanta/core/name/NNamedObject.h"
@@ -83,20 +83,12 @@ class CORVANTA_API NDomainBase : public name::NNamedObject {
   void ReleaseNodes() noexcept;
 
  private:
-  struct Hash {
-    using is_transparent = void;
-    std::size_t operator()(node::NNodeID const& id) const noexcept { return id.GetHash(); }
-    std::size_t operator()(node::NNode const* node) const noexcept {
-      return node->GetID().GetHash();
-    }
-  };
-  struct Equal {
-    using is_transparent = void;
-    static node::NNodeID const& Id(node::NNodeID const& id) noexcept { return id; }
-    static node::NNodeID const& Id(node::NNode const* node) noexcept { return node->GetID(); }
-    template <class A, class B>
-    bool operator()(A const& a, B const& b) const noexcept {
-      return Id(a) == Id(b);
+  struct Traits {
+    static node::NNode*& Next(node::NNode& node) noexcept { return node.m_nextById; }
+    static std::size_t Hash(node::NNode const& node) noexcept { return node.m_id.GetHash(); }
+    static std::size_t Hash(node::NNodeID const& id) noexcept { return id.GetHash(); }
+    static bool Matches(node::NNode const& node, node::NNodeID const& id) noexcept {
+      return node.m_id == id;
     }
   };
 
@@ -113,7 +105,7 @@ class CORVANTA_API NDomainBase : public name::NNamedObject {
   node::NNode* m_first = nullptr;
   node::NNode* m_last = nullptr;
   std::size_t m_nodeCount = 0;
-  std::unordered_set<node::NNode*, Hash, Equal> m_ids;
+  core::detail::NIntrusiveTable<node::NNode, Traits> m_ids;
   bool m_isReadOnly = false;
 };
 

@@ -35,7 +35,8 @@ class CORVANTA_API NNamedObject
   friend class NNamespace;
 
   std::wstring m_name;
-  NNamespace* m_namespace = nullptr;  // cleared by the namespace's end
+  NNamespace* m_namespace = nullptr;    // cleared by the namespace's end
+  NNamedObject* m_nextNamed = nullptr;  // the link of the namespace's table
 };
 
 }  // namespace corvanta::core::name

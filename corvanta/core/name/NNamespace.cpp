@@ -10,21 +10,19 @@ namespace corvanta::core::name {
 
 namespace {
 
-/// "light (2)" from "light" and 2, in one allocation.
-std::wstring AppendNumber(std::wstring const& name, unsigned long number) {
+/// Makes "light (2)" of "light" and 2.
+void AppendNumber(std::wstring& name, unsigned long number) {
   std::array<char, std::numeric_limits<unsigned long>::digits10 + 1> digits;
   char const* const begin = digits.data();
   char const* const end = std::to_chars(digits.begin(), digits.end(), number).ptr;
-  std::wstring numbered;
-  numbered.reserve(name.size() + static_cast<std::size_t>(end - begin) + 3);
-  numbered.append(name).append(L" (").append(begin, end).push_back(L')');
-  return numbered;
+  name.reserve(name.size() + static_cast<std::size_t>(end - begin) + 3);
+  name.append(L" (").append(begin, end).push_back(L')');
 }
 
 }  // namespace
 
 NNamespace::~NNamespace() {
-  for (NNamedObject* const object : m_objects) object->m_namespace = nullptr;
+  m_objects.ForEach([](NNamedObject& object) { object.m_namespace = nullptr; });
 }
 
 bool NNamespace::AreNamesUniqueImpl() const noexcept { return false; }
@@ -32,45 +30,59 @@ bool NNamespace::AreNamesUniqueImpl() const noexcept { return false; }
 bool NNamespace::AddNamedObject(NNamedObject& object) {
   if (object.m_namespace != nullptr) return false;
   if (AreNamesUniqueImpl() && QueryNamedObject(object.m_name) != nullptr) return false;
-  m_objects.insert(&object);
+  m_objects.Insert(object);
   object.m_namespace = this;
   return true;
 }
 
 bool NNamespace::AddUnderFreeName(NNamedObject& object) {
   if (object.m_namespace != nullptr) return false;
-  std::wstring before;
-  bool const isTaken = AreNamesUniqueImpl() && QueryNamedObject(object.m_name) != nullptr;
-  if (isTaken) before = std::exchange(object.m_name, MakeNumberedName(object.m_name));
-  try {
-    m_objects.insert(&object);
-  } catch (...) {
-    if (isTaken) object.m_name.swap(before);
-    throw;
+  if (!AreNamesUniqueImpl() || QueryNamedObject(object.m_name) == nullptr) {
+    m_objects.Insert(object);
+  } else {
+    // In the object's own text, which has room for a number: see node::NNode.
+    std::size_t const length = object.m_name.size();
+    unsigned long& number = LastNumberOf(object.m_name);
+    try {
+      do {
+        object.m_name.resize(length);
+        AppendNumber(object.m_name, number + 1);
+        ++number;
+      } while (QueryNamedObject(object.m_name) != nullptr);
+      m_objects.Insert(object);
+    } catch (...) {
+      object.m_name.resize(length);
+      throw;
+    }
   }
   object.m_namespace = this;
   return true;
 }
 
 bool NNamespace::RemoveNamedObject(NNamedObject& object) noexcept {
-  if (object.m_namespace != this || !Erase(object)) return false;
+  if (object.m_namespace != this) return false;
+  m_objects.Remove(object);
   object.m_namespace = nullptr;
   return true;
 }
 
 NNamedObject* NNamespace::QueryNamedObject(std::wstring const& name) const noexcept {
-  auto const found = m_objects.find(std::wstring_view(name));
-  return found == m_objects.end() ? nullptr : *found;
+  return m_objects.Find(name);
 }
 
 std::wstring NNamespace::MakeFreeName(std::wstring const& name) {
   return QueryNamedObject(name) == nullptr ? name : MakeNumberedName(name);
 }
 
+unsigned long& NNamespace::LastNumberOf(std::wstring const& name) {
+  return m_lastNumbers.try_emplace(name, 1).first->second;
+}
+
 std::wstring NNamespace::MakeNumberedName(std::wstring const& name) {
-  unsigned long& number = m_lastNumbers.try_emplace(name, 1).first->second;
+  unsigned long& number = LastNumberOf(name);
   while (true) {
-    std::wstring numbered = AppendNumber(name, number + 1);
+    std::wstring numbered = name;
+    AppendNumber(numbered, number + 1);
     ++number;
     if (QueryNamedObject(numbered) == nullptr) return numbered;
   }
@@ -84,26 +96,12 @@ void NNamespace::Rename(NNamedObject& object, std::wstring const& name) {
       !AreNamesUniqueImpl() || name == object.m_name || QueryNamedObject(name) == nullptr;
   std::wstring given = isFree ? name : MakeNumberedName(name);
   if (given != object.m_name) {
-    // The hash node is moved over, so that nothing can fail once the object has left its old place.
-    auto range = m_objects.equal_range(&object);
-    while (*range.first != &object) ++range.first;
-    auto node = m_objects.extract(range.first);
+    m_objects.Remove(object);
     object.m_name = std::move(given);
-    m_objects.insert(std::move(node));
+    m_objects.Insert(object);
   }
   m_listeners.Deliver<NNameListener>(
       [&](NNameListener& listener) { listener.SignalSetName(*this, object); });
-}
-
-bool NNamespace::Erase(NNamedObject& object) noexcept {
-  auto const range = m_objects.equal_range(&object);
-  for (auto i = range.first; i != range.second; ++i) {
-    if (*i == &object) {
-      m_objects.erase(i);
-      return true;
-    }
-  }
-  return false;
 }
 
 bool NNamespace::AddNameListener(NNameListener& listener) {

@@ -2,10 +2,9 @@
 
 #include <cstddef>
 #include <string>
-#include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 
+#include "corvanta/core/detail/intrusive_table.h"
 #include "corvanta/core/name/NNameListener.h"
 #include "corvanta/core/name/NNamedObject.h"
 #include "corvanta/core/observer/detail/NObservableImpl.h"
@@ -32,7 +31,7 @@ class CORVANTA_API NNamespace
   /// An object of that name; any of them where names are shared.
   /// Fails: null if there is none.
   NNamedObject* QueryNamedObject(std::wstring const& name) const noexcept;
-  std::size_t GetNamedObjectCount() const noexcept { return m_objects.size(); }
+  std::size_t GetNamedObjectCount() const noexcept { return m_objects.GetSize(); }
 
   /// `name` if it is free here, or with the number after the highest that was given for it: a name
   /// that is taken by nobody. Numbers that became free aren't given again.
@@ -53,34 +52,24 @@ class CORVANTA_API NNamespace
  private:
   friend class NNamedObject;
 
-  // Not noexcept: then the table keeps each hash, and a look-up doesn't visit every object it
-  // passes.
-  struct Hash {
-    using is_transparent = void;
-    std::size_t operator()(std::wstring_view name) const {
-      return std::hash<std::wstring_view>()(name);
+  struct Traits {
+    static NNamedObject*& Next(NNamedObject& object) noexcept { return object.m_nextNamed; }
+    static std::size_t Hash(NNamedObject const& object) noexcept { return Hash(object.m_name); }
+    static std::size_t Hash(std::wstring const& name) noexcept {
+      return std::hash<std::wstring>()(name);
     }
-    std::size_t operator()(NNamedObject const* object) const {
-      return (*this)(std::wstring_view(object->GetName()));
-    }
-  };
-  struct Equal {
-    using is_transparent = void;
-    static std::wstring_view Text(std::wstring_view name) noexcept { return name; }
-    static std::wstring_view Text(NNamedObject const* object) noexcept { return object->GetName(); }
-    template <class A, class B>
-    bool operator()(A const& a, B const& b) const noexcept {
-      return Text(a) == Text(b);
+    static bool Matches(NNamedObject const& object, std::wstring const& name) noexcept {
+      return object.m_name == name;
     }
   };
 
   virtual bool AreNamesUniqueImpl() const noexcept;
 
+  unsigned long& LastNumberOf(std::wstring const& name);
   std::wstring MakeNumberedName(std::wstring const& name);
   void Rename(NNamedObject& object, std::wstring const& name);
-  bool Erase(NNamedObject& object) noexcept;
 
-  std::unordered_multiset<NNamedObject*, Hash, Equal> m_objects;
+  core::detail::NIntrusiveTable<NNamedObject, Traits> m_objects;
   std::unordered_map<std::wstring, unsigned long> m_lastNumbers;
   observer::detail::NObservableImpl m_listeners;
 };

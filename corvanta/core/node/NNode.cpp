@@ -4,8 +4,22 @@
 
 namespace corvanta::core::node {
 
+namespace {
+
+/// Most default names get a number in their domain.
+std::wstring WithRoomForNumber(std::wstring const& name) {
+  std::wstring roomy;
+  roomy.reserve(name.size() + std::size(L" (1234567)") - 1);
+  roomy = name;
+  return roomy;
+}
+
+}  // namespace
+
 NNode::NNode(NNodeID const& id, domain::NDomainBase* domain, std::wstring const& name)
-    : NNamedObject(name), m_id(id), m_domain(domain == nullptr ? nullptr : domain->GetLink()) {}
+    : NNamedObject(WithRoomForNumber(name)),
+      m_id(id),
+      m_domain(domain == nullptr ? nullptr : domain->GetLink()) {}
 
 NNode::~NNode() = default;
 

@@ -31,6 +31,7 @@ class CORVANTA_API NNode : public name::NNamedObject, public attribute::NAttribu
 
   NNodeID const m_id;
   domain::detail::NLinkPointer<domain::NDomainBase> m_domain;
+  NNode* m_nextById = nullptr;  // the link of the domain's table
   // The neighbours in the domain's order, which holds a count for each node in it.
   NNode* m_previous = nullptr;
   NNode* m_next = nullptr;
