@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <set>
+#include <string_view>
 #include <utility>
 
 #include "corvanta/data/domain/domain_types.h"
@@ -12,6 +14,7 @@ namespace corvanta::node_kinds {
 using data::domain::NNode;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::UnorderedElementsAreArray;
 
 void ExpectDefaults(NAttributeHost const& host, std::vector<Row> const& rows) {
   std::size_t index = 0;
@@ -182,6 +185,22 @@ TEST_P(NodeKindTest, MeetsVisitorsAsItsExactClass) {
   Modifier modifier;
   world.node->Accept(modifier);
   EXPECT_THAT(modifier.met, ElementsAre(GetParam().className));
+}
+
+TEST(NodeKinds, AreAllListed) {
+  std::set<std::string> listed;
+  testing::UnitTest const& tests = *testing::UnitTest::GetInstance();
+  for (int i = 0; i != tests.total_test_suite_count(); ++i) {
+    testing::TestSuite const& suite = *tests.GetTestSuite(i);
+    if (!std::string_view(suite.name()).ends_with("/NodeKindTest")) continue;
+    for (int j = 0; j != suite.total_test_count(); ++j) {
+      std::string const name = suite.GetTestInfo(j)->name();
+      listed.insert(name.substr(name.find('/') + 1));
+    }
+  }
+#define CORVANTA_NAME(SPACE, CLASS) #CLASS,
+  EXPECT_THAT(listed, UnorderedElementsAreArray({CORVANTA_EVERY_KIND(CORVANTA_NAME)}));
+#undef CORVANTA_NAME
 }
 
 }  // namespace
