@@ -68,7 +68,7 @@ TEST(TriangleIndex, EqualsTheExhaustiveLoopInEveryMode) {
   std::uniform_real_distribution<float> any(-1, 1);
   int hits = 0;
   for (int mesh = 0; mesh != 6; ++mesh) {
-    auto const surface = MakeSoup(random, 300 + mesh * 400);
+    auto const surface = MakeSoup(random, 100 + mesh * 400);
     NTriangleIndex const index(*surface);
     for (int i = 0; i != 1500; ++i) {
       Vec3 const o = Vec3(any(random), any(random), any(random)) * (i % 3 == 0 ? 30.0f : 2.0f);

@@ -7,7 +7,6 @@ namespace corvanta::data::domain::geometry::detail {
 NTriangleIndex const* NPickIndex::Use(NSurface const& surface) {
   if (m_index) return m_index.get();
   std::size_t const count = surface.GetIndices().size() / 3;
-  if (count < kFewestTriangles) return nullptr;
   if (m_testCount < kTestsATriangle * count) {
     m_testCount += count;
     return nullptr;

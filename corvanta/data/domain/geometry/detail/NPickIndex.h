@@ -10,8 +10,6 @@ namespace corvanta::data::domain::geometry::detail {
 /// The index of a geometry node for picks, built when it pays.
 class CORVANTA_API NPickIndex {
  public:
-  /// Surfaces with fewer triangles are always looped over.
-  static constexpr std::size_t kFewestTriangles = 256;
   /// The index is built once picks have tested this many times the surface's triangles.
   static constexpr std::size_t kTestsATriangle = 8;
 

@@ -15,12 +15,11 @@ using VX_Math::Vec3;
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr unsigned kBins = 16;
-constexpr std::size_t kLargestLeaf = 2;    // packets
+constexpr std::size_t kLane = 4;           // triangles in a packet
+constexpr std::size_t kLargestLeaf = 4;    // triangles
+constexpr std::size_t kLargestGroup = 32;  // triangles that are split one by one
 constexpr unsigned kHeuristicLevels = 48;  // below that ranges are halved, which bounds the depth
 constexpr float kMargin = 0.01f;           // of a triangle's size
-
-Float4 Min(Float4 a, Float4 b) noexcept { return a < b ? a : b; }
-Float4 Max(Float4 a, Float4 b) noexcept { return a > b ? a : b; }
 
 /// A box in the first three lanes. In the last, whatever is left there.
 struct Box {
@@ -43,7 +42,7 @@ struct Box {
 };
 
 /// Spreads the low ten bits out to every third.
-std::uint32_t Spread(std::uint32_t bits) noexcept {
+std::uint32_t SpreadBits(std::uint32_t bits) noexcept {
   bits = (bits | (bits << 16)) & 0x030000FF;
   bits = (bits | (bits << 8)) & 0x0300F00F;
   bits = (bits | (bits << 4)) & 0x030C30C3;
@@ -84,25 +83,33 @@ class NTriangleIndex::Builder {
     m_keys = SortTriangles();
     MakeRuns();
     if (m_runs.empty()) return;
-    m_index.m_packets.reserve(m_runs.size());
-    m_index.m_nodes.reserve(m_runs.size() / 2 + 1);
+    m_index.m_packets.reserve(m_keys.size() / kLane + m_keys.size() / 16 + 1);
+    m_index.m_nodes.reserve(m_keys.size() / 8 + 1);
     m_index.m_nodes.emplace_back();
-    m_work.push_back({0, m_runs.size(), 0, 0});
-    while (!m_work.empty()) {
-      Range const range = m_work.back();
-      m_work.pop_back();
-      MakeNode(range);
+    std::vector<Range> work{{0, m_runs.size(), m_keys.size(), 0, 0}};
+    while (!work.empty()) {
+      Range const range = work.back();
+      work.pop_back();
+      if (range.triangles <= kLargestGroup) {
+        BuildGroup(range);
+      } else {
+        MakeNode(m_runs, range, work);
+      }
     }
   }
 
  private:
-  /// Four triangles that follow each other along the curve, a packet on its way into the hierarchy.
+  /// A few triangles that follow each other along the curve and lie close together, on their way
+  /// into the hierarchy.
   struct Run {
     Box box;
     std::uint32_t first;  // of the keys
+    std::uint32_t count;
   };
+  using Runs = std::vector<Run>;
   struct Range {
-    std::size_t begin, end;
+    std::size_t begin, end;  // of the runs
+    std::size_t triangles;
     std::uint32_t node;
     unsigned level;
   };
@@ -131,7 +138,7 @@ class NTriangleIndex::Builder {
     return box;
   }
 
-  /// Triangles that can't be indexed go aside; the others are sorted along a curve through space.
+  /// Triangles that can't or needn't be indexed go aside; the others are sorted along a curve.
   std::vector<Key> SortTriangles() {
     std::vector<Key> keys;
     std::vector<Vec3> centers;
@@ -139,11 +146,12 @@ class NTriangleIndex::Builder {
     centers.reserve(keys.capacity());
     Box bounds;
     unsigned outside = 0;
+    bool const isSmall = m_surface.GetIndices().size() / 3 < kFewestTriangles;
     for (std::size_t i = 0; 3 * i + 2 < m_surface.GetIndices().size(); ++i) {
       if (!IsTriangle(m_surface, 3 * i)) continue;
       ++m_index.m_triangleCount;
       Vec3 const a = Corner(i, 0), b = Corner(i, 1), c = Corner(i, 2);
-      if (IsInside(a) && IsInside(b) && IsInside(c)) {
+      if (!isSmall && IsInside(a) && IsInside(b) && IsInside(c)) {
         centers.push_back((a + b + c) * (1.0f / 3));
         bounds.Extend(centers.back());
         keys.push_back({0, static_cast<std::uint32_t>(i)});
@@ -159,7 +167,7 @@ class NTriangleIndex::Builder {
       std::uint32_t code = 0;
       for (int axis = 0; axis != 3; ++axis) {
         float const place = (centers[i][axis] - bounds.min[axis]) * scale;
-        code |= Spread(static_cast<std::uint32_t>(std::min(place, 1023.0f))) << axis;
+        code |= SpreadBits(static_cast<std::uint32_t>(std::min(place, 1023.0f))) << axis;
       }
       keys[i].code = code;
     }
@@ -168,11 +176,24 @@ class NTriangleIndex::Builder {
   }
 
   void MakeRuns() {
-    m_runs.resize((m_keys.size() + 3) / 4);
+    m_runs.reserve(m_keys.size() / 3 + 1);
+    float areas = 0;
     for (std::size_t i = 0; i != m_keys.size(); ++i) {
-      Run& run = m_runs[i / 4];
-      if (i % 4 == 0) run.first = static_cast<std::uint32_t>(i);
-      run.box.Extend(GetGrownBox(m_keys[i].triangle));
+      Box const box = GetGrownBox(m_keys[i].triangle);
+      float const area = box.GetHalfArea();
+      areas += area;
+      if (!m_runs.empty() && m_runs.back().count != kLane) {
+        Box joined = m_runs.back().box;
+        joined.Extend(box);
+        // Where the curve jumps, a run would span the gap.
+        if (joined.GetHalfArea() <= 4 * areas) {
+          m_runs.back().box = joined;
+          ++m_runs.back().count;
+          continue;
+        }
+      }
+      m_runs.push_back({box, static_cast<std::uint32_t>(i), 1});
+      areas = area;
     }
     for (Run const& run : m_runs) {
       for (int axis = 0; axis != 3; ++axis) {
@@ -182,60 +203,130 @@ class NTriangleIndex::Builder {
     }
   }
 
+  /// Splits the triangles of a few runs one by one, which mends what the curve did to them.
+  void BuildGroup(Range const& group) {
+    m_group.clear();
+    for (std::size_t i = group.begin; i != group.end; ++i) {
+      for (std::uint32_t key = m_runs[i].first; key != m_runs[i].first + m_runs[i].count; ++key) {
+        m_group.push_back({GetGrownBox(m_keys[key].triangle), key, 1});
+      }
+    }
+    m_groupWork = {{0, m_group.size(), m_group.size(), group.node, group.level}};
+    while (!m_groupWork.empty()) {
+      Range const range = m_groupWork.back();
+      m_groupWork.pop_back();
+      MakeNode(m_group, range, m_groupWork);
+    }
+  }
+
   /// Splits a range into up to four, the one with the largest surface first, and enters them.
-  void MakeNode(Range const& range) {
+  void MakeNode(Runs& runs, Range const& range, std::vector<Range>& work) {
     std::array<Range, 4> parts{range};
-    std::array<Box, 4> boxes{GetBox(range)};
+    std::array<Box, 4> boxes{Measure(runs, parts[0])};
     unsigned count = 1;
     while (count != 4) {
       unsigned largest = 4;
       for (unsigned i = 0; i != count; ++i) {
-        if (parts[i].end - parts[i].begin <= kLargestLeaf) continue;
+        if (parts[i].triangles <= kLargestLeaf || parts[i].end - parts[i].begin == 1) continue;
         if (largest == 4 || boxes[i].GetHalfArea() > boxes[largest].GetHalfArea()) largest = i;
       }
       if (largest == 4) break;
       Range& split = parts[largest];
-      std::size_t const middle = Split(split);
-      parts[count] = {middle, split.end, 0, split.level + 1};
-      split = {split.begin, middle, 0, split.level + 1};
-      boxes[largest] = GetBox(split);
-      boxes[count] = GetBox(parts[count]);
+      std::size_t const middle = &runs == &m_group ? SplitGroup(split) : Split(split);
+      parts[count] = {middle, split.end, 0, 0, split.level + 1};
+      split = {split.begin, middle, 0, 0, split.level + 1};
+      boxes[largest] = Measure(runs, split);
+      boxes[count] = Measure(runs, parts[count]);
       ++count;
     }
-    for (unsigned i = 0; i != count; ++i) Enter(range.node, i, parts[i], boxes[i]);
+    for (unsigned i = 0; i != count; ++i) {
+      parts[i].node = Enter(range.node, i, boxes[i], GetLeaf(runs, parts[i]));
+      if (parts[i].node != 0) work.push_back(parts[i]);
+    }
     m_index.m_nodes[range.node].childCount = count;
   }
 
-  void Enter(std::uint32_t parent, unsigned lane, Range const& part, Box const& box) {
-    std::uint32_t child;
-    if (part.end - part.begin <= kLargestLeaf) {
-      child = kLeaf | static_cast<std::uint32_t>(m_index.m_packets.size()) << kCountBits |
-              static_cast<std::uint32_t>(part.end - part.begin - 1);
-      for (std::size_t i = part.begin; i != part.end; ++i) {
-        Packet& packet = m_index.m_packets.emplace_back();
-        std::size_t const first = m_runs[i].first;
-        std::size_t const end = std::min(first + 4, m_keys.size());
-        for (std::size_t key = first; key != end; ++key) {
-          Fill(packet, static_cast<unsigned>(key - first), m_keys[key].triangle);
-        }
+  /// The packets of a range that is a leaf, as a child of a node; 0 for others.
+  std::uint32_t GetLeaf(Runs const& runs, Range const& range) {
+    if (range.triangles > kLargestLeaf) return 0;
+    std::size_t const first = m_index.m_packets.size();
+    unsigned lane = 0;
+    for (std::size_t i = range.begin; i != range.end; ++i) {
+      for (std::uint32_t key = runs[i].first; key != runs[i].first + runs[i].count; ++key) {
+        if (lane % kLane == 0) m_index.m_packets.emplace_back();
+        Fill(m_index.m_packets.back(), lane++ % kLane, m_keys[key].triangle);
       }
-    } else {
-      child = static_cast<std::uint32_t>(m_index.m_nodes.size());
-      m_index.m_nodes.emplace_back();
-      m_work.push_back({part.begin, part.end, child, part.level});
     }
+    return kLeaf | static_cast<std::uint32_t>(first << kCountBits) |
+           static_cast<std::uint32_t>(m_index.m_packets.size() - first - 1);
+  }
+
+  /// Gives a node a child: a leaf, or with 0 a new node, whose number it returns; 0 for a leaf.
+  std::uint32_t Enter(std::uint32_t parent, unsigned lane, Box const& box, std::uint32_t leaf) {
+    std::uint32_t const made = static_cast<std::uint32_t>(m_index.m_nodes.size());
+    if (leaf == 0) m_index.m_nodes.emplace_back();
     Node& node = m_index.m_nodes[parent];
-    node.children[lane] = child;
+    node.children[lane] = leaf == 0 ? made : leaf;
     for (int axis = 0; axis != 3; ++axis) {
       node.min[axis][lane] = box.min[axis];
       node.max[axis][lane] = box.max[axis];
     }
+    return leaf == 0 ? made : 0;
   }
 
-  Box GetBox(Range const& range) const {
+  /// The box of a range, and how many triangles it holds.
+  static Box Measure(Runs const& runs, Range& range) {
     Box box;
-    for (std::size_t i = range.begin; i != range.end; ++i) box.Extend(m_runs[i].box);
+    range.triangles = 0;
+    for (std::size_t i = range.begin; i != range.end; ++i) {
+      box.Extend(runs[i].box);
+      range.triangles += runs[i].count;
+    }
     return box;
+  }
+
+  /// The axis along which the middles of the runs, doubled, spread most, and where they do.
+  static unsigned FindLongestAxis(Runs const& runs, Range const& range, Box& centers) {
+    for (std::size_t i = range.begin; i != range.end; ++i) {
+      Float4 const center = runs[i].box.min + runs[i].box.max;
+      centers.min = Min(centers.min, center);
+      centers.max = Max(centers.max, center);
+    }
+    Float4 const size = centers.max - centers.min;
+    return size[0] >= size[1] && size[0] >= size[2] ? 0 : size[1] >= size[2] ? 1 : 2;
+  }
+
+  /// Where the triangles of a group are best cut in two so that packets are full; they are sorted
+  /// along the longest axis.
+  std::size_t SplitGroup(Range const& range) {
+    Box centers;
+    unsigned const axis = FindLongestAxis(m_group, range, centers);
+    auto const at = [this](std::size_t i) {
+      return m_group.begin() + static_cast<std::ptrdiff_t>(i);
+    };
+    std::sort(at(range.begin), at(range.end), [axis](Run const& a, Run const& b) {
+      return a.box.min[axis] + a.box.max[axis] < b.box.min[axis] + b.box.max[axis];
+    });
+    std::size_t const cuts = (range.end - range.begin - 1) / kLane;
+    std::array<float, kLargestGroup / kLane> right{};
+    Box side;
+    std::size_t i = range.end;
+    for (std::size_t cut = cuts; cut != 0; --cut) {
+      while (i != range.begin + cut * kLane) side.Extend(m_group[--i].box);
+      right[cut] = side.GetHalfArea() * static_cast<float>(range.end - i);
+    }
+    side = Box();
+    std::size_t best = 0;
+    float least = kInfinity;
+    for (std::size_t cut = 1; cut <= cuts; ++cut) {
+      while (i != range.begin + cut * kLane) side.Extend(m_group[i++].box);
+      float const cost = side.GetHalfArea() * static_cast<float>(i - range.begin) + right[cut];
+      if (best == 0 || cost < least) {
+        least = cost;
+        best = cut;
+      }
+    }
+    return range.begin + best * kLane;
   }
 
   /// Where the range is best cut in two, by the surfaces of both sides times what they hold; the
@@ -243,15 +334,10 @@ class NTriangleIndex::Builder {
   std::size_t Split(Range const& range) {
     std::size_t const half = range.begin + (range.end - range.begin) / 2;
     Box centers;
-    for (std::size_t i = range.begin; i != range.end; ++i) {
-      Float4 const center = m_runs[i].box.min + m_runs[i].box.max;
-      centers.min = Min(centers.min, center);
-      centers.max = Max(centers.max, center);
-    }
-    Float4 const size = centers.max - centers.min;
-    unsigned const axis = size[0] >= size[1] && size[0] >= size[2] ? 0 : size[1] >= size[2] ? 1 : 2;
-    if (range.level >= kHeuristicLevels || !(size[axis] > 0)) return half;
-    float const scale = kBins * 0.9999f / size[axis];
+    unsigned const axis = FindLongestAxis(m_runs, range, centers);
+    float const size = centers.max[axis] - centers.min[axis];
+    if (range.level >= kHeuristicLevels || !(size > 0)) return half;
+    float const scale = kBins * 0.9999f / size;
     float const start = centers.min[axis];
     auto const binOf = [axis, scale, start](Run const& run) {
       float const place = (run.box.min[axis] + run.box.max[axis] - start) * scale;
@@ -262,8 +348,20 @@ class NTriangleIndex::Builder {
     for (std::size_t i = range.begin; i != range.end; ++i) {
       unsigned const bin = binOf(m_runs[i]);
       boxes[bin].Extend(m_runs[i].box);
-      ++counts[bin];
+      counts[bin] += m_runs[i].count;
     }
+    unsigned const best = FindBestCut(boxes, counts);
+    if (best == 0) return half;
+    auto const begin = m_runs.begin() + static_cast<std::ptrdiff_t>(range.begin);
+    auto const end = m_runs.begin() + static_cast<std::ptrdiff_t>(range.end);
+    auto const middle =
+        std::partition(begin, end, [&](Run const& run) { return binOf(run) < best; });
+    return static_cast<std::size_t>(middle - m_runs.begin());
+  }
+
+  /// The first bin of the right side; 0 where no cut divides anything.
+  static unsigned FindBestCut(std::array<Box, kBins> const& boxes,
+                              std::array<std::size_t, kBins> const& counts) {
     std::array<float, kBins> right;
     Box side;
     std::size_t held = 0;
@@ -286,19 +384,15 @@ class NTriangleIndex::Builder {
         best = bin;
       }
     }
-    if (best == 0) return half;
-    auto const begin = m_runs.begin() + static_cast<std::ptrdiff_t>(range.begin);
-    auto const end = m_runs.begin() + static_cast<std::ptrdiff_t>(range.end);
-    auto const middle =
-        std::partition(begin, end, [&](Run const& run) { return binOf(run) < best; });
-    return static_cast<std::size_t>(middle - m_runs.begin());
+    return best;
   }
 
   NSurface const& m_surface;
   NTriangleIndex& m_index;
   std::vector<Key> m_keys;
-  std::vector<Run> m_runs;
-  std::vector<Range> m_work;
+  Runs m_runs;
+  Runs m_group;  // runs of one triangle
+  std::vector<Range> m_groupWork;
 };
 
 NTriangleIndex::NTriangleIndex(NSurface const& surface) { Builder(surface, *this).Build(); }

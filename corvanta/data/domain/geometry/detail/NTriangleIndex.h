@@ -8,15 +8,12 @@
 #include <vector>
 
 #include "corvanta/data/domain/geometry/NSurface.h"
+#include "corvanta/data/domain/geometry/detail/float4.h"
 #include "corvanta/data/domain/geometry/detail/triangle_test.h"
 #include "corvanta/export.h"
 #include "corvanta/vx_math/Vec3.h"
 
 namespace corvanta::data::domain::geometry::detail {
-
-/// Four floats that are worked on at once.
-using Float4 = float __attribute__((vector_size(16)));
-using Int4 = std::int32_t __attribute__((vector_size(16)));
 
 /// Spares a ray the triangles of a surface that it can't meet: a bounding volume hierarchy.
 ///
@@ -28,6 +25,7 @@ using Int4 = std::int32_t __attribute__((vector_size(16)));
 class CORVANTA_API NTriangleIndex {
  public:
   static constexpr float kFarthest = 1e9f;
+  static constexpr std::size_t kFewestTriangles = 256;
 
   explicit NTriangleIndex(NSurface const& surface);
 
@@ -49,13 +47,13 @@ class CORVANTA_API NTriangleIndex {
 
  private:
   /// Four triangles, a lane each; a lane without one has edges of length 0, which nothing meets.
-  struct Packet {
+  struct alignas(16) Packet {
     Float4 a[3];
     Float4 e1[3];
     Float4 e2[3];
   };
   /// Four boxes and what they hold: a node, or with kLeaf a run of packets.
-  struct Node {
+  struct alignas(64) Node {
     Float4 min[3];
     Float4 max[3];
     std::uint32_t children[4];
@@ -65,11 +63,6 @@ class CORVANTA_API NTriangleIndex {
 
   static constexpr std::uint32_t kLeaf = 1u << 31;
   static constexpr unsigned kCountBits = 3;  // a leaf: kLeaf, first packet, count - 1
-
-  static unsigned GetMask(Int4 lanes) noexcept {
-    return (static_cast<unsigned>(lanes[0]) & 1u) | (static_cast<unsigned>(lanes[1]) & 2u) |
-           (static_cast<unsigned>(lanes[2]) & 4u) | (static_cast<unsigned>(lanes[3]) & 8u);
-  }
 
   template <class Accept>
   class Search;
