@@ -73,6 +73,20 @@ TEST(Pick, NearestFirstAndHiddenNever) {
   EXPECT_FALSE(world.Pick(3, 3));
 }
 
+TEST(Pick, AnItemThatASilentWriteMadeAbsoluteIsMetWhereItStandsNow) {
+  Picked world;
+  Group const group = world.Make();
+  group->SetTranslationX(10);
+  Model const model = world.MakeSquare(0), other = world.MakeSquare(1);
+  other->SetTranslationX(-20);
+  for (Model const& child : {model, other}) group->AddChild(*child);
+  world.root->AddChild(*group);
+  EXPECT_FALSE(world.Pick(0, 0));
+  model->QueryAttribute(item::AN_TRANSFORM_IS_ABSOLUTE)->SetValue(true, false);
+  EXPECT_TRUE(world.Pick(0, 0));
+  EXPECT_EQ(world.paths.front().GetNode(), model);
+}
+
 TEST(Pick, TheRootStandsForItsChildrenAlone) {
   Picked world;
   Model const model = world.MakeSquare(0);

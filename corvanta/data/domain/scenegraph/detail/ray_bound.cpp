@@ -57,7 +57,11 @@ NRayBound::NRayBound(Matrix const& matrix, Matrix const& inverse, Vec3 const& gl
 }
 
 bool NRayBound::MayMeet(item::NSceneGraphItemNode const& child) const noexcept {
-  auto const& judged = NItemAccess::GetBlock(child).judged;
+  auto const& block = NItemAccess::GetBlock(child);
+  // The box that was judged is relative to the parent, also where a silent write has since made the
+  // item absolute.
+  if (block.AN_TRANSFORM_IS_ABSOLUTE.Get()) return true;
+  auto const& judged = block.judged;
   float const condition = m_condition * judged.condition;
   if (!(condition > 0)) return true;
   Box3 const& box = judged.box;
