@@ -24,7 +24,7 @@ class CORVANTA_API Matrix {
       : m_values{m00, m01, m02, m03, m10, m11, m12, m13, m20, m21, m22, m23, m30, m31, m32, m33} {}
   // clang-format on
   /// The rotation of `q`, whatever the length of `q`; a zero quaternion gives the identity.
-  explicit Matrix(Quaternion const& q) noexcept { SetRotate(q); }
+  Matrix(Quaternion const& q) noexcept { SetRotate(q); }
 
   static constexpr Matrix Identity() noexcept { return {}; }
 

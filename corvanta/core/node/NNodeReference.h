@@ -37,6 +37,11 @@ class NNodeReference : public detail::NNodeReferenceImpl {
   operator boost::intrusive_ptr<T>() const noexcept { return Get(); }
 
   bool operator==(NNodeReference const& other) const noexcept { return Equals(other); }
+  /// Without it a reference to `T` and one to `T const` would each turn into the other.
+  template <class U>
+  bool operator==(NNodeReference<U> const& other) const noexcept {
+    return Equals(other);
+  }
   bool operator<(NNodeReference const& other) const noexcept { return Less(other); }
 
  private:

@@ -11,14 +11,15 @@ enum NUVWOrder : long {
 
 namespace detail {
 /// Exchanges the fields that begin at the bits `first` and `second`.
-constexpr NUVWOrder SwapFields(NUVWOrder order, int first, int second) noexcept {
+constexpr NUVWOrder SwapFields(long order, int first, int second) noexcept {
   long const difference = ((order >> first) ^ (order >> second)) & 3;
   return static_cast<NUVWOrder>(order ^ (difference << first) ^ (difference << second));
 }
 }  // namespace detail
 
-constexpr NUVWOrder SwapUV(NUVWOrder order) noexcept { return detail::SwapFields(order, 4, 2); }
-constexpr NUVWOrder SwapVW(NUVWOrder order) noexcept { return detail::SwapFields(order, 2, 0); }
-constexpr NUVWOrder SwapWU(NUVWOrder order) noexcept { return detail::SwapFields(order, 0, 4); }
+/// Exchange two coordinates of an order, which may be given as a number.
+constexpr NUVWOrder SwapUV(long order) noexcept { return detail::SwapFields(order, 4, 2); }
+constexpr NUVWOrder SwapVW(long order) noexcept { return detail::SwapFields(order, 2, 0); }
+constexpr NUVWOrder SwapWU(long order) noexcept { return detail::SwapFields(order, 0, 4); }
 
 }  // namespace corvanta::data::domain::projection

@@ -35,6 +35,11 @@ class NSceneGraphPath : public detail::NSceneGraphPathImpl {
   }
 
   bool operator==(NSceneGraphPath const& other) const noexcept { return Equals(other); }
+  /// Without it a path of `T` and one of `T const` would each turn into the other.
+  template <class U>
+  bool operator==(NSceneGraphPath<U> const& other) const noexcept {
+    return Equals(other);
+  }
   bool operator<(NSceneGraphPath const& other) const noexcept { return Less(other); }
 };
 

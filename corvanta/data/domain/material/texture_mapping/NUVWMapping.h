@@ -19,7 +19,7 @@ enum NUVWMappingType : unsigned int {
 /// or, without one, the set under the mapping's own id.
 class CORVANTA_API NUVWMapping : public NTextureMapping {
  public:
-  explicit NUVWMapping(NUVWMappingType type) noexcept;
+  NUVWMapping(NUVWMappingType type) noexcept;
   NUVWMapping(NUVWMapping const& other) noexcept;
   NUVWMapping& operator=(NUVWMapping const& other) noexcept;
   ~NUVWMapping() override;

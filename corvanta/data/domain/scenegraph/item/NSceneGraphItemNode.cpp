@@ -240,8 +240,7 @@ void NSceneGraphItemNode::TryTransform(Matrix const& matrix) {
 }
 
 void NSceneGraphItemNode::CopyTo(NSceneGraphItemNode& target) const {
-  target.SetName(GetName());
-  CopyAttributesTo(target);
+  CopyNodeTo(target);
   Block& to = *target.m_block;
   to.isTransformDirty = m_block->isTransformDirty;
   to.transform = m_block->transform;

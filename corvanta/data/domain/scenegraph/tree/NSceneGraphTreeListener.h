@@ -22,6 +22,7 @@ class CORVANTA_API NSceneGraphTreeListener
   NSceneGraphTreeListener(NSceneGraphTreeListener const&) noexcept = default;
   ~NSceneGraphTreeListener() override;
 
+ private:
   virtual void OnRootChangeImpl(boost::intrusive_ptr<item::NSceneGraphItemNode> const& oldRoot) = 0;
   virtual void OnControlTransformChangeImpl() = 0;
 };

@@ -1,7 +1,6 @@
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
 
 #include "corvanta/core/attribute/NTypedAttribute.h"
-#include "corvanta/core/detail/scope_exit.h"
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/scenegraph/coord_conversion.h"
 #include "corvanta/vx_math/Quaternion.h"
@@ -87,22 +86,27 @@ void NSceneGraphTreeNode::SetIsTessellated(bool isTessellated) {
 
 void NSceneGraphTreeNode::CopyTo(NSceneGraphTreeNode& target) const {
   NNodeReference<NSceneGraphItemNode> const root = m_block->root;
-  target.SetName(GetName());
-  CopyAttributesTo(target);
+  CopyNodeTo(target);
   target.SetRoot(root);
 }
 
 void NSceneGraphTreeNode::OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) {
   bool const isControl = core::attribute::detail::GetNameMarks(attribute.GetNameIndex()) &
                          core::attribute::detail::NNM_TREE_CONTROL;
-  {
-    // Listeners run before the cache is marked, and the marking happens also when one throws.
-    core::detail::ScopeExit const mark([this, isControl] {
-      if (isControl) m_block->isControlDirty = true;
-    });
+  auto const mark = [this, isControl] {
+    if (!isControl) return;
+    m_block->isControlDirty = true;
+    Hosts::NotifyObservers([](auto& host) { host.OnControlTransformChange(); });
+  };
+  // Listeners run before the caches are marked, here and in the hosts, and the marking happens also
+  // when one throws.
+  try {
     NNode::OnAttributeChangeImpl(attribute);
+  } catch (...) {
+    mark();
+    throw;
   }
-  if (isControl) Hosts::NotifyObservers([](auto& host) { host.OnControlTransformChange(); });
+  mark();
 }
 
 }  // namespace corvanta::data::domain::scenegraph::tree
