@@ -5,8 +5,9 @@ file(GLOB_RECURSE headers RELATIVE ${root} ${root}/corvanta/*.h)
 list(SORT headers)
 set(text "#pragma once\n\n// Every public header of corvanta. Written by cmake/umbrella.cmake.\n\n")
 foreach(header ${headers})
-  # Details belong to the headers that need them, and the platform layer's picture side to its decoder.
-  if(NOT header MATCHES "/detail/|/fwd\\.h$|corvanta/corvanta\\.h$|corvanta/platform/(narrow_path|picture|file)\\.h$")
+  # Details belong to the headers that need them, but for the classes that callers see by name; the platform
+  # layer's picture side belongs to its decoder.
+  if(header MATCHES "(NNodeColorTranslator|NFIImage|NUnknownImage|NFIImageError)\\.h$" OR NOT header MATCHES "/detail/|/fwd\\.h$|corvanta/corvanta\\.h$|corvanta/platform/(narrow_path|picture|file)\\.h$")
     string(APPEND text "#include \"${header}\"\n")
   endif()
 endforeach()

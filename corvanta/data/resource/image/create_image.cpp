@@ -99,7 +99,7 @@ NImageFormat LocatorToFormat(core::locator::NLocator const& locator) {
 }
 
 NImageFormat ExtensionToFormat(wchar_t const* extension) {
-  std::wstring lower = extension;
+  std::wstring lower = extension == nullptr ? L"" : extension;
   for (wchar_t& c : lower) c = c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
   return lower == L".tif" || lower == L".tiff" ? NIF_DECODED : NIF_RAW;
 }

@@ -4,6 +4,7 @@
 
 #include "corvanta/core/uri/NPath.h"
 #include "corvanta/data/resource/image/NImage.h"
+#include "corvanta/export.h"
 
 namespace corvanta::platform {
 class NPicture;
@@ -12,7 +13,7 @@ class NPicture;
 namespace corvanta::data::resource::image::detail {
 
 /// A decoded image.
-class NFIImage : public NImage {
+class CORVANTA_API NFIImage : public NImage {
  public:
   /// Fails: throws NFIImageError.
   explicit NFIImage(core::uri::NPath const& path);

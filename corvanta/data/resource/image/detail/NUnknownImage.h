@@ -4,11 +4,12 @@
 
 #include "corvanta/core/uri/NPath.h"
 #include "corvanta/data/resource/image/NImage.h"
+#include "corvanta/export.h"
 
 namespace corvanta::data::resource::image::detail {
 
 /// The bytes of an image file as they are.
-class NUnknownImage : public NImage {
+class CORVANTA_API NUnknownImage : public NImage {
  public:
   /// Fails: throws core::error::NFileError, also for a file of more bytes than an unsigned int
   /// counts.
