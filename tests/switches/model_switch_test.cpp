@@ -95,15 +95,18 @@ TEST_F(ModelSwitch, AListenerMayThrowOrEdit) {
   EXPECT_THAT(chooser->GetModelSets(), ElementsAre(b));
   EXPECT_THROW(chooser->AddModelSet(*a, 0), std::runtime_error);
   EXPECT_THAT(chooser->GetModelSets(), ElementsAre(a, b));
-  // One that enters the set anew, while it is about to go.
-  recorder->react = [&](NModelSet const&) {
-    recorder->react = nullptr;
-    EXPECT_FALSE(chooser->RemoveModelSet(*a));
-    EXPECT_TRUE(chooser->AddModelSet(*a, 2));
-  };
-  EXPECT_TRUE(chooser->RemoveModelSet(*a));
-  EXPECT_THAT(chooser->GetModelSets(), ElementsAre(b, a));
-  EXPECT_EQ(a->GetNamespace(), chooser.get());
+  // One that enters the set anew, behind and before its old place, while it is about to go.
+  for (unsigned const place : {2u, 0u}) {
+    recorder->react = [&](NModelSet const&) {
+      recorder->react = nullptr;
+      EXPECT_FALSE(chooser->RemoveModelSet(*a));
+      EXPECT_TRUE(chooser->AddModelSet(*a, place));
+    };
+    EXPECT_TRUE(chooser->RemoveModelSet(*a));
+    EXPECT_EQ(chooser->GetModelSetIndex(*a), place / 2);
+    EXPECT_EQ(chooser->GetModelSetCount(), 2u);
+    EXPECT_EQ(a->GetNamespace(), chooser.get());
+  }
   // One that ends everything.
   recorder->react = [&](NModelSet const&) {
     recorder->react = nullptr;

@@ -32,8 +32,9 @@ class CORVANTA_API KnotMap {
     std::size_t const left = right - 1;
     double const knot =
         (t - times[left]) / (times[right] - times[left]) + static_cast<double>(left);
-    // The sum can round up to the next knot.
+    // The sum can round up to the next knot, and isn't a number beside an infinite time.
     if (knot < static_cast<double>(right)) return {left, knot};
+    if (knot != knot) return {times.size() - 2, static_cast<double>(times.size() - 1)};
     return {std::min(right, times.size() - 2), static_cast<double>(right)};
   }
 

@@ -19,16 +19,18 @@ struct NModelSwitch::Block {
 /// entered it anew: the entry that stays is that one.
 struct NModelSwitch::Removal {
   Removal(Block& changed, NModelSet& removed)
-      : block(changed), set(removed.TryAddRef() ? &removed : nullptr, false) {}
+      : block(changed),
+        set(removed.TryAddRef() ? &removed : nullptr, false),
+        entry(std::find(block.sets.begin(), block.sets.end(), &removed)) {}
   Removal(Removal const&) = delete;
   Removal& operator=(Removal const&) = delete;
   ~Removal() {
-    auto const found = std::find(block.sets.begin(), block.sets.end(), set);
-    if (found != block.sets.end()) block.sets.erase(found);
+    if (entry != block.sets.end()) block.sets.erase(entry);
   }
 
   Block& block;
   boost::intrusive_ptr<NModelSet> const set;
+  std::list<boost::intrusive_ptr<NModelSet>>::iterator const entry;
 };
 
 NModelSwitch::NModelSwitch() : m_block(new Block) {}

@@ -38,11 +38,12 @@ class CORVANTA_API NTimeLine : public core::attribute::NAttributeHost {
   /// Grows with every timeline that the process makes; the order of timelines in sets.
   std::uint64_t GetCreationNumber() const noexcept { return m_creationNumber; }
 
- private:
-  struct Block;
-
+ protected:
   /// Plays the frame that was written to "currentFrame".
   void OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) override;
+
+ private:
+  struct Block;
 
   std::uint64_t const m_creationNumber;
   std::unique_ptr<Block> const m_block;

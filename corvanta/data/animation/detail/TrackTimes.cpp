@@ -32,6 +32,8 @@ Segments::Segments(TrackTimes const& times, std::vector<KeyRange> ranges)
 
 Segments::Place Segments::Find(TrackTimes::Position const& at) const noexcept {
   std::size_t segment = 0;
+  // No key is below a time that isn't a number: it stands at the end of the first segment.
+  if (at.time != at.time) return {m_ranges.front().last - 2, 0.0, 1.0};
   if (!m_atKey.empty() && at.reached != 0) {
     segment = m_atKey[at.reached - 1];
     if (segment != 0 && m_starts[segment] == at.time) --segment;
