@@ -5,8 +5,10 @@
 #include "app/scene/NTemporaryArchive.h"
 #include "corvanta/core/name/NNamespace.h"
 #include "corvanta/data/events/attribute_change/NMultiplexer.h"
+#include "corvanta/data/events/environment/NMultiplexer.h"
 #include "corvanta/data/events/environment_map_change/NMultiplexer.h"
 #include "corvanta/data/events/geometry_change/NMultiplexer.h"
+#include "corvanta/data/events/light_env/NMultiplexer.h"
 #include "corvanta/data/events/material/NMultiplexer.h"
 #include "corvanta/data/events/scene/NMultiplexer.h"
 #include "corvanta/data/events/scene_graph_hierarchy/NMultiplexer.h"
@@ -50,6 +52,15 @@ NDocument::NDocument()
                                                &m_events->GetSceneGraphTreeHostEventMultiplexer(),
                                                &m_events->GetSceneEventMultiplexer())),
       m_projections(new domain::projection::NProjectionDomain(
+          &m_manager, &m_events->GetAttributeChangeEventMultiplexer())),
+      m_environments(new domain::environment::NEnvironmentDomain(
+          &m_manager, &m_events->GetAttributeChangeEventMultiplexer(),
+          &m_events->GetEnvironmentMapChangeEventMultiplexer(),
+          &m_events->GetEnvironmentEventMultiplexer())),
+      m_lightEnvs(new domain::light_env::NLightEnvDomain(
+          &m_manager, &m_events->GetAttributeChangeEventMultiplexer(),
+          &m_events->GetLightEnvEventMultiplexer())),
+      m_animations(new domain::animation::NAnimationDomain(
           &m_manager, &m_events->GetAttributeChangeEventMultiplexer())) {
   auto const& attributes = m_events->GetAttributeChangeEventMultiplexer();
   Register(m_items);
@@ -62,6 +73,9 @@ NDocument::NDocument()
   Register(m_geometries);
   Register(m_scenes);
   Register(m_projections);
+  Register(m_environments);
+  Register(m_lightEnvs);
+  Register(m_animations);
   Register(boost::intrusive_ptr<domain::sound::NSoundDomain>(
       new domain::sound::NSoundDomain(&m_manager, &attributes)));
   Register(boost::intrusive_ptr<domain::movie::NMovieDomain>(

@@ -7,10 +7,13 @@
 
 #include "corvanta/core/domain/NDomainManager.h"
 #include "corvanta/core/node/NNode.h"
+#include "corvanta/data/domain/animation/NAnimationDomain.h"
 #include "corvanta/data/domain/camera/NCameraDomain.h"
+#include "corvanta/data/domain/environment/NEnvironmentDomain.h"
 #include "corvanta/data/domain/geometry/NGeometryDomain.h"
 #include "corvanta/data/domain/image/NImageDomain.h"
 #include "corvanta/data/domain/light/NLightDomain.h"
+#include "corvanta/data/domain/light_env/NLightEnvDomain.h"
 #include "corvanta/data/domain/material/NMaterialDomain.h"
 #include "corvanta/data/domain/movie/NMovieDomain.h"
 #include "corvanta/data/domain/projection/NProjectionDomain.h"
@@ -36,6 +39,8 @@ class NDocument {
   NDocument& operator=(NDocument const&) = delete;
   ~NDocument();
 
+  core::domain::NDomainManager& GetManager() { return m_manager; }
+  core::domain::NDomainManager const& GetManager() const { return m_manager; }
   data::events::NEventMultiplexer& GetEvents() const { return *m_events; }
   /// In the order in which names are looked up: items, trees, and then what they show.
   Domains const& GetDomains() const { return m_domains; }
@@ -50,6 +55,9 @@ class NDocument {
   data::domain::image::NImageDomain& GetImages() const { return *m_images; }
   data::domain::scene::NSceneDomain& GetScenes() const { return *m_scenes; }
   data::domain::projection::NProjectionDomain& GetProjections() const { return *m_projections; }
+  data::domain::environment::NEnvironmentDomain& GetEnvironments() const { return *m_environments; }
+  data::domain::light_env::NLightEnvDomain& GetLightEnvs() const { return *m_lightEnvs; }
+  data::domain::animation::NAnimationDomain& GetAnimations() const { return *m_animations; }
 
   /// The nodes of that name, one a domain at most, in the order of GetDomains.
   std::vector<boost::intrusive_ptr<core::node::NNode>> QueryNodes(std::wstring const& name) const;
@@ -74,6 +82,9 @@ class NDocument {
   boost::intrusive_ptr<data::domain::image::NImageDomain> const m_images;
   boost::intrusive_ptr<data::domain::scene::NSceneDomain> const m_scenes;
   boost::intrusive_ptr<data::domain::projection::NProjectionDomain> const m_projections;
+  boost::intrusive_ptr<data::domain::environment::NEnvironmentDomain> const m_environments;
+  boost::intrusive_ptr<data::domain::light_env::NLightEnvDomain> const m_lightEnvs;
+  boost::intrusive_ptr<data::domain::animation::NAnimationDomain> const m_animations;
   Domains m_domains;
 };
 

@@ -2,8 +2,13 @@
 
 #include "app/output/text.h"
 #include "corvanta/core/text/convert.h"
+#include "corvanta/data/domain/environment/NEnvironmentNode.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
+#include "corvanta/data/domain/image/NImageNode.h"
+#include "corvanta/data/domain/light_env/NLamp.h"
+#include "corvanta/data/domain/light_env/NLightEnvNode.h"
 #include "corvanta/data/domain/material/NMaterialNode.h"
+#include "corvanta/data/domain/scene/NSceneNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeHost.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
@@ -79,36 +84,40 @@ void NEventPrinter::OnAttributeChange(core::attribute::NAttributeHost& host,
   if (known != m_values.end()) known->second = value;
 }
 
-// No document holds an environment, a light environment or a scene, so these have no one to name.
-void NEventPrinter::OnFloorImageChange(domain::environment::NEnvironmentNode const&) {
-  Print("floorImageChange", nullptr);
+void NEventPrinter::OnFloorImageChange(domain::environment::NEnvironmentNode const& environment) {
+  Print("floorImageChange", &environment, {{"new", NameOf(environment.GetFloorImage())}});
 }
-void NEventPrinter::OnFloorGeometryChange(domain::environment::NEnvironmentNode const&) {
-  Print("floorGeometryChange", nullptr);
+void NEventPrinter::OnFloorGeometryChange(
+    domain::environment::NEnvironmentNode const& environment) {
+  Print("floorGeometryChange", &environment, {{"new", NameOf(environment.GetFloorGeometry())}});
 }
-void NEventPrinter::OnAddLightEnv(domain::environment::NEnvironmentNode const&,
-                                  domain::light_env::NLightEnvNode const&) {
-  Print("addLightEnv", nullptr);
+void NEventPrinter::OnAddLightEnv(domain::environment::NEnvironmentNode const& environment,
+                                  domain::light_env::NLightEnvNode const& lightEnv) {
+  Print("addLightEnv", &environment, {{"lightEnv", ToNarrow(lightEnv.GetName())}});
 }
-void NEventPrinter::OnRemoveLightEnv(domain::environment::NEnvironmentNode const&,
-                                     domain::light_env::NLightEnvNode const&) {
-  Print("removeLightEnv", nullptr);
+void NEventPrinter::OnRemoveLightEnv(domain::environment::NEnvironmentNode const& environment,
+                                     domain::light_env::NLightEnvNode const& lightEnv) {
+  Print("removeLightEnv", &environment, {{"lightEnv", ToNarrow(lightEnv.GetName())}});
 }
-void NEventPrinter::OnEnvironmentMapImageChange(domain::environment::NEnvironmentNode const&) {
-  Print("environmentMapImageChange", nullptr);
+void NEventPrinter::OnEnvironmentMapImageChange(
+    domain::environment::NEnvironmentNode const& environment) {
+  Print("environmentMapImageChange", &environment);
 }
-void NEventPrinter::OnEnvironmentMapImageTypeChange(domain::environment::NEnvironmentNode const&) {
-  Print("environmentMapImageTypeChange", nullptr);
+void NEventPrinter::OnEnvironmentMapImageTypeChange(
+    domain::environment::NEnvironmentNode const& environment) {
+  Print("environmentMapImageTypeChange", &environment);
 }
 void NEventPrinter::OnEnvironmentChange(
-    domain::scene::NSceneNode const&,
-    boost::intrusive_ptr<domain::environment::NEnvironmentNode> const&) {
-  Print("environmentChange", nullptr);
+    domain::scene::NSceneNode const& scene,
+    boost::intrusive_ptr<domain::environment::NEnvironmentNode> const& oldEnvironment) {
+  Print("environmentChange", &scene,
+        {{"old", NameOf(oldEnvironment)}, {"new", NameOf(scene.GetEnvironment())}});
 }
-void NEventPrinter::OnLampChange(domain::light_env::NLightEnvNode const&,
-                                 domain::light_env::NLamp const&,
-                                 data::events::light_env::NLampEventType) {
-  Print("lampChange", nullptr);
+void NEventPrinter::OnLampChange(domain::light_env::NLightEnvNode const& lightEnv,
+                                 domain::light_env::NLamp const& lamp,
+                                 data::events::light_env::NLampEventType type) {
+  constexpr char const* kTypes[] = {"lampCreated", "lampDeleted", "lampRenamed", "lampChanged"};
+  Print(kTypes[type], &lightEnv, {{"lamp", ToNarrow(lamp.GetName())}});
 }
 
 void NEventPrinter::OnEnvironmentMapImageChange(domain::material::NMaterialNode const& material) {
