@@ -151,6 +151,7 @@
 #include "corvanta/data/events/texture/NListener.h"
 #include "corvanta/data/events/texture/NMultiplexer.h"
 #include "corvanta/data/internal/built_in_images.h"
+#include "corvanta/data/internal/internal_data.h"
 #include "corvanta/data/modification_counter/NModificationCounter.h"
 #include "corvanta/data/operators/animation/NInterpolator.h"
 #include "corvanta/data/operators/animation/NInterpolatorError.h"

@@ -1,17 +1,20 @@
 #!/usr/bin/env python3
-"""Draws the pictures that come with the library: three uncompressed DDS files beside this script.
+"""Draws the pictures that come with the library, beside this script.
 
-A studio as a cube map, a floor, and the board that stands for an image that can't be loaded.
+Three uncompressed DDS files, which are installed: a studio as a cube map, a floor, and the board that stands for an
+image that can't be loaded. Two PNG files, which the build embeds in the library: the patterns of the watermark materials.
 """
 
 import math
 import pathlib
 import struct
+import zlib
 
 FOLDER = pathlib.Path(__file__).resolve().parent
 CUBE_SIDE = 64
 FLOOR_SIDE = 128
 BOARD_SIDE = 128
+MARK_SIDE = 256
 
 
 def write_dds(name, side, faces):
@@ -128,10 +131,52 @@ def board():
     return rows
 
 
+def chunk(kind, data):
+    return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
+
+
+def write_png(name, length, alpha):
+    """Light gray whose alpha is `alpha(x, y)`, from 0 to 1. A private chunk fills the file up to `length` bytes."""
+    pixels = bytearray()
+    for y in range(MARK_SIDE):
+        pixels.append(0)  # no filter
+        for x in range(MARK_SIDE):
+            pixels += bytes((191, 191, 191, round(255 * min(max(alpha(x, y), 0.0), 1.0))))
+    start = b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">2I5B", MARK_SIDE, MARK_SIDE, 8, 6, 0, 0, 0))
+    start += chunk(b"IDAT", zlib.compress(bytes(pixels), 9))
+    end = chunk(b"IEND", b"")
+    fill = length - len(start) - len(chunk(b"fiLl", b"")) - len(end)
+    if fill < 0:
+        raise SystemExit(f"{name} is {-fill} bytes too long")
+    (FOLDER / name).write_bytes(start + chunk(b"fiLl", bytes(fill)) + end)
+
+
+def rings(x, y):
+    """Rings in staggered rows; the pattern repeats every 128 pixels."""
+    tone = 0.10
+    for row, column in ((0, 0), (64, 64)):
+        dx, dy = ((c - centre + 64) % 128 - 64 for c, centre in ((x, column), (y, row)))
+        tone += 0.35 * smooth(7, 3, abs(math.hypot(dx, dy) - 34))
+    return tone
+
+
+def weave(x, y):
+    """Diagonal threads both ways, which rise where they pass over another one; it repeats every 128 pixels."""
+    right, left = x + y, x - y
+
+    def thread(across, along):
+        height = math.cos(math.pi * (along / 64 + across // 64))
+        return smooth(13, 9, abs(across % 64 - 32)) * (0.28 + 0.12 * height)
+
+    return 0.06 + max(thread(right, left - 32), thread(left, right + 32))
+
+
 def main():
     write_dds("cubemap-vx01.dds", CUBE_SIDE, list(cube_faces()))
     write_dds("floor-vx01.dds", FLOOR_SIDE, [floor()])
     write_dds("notfound.dds", BOARD_SIDE, [board()])
+    write_png("ywefe.png", 14353, rings)
+    write_png("ewasd.png", 35329, weave)
 
 
 if __name__ == "__main__":

@@ -1,0 +1,86 @@
+#include "corvanta/data/internal/detail/NInternalDomains.h"
+
+namespace corvanta::data::internal::detail {
+
+using core::domain::NDomainBase;
+using core::domain::NDomainManager;
+using core::locator::NLocator;
+using core::uri::NPath;
+using core::uri::NUri;
+
+namespace {
+
+constexpr wchar_t const* kText = L"Internal";
+
+template <class Domain, class... Multiplexers>
+boost::intrusive_ptr<Domain> Make(NRegistration& registration, NDomainManager const& manager,
+                                  events::NEventMultiplexer const& events,
+                                  Multiplexers&... multiplexers) {
+  boost::intrusive_ptr<Domain> domain(
+      new Domain(&manager, &events.GetAttributeChangeEventMultiplexer(), &multiplexers...));
+  registration.Register(*domain);
+  return domain;
+}
+
+}  // namespace
+
+NRegistration::~NRegistration() {
+  if (m_isKept) return;
+  for (auto entry = m_entries.rbegin(); entry != m_entries.rend(); ++entry) TakeBack(*entry);
+}
+
+void NRegistration::Register(NDomainBase& domain) {
+  domain.SetName(domain.GetType());
+  NLocator const locator(NUri::CreateInternalUri(NPath(L"/" + domain.GetName())), NPath());
+  Entry entry{&domain, locator, {}};
+  for (auto const& [at, before] : m_manager) {
+    if (at == locator) entry.before = before;
+  }
+  m_entries.push_back(entry);
+  m_manager.RegisterDomain(domain, locator, kText);
+  domain.SetIsReadOnlyFlag(true);
+}
+
+void NRegistration::TakeBack(Entry const& entry) {
+  m_manager.UnregisterDomain(entry.locator);
+  if (!entry.before.domain) return;
+  try {
+    m_manager.RegisterDomain(*entry.before.domain, entry.locator, entry.before.text);
+  } catch (...) {
+    // Without memory the locator stays free.
+    m_manager.UnregisterDomain(entry.locator);
+  }
+}
+
+void NRegistration::Keep() {
+  for (Entry const& entry : m_entries) entry.domain->SetIsReadOnlyFlag(true);
+  m_isKept = true;
+}
+
+NInternalDomains::NInternalDomains(NRegistration& registration, NDomainManager const& manager,
+                                   events::NEventMultiplexer const& events)
+    : geometries(Make<domain::geometry::NGeometryDomain>(
+          registration, manager, events, events.GetGeometryChangeEventMultiplexer())),
+      scenes(Make<domain::scene::NSceneDomain>(registration, manager, events,
+                                               events.GetSceneGraphTreeHostEventMultiplexer(),
+                                               events.GetSceneEventMultiplexer())),
+      items(Make<domain::scenegraph::item::NSceneGraphItemDomain>(
+          registration, manager, events, events.GetSceneGraphModelEventMultiplexer(),
+          events.GetSceneGraphHierarchyEventMultiplexer(),
+          events.GetSceneGraphTreeHostEventMultiplexer())),
+      trees(Make<domain::scenegraph::tree::NSceneGraphTreeDomain>(
+          registration, manager, events, events.GetSceneGraphTreeEventMultiplexer())),
+      cameras(Make<domain::camera::NCameraDomain>(registration, manager, events)),
+      materials(Make<domain::material::NMaterialDomain>(
+          registration, manager, events, events.GetEnvironmentMapChangeEventMultiplexer(),
+          events.GetMaterialEventMultiplexer())),
+      textures(Make<domain::texture::NTextureDomain>(registration, manager, events,
+                                                     events.GetTextureEventMultiplexer())),
+      images(Make<domain::image::NImageDomain>(registration, manager, events)),
+      lightEnvs(Make<domain::light_env::NLightEnvDomain>(registration, manager, events,
+                                                         events.GetLightEnvEventMultiplexer())),
+      environments(Make<domain::environment::NEnvironmentDomain>(
+          registration, manager, events, events.GetEnvironmentMapChangeEventMultiplexer(),
+          events.GetEnvironmentEventMultiplexer())) {}
+
+}  // namespace corvanta::data::internal::detail

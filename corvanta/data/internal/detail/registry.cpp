@@ -1,0 +1,79 @@
+#include "corvanta/data/internal/detail/registry.h"
+
+#include <boost/thread/mutex.hpp>
+#include <map>
+
+#include "corvanta/core/domain/NDomainManager.h"
+#include "corvanta/data/internal/detail/NInternalDataManager.h"
+
+namespace corvanta::data::internal::detail {
+
+using core::domain::NDomainManager;
+using DataPointer = boost::shared_ptr<NInternalDataManager const>;
+
+namespace {
+
+struct Entry {
+  // Of the manager that the entry was made for: a later one at its address has another.
+  core::domain::detail::NLinkPointer<NDomainManager const> manager;
+  DataPointer data;
+};
+
+struct Registry {
+  boost::mutex mutex;
+  std::map<NDomainManager const*, Entry> entries;
+};
+
+/// Never destroyed: a manager may be a static that outlives it.
+Registry& GetRegistry() {
+  static Registry& registry = *new Registry;
+  return registry;
+}
+
+thread_local bool t_hasLock = false;
+
+/// `released` takes what belonged to a manager that has gone.
+Entry& GetEntry(NDomainManager const& manager, DataPointer& released) {
+  Entry& entry = GetRegistry().entries[&manager];
+  if (entry.manager != manager.GetLink()) {
+    entry.manager = manager.GetLink();
+    released.swap(entry.data);
+  }
+  return entry;
+}
+
+}  // namespace
+
+NRegistryLock::NRegistryLock() : m_isOutermost(!t_hasLock) {
+  if (!m_isOutermost) return;
+  GetRegistry().mutex.lock();
+  t_hasLock = true;
+}
+
+NRegistryLock::~NRegistryLock() {
+  if (!m_isOutermost) return;
+  t_hasLock = false;
+  GetRegistry().mutex.unlock();
+}
+
+NInternalDataManager const* FindInternalData(NDomainManager const& manager) {
+  DataPointer released;
+  return GetEntry(manager, released).data.get();
+}
+
+void SetInternalData(NDomainManager const& manager, DataPointer const& data) {
+  DataPointer released;
+  GetEntry(manager, released).data = data;
+}
+
+bool EraseInternalData(NDomainManager const& manager, DataPointer& data) {
+  auto& entries = GetRegistry().entries;
+  auto const found = entries.find(&manager);
+  if (found == entries.end()) return false;
+  bool const isLive = found->second.manager == manager.GetLink();
+  data.swap(found->second.data);
+  entries.erase(found);
+  return isLive;
+}
+
+}  // namespace corvanta::data::internal::detail

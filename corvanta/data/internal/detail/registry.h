@@ -1,0 +1,44 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+
+#include "corvanta/core/domain/fwd.h"
+
+/// The internal data of all domain managers of the process.
+namespace corvanta::data::internal::detail {
+
+class NInternalDataManager;
+
+/// The right to change what the registry holds; one thread has it at a time.
+class NRegistryLock {
+ public:
+  /// Waits for it, unless this thread has it already.
+  NRegistryLock();
+  ~NRegistryLock();
+  NRegistryLock(NRegistryLock const&) = delete;
+  NRegistryLock& operator=(NRegistryLock const&) = delete;
+
+  /// False within another one of the same thread.
+  explicit operator bool() const noexcept { return m_isOutermost; }
+
+ private:
+  bool const m_isOutermost;
+};
+
+/// Enters an empty entry for a manager that has none. An entry of a manager that has gone doesn't
+/// count for a later one in its place.
+/// Fails: null for an empty entry.
+NInternalDataManager const* FindInternalData(core::domain::NDomainManager const& manager);
+
+/// Fills the manager's entry.
+/// Requires: the lock.
+void SetInternalData(core::domain::NDomainManager const& manager,
+                     boost::shared_ptr<NInternalDataManager const> const& data);
+
+/// Takes the manager's entry out, whose content goes with `data`.
+/// Requires: the lock.
+/// Fails: false if there is none.
+bool EraseInternalData(core::domain::NDomainManager const& manager,
+                       boost::shared_ptr<NInternalDataManager const>& data);
+
+}  // namespace corvanta::data::internal::detail
