@@ -108,6 +108,7 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/data/domain/scenegraph/item/item_types.h"
 #include "corvanta/data/domain/scenegraph/item/view.h"
+#include "corvanta/data/domain/scenegraph/item/view_clip_distances.h"
 #include "corvanta/data/domain/scenegraph/transform.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeDomain.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeHost.h"
