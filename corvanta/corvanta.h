@@ -169,6 +169,7 @@
 #include "corvanta/data/operators/ray_picker/NRayPicker.h"
 #include "corvanta/data/operators/ray_picker/pick.h"
 #include "corvanta/data/posture/NPosture3D.h"
+#include "corvanta/data/preset/preset.h"
 #include "corvanta/data/resource/image/NImage.h"
 #include "corvanta/data/resource/image/NImageFormat.h"
 #include "corvanta/data/resource/image/NNestedCreationError.h"

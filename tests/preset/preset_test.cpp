@@ -1,0 +1,238 @@
+#include "corvanta/data/preset/preset.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "corvanta/core/configuration/NConfiguration.h"
+#include "corvanta/data/domain/light/NLightNode.h"
+#include "corvanta/data/internal/built_in_images.h"
+#include "corvanta/data/internal/internal_data.h"
+#include "tests/preset/view_world.h"
+#include "tests/support/temporary_files.h"
+
+namespace corvanta::test {
+namespace {
+
+namespace preset = data::preset;
+using data::domain::light::NLightNode;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using LightItem = boost::intrusive_ptr<item::NSceneGraphLightNode>;
+using Triple = std::array<double, 3>;
+
+class AttributeNames final : public data::events::NEventListener {
+ public:
+  std::vector<std::wstring> heard;
+
+ private:
+  void OnAttributeChange(core::attribute::NAttributeHost&,
+                         core::attribute::NAttribute const& attribute) override {
+    heard.push_back(attribute.GetName());
+  }
+};
+
+class Preset : public testing::Test, protected ViewWorld {
+ protected:
+  Preset() { events->AddObserver(*m_names); }
+  ~Preset() override { data::internal::Uninitialize(manager); }
+
+  LightItem MakeLight(std::wstring const& type = data::domain::light::LT_DIRECTIONAL) {
+    LightItem made = Make<item::NSceneGraphLightNode>();
+    auto const light = lights->CreateNode(NNodeID());
+    light->SetType(type);
+    made->SetLightNode(light);
+    root->AddChild(*made);
+    return made;
+  }
+  Vec3 GetGlobalPosition(Item const& placed) const {
+    return Apply(
+        scenegraph::NSceneGraphPath<item::NSceneGraphItemNode>(placed, shown).GetGlobalTransform(),
+        Vec3());
+  }
+
+  boost::intrusive_ptr<AttributeNames> const m_names{new AttributeNames};
+  support::TemporaryFiles const m_files;
+};
+
+Triple GetRotation(LightItem const& light) {
+  return {light->GetRotationX(), light->GetRotationY(), light->GetRotationZ()};
+}
+
+/// The direction that (0, 0, 1) takes when turned about x, then y, then z.
+Vec3 TurnZ(Triple const& degrees) {
+  double const r = std::acos(-1.0) / 180;
+  auto const [a, b, c] = Triple{degrees[0] * r, degrees[1] * r, degrees[2] * r};
+  double const x = std::cos(a) * std::sin(b);
+  double const y = -std::sin(a);
+  return {static_cast<float>(x * std::cos(c) - y * std::sin(c)),
+          static_cast<float>(x * std::sin(c) + y * std::cos(c)),
+          static_cast<float>(std::cos(a) * std::cos(b))};
+}
+
+TEST_F(Preset, TheScaleIsFiveTimesTheLongestSideOfTheScene) {
+  EXPECT_EQ(preset::GetDefaultEnvironmentModelScale(view), 10.0f);  // nothing there
+  root->AddChild(*MakeModel({5, 5, 5}, {6, 7, 8}));
+  EXPECT_EQ(preset::GetDefaultEnvironmentModelScale(view), 15.0f);
+  scene->SetSceneGraph({});
+  EXPECT_EQ(preset::GetDefaultEnvironmentModelScale(view), 10.0f);
+}
+
+TEST_F(Preset, LightsGetTheColorsOfTheRig) {
+  std::vector<boost::intrusive_ptr<NLightNode>> rig;
+  for (int i = 0; i != 9; ++i) rig.push_back(lights->CreateNode(NNodeID()));
+  preset::PresetLight(rig, false);
+  preset::PresetLight(rig[0], true);
+  preset::PresetCamera(cameras->CreateNode(NNodeID()), true);
+  EXPECT_THAT(m_names->heard, IsEmpty());
+  EXPECT_EQ(preset::GetDefaultLightCount(), 7U);
+
+  preset::PresetLight(rig, true);
+  for (int i = 0; i != 9; ++i) {
+    double const color = i < 4 ? 0.1 : i < 7 ? 0.45 : 1.0;
+    EXPECT_THAT((Triple{rig[i]->GetColorR(), rig[i]->GetColorG(), rig[i]->GetColorB()}),
+                ElementsAre(color, color, color));
+    EXPECT_EQ(rig[i]->GetShadowDarkness(), i >= 4 && i < 7 ? 0.2 : 1.0);
+  }
+  EXPECT_EQ(m_names->heard.size(), 4 * 3 + 3 * 4U);
+  m_names->heard.erase(m_names->heard.begin(), m_names->heard.end() - 4);
+  EXPECT_THAT(m_names->heard, ElementsAre(L"color.r", L"color.g", L"color.b", L"shadow.darkness"));
+}
+
+TEST_F(Preset, LightsStandRoundTheScene) {
+  constexpr Triple kPlain[9] = {{70, 0, 0},  {-115, 0, 0},   {65, 60, -180}, {65, -60, 180},
+                                {-25, 0, 0}, {160, 60, 180}, {160, -60, 180}};
+  constexpr Triple kConverted[9] = {{0, 70, 0},  {0, -115, 0},   {-180, 65, 60}, {180, 65, -60},
+                                    {0, -25, 0}, {180, 160, 60}, {180, 160, -60}};
+  root->AddChild(*MakeModel({5, 5, 5}, {6, 7, 8}));
+  std::vector<LightItem> placed;
+  for (int i = 0; i != 9; ++i) placed.push_back(MakeLight());
+  LightItem const point = MakeLight(data::domain::light::LT_POINT);
+  point->SetRotationX(33);
+  placed.push_back(point);
+  for (bool const isConverted : {false, true}) {
+    shown->SetCoordConversion(isConverted ? tree::CCV_ZUP_TO_YUP : tree::CCV_NONE);
+    shown->SetUnit(isConverted ? 0.5 : 1);
+    for (bool const isRig : {true, false}) {
+      m_names->heard.clear();
+      preset::PresetSceneGraphLight(placed, view, shown, isRig);
+      for (int i = 0; i != 10; ++i) {
+        Triple expected = isConverted ? kConverted[i % 9] : kPlain[i % 9];
+        if (!isRig) expected = isConverted ? Triple{0, -60, 90} : Triple{-60, 90, 0};
+        if (i == 9) expected = {33, 0, 0};
+        EXPECT_EQ(GetRotation(placed[i]), expected) << i;
+        EXPECT_TRUE(placed[i]->TransformIsAbsolute());
+        Box3 const box = scene->GetSceneGraph()->GetRoot()->GetBoundingBox({}, {});
+        Vec3 const centre = Apply(shown->GetControlTransform(), box.GetCenter());
+        float const longest = isConverted ? 1.5f : 3;
+        EXPECT_TRUE(Near(GetGlobalPosition(placed[i]), centre + TurnZ(expected) * 2 * longest))
+            << i;
+      }
+      EXPECT_EQ(m_names->heard.size(), 9 * 7 + 4U);
+    }
+  }
+  m_names->heard.clear();
+  preset::PresetSceneGraphLight(placed[2], view, shown, true);
+  EXPECT_EQ(GetRotation(placed[2]), kConverted[0]);
+  EXPECT_THAT(m_names->heard,
+              ElementsAre(L"rotation.x", L"rotation.y", L"rotation.z", L"transform.isAbsolute",
+                          L"translation.x", L"translation.y", L"translation.z"));
+}
+
+TEST_F(Preset, TheCameraSeesTheSceneFromTheRightAndAbove) {
+  auto const lens = cameras->CreateNode(NNodeID());
+  camera->SetCameraNode(lens);
+  lens->SetVerticalViewAngle(90);  // so that the distance is the side
+  lens->SetHorizontalViewAngle(2 * std::atan(0.5) * 180 / std::acos(-1.0));  // and here twice that
+  core::configuration::GetConfiguration().SetLong(core::configuration::CK_VIEW_MODE, 3);
+  Model const content = MakeModel({4, 1, -1}, {14, 9, 2});
+  root->AddChild(*content);
+  struct Row {
+    char const* name;
+    bool isVertical;
+    double depth, unit, distance;
+  };
+  for (Row const& row :
+       {Row{"by height", true, 1, 1, 8}, Row{"by width", false, 1, 1, 20},
+        Row{"by depth", true, 10, 1, 30}, Row{"in centimetres", true, 1, 0.01, 0.08}}) {
+    SCOPED_TRACE(row.name);
+    lens->SetUsesVerticalViewAngleFlag(row.isVertical);
+    content->SetScaleZ(row.depth);
+    shown->SetUnit(row.unit);
+    m_names->heard.clear();
+    preset::PresetSceneGraphCamera(camera, view, shown, true);
+    Vec3 const centre =
+        Vec3(9, 5, static_cast<float>(0.5 * row.depth)) * static_cast<float>(row.unit);
+    Vec3 const interest(static_cast<float>(camera->GetInterestX()),
+                        static_cast<float>(camera->GetInterestY()),
+                        static_cast<float>(camera->GetInterestZ()));
+    EXPECT_TRUE(Near(interest, centre));
+    Vec3 const away(1 / std::sqrt(3.0f), 2 / 3.0f, 1);
+    EXPECT_TRUE(Near(GetGlobalPosition(camera), centre + away * static_cast<float>(row.distance)));
+    EXPECT_THAT((Triple{camera->GetUpX(), camera->GetUpY(), camera->GetUpZ()}),
+                ElementsAre(0, 1, 0));
+    EXPECT_THAT((Triple{camera->GetInterestXSaved(), camera->GetInterestYSaved(),
+                        camera->GetInterestZSaved()}),
+                ElementsAre(interest.x, interest.y, interest.z));
+    EXPECT_THAT((Triple{camera->GetTranslationXSaved(), camera->GetTranslationYSaved(),
+                        camera->GetTranslationZSaved()}),
+                ElementsAre(camera->GetTranslationX(), camera->GetTranslationY(),
+                            camera->GetTranslationZ()));
+    EXPECT_TRUE(camera->TransformIsAbsolute());
+    EXPECT_EQ(camera->GetNavigationType(), 3);
+  }
+  core::configuration::GetConfiguration().SetLong(core::configuration::CK_VIEW_MODE, 0);
+  EXPECT_THAT(
+      m_names->heard,
+      ElementsAre(L"interest.x", L"interest.y", L"interest.z", L"translation.x", L"translation.y",
+                  L"translation.z", L"up.x", L"up.y", L"up.z", L"interest.x.saved",
+                  L"interest.y.saved", L"interest.z.saved", L"translation.x.saved",
+                  L"translation.y.saved", L"translation.z.saved", L"up.x.saved", L"up.y.saved",
+                  L"up.z.saved", L"transform.isAbsolute", L"cameraNavigation"));
+}
+
+TEST_F(Preset, TheEnvironmentIsFilledAnewEachTime) {
+  ASSERT_TRUE(data::internal::Initialize(manager, *events));
+  root->AddChild(*MakeModel({0, 0, 0}, {1, 2, 3}));
+  Model first;
+  for (unsigned int round = 1; round != 3; ++round) {
+    preset::PresetEnvironment(environment, view, items, images);
+    Model const model = environment->GetEnvironmentMapModel();
+    EXPECT_EQ(images->GetNodeCount(), 2 * round);
+    EXPECT_NE(model, first);
+    EXPECT_EQ(model->GetDomain(), items.get());
+    EXPECT_THAT((Triple{model->GetScaleX(), model->GetScaleY(), model->GetScaleZ()}),
+                ElementsAre(15, 15, 15));
+    EXPECT_TRUE(model->IsVisible() && !model->DropsShadow() && !model->IsSelfshadowed());
+    EXPECT_EQ(model->GetGeometryNode(), data::internal::GetInwardSphere(manager).Get());
+    EXPECT_EQ(environment->GetFloorGeometry(), data::internal::GetSphereFloor(manager).Get());
+    auto const& map = environment->GetEnvironmentMap();
+    EXPECT_EQ(map.GetImageType(), data::environment_map::NEMIT_CUBE);
+    EXPECT_EQ(map.GetImage()->GetImageLocator(), data::internal::GetDefaultEnvironmentMapImage());
+    EXPECT_EQ(environment->GetFloorImage()->GetImageLocator(),
+              data::internal::GetDefaultFloorImage());
+    if (first) {
+      EXPECT_EQ(items->QueryNode(first->GetID()), first);
+    }
+    first = model;
+  }
+}
+
+TEST_F(Preset, WhatIsMissingHasNoEffect) {
+  preset::PresetEnvironment(environment, view, items, images);  // without internal data
+  EXPECT_EQ(environment->GetEnvironmentMapModel()->GetGeometryNode(), nullptr);
+  m_names->heard.clear();
+  preset::PresetEnvironment(nullptr, view, items, images);
+  preset::PresetEnvironment(environment, view, nullptr, images);
+  preset::PresetSceneGraphCamera(camera, view, shown, true);  // no camera node
+  preset::PresetSceneGraphCamera(nullptr, nullptr, nullptr, true);
+  preset::PresetSceneGraphLight(Make<item::NSceneGraphLightNode>(), view, shown, true);
+  preset::PresetSceneGraphLight(std::vector<LightItem>{nullptr}, view, shown, true);
+  preset::PresetSceneGraphLight(std::vector{MakeLight()}, view, nullptr, true);
+  preset::PresetLight(std::vector<boost::intrusive_ptr<NLightNode>>{nullptr}, true);
+  EXPECT_THAT(m_names->heard, ElementsAre(L"type"));  // of the light that was made
+}
+
+}  // namespace
+}  // namespace corvanta::test
