@@ -95,8 +95,8 @@ TEST_F(ModelSwitch, AListenerMayThrowOrEdit) {
   EXPECT_THAT(chooser->GetModelSets(), ElementsAre(b));
   EXPECT_THROW(chooser->AddModelSet(*a, 0), std::runtime_error);
   EXPECT_THAT(chooser->GetModelSets(), ElementsAre(a, b));
-  // One that enters the set anew, behind and before its old place, while it is about to go.
-  for (unsigned const place : {2u, 0u}) {
+  // One that enters the set anew, before and behind its old place, while it is about to go.
+  for (unsigned const place : {0u, 2u}) {
     recorder->react = [&](NModelSet const&) {
       recorder->react = nullptr;
       EXPECT_FALSE(chooser->RemoveModelSet(*a));
