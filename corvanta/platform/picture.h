@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -54,6 +55,11 @@ CORVANTA_API NPictureFormat GetFIFFromFilename(std::wstring const& path);
 /// no memory. IFF, MNG, JNG, PICT and XBM files count as unreadable, since they can't be held to
 /// that, and so do ICO, PSD and JPEG XR files, whose decoders end the program over a damaged one.
 CORVANTA_API std::unique_ptr<NPicture const> LoadPicture(std::wstring const& path);
+
+/// The same for the content of a file in memory; `name` is what the file's path would tell of its
+/// format.
+CORVANTA_API std::unique_ptr<NPicture const> DecodePicture(void const* bytes, std::size_t length,
+                                                           std::wstring const& name);
 
 /// Reads the size of the picture in the file at `path`, in pixels.
 /// Fails: false, with nothing written, where `LoadPicture` gives null for the file's kind or

@@ -111,7 +111,9 @@ long TellHandle(fi_handle handle) { return std::ftell(static_cast<std::FILE*>(ha
 class OpenPicture {
  public:
   explicit OpenPicture(std::wstring const& path)
-      : m_path(path), m_file(OpenFile(path, "rb")), m_format(JudgeFormat()) {
+      : OpenPicture(path, OpenFile(path, "rb"), GetFileSize(path)) {}
+  OpenPicture(std::wstring const& path, NFile file, long long length)
+      : m_path(path), m_file(std::move(file)), m_length(length), m_format(JudgeFormat()) {
     if (m_format == FIF_EXR) m_io.read_proc = &ReadHandleWithZeros;
   }
 
@@ -154,16 +156,15 @@ class OpenPicture {
   }
 
   std::optional<NPictureSize> ReadSize() {
-    long long const length = GetFileSize(m_path);
-    if (length < 0 ||
-        (length > kMostBytesWithoutHeader && !FreeImage_FIFSupportsNoPixels(m_format)))
+    if (m_length < 0 ||
+        (m_length > kMostBytesWithoutHeader && !FreeImage_FIFSupportsNoPixels(m_format)))
       return std::nullopt;
     std::vector<unsigned char> bytes(
-        static_cast<std::size_t>(std::min(length, kMostBytesWithoutHeader)));
+        static_cast<std::size_t>(std::min(m_length, kMostBytesWithoutHeader)));
     std::rewind(m_file.get());
     bytes.resize(std::fread(bytes.data(), 1, bytes.size(), m_file.get()));
     return PeekSize(static_cast<NPictureFormat>(m_format), bytes,
-                    static_cast<std::uint64_t>(length));
+                    static_cast<std::uint64_t>(m_length));
   }
 
   FREE_IMAGE_FORMAT JudgeFormat() {
@@ -177,6 +178,7 @@ class OpenPicture {
   std::wstring const m_path;
   FreeImageIO m_io{&ReadHandle, &WriteHandle, &SeekHandle, &TellHandle};
   NFile const m_file;
+  long long const m_length;
   FREE_IMAGE_FORMAT const m_format;
 };
 
@@ -187,8 +189,7 @@ std::optional<NPictureSize> GetSizeWithinLimits(OpenPicture& picture) {
   return within ? size : std::nullopt;
 }
 
-bool Load(fipImage& image, std::wstring const& path) {
-  OpenPicture picture(path);
+bool Load(fipImage& image, OpenPicture& picture) {
   if (!GetSizeWithinLimits(picture)) return false;
   image = picture.Decode(0);
   return image.isValid();
@@ -214,7 +215,19 @@ NPictureFormat GetFIFFromFilename(std::wstring const& path) {
 
 std::unique_ptr<NPicture const> LoadPicture(std::wstring const& path) {
   auto picture = std::make_unique<DecodedPicture>();
-  if (!Load(picture->GetImage(), path)) return nullptr;
+  OpenPicture open(path);
+  if (!Load(picture->GetImage(), open)) return nullptr;
+  return picture;
+}
+
+std::unique_ptr<NPicture const> DecodePicture(void const* bytes, std::size_t length,
+                                              std::wstring const& name) {
+  if (length == 0) return nullptr;
+  // Only read from.
+  NFile file(fmemopen(const_cast<void*>(bytes), length, "rb"));
+  auto picture = std::make_unique<DecodedPicture>();
+  OpenPicture open(name, std::move(file), static_cast<long long>(length));
+  if (!Load(picture->GetImage(), open)) return nullptr;
   return picture;
 }
 

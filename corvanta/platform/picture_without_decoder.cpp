@@ -72,6 +72,10 @@ NPictureFormat GetFIFFromFilename(std::wstring const& path) {
 
 std::unique_ptr<NPicture const> LoadPicture(std::wstring const&) { return nullptr; }
 
+std::unique_ptr<NPicture const> DecodePicture(void const*, std::size_t, std::wstring const&) {
+  return nullptr;
+}
+
 bool GetPictureSize(std::wstring const&, unsigned int&, unsigned int&) { return false; }
 
 }  // namespace corvanta::platform

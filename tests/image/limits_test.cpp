@@ -44,6 +44,16 @@ Claim const kClaims[] = {
     {"a.jp2", &Jp2},
 };
 
+TEST(PictureLimits, APictureInMemoryIsHeldToThemToo) {
+  for (Claim const& claim : kClaims) {
+    std::string const huge = claim.build(30000, 30000);
+    EXPECT_EQ(platform::DecodePicture(huge.data(), huge.size(), L".bmp"), nullptr) << claim.name;
+  }
+  EXPECT_EQ(platform::DecodePicture(nullptr, 0, L".png"), nullptr);
+  std::string const small = Bmp(3, 2) + std::string(2 * 12, '\x40');
+  EXPECT_EQ(platform::DecodePicture(small.data(), small.size(), L"") != nullptr, kDecodes);
+}
+
 TEST(PictureLimits, AHugeClaimCostsNoMemoryAndNoTime) {
   support::TemporaryFiles const files;
   for (Claim const& claim : kClaims) {
