@@ -18,8 +18,9 @@ using NAddCommand = void(CLI::App& program, int& status);
 NAddCommand AddInfo;
 NAddCommand AddMap;
 NAddCommand AddPick;
+NAddCommand AddRender;
 NAddCommand AddWatch;
 
-inline constexpr NAddCommand* kCommands[] = {AddInfo, AddWatch, AddPick, AddMap};
+inline constexpr NAddCommand* kCommands[] = {AddInfo, AddWatch, AddPick, AddMap, AddRender};
 
 }  // namespace corvanta::app

@@ -3,15 +3,14 @@
 #include <array>
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 #include <exception>
 #include <iostream>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "app/commands/commands.h"
+#include "app/commands/size.h"
 #include "app/import/import.h"
 #include "app/output/record.h"
 #include "app/output/text.h"
@@ -47,15 +46,6 @@ struct Options {
   unsigned grid = 0;
   bool asJson = false;
 };
-
-/// "WxH" with two whole numbers above 0.
-std::optional<std::array<unsigned, 2>> ParseSize(std::string const& text) {
-  unsigned width = 0, height = 0;
-  char end = 0;
-  if (std::sscanf(text.c_str(), "%6ux%6u%c", &width, &height, &end) != 2) return std::nullopt;
-  if (width == 0 || height == 0) return std::nullopt;
-  return std::array<unsigned, 2>{width, height};
-}
 
 Vec3 ToVec3(std::vector<double> const& numbers, std::size_t from = 0) {
   return {static_cast<float>(numbers[from]), static_cast<float>(numbers[from + 1]),
@@ -208,10 +198,6 @@ class Pick {
   std::array<unsigned, 2> const m_size;
   NDocument m_document;
 };
-
-std::string CheckSize(std::string const& text) {
-  return ParseSize(text) ? "" : "needs WxH, two whole numbers above 0";
-}
 
 /// What the options can't be together or at all; empty if they can be.
 std::string FindFault(Options const& options) {

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "app/import/mesh.h"
+#include "app/scene/NTextureUse.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
 #include "corvanta/data/domain/texture/NTextureNode.h"

@@ -11,21 +11,6 @@
 
 namespace corvanta::app {
 
-/// What a texture does for its material; the importer stores it as the texture's type.
-enum NTextureUse : long {
-  NTU_COLOR = 0,
-  NTU_SPECULAR = 1,
-  NTU_AMBIENT = 2,
-  NTU_EMISSIVE = 3,
-  NTU_HEIGHT = 4,
-  NTU_NORMAL = 5,
-  NTU_OPACITY = 6,
-  NTU_LIGHTMAP = 7,
-  NTU_METALNESS = 8,
-  NTU_ROUGHNESS = 9,
-  NTU_OTHER = 10,
-};
-
 /// The material nodes of a model file, with their textures. Only those that are asked for are made.
 class NMaterials {
  public:

@@ -15,12 +15,18 @@ using VX_Math::Vec3;
 NOverview::NOverview(NDocument& document, Tree const& tree)
     : m_tree(tree), m_scene(document.GetScenes().CreateNode(NNodeID())) {
   m_scene->SetSceneGraph(tree);
-  VX_Math::Box3 const box = data::domain::scenegraph::tree::GetBoundingBox(*tree);
-  Vec3 const center = box.IsEmpty() ? Vec3() : box.GetCenter();
-  double const radius = std::max(1e-3, static_cast<double>(box.GetSize().Length()) / 2);
   m_lens = document.GetCameras().CreateNode(NNodeID());
   auto const camera = document.GetItems().CreateNode<item::NSceneGraphCameraNode>(NNodeID());
   camera->SetCameraNode(m_lens);
+  m_camera = {*camera, *tree};
+  Frame(data::domain::scenegraph::tree::GetBoundingBox(*tree));
+  tree->GetRoot()->AddChild(*camera);
+}
+
+void NOverview::Frame(VX_Math::Box3 const& box) {
+  auto const camera = m_camera.GetNode();
+  Vec3 const center = box.IsEmpty() ? Vec3() : box.GetCenter();
+  double const radius = std::max(1e-3, static_cast<double>(box.GetSize().Length()) / 2);
   // The ball around the box fills the narrower angle of the view.
   double const half = m_lens->GetVerticalViewAngle() / 2 * 3.14159265358979324 / 180;
   double const distance = radius / std::sin(half);
@@ -30,8 +36,11 @@ NOverview::NOverview(NDocument& document, Tree const& tree)
   camera->SetInterestX(center.x);
   camera->SetInterestY(center.y);
   camera->SetInterestZ(center.z);
-  tree->GetRoot()->AddChild(*camera);
-  m_camera = {*camera, *tree};
+}
+
+void NOverview::FitAspect(double aspect) const {
+  // A view that is higher than wide takes its angle from the width, so that all is seen.
+  m_lens->SetUsesVerticalViewAngleFlag(aspect >= 1);
 }
 
 Vec3 NOverview::GetEye() const {
@@ -42,8 +51,7 @@ Vec3 NOverview::GetEye() const {
 
 VX_Math::Matrix NOverview::GetViewProjection(double aspect) const {
   auto const [near, far] = item::GetClipDistances(m_camera, *m_tree);
-  // A view that is higher than wide takes its angle from the width, so that all is seen.
-  m_lens->SetUsesVerticalViewAngleFlag(aspect >= 1);
+  FitAspect(aspect);
   return item::GetViewMatrix(m_camera) * m_lens->GetProjectionMatrix(aspect, near, far,
                                                                      item::GetFocalLength(m_camera),
                                                                      -0.5, 0.5, 0.5, -0.5, 0, 0);

@@ -7,6 +7,7 @@
 #include "corvanta/data/domain/scene/NSceneNode.h"
 #include "corvanta/data/domain/scenegraph/NSceneGraphPath.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
+#include "corvanta/vx_math/Box3.h"
 
 namespace corvanta::app {
 
@@ -18,7 +19,16 @@ class NOverview {
   /// Requires: `tree` has a root, below which the camera is put.
   NOverview(NDocument& document, Tree const& tree);
 
-  data::domain::scene::NSceneNode const& GetScene() const { return *m_scene; }
+  using Camera = data::domain::scenegraph::NSceneGraphPath<
+      data::domain::scenegraph::item::NSceneGraphCameraNode>;
+
+  data::domain::scene::NSceneNode& GetScene() const { return *m_scene; }
+  Camera const& GetCamera() const { return m_camera; }
+  /// Places the camera so that it sees the whole of `box`, and no farther than that.
+  void Frame(VX_Math::Box3 const& box);
+  /// Makes all that is framed seen at that aspect.
+  /// Units: width by height.
+  void FitAspect(double aspect) const;
   /// Where the camera stands, global.
   VX_Math::Vec3 GetEye() const;
   /// Units: `aspect` is width by height.
@@ -28,8 +38,7 @@ class NOverview {
   Tree m_tree;
   boost::intrusive_ptr<data::domain::scene::NSceneNode> m_scene;
   boost::intrusive_ptr<data::domain::camera::NCameraNode> m_lens;
-  data::domain::scenegraph::NSceneGraphPath<data::domain::scenegraph::item::NSceneGraphCameraNode>
-      m_camera;
+  Camera m_camera;
 };
 
 }  // namespace corvanta::app

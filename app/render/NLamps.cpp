@@ -1,0 +1,72 @@
+#include "app/render/NLamps.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "corvanta/data/domain/light_env/NLamp.h"
+#include "corvanta/data/domain/light_env/NLightEnvNode.h"
+
+namespace corvanta::app {
+
+namespace {
+
+namespace light_env = data::domain::light_env;
+using VX_Math::Vec3;
+
+float CosineOfHalf(double degrees) {
+  double const half = std::clamp(degrees, 0.0, 360.0) / 2;
+  return static_cast<float>(std::cos(half * std::numbers::pi / 180));
+}
+
+template <std::size_t N>
+void Put(std::array<float, N>& to, std::size_t index, Vec3 const& v) {
+  for (int c = 0; c != 3; ++c) {
+    to[3 * index + static_cast<std::size_t>(c)] = std::isfinite(v[c]) ? v[c] : 0.0f;
+  }
+}
+
+void Add(NLamps& lamps, light_env::NLamp const& lamp, double strength) {
+  auto const index = static_cast<std::size_t>(lamps.count++);
+  std::wstring const type = lamp.GetType();
+  lamps.kinds[index] = type == light_env::LAMP_TYPE_POINT  ? 1
+                       : type == light_env::LAMP_TYPE_SPOT ? 2
+                                                           : 0;
+  lamps.fades[index] = static_cast<int>(lamp.GetAttenuationType());
+  VX_Math::Matrix const transform = lamp.GetTransform();
+  Vec3 place, direction;
+  transform.MultVecMatrix(Vec3(), place);
+  transform.MultDirMatrix(Vec3(0.0f, 0.0f, -1.0f), direction);
+  direction.Normalize();
+  Put(lamps.places, index, place);
+  Put(lamps.directions, index, direction);
+  double const factor = lamp.IsEmitMinus() ? -strength : strength;
+  Put(lamps.colors, index,
+      Vec3(static_cast<float>(lamp.GetColorR() * factor),
+           static_cast<float>(lamp.GetColorG() * factor),
+           static_cast<float>(lamp.GetColorB() * factor)));
+  float const spread = CosineOfHalf(lamp.GetSpreadAngle());
+  lamps.cones[2 * index] = spread;
+  // A fall-off that isn't wider leaves a sharp edge.
+  lamps.cones[2 * index + 1] = std::min(CosineOfHalf(lamp.GetFalloffAngle()), spread - 1e-4f);
+  lamps.ranges[index] = std::max(static_cast<float>(lamp.GetAttenuationRange()), 1e-30f);
+}
+
+}  // namespace
+
+NLamps ReadLamps(data::domain::environment::NEnvironmentNode const& environment) {
+  NLamps lamps;
+  for (auto const& reference : environment.GetLightEnvs()) {
+    auto const lightEnv = reference.Get();
+    if (!lightEnv) continue;
+    double const strength = lightEnv->GetLampsCoefficient() * environment.GetHdrLight();
+    for (auto const& lamp : lightEnv->GetLamps()) {
+      if (lamp->IsEnabled() && lamps.count != static_cast<int>(kLampCount)) {
+        Add(lamps, *lamp, strength);
+      }
+    }
+  }
+  return lamps;
+}
+
+}  // namespace corvanta::app

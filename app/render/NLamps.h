@@ -1,0 +1,26 @@
+#pragma once
+
+#include <array>
+
+#include "app/render/shaders.h"
+#include "corvanta/data/domain/environment/NEnvironmentNode.h"
+
+namespace corvanta::app {
+
+/// The lamps of an environment as the shader takes them: those that are on, of all its light
+/// environments in order, up to kLampCount.
+struct NLamps {
+  int count = 0;
+  std::array<int, kLampCount> kinds{};  // 0: directional, 1: point, 2: spot
+  std::array<int, kLampCount> fades{};  // 0: even, then smoothly to 0; 1: linear; 2: quadratic
+  std::array<float, 3 * kLampCount> colors{};
+  std::array<float, 3 * kLampCount> places{};
+  std::array<float, 3 * kLampCount> directions{};
+  std::array<float, 2 * kLampCount> cones{};  // cosines of half the spread and half the fall-off
+  std::array<float, kLampCount> ranges{};
+};
+
+/// A lamp that emits minus takes its colour away.
+NLamps ReadLamps(data::domain::environment::NEnvironmentNode const& environment);
+
+}  // namespace corvanta::app

@@ -1,0 +1,367 @@
+#include "app/render/NRenderer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <optional>
+#include <unordered_map>
+
+#include "app/render/NBillboard.h"
+#include "app/render/NMeshes.h"
+#include "app/render/NShade.h"
+#include "app/render/NSurfaceProgram.h"
+#include "app/render/NTextures.h"
+#include "app/render/floor.h"
+#include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
+
+namespace corvanta::app {
+
+namespace {
+
+namespace domain = data::domain;
+using domain::environment::NEnvironmentNode;
+using domain::material::NMaterialNode;
+using domain::scene::NSceneNode;
+using VX_Math::Box3;
+using VX_Math::Matrix;
+using VX_Math::Vec3;
+
+// A picture that fills the view, for the program that draws the sky.
+constexpr int kPictureSky = 3;
+
+/// A model as it is drawn, beside its entry in the draw list.
+struct Drawn {
+  NShade const* shade = nullptr;
+  std::vector<NMeshPart> parts;
+};
+
+struct KnownShade {
+  core::node::NNodeReference<NMaterialNode const> material;
+  NShade shade;
+};
+
+bool IsFinite(Box3 const& box) {
+  Vec3 const size = box.max - box.min;
+  return std::isfinite(size.x) && std::isfinite(size.y) && std::isfinite(size.z);
+}
+
+NExposure ReadExposure(NEnvironmentNode const& environment, NEye const& eye) {
+  NExposure exposure;
+  auto const factor = static_cast<float>(std::exp2(environment.GetHdrExposure()));
+  auto const gamma = static_cast<float>(environment.GetHdrGamma());
+  exposure.factor = eye.exposure * (std::isfinite(factor) ? factor : 1.0f);
+  exposure.gamma = eye.gamma * (std::isfinite(gamma) && gamma > 0.0f ? gamma : 1.0f);
+  if (environment.ToneMappingIsEnabled()) {
+    exposure.white = std::max(static_cast<float>(environment.GetWhiteBrightness()), 1e-3f);
+  }
+  return exposure;
+}
+
+}  // namespace
+
+struct NRenderer::Block {
+  Block(NContext const& context, data::events::NEventMultiplexer& multiplexer)
+      : gl(context.GetGl()),
+        events(&multiplexer),
+        surfaceProgram(gl),
+        numberProgram(gl, kSurfaceVertexShader, kNumberFragmentShader),
+        skyProgram(gl, kSkyVertexShader, kSkyFragmentShader),
+        textures(gl),
+        meshes(gl),
+        noVertices(gl) {
+    events->AddObserver(*changes);
+    gl.glEnable(GL_TEXTURE_CUBE_MAP_SEAMLESS);
+    gl.glDepthFunc(GL_LEQUAL);
+    skyProgram.Use();
+    gl.glUniform1i(skyProgram.GetUniform("skyCube"), kCubeUnit);
+    gl.glUniform1i(skyProgram.GetUniform("skyFlat"), kFlatUnit);
+  }
+  ~Block() { events->RemoveObserver(*changes); }
+
+  NShade const& GetShade(boost::intrusive_ptr<NMaterialNode> const& material) {
+    if (!material) return plain;
+    auto const [entry, isNew] = shades.try_emplace(material.get());
+    if (isNew) entry->second = {*material, ReadShade(*material, textures)};
+    return entry->second.shade;
+  }
+
+  void ForgetShades(NMarks const& marks) {
+    std::erase_if(shades, [&marks](auto const& entry) {
+      return marks.materials || marks.changedMaterials.contains(entry.first) ||
+             !entry.second.material.Get();
+    });
+  }
+
+  void Resolve(std::size_t index) {
+    NDrawItem const& item = list.GetItems()[index];
+    Drawn& drawn = all[index];
+    drawn.shade = &GetShade(item.model->GetMaterialNode());
+    drawn.parts.clear();
+    if (auto const geometry = item.model->GetGeometryNode()) {
+      drawn.parts = meshes.Get(item, *geometry, drawn.shade->mappings);
+    }
+  }
+
+  void BeginView(NTarget const& target, NViewport const& viewport) const {
+    auto const bottom = static_cast<GLint>(target.GetHeight() - viewport.top - viewport.height);
+    auto const left = static_cast<GLint>(viewport.left);
+    auto const width = static_cast<GLsizei>(viewport.width);
+    auto const height = static_cast<GLsizei>(viewport.height);
+    target.Bind();
+    gl.glViewport(left, bottom, width, height);
+    gl.glScissor(left, bottom, width, height);
+    gl.glEnable(GL_SCISSOR_TEST);
+    gl.glEnable(GL_DEPTH_TEST);
+    gl.glDepthMask(GL_TRUE);
+    gl.glDisable(GL_BLEND);
+    gl.glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+  }
+
+  void DrawParts(std::vector<NMeshPart> const& parts) const {
+    for (NMeshPart const& part : parts) {
+      if (part.count == 0) continue;
+      gl.glBindVertexArray(part.vertexArray);
+      if (part.isIndexed) {
+        gl.glDrawElements(GL_TRIANGLES, part.count, GL_UNSIGNED_INT, nullptr);
+      } else {
+        gl.glDrawArrays(GL_TRIANGLES, 0, part.count);
+      }
+    }
+  }
+
+  void DrawSky(NEye const& eye, NSky const& sky, NExposure const& exposure) const {
+    if (sky.kind < 0) return;
+    skyProgram.Use();
+    Matrix const fromView = eye.GetViewProjection().Inverse();
+    gl.glUniformMatrix4fv(skyProgram.GetUniform("fromView"), 1, GL_FALSE, fromView[0]);
+    gl.glUniform1i(skyProgram.GetUniform("skyKind"), sky.kind);
+    SetTurn(gl, skyProgram.GetUniform("skyTurn"), sky.turn);
+    gl.glUniform1f(skyProgram.GetUniform("exposure"), exposure.factor);
+    gl.glUniform1f(skyProgram.GetUniform("gamma"), exposure.gamma);
+    gl.glUniform1f(skyProgram.GetUniform("white"), exposure.white);
+    BindSky(gl, sky);
+    gl.glBindVertexArray(noVertices.Get());
+    gl.glDisable(GL_DEPTH_TEST);
+    gl.glDrawArrays(GL_TRIANGLES, 0, 3);
+    gl.glEnable(GL_DEPTH_TEST);
+  }
+
+  void DrawBackdrop(NEye const& eye, NEnvironmentNode const* environment, NSky const& sky,
+                    NExposure const& exposure) {
+    if (environment == nullptr) return;
+    if (auto const image = environment->Get2DImage()) {
+      NSky picture;
+      picture.kind = kPictureSky;
+      picture.texture = textures.Get(*image, NTC_COLOR).texture.Get();
+      NExposure own = exposure;
+      own.factor *= static_cast<float>(environment->GetImageExposure());
+      own.gamma *= std::max(static_cast<float>(environment->GetImageGamma()), 1e-3f);
+      DrawSky(eye, picture, own);
+      return;
+    }
+    auto const model = environment->GetEnvironmentMapModel();
+    if (!model || model->IsVisible()) DrawSky(eye, sky, exposure);
+  }
+
+  void DrawItem(std::size_t index, NEye const& eye, NShade const*& shade, NSky const& sky) const {
+    NDrawItem const& item = list.GetItems()[index];
+    if (!item.isPlaced) return;
+    if (shade != all[index].shade) {
+      shade = all[index].shade;
+      surfaceProgram.SetShade(*shade, ambientLight, sky);
+    }
+    if (auto const type = item.model->GetBillboardType(); type != 0) {
+      Matrix const global = TurnBillboard(item.global, eye, type);
+      surfaceProgram.SetPlace(global, global.Inverse().Transpose());
+    } else {
+      surfaceProgram.SetPlace(item.global, item.normals);
+    }
+    bool const isWired = item.model->IsWired();
+    if (isWired) gl.glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+    DrawParts(all[index].parts);
+    if (isWired) gl.glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+  }
+
+  void DrawModels(NEye const& eye, NSky const& sky) const {
+    NShade const* shade = nullptr;
+    std::vector<std::pair<float, std::size_t>> transparent;
+    for (std::size_t i = 0; i != all.size(); ++i) {
+      if (all[i].shade->isTransparent) {
+        NDrawItem const& item = list.GetItems()[i];
+        Vec3 center = item.model->GetBoundingBoxWithoutChildren().GetCenter();
+        item.global.MultVecMatrix(center, center);
+        eye.view.MultVecMatrix(center, center);
+        transparent.emplace_back(std::isfinite(center.z) ? center.z : 0.0f, i);
+      } else {
+        DrawItem(i, eye, shade, sky);
+      }
+    }
+    // The farthest first; negative z lies ahead.
+    std::sort(transparent.begin(), transparent.end());
+    gl.glEnable(GL_BLEND);
+    gl.glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
+    gl.glDepthMask(GL_FALSE);
+    for (auto const& [depth, index] : transparent) DrawItem(index, eye, shade, sky);
+    gl.glDepthMask(GL_TRUE);
+    gl.glDisable(GL_BLEND);
+  }
+
+  void DrawFloor(NEnvironmentNode const& environment, NSky const& sky) {
+    auto const geometry = environment.GetFloorGeometry();
+    if (!environment.FloorIsVisible() || !geometry) return;
+    NShade const shade = ReadFloorShade(environment, textures);
+    surfaceProgram.SetShade(shade, ambientLight, sky);
+    Matrix global;
+    // The floor is made for the box or ball that bears the surroundings.
+    if (auto const model = environment.GetEnvironmentMapModel()) {
+      model->GetTransform().GetScale(global);
+    }
+    Matrix height;
+    height.SetTranslate(Vec3(0.0f, static_cast<float>(environment.GetFloorHeight()), 0.0f));
+    global *= height;
+    surfaceProgram.SetPlace(global, global.Inverse().Transpose());
+    if (shade.isTransparent) {
+      gl.glEnable(GL_BLEND);
+      gl.glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
+    }
+    std::vector<std::uint64_t> surfaces;
+    for (auto const& surface : geometry->GetSurfaces()) {
+      surfaces.push_back(surface->GetCreationNumber());
+    }
+    if (!floor || floorSurfaces != surfaces) {
+      floor = LayFloor(*geometry);
+      floorSurfaces = surfaces;
+    }
+    DrawParts(meshes.Get(NDrawItem(), *floor, shade.mappings));
+    gl.glDisable(GL_BLEND);
+  }
+
+  NGl const& gl;
+  boost::intrusive_ptr<data::events::NEventMultiplexer> const events;
+  boost::intrusive_ptr<NChanges> const changes{new NChanges};
+  NSurfaceProgram const surfaceProgram;
+  NProgram const numberProgram;
+  NProgram const skyProgram;
+  NTextures textures;
+  NMeshes meshes;
+  NGlVertexArray noVertices;
+  NDrawList list;
+  std::vector<Drawn> all;
+  std::unordered_map<NMaterialNode const*, KnownShade> shades;
+  NShade const plain = MakePlainShade();
+  NColor ambientLight{};
+  boost::intrusive_ptr<domain::geometry::NGeometryNode> floor;
+  std::vector<std::uint64_t> floorSurfaces;  // that it was made from
+  boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeNode> tree;
+};
+
+NRenderer::NRenderer(NContext const& context, data::events::NEventMultiplexer& events)
+    : m_block(new Block(context, events)) {}
+
+NRenderer::~NRenderer() = default;
+
+void NRenderer::Update(NSceneNode const& scene) {
+  Block& block = *m_block;
+  block.tree = scene.GetSceneGraph();
+  NMarks const marks = block.changes->Take();
+  if (!block.tree) {
+    block.list.Clear();
+    block.all.clear();
+    return;
+  }
+  bool const walked = block.list.Update(*block.tree, marks);
+  bool const changes = marks.materials || !marks.changedMaterials.empty();
+  if (!marks.changedImages.empty() || marks.materials) block.textures.Forget(marks.changedImages);
+  if (changes || walked) block.ForgetShades(marks);
+  if (!marks.changedSurfaces.empty()) block.floor = nullptr;
+  block.meshes.Forget(marks);
+  if (walked || changes || marks.projections) {
+    block.all.resize(block.list.GetItems().size());
+    for (std::size_t i = 0; i != block.all.size(); ++i) block.Resolve(i);
+  }
+}
+
+std::vector<NDrawItem> const& NRenderer::GetItems() const { return m_block->list.GetItems(); }
+
+Box3 NRenderer::GetBox() const {
+  Block const& block = *m_block;
+  if (!block.tree) return {};
+  Box3 const whole = GetBoundingBox(*block.tree);
+  if (whole.IsEmpty() || IsFinite(whole)) return whole;
+  Box3 box;
+  for (NDrawItem const& item : block.list.GetItems()) {
+    auto const geometry = item.model->GetGeometryNode();
+    if (!item.isPlaced || !geometry) continue;
+    Box3 part = NMeshes::GetFiniteBox(*geometry);
+    part.Transform(item.global);
+    if (IsFinite(part)) box.ExtendBy(part);
+  }
+  return box;
+}
+
+void NRenderer::DrawPicture(NSceneNode const& scene, NEye const& eye, NTarget const& target,
+                            NViewport const& viewport) {
+  Block& block = *m_block;
+  Update(scene);
+  block.BeginView(target, viewport);
+  auto const environment = scene.GetEnvironment();
+  NSky sky;
+  NLamps lamps;
+  NExposure exposure;
+  NColor color{};
+  if (environment) {
+    color = {static_cast<float>(environment->GetColorR()),
+             static_cast<float>(environment->GetColorG()),
+             static_cast<float>(environment->GetColorB())};
+    block.ambientLight = {static_cast<float>(environment->GetAmbientLightR()),
+                          static_cast<float>(environment->GetAmbientLightG()),
+                          static_cast<float>(environment->GetAmbientLightB())};
+    lamps = ReadLamps(*environment);
+    exposure = ReadExposure(*environment, eye);
+    sky = ReadSky(environment->GetEnvironmentMap(), block.textures);
+  }
+  block.gl.glClearColor(color[0], color[1], color[2], 1.0f);
+  block.gl.glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+  block.DrawBackdrop(eye, environment.get(), sky, exposure);
+  block.surfaceProgram.Begin(eye, lamps, exposure);
+  if (environment) block.DrawFloor(*environment, sky);
+  block.DrawModels(eye, sky);
+}
+
+void NRenderer::DrawNumbers(NSceneNode const& scene, NEye const& eye, NTarget const& target,
+                            NViewport const& viewport) {
+  Block& block = *m_block;
+  Update(scene);
+  block.BeginView(target, viewport);
+  block.gl.glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
+  block.gl.glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+  block.numberProgram.Use();
+  Matrix const viewProjection = eye.GetViewProjection();
+  block.gl.glUniformMatrix4fv(block.numberProgram.GetUniform("viewProjection"), 1, GL_FALSE,
+                              viewProjection[0]);
+  GLint const world = block.numberProgram.GetUniform("world");
+  GLint const number = block.numberProgram.GetUniform("number");
+  for (std::size_t i = 0; i != block.all.size(); ++i) {
+    NDrawItem const& item = block.list.GetItems()[i];
+    if (!item.isPlaced) continue;
+    auto const id = static_cast<unsigned>(i + 1);
+    float const bytes[3] = {static_cast<float>(id >> 16 & 255) / 255.0f,
+                            static_cast<float>(id >> 8 & 255) / 255.0f,
+                            static_cast<float>(id & 255) / 255.0f};
+    block.gl.glUniform3fv(number, 1, bytes);
+    Matrix const global = item.model->GetBillboardType() == 0
+                              ? item.global
+                              : TurnBillboard(item.global, eye, item.model->GetBillboardType());
+    block.gl.glUniformMatrix4fv(world, 1, GL_FALSE, global[0]);
+    block.DrawParts(block.all[i].parts);
+  }
+}
+
+void NRenderer::Finish() const { m_block->gl.glFinish(); }
+
+NUploads NRenderer::GetUploads() const {
+  return {m_block->meshes.GetMeshUploadCount(), m_block->meshes.GetCoordsUploadCount(),
+          m_block->textures.GetUploadCount()};
+}
+
+}  // namespace corvanta::app

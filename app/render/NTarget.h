@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "app/output/NPixels.h"
+#include "app/render/NGl.h"
+
+namespace corvanta::app {
+
+/// The largest picture that is drawn. Units: pixels a side, and in all.
+inline constexpr unsigned kMostSide = 16384;
+inline constexpr std::uint64_t kMostPixels = 32ull * 1024 * 1024;
+
+/// What is drawn into: linear colour and depth, with several samples a pixel or one.
+class NTarget {
+ public:
+  enum NKind {
+    NTK_PICTURE,  ///< half floats, four samples a pixel where the driver has them
+    NTK_NUMBERS,  ///< bytes, one sample
+  };
+
+  /// Fails: throws NRenderError for a size that is 0 or beyond what the driver or memory has.
+  NTarget(NGl const& gl, unsigned width, unsigned height, NKind kind);
+
+  unsigned GetWidth() const { return m_width; }
+  unsigned GetHeight() const { return m_height; }
+
+  /// Makes this what is drawn into.
+  void Bind() const;
+  /// The picture, its samples averaged as linear light and written with the transfer function of
+  /// sRGB. Requires: NTK_PICTURE.
+  NPixels ReadPicture() const;
+  /// The number that each pixel was given, red the highest byte; rows from the top.
+  /// Requires: NTK_NUMBERS.
+  std::vector<std::uint32_t> ReadNumbers() const;
+  /// The depth of each pixel, 0 at the near plane to 1 at the far one; rows from the top.
+  /// Requires: NTK_NUMBERS.
+  std::vector<float> ReadDepths() const;
+
+ private:
+  void Check(char const* what) const;
+
+  NGl const* m_gl;
+  unsigned m_width, m_height;
+  NKind m_kind;
+  NGlRenderbuffer m_color, m_depth, m_resolved;
+  NGlFramebuffer m_frame, m_resolvedFrame;
+};
+
+}  // namespace corvanta::app

@@ -1,0 +1,101 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <set>
+
+#include "tests/app/program.h"
+
+namespace corvanta::app_tests {
+namespace {
+
+using support::TemporaryFiles;
+
+/// Two triangles beside each other, and a camera that looks at them.
+class RenderTest : public testing::Test {
+ protected:
+  RenderTest() {
+    m_files.Write(
+        "model.gltf",
+        MakeGltf({Triangle()},
+                 {{{"name", "top"}, {"children", {1, 2, 3}}},
+                  {{"name", "left"}, {"mesh", 0}},
+                  {{"name", "right"}, {"mesh", 0}, {"translation", {1.5, 0, 0}}},
+                  {{"name", "eye"}, {"camera", 0}, {"translation", {1, 0.5, 4}}}},
+                 {{"cameras",
+                   {{{"type", "perspective"},
+                     {"perspective", {{"yfov", 0.8}, {"znear", 0.1}, {"aspectRatio", 1.0}}}}}}}));
+  }
+
+  Result Render(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), {"render", "model.gltf"});
+    return RunProgram(m_files, std::move(arguments));
+  }
+
+  /// The files beside the model, without what the test itself writes there.
+  std::set<std::string> GetOutputs() const {
+    std::set<std::string> names;
+    for (auto const& entry : std::filesystem::directory_iterator(m_files.GetFolder())) {
+      if (entry.is_regular_file()) names.insert(entry.path().filename());
+    }
+    for (char const* const own : {"model.gltf", "stdout", "stderr"}) names.erase(own);
+    return names;
+  }
+
+  TemporaryFiles m_files;
+};
+
+TEST_F(RenderTest, DrawsPicturesThatAreThereAsAWhole) {
+  Result const result = Render({"-o", "a.png", "--ids", "ids.png", "--size", "90x60"});
+  if (result.HasOneError("render", "EGL")) GTEST_SKIP() << result.err;
+  ASSERT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(result.Lines(), (std::vector<std::string>{"1  model/left", "2  model/right"}));
+  EXPECT_EQ(GetOutputs(), (std::set<std::string>{"a.png", "ids.png"}));
+  std::string const picture = support::ReadBytes(m_files.At("a.png"));
+  EXPECT_EQ(picture.substr(1, 3), "PNG");
+  EXPECT_EQ(picture.substr(16, 8), std::string("\0\0\0\x5A\0\0\0\x3C", 8));
+  EXPECT_EQ(Render({"-o", "b.png", "--size", "90x60"}).status, 0);
+  EXPECT_EQ(support::ReadBytes(m_files.At("b.png")), picture);
+  EXPECT_EQ(Render({"-o", "b.png", "--size", "90x60", "--camera", "eye"}).status, 0);
+  EXPECT_NE(support::ReadBytes(m_files.At("b.png")), picture);
+}
+
+TEST_F(RenderTest, RefusesInOneLineAndLeavesNothing) {
+  struct Row {
+    std::vector<std::string> arguments;
+    int status;
+    std::string subject;
+  };
+  for (Row const& row : std::vector<Row>{
+           {{}, 2, "options"},
+           {{"-o", "a.png", "--size", "0x100"}, 2, "options"},
+           {{"-o", "a.png", "--size", "100000x1"}, 2, "options"},
+           {{"-o", "a.png", "--size", "16000x16000"}, 2, "options"},
+           {{"-o", "a.png", "--camera", "nobody"}, 2, "--camera"},
+       }) {
+    Result const result = Render(row.arguments);
+    EXPECT_EQ(result.status, row.status);
+    EXPECT_TRUE(result.HasOneError(row.subject, "")) << result.err;
+  }
+  Result const result = Render({"-o", "missing/a.png"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_TRUE(result.HasOneError("", "")) << result.err;
+  EXPECT_EQ(GetOutputs(), std::set<std::string>());
+}
+
+TEST_F(RenderTest, SaysWhatTheMachineLacks) {
+  setenv("__EGL_VENDOR_LIBRARY_DIRS", "/nonexistent", 1);
+  Result const noVendor = Render({"-o", "a.png"});
+  unsetenv("__EGL_VENDOR_LIBRARY_DIRS");
+  setenv("LIBGL_DRIVERS_PATH", "/nonexistent", 1);
+  Result const noDriver = Render({"-o", "a.png"});
+  unsetenv("LIBGL_DRIVERS_PATH");
+  for (Result const& result : {noVendor, noDriver}) {
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(result.HasOneError("render", "")) << result.err;
+  }
+  EXPECT_EQ(GetOutputs(), std::set<std::string>());
+}
+
+}  // namespace
+}  // namespace corvanta::app_tests

@@ -1,0 +1,154 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <memory>
+#include <vector>
+
+#include "app/render/NContext.h"
+#include "app/render/NRenderError.h"
+#include "app/render/NRenderer.h"
+#include "app/scene/NDocument.h"
+#include "corvanta/data/domain/geometry/NPolygonSurface.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
+#include "corvanta/data/domain/scenegraph/item/view.h"
+
+namespace corvanta::render_tests {
+
+namespace item = data::domain::scenegraph::item;
+using app::NCameraPath;
+using app::NDrawItem;
+using app::NEye;
+using app::NTarget;
+using core::node::NNodeID;
+using core::node::NNodeReference;
+using Group = boost::intrusive_ptr<item::NSceneGraphGroupNode>;
+using Model = boost::intrusive_ptr<item::NSceneGraphModelNode>;
+using Geometry = boost::intrusive_ptr<data::domain::geometry::NGeometryNode>;
+using Tree = boost::intrusive_ptr<data::domain::scenegraph::tree::NSceneGraphTreeNode>;
+
+/// A document with a scene whose tree has a group as its root, a camera below it, and a renderer.
+/// A test on a machine that can't draw is skipped.
+class World : public testing::Test {
+ protected:
+  static constexpr unsigned kWidth = 160, kHeight = 120;
+
+  void SetUp() override {
+    try {
+      m_context = std::make_unique<app::NContext>();
+    } catch (app::NRenderError const& error) {
+      GTEST_SKIP() << error.what();
+    }
+    m_renderer = std::make_unique<app::NRenderer>(*m_context, m_document.GetEvents());
+    m_root = Add<item::NSceneGraphGroupNode>(nullptr);
+    m_tree = CreateTree(*m_root);
+    m_scene = m_document.GetScenes().CreateNode(NNodeID());
+    m_scene->SetSceneGraph(m_tree);
+    m_camera = Add<item::NSceneGraphCameraNode>(m_root.get());
+    m_lens = m_document.GetCameras().CreateNode(NNodeID());
+    m_lens->SetVerticalViewAngle(40);
+    m_camera->SetCameraNode(m_lens);
+    m_camera->SetTranslationZ(12);
+    m_ball = CreateBall();
+  }
+
+  template <class Kind>
+  boost::intrusive_ptr<Kind> Add(item::NSceneGraphItemNode* parent) {
+    auto const node = m_document.GetItems().CreateNode<Kind>(NNodeID());
+    if (parent != nullptr) parent->AddChild(*node);
+    return node;
+  }
+
+  /// A ball of radius 1 at (x, y, z), squeezed so that it doesn't look alike from all sides.
+  Model AddBall(item::NSceneGraphItemNode& parent, double x, double y, double z, double size = 1) {
+    auto const model = Add<item::NSceneGraphModelNode>(&parent);
+    model->SetGeometryNode(m_ball);
+    model->SetTranslationX(x);
+    model->SetTranslationY(y);
+    model->SetTranslationZ(z);
+    model->SetScaleX(size);
+    model->SetScaleY(size * 0.7);
+    model->SetScaleZ(size * 0.9);
+    model->SetRotationZ(20 * x + 10);
+    return model;
+  }
+
+  Group AddGroup(item::NSceneGraphItemNode& parent) {
+    return Add<item::NSceneGraphGroupNode>(&parent);
+  }
+
+  Tree CreateTree(item::NSceneGraphItemNode& root) {
+    auto const tree = m_document.GetTrees().CreateNode(NNodeID());
+    tree->SetRoot(NNodeReference<item::NSceneGraphItemNode>(root));
+    return tree;
+  }
+
+  auto Show(Tree const& tree, item::NSceneGraphItemNode& parent) {
+    auto const reference = Add<item::NSceneGraphReferenceNode>(&parent);
+    reference->SetSceneGraph(tree);
+    return reference;
+  }
+
+  Geometry CreateGeometry(std::vector<float> const& coords, std::vector<float> const& normals,
+                          std::vector<unsigned> const& indices) {
+    auto const geometry = m_document.GetGeometries().CreateNode(NNodeID());
+    boost::intrusive_ptr<data::domain::geometry::NSurface> const surface(
+        new data::domain::geometry::NPolygonSurface);
+    surface->Assign(coords, normals, indices, {});
+    geometry->AddSurface(*surface);
+    return geometry;
+  }
+
+  Geometry CreateBall() {
+    constexpr unsigned kAround = 16, kUp = 10;
+    std::vector<float> coords;
+    std::vector<unsigned> indices;
+    for (unsigned j = 0; j <= kUp; ++j) {
+      for (unsigned i = 0; i <= kAround; ++i) {
+        float const a = 6.2831853f * static_cast<float>(i) / kAround;
+        float const b = 3.1415927f * static_cast<float>(j) / kUp;
+        coords.insert(coords.end(),
+                      {std::sin(b) * std::cos(a), std::cos(b), std::sin(b) * std::sin(a)});
+        if (i == kAround || j == kUp) continue;
+        unsigned const at = j * (kAround + 1) + i;
+        indices.insert(indices.end(),
+                       {at, at + 1, at + kAround + 1, at + 1, at + kAround + 2, at + kAround + 1});
+      }
+    }
+    return CreateGeometry(coords, coords, indices);
+  }
+
+  NCameraPath GetCamera() const { return {*m_camera, *m_tree}; }
+
+  NEye GetEye() const {
+    auto const [near, far] = item::GetClipDistances(GetCamera(), *m_tree);
+    return app::GetEye(GetCamera(), static_cast<double>(kWidth) / kHeight, {near, far});
+  }
+
+  /// The numbers of a picture of the scene, rows from the top.
+  std::vector<std::uint32_t> DrawNumbers() {
+    NTarget const target(m_context->GetGl(), kWidth, kHeight, NTarget::NTK_NUMBERS);
+    m_renderer->DrawNumbers(*m_scene, GetEye(), target, {0, 0, kWidth, kHeight});
+    return target.ReadNumbers();
+  }
+
+  app::NPixels DrawPicture() {
+    NTarget const target(m_context->GetGl(), kWidth, kHeight, NTarget::NTK_PICTURE);
+    m_renderer->DrawPicture(*m_scene, GetEye(), target, {0, 0, kWidth, kHeight});
+    return target.ReadPicture();
+  }
+
+  app::NDocument m_document;
+  std::unique_ptr<app::NContext> m_context;
+  std::unique_ptr<app::NRenderer> m_renderer;
+  Group m_root;
+  Tree m_tree;
+  boost::intrusive_ptr<data::domain::scene::NSceneNode> m_scene;
+  boost::intrusive_ptr<item::NSceneGraphCameraNode> m_camera;
+  boost::intrusive_ptr<data::domain::camera::NCameraNode> m_lens;
+  Geometry m_ball;
+};
+
+}  // namespace corvanta::render_tests
