@@ -12,6 +12,7 @@
 #include "app/output/NReport.h"
 #include "app/output/text.h"
 #include "app/scene/NDocument.h"
+#include "app/scene/NStage.h"
 #include "app/scene/common_tree.h"
 #include "app/scene/walk.h"
 #include "corvanta/core/text/convert.h"
@@ -28,7 +29,9 @@ constexpr char kFooter[] = R"(
 Prints the trees with kind, name, id and box of each item, what each domain
 holds, the box of the whole, and the times for reading and for building. Boxes
 are in global coordinates. Two or more files become trees of their own, each
-shown in a common tree by a reference item.)";
+shown in a common tree by a reference item. As in any host, the scene comes with
+an environment, a camera that sees the whole, and, if no file has lights, seven
+of them in a tree of their own.)";
 
 struct Options {
   std::vector<std::string> files;
@@ -67,6 +70,8 @@ class Info {
     for (auto const& model : m_models) trees.push_back(model.tree);
     if (m_options.files.size() > 1)
       trees.insert(trees.begin(), CreateCommonTree(m_document, trees));
+    NStage const stage(m_document, trees.front());
+    if (auto const lights = stage.GetEnvironment().GetSceneGraph()) trees.push_back(lights);
 
     auto const report =
         m_options.asJson ? CreateJsonReport(std::cout) : CreateTextReport(std::cout);

@@ -17,6 +17,7 @@
 #include "app/output/record.h"
 #include "app/output/text.h"
 #include "app/scene/NDocument.h"
+#include "app/scene/NStage.h"
 #include "app/scene/walk.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
@@ -94,6 +95,7 @@ class Map {
       PrintError(m_options.file, error.what());
       return NS_FILE;
     }
+    NStage const stage(m_document, m_tree);
     AddModels(*CreateProjection());
     std::ofstream file;
     if (!m_options.output.empty()) {

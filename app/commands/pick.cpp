@@ -15,7 +15,7 @@
 #include "app/output/record.h"
 #include "app/output/text.h"
 #include "app/scene/NDocument.h"
-#include "app/scene/NOverview.h"
+#include "app/scene/NStage.h"
 #include "app/scene/common_tree.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
@@ -66,7 +66,8 @@ class Pick {
       }
     }
     if (!trees.empty()) {
-      NOverview const overview(m_document, CreateCommonTree(m_document, trees));
+      NStage stage(m_document, CreateCommonTree(m_document, trees));
+      NOverview const& overview = stage.GetOverview();
       if (m_options.grid != 0) {
         ShootGrid(overview);
       } else {
