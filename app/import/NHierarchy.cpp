@@ -113,7 +113,7 @@ NHierarchy::ItemPointer NHierarchy::CreateItem(aiNode const& node) {
              GetPlace(*m_scene.mLights[content.lights.front()]) == unmoved) {
     item = CreateLight(content.lights.front());
   } else if (isOne && !content.cameras.empty() &&
-             GetPlace(*m_scene.mCameras[content.cameras.front()]) == unmoved) {
+             GetPlace(*m_scene.mCameras[content.cameras.front()], node) == unmoved) {
     item = CreateCamera(content.cameras.front());
   } else {
     item = m_document.GetItems().CreateNode<item::NSceneGraphGroupNode>(NNodeID());
@@ -128,7 +128,7 @@ NHierarchy::ItemPointer NHierarchy::CreateItem(aiNode const& node) {
     }
     for (unsigned const camera : content.cameras) {
       aiCamera const& source = *m_scene.mCameras[camera];
-      AddBelow(*item, CreateCamera(camera), source.mName, GetPlace(source));
+      AddBelow(*item, CreateCamera(camera), source.mName, GetPlace(source, node));
     }
     return item;
   }

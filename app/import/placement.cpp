@@ -24,8 +24,11 @@ Matrix GetPlace(aiLight const& light) {
   return Matrix(VX_Math::Quaternion(Vec3(0.0f, 0.0f, -1.0f), direction)) * place;
 }
 
-Matrix GetPlace(aiCamera const& camera) {
+Matrix GetPlace(aiCamera const& camera, aiNode const& node) {
   Matrix place;
+  // The reader of glTF gives a camera the translation of its node once more.
+  aiMatrix4x4 const& own = node.mTransformation;
+  if (camera.mPosition == aiVector3D(own.a4, own.b4, own.c4)) return place;
   place.SetTranslate(ToVec3(camera.mPosition));
   return place;
 }

@@ -3,6 +3,7 @@
 #include <assimp/camera.h>
 #include <assimp/light.h>
 #include <assimp/matrix4x4.h>
+#include <assimp/scene.h>
 #include <assimp/vector3.h>
 
 #include "corvanta/vx_math/Matrix.h"
@@ -18,7 +19,7 @@ VX_Math::Matrix ToMatrix(aiMatrix4x4 const& m);
 /// Where a light or a camera stands in the frame of its node. A light shines along -z of its item;
 /// a camera's item only carries its position.
 VX_Math::Matrix GetPlace(aiLight const& light);
-VX_Math::Matrix GetPlace(aiCamera const& camera);
+VX_Math::Matrix GetPlace(aiCamera const& camera, aiNode const& node);
 
 /// Whether two transforms are the same but for rounding.
 bool IsSameTransform(VX_Math::Matrix const& a, VX_Math::Matrix const& b);

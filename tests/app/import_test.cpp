@@ -208,8 +208,11 @@ TEST_F(ImportTest, LightsAndCamerasStandAtTheirNodes) {
   auto const model = Import(
       "lights.gltf",
       MakeGltf({Triangle()},
-               {{{"children", {1, 2, 3, 4}}, {"translation", {10, 0, 0}}},
-                {{"name", "eye"}, {"camera", 0}, {"rotation", {0, quarter, 0, quarter}}},
+               {{{"children", {1, 2, 3, 4}}, {"translation", {3, 0, 0}}},
+                {{"name", "eye"},
+                 {"camera", 0},
+                 {"translation", {7, 0, 0}},
+                 {"rotation", {0, quarter, 0, quarter}}},
                 {{"name", "lamp"},
                  {"rotation", {quarter, 0, 0, quarter}},
                  {"extensions", {{"KHR_lights_punctual", {{"light", 0}}}}}},
