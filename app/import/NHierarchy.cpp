@@ -7,6 +7,7 @@
 #include "app/import/lens.h"
 #include "app/import/mesh.h"
 #include "app/import/placement.h"
+#include "app/output/text.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphLightNode.h"
@@ -39,10 +40,6 @@ std::vector<unsigned> Take(std::multimap<std::string, unsigned>& byName, aiStrin
   return numbers;
 }
 
-std::string Plural(std::size_t count, char const* one, char const* many) {
-  return std::to_string(count) + ' ' + (count == 1 ? one : many);
-}
-
 }  // namespace
 
 NHierarchy::NHierarchy(NDocument& document, aiScene const& scene, NMaterials& materials)
@@ -69,6 +66,7 @@ void NHierarchy::Build(tree::NSceneGraphTreeNode& tree) {
   for (std::size_t i = 0; i != entries.size(); ++i) {
     aiNode const& node = *entries[i].node;
     entries[i].item = CreateItem(node);
+    if (m_scene.mNumAnimations != 0) m_itemsByNode.emplace(node.mName.C_Str(), entries[i].item);
     entries[i].firstChild = entries.size();
     for (unsigned child = 0; child != node.mNumChildren; ++child) {
       entries.push_back({node.mChildren[child], nullptr, 0});
@@ -81,7 +79,14 @@ void NHierarchy::Build(tree::NSceneGraphTreeNode& tree) {
     }
   }
   tree.SetRoot(NNodeReference<Item>(*entries.front().item));
+  std::sort(m_cameras.begin(), m_cameras.end(),
+            [](auto const& a, auto const& b) { return a.first < b.first; });
   AimCameras(tree);
+}
+
+NHierarchy::ItemPointer NHierarchy::QueryItem(std::string const& nodeName) const {
+  auto const entry = m_itemsByNode.find(nodeName);
+  return entry == m_itemsByNode.end() ? nullptr : entry->second;
 }
 
 NHierarchy::Content NHierarchy::TakeContent(aiNode const& node) {

@@ -5,6 +5,8 @@
 #include <boost/intrusive_ptr.hpp>
 #include <map>
 #include <string>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "app/import/NMaterials.h"
@@ -21,11 +23,21 @@ namespace corvanta::app {
 /// it for each that it holds.
 class NHierarchy {
  public:
+  using Cameras = std::vector<std::pair<
+      unsigned, boost::intrusive_ptr<data::domain::scenegraph::item::NSceneGraphCameraNode>>>;
+
   NHierarchy(NDocument& document, aiScene const& scene, NMaterials& materials);
 
   /// Makes the items and sets the root of `tree`.
   /// Cost: linear in the nodes, however deep they stand; no recursion.
   void Build(data::domain::scenegraph::tree::NSceneGraphTreeNode& tree);
+
+  /// The camera items with the numbers of their cameras in the file, in the file's order.
+  Cameras const& GetCameras() const { return m_cameras; }
+  /// The item of a node of the file; of several nodes of one name, of the uppermost and first.
+  /// Fails: null if there is none, and in a file without animations.
+  boost::intrusive_ptr<data::domain::scenegraph::item::NSceneGraphItemNode> QueryItem(
+      std::string const& nodeName) const;
 
   /// What the file holds and the scene can't, in UTF-8.
   std::vector<std::string> GetNotes() const;
@@ -61,9 +73,8 @@ class NHierarchy {
   ByName m_camerasByNode;
   std::vector<boost::intrusive_ptr<data::domain::geometry::NGeometryNode>> m_geometries;
   std::vector<bool> m_hasNoTriangles;
-  std::vector<std::pair<
-      unsigned, boost::intrusive_ptr<data::domain::scenegraph::item::NSceneGraphCameraNode>>>
-      m_cameras;
+  Cameras m_cameras;
+  std::unordered_map<std::string, ItemPointer> m_itemsByNode;
   std::size_t m_shearedCount = 0;
   std::string m_firstSheared;
   std::size_t m_flatCount = 0;  // meshes without a triangle

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "app/import/NAnimations.h"
 #include "app/import/NHierarchy.h"
 #include "app/import/NImportError.h"
 #include "app/import/NMaterials.h"
@@ -41,11 +42,15 @@ NImportedModel ImportModel(NDocument& document, std::string const& file) {
   result.tree = document.GetTrees().CreateNode(core::node::NNodeID());
   result.tree->SetName(core::text::ToWide(path.stem().string()));
   hierarchy.Build(*result.tree);
+  NAnimations const animations(document, model.GetScene(), hierarchy, *result.tree);
+  for (auto const& [number, camera] : hierarchy.GetCameras()) result.cameras.push_back(camera);
+  result.animations = animations.GetNodes();
   auto const isBuilt = Clock::now();
 
   Append(result.notes, model.GetNotes());
   Append(result.notes, pictures.GetNotes());
   Append(result.notes, hierarchy.GetNotes());
+  Append(result.notes, animations.GetNotes());
   result.readMilliseconds = Milliseconds(start, isRead);
   result.buildMilliseconds = Milliseconds(isRead, isBuilt);
   return result;

@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "app/scene/NDocument.h"
+#include "corvanta/data/domain/animation/NAnimationNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
 
 namespace corvanta::app {
@@ -13,6 +15,10 @@ namespace corvanta::app {
 struct NImportedModel {
   std::string file;
   boost::intrusive_ptr<data::domain::scenegraph::tree::NSceneGraphTreeNode> tree;
+  // In the file's order; a camera that stands at no node isn't there.
+  std::vector<boost::intrusive_ptr<data::domain::scenegraph::item::NSceneGraphCameraNode>> cameras;
+  // In the file's order, also those that move nothing.
+  std::vector<boost::intrusive_ptr<data::domain::animation::NAnimationNode>> animations;
   std::vector<std::string> notes;  // what the file holds and the scene doesn't, in UTF-8
   double readMilliseconds = 0.0;
   double buildMilliseconds = 0.0;

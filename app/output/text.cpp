@@ -59,6 +59,10 @@ std::string NumberText(double value) {
 
 std::string NumberText(float value) { return std::isnan(value) ? "nan" : Shortest(value); }
 
+std::string Plural(std::size_t count, char const* one, char const* many) {
+  return std::to_string(count) + ' ' + (count == 1 ? one : many);
+}
+
 void PrintError(std::string_view subject, std::string_view reason) {
   std::cout.flush();
   std::cerr << "corvanta: " << OneLine(subject) << ": " << OneLine(reason) << std::endl;

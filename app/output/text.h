@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,9 @@ std::string Quoted(std::string_view text);
 /// The shortest text that reads as the same number; "nan", "inf" and "-inf" where it is none.
 std::string NumberText(double value);
 std::string NumberText(float value);
+
+/// "1 mesh has", "3 meshes have".
+std::string Plural(std::size_t count, char const* one, char const* many);
 
 /// Prints "corvanta: subject: reason" on stderr, as one line.
 void PrintError(std::string_view subject, std::string_view reason);

@@ -32,6 +32,7 @@ std::string Bytes(std::vector<T> const& values) {
 
 // The buffer of a glTF file and what describes its parts.
 struct Buffer {
+  std::size_t number = 0;
   std::string bytes;
   nlohmann::json views = nlohmann::json::array();
   nlohmann::json accessors = nlohmann::json::array();
@@ -39,14 +40,19 @@ struct Buffer {
   template <class T>
   std::size_t Add(std::vector<T> const& values, std::size_t perElement, char const* type) {
     bool const isFloat = std::is_same_v<T, float>;
-    views.push_back(
-        {{"buffer", 0}, {"byteOffset", bytes.size()}, {"byteLength", values.size() * sizeof(T)}});
+    views.push_back({{"buffer", number},
+                     {"byteOffset", bytes.size()},
+                     {"byteLength", values.size() * sizeof(T)}});
     accessors.push_back({{"bufferView", views.size() - 1},
                          {"componentType", isFloat ? 5126 : 5125},
                          {"count", values.size() / perElement},
                          {"type", type}});
     bytes += Bytes(values);
     return accessors.size() - 1;
+  }
+  nlohmann::json Describe() const {
+    return {{"byteLength", bytes.size()},
+            {"uri", "data:application/octet-stream;base64," + ToBase64(bytes)}};
   }
 };
 
@@ -64,7 +70,7 @@ bool Result::HasOneError(std::string const& subject, std::string const& reason) 
          err.find(subject) != std::string::npos && err.find(reason) != std::string::npos;
 }
 
-Result RunProgram(support::TemporaryFiles const& files, std::vector<std::string> arguments) {
+pid_t StartProgram(support::TemporaryFiles const& files, std::vector<std::string> arguments) {
   auto const out = files.GetFolder() / "stdout";
   auto const err = files.GetFolder() / "stderr";
   arguments.insert(arguments.begin(), CORVANTA_PROGRAM);
@@ -79,9 +85,18 @@ Result RunProgram(support::TemporaryFiles const& files, std::vector<std::string>
     if (chdir(files.GetFolder().c_str()) == 0) execv(argv[0], argv.data());
     _exit(127);
   }
+  return child;
+}
+
+Result WaitForProgram(support::TemporaryFiles const& files, pid_t program) {
   int status = 0;
-  waitpid(child, &status, 0);
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadAll(out), ReadAll(err)};
+  waitpid(program, &status, 0);
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadAll(files.GetFolder() / "stdout"),
+          ReadAll(files.GetFolder() / "stderr")};
+}
+
+Result RunProgram(support::TemporaryFiles const& files, std::vector<std::string> arguments) {
+  return WaitForProgram(files, StartProgram(files, std::move(arguments)));
 }
 
 Mesh Triangle() { return {{0, 0, 0, 1, 0, 0, 0, 1, 0}, {0, 1, 2}, {}, {}, -1}; }
@@ -110,11 +125,29 @@ std::string MakeGltf(std::vector<Mesh> const& meshes, nlohmann::json const& node
     file["meshes"] = list;
     file["accessors"] = buffer.accessors;
     file["bufferViews"] = buffer.views;
-    file["buffers"] = nlohmann::json::array(
-        {{{"byteLength", buffer.bytes.size()},
-          {"uri", "data:application/octet-stream;base64," + ToBase64(buffer.bytes)}}});
+    file["buffers"] = nlohmann::json::array({buffer.Describe()});
   }
   file.update(more);
+  return file.dump();
+}
+
+std::string AddAnimation(std::string const& gltf, std::string const& name,
+                         std::vector<Channel> const& channels) {
+  nlohmann::json file = nlohmann::json::parse(gltf);
+  Buffer buffer{file["buffers"].size(), "", file["bufferViews"], file["accessors"]};
+  nlohmann::json animation = {{"name", name}};
+  for (Channel const& channel : channels) {
+    bool const isTurn = channel.path == "rotation";
+    auto const times = buffer.Add(channel.times, 1, "SCALAR");
+    auto const values = buffer.Add(channel.values, isTurn ? 4 : 3, isTurn ? "VEC4" : "VEC3");
+    animation["channels"].push_back({{"sampler", animation["samplers"].size()},
+                                     {"target", {{"node", channel.node}, {"path", channel.path}}}});
+    animation["samplers"].push_back({{"input", times}, {"output", values}});
+  }
+  file["animations"].push_back(animation);
+  file["buffers"].push_back(buffer.Describe());
+  file["bufferViews"] = buffer.views;
+  file["accessors"] = buffer.accessors;
   return file.dump();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -19,7 +21,10 @@ struct Result {
   bool HasOneError(std::string const& subject, std::string const& reason) const;
 };
 
-/// Runs the program in a folder of its own and waits for it.
+/// Starts the program in the folder of `files`, and waits for one that was started there.
+pid_t StartProgram(support::TemporaryFiles const& files, std::vector<std::string> arguments);
+Result WaitForProgram(support::TemporaryFiles const& files, pid_t program);
+/// Does both.
 Result RunProgram(support::TemporaryFiles const& files, std::vector<std::string> arguments);
 
 /// A glTF file under construction; what isn't given is left out.
@@ -34,6 +39,16 @@ Mesh Triangle();
 /// The nodes stand in the scene as they are; node 0 is the root. `more` is merged in.
 std::string MakeGltf(std::vector<Mesh> const& meshes, nlohmann::json const& nodes,
                      nlohmann::json const& more = nlohmann::json::object());
+/// Adds an animation to such a file. Values stand one behind the other: three or, for "rotation",
+/// four (x, y, z, w) a time.
+struct Channel {
+  int node;
+  std::string path;
+  std::vector<float> times;
+  std::vector<float> values;
+};
+std::string AddAnimation(std::string const& gltf, std::string const& name,
+                         std::vector<Channel> const& channels);
 std::string ToBase64(std::string const& bytes);
 
 /// A PNG file of one pixel.

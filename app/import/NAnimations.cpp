@@ -1,0 +1,150 @@
+#include "app/import/NAnimations.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "app/import/angles.h"
+#include "app/import/placement.h"
+#include "app/output/text.h"
+#include "corvanta/core/text/convert.h"
+
+namespace corvanta::app {
+
+namespace {
+
+constexpr NAttributeNames kTranslation = {L"translation.x", L"translation.y", L"translation.z"};
+constexpr NAttributeNames kRotation = {L"rotation.x", L"rotation.y", L"rotation.z"};
+constexpr NAttributeNames kScale = {L"scale.x", L"scale.y", L"scale.z"};
+
+constexpr double kUnknownTicks = 25.0;  // ticks a second where the file doesn't say
+constexpr double kLeastRate = 10.0;
+constexpr double kLargestRate = 240.0;
+constexpr double kUsualRate = 30.0;
+
+// The first and the last time of all keys that can be used.
+struct Extent {
+  double ticksPerSecond;
+  double first = 0.0;
+  double last = 0.0;
+
+  template <class Key>
+  void Add(Key const* keys, unsigned count) {
+    for (unsigned i = 0; i != count; ++i) AddTime(keys[i].mTime / ticksPerSecond);
+  }
+  void AddTime(double seconds) {
+    if (!IsUsableTime(seconds)) return;
+    first = std::min(first, seconds);
+    last = std::max(last, seconds);
+  }
+};
+
+}  // namespace
+
+NAnimations::NAnimations(NDocument& document, aiScene const& scene, NHierarchy const& hierarchy,
+                         data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree)
+    : m_document(document), m_hierarchy(hierarchy) {
+  for (auto const& [camera, item] : hierarchy.GetCameras()) {
+    aiCamera const& source = *scene.mCameras[camera];
+    m_cameras.push_back({item, ToVec3(source.mLookAt), ToVec3(source.mUp)});
+  }
+  for (unsigned i = 0; i != scene.mNumAnimations; ++i) {
+    m_nodes.push_back(CreateNode(tree, *scene.mAnimations[i]));
+  }
+}
+
+NAnimations::Range NAnimations::GetRange(aiAnimation const& source) {
+  double const ticks = source.mTicksPerSecond;
+  Range range{std::isfinite(ticks) && ticks > 0.0 ? ticks : kUnknownTicks, kUsualRate, 0, 0};
+  if (range.ticksPerSecond >= kLeastRate && range.ticksPerSecond <= kLargestRate) {
+    range.fps = range.ticksPerSecond;
+  }
+  Extent extent{range.ticksPerSecond};
+  extent.AddTime(source.mDuration / range.ticksPerSecond);
+  for (unsigned i = 0; i != source.mNumChannels; ++i) {
+    aiNodeAnim const& channel = *source.mChannels[i];
+    extent.Add(channel.mPositionKeys, channel.mNumPositionKeys);
+    extent.Add(channel.mRotationKeys, channel.mNumRotationKeys);
+    extent.Add(channel.mScalingKeys, channel.mNumScalingKeys);
+  }
+  if (extent.last > 0.0) {
+    // What rounding adds to a whole number of frames isn't another frame.
+    range.end = std::max(1L, std::lround(std::ceil(extent.last * range.fps - 1e-4)));
+    range.fps = static_cast<double>(range.end) / extent.last;
+  }
+  range.start = std::lround(std::floor(extent.first * range.fps));
+  return range;
+}
+
+NAnimations::NodePointer NAnimations::CreateNode(
+    data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree, aiAnimation const& source) {
+  auto const node = m_document.GetAnimations().CreateNode(core::node::NNodeID());
+  if (source.mName.length != 0) node->SetName(core::text::ToWide(source.mName.C_Str()));
+  Range const range = GetRange(source);
+  node->SetFps(range.fps);
+  node->SetStartFrame(range.start);
+  node->SetEndFrame(range.end);
+  NCurvesByItem curves;
+  for (unsigned i = 0; i != source.mNumChannels; ++i) {
+    AddChannel(*node, *source.mChannels[i], range, curves);
+  }
+  for (NMovableCamera const& camera : m_cameras) AddCameraCurves(*node, tree, camera, curves);
+  m_morphCount += source.mNumMeshChannels + source.mNumMorphMeshChannels;
+  m_idleCount += node->GetAnimations().empty();
+  return node;
+}
+
+void NAnimations::AddChannel(data::domain::animation::NAnimationNode& node,
+                             aiNodeAnim const& channel, Range const& range, NCurvesByItem& curves) {
+  auto const item = m_hierarchy.QueryItem(channel.mNodeName.C_Str());
+  if (!item) {
+    if (m_strayCount++ == 0) m_firstStray = channel.mNodeName.C_Str();
+    return;
+  }
+  NTripleKeys const translations = ReadKeys(channel.mPositionKeys, channel.mNumPositionKeys,
+                                            range.ticksPerSecond, range.fps, m_faults);
+  NTurnKeys const turns = ReadKeys(channel.mRotationKeys, channel.mNumRotationKeys,
+                                   range.ticksPerSecond, range.fps, m_faults);
+  NTripleKeys const scales = ReadKeys(channel.mScalingKeys, channel.mNumScalingKeys,
+                                      range.ticksPerSecond, range.fps, m_faults);
+  if (translations.empty() && turns.empty() && scales.empty()) return;
+  NItemCurves* const entry = curves.Add(*item);
+  if (entry == nullptr) {
+    ++m_doubledCount;
+    return;
+  }
+  NTripleKeys const angles =
+      ToAngles(turns, {item->GetRotationX(), item->GetRotationY(), item->GetRotationZ()});
+  entry->curves = {AddCurves(node, entry->target, kTranslation, translations),
+                   AddCurves(node, entry->target, kRotation, angles),
+                   AddCurves(node, entry->target, kScale, scales)};
+}
+
+std::vector<std::string> NAnimations::GetNotes() const {
+  std::vector<std::string> notes;
+  if (m_strayCount != 0) {
+    notes.push_back(Plural(m_strayCount, "animation channel names", "animation channels name") +
+                    " no node and was left out; the first names \"" + m_firstStray + '"');
+  }
+  if (m_doubledCount != 0) {
+    notes.push_back(Plural(m_doubledCount, "animation channel moves", "animation channels move") +
+                    " a node that another one moves, and was left out");
+  }
+  if (m_faults.unusable != 0) {
+    notes.push_back(Plural(m_faults.unusable, "animation key isn't", "animation keys aren't") +
+                    " finite or too late, and was left out");
+  }
+  if (m_faults.unsorted != 0) {
+    notes.push_back(Plural(m_faults.unsorted, "animation key stands", "animation keys stand") +
+                    " before an earlier one, and was put in order");
+  }
+  if (m_morphCount != 0) {
+    notes.push_back(Plural(m_morphCount, "animation channel changes", "animation channels change") +
+                    " a mesh and was left out");
+  }
+  if (m_idleCount != 0) {
+    notes.push_back(Plural(m_idleCount, "animation moves", "animations move") + " nothing");
+  }
+  return notes;
+}
+
+}  // namespace corvanta::app

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <assimp/scene.h>
+
+#include <boost/intrusive_ptr.hpp>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "app/import/NHierarchy.h"
+#include "app/import/camera_curves.h"
+#include "app/import/item_curves.h"
+#include "app/import/keys.h"
+#include "app/scene/NDocument.h"
+#include "corvanta/data/domain/animation/NAnimationNode.h"
+
+namespace corvanta::app {
+
+/// The animations of a model file as animation nodes: a curve for each attribute of translation,
+/// rotation and scale of the items that move, and for interest and up of the cameras that move with
+/// them.
+///
+/// A node's rate is the file's own where that is from 10 to 240 a second, otherwise 30, raised a
+/// little so that the range from 0 to the end is a whole number of frames. Before the first key and
+/// behind the last, a curve stays at that key. Files hold linear keys as far as Assimp tells.
+class NAnimations {
+ public:
+  using NodePointer = boost::intrusive_ptr<data::domain::animation::NAnimationNode>;
+
+  /// Requires: `hierarchy` is built, as `tree`.
+  NAnimations(NDocument& document, aiScene const& scene, NHierarchy const& hierarchy,
+              data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree);
+
+  /// One for each animation of the file, in its order, also where it moves nothing here.
+  std::vector<NodePointer> const& GetNodes() const { return m_nodes; }
+  /// What the file holds and the scene can't, in UTF-8.
+  std::vector<std::string> GetNotes() const;
+
+ private:
+  // The times of an animation.
+  struct Range {
+    double ticksPerSecond;
+    double fps;
+    long start;  // frames
+    long end;
+  };
+
+  static Range GetRange(aiAnimation const& source);
+  NodePointer CreateNode(data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
+                         aiAnimation const& source);
+  void AddChannel(data::domain::animation::NAnimationNode& node, aiNodeAnim const& channel,
+                  Range const& range, NCurvesByItem& curves);
+
+  NDocument& m_document;
+  NHierarchy const& m_hierarchy;
+  std::vector<NMovableCamera> m_cameras;
+  std::vector<NodePointer> m_nodes;
+  NKeyFaults m_faults;
+  std::size_t m_strayCount = 0;  // channels that name no node
+  std::string m_firstStray;
+  std::size_t m_doubledCount = 0;  // channels of a node that has one
+  std::size_t m_idleCount = 0;     // animations that move nothing
+  std::size_t m_morphCount = 0;    // channels that change meshes
+};
+
+}  // namespace corvanta::app

@@ -1,0 +1,86 @@
+#include "app/import/keys.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace corvanta::app {
+
+namespace {
+
+constexpr double kLatest = 1e6;  // seconds: eleven days
+
+std::array<double, 3> GetValues(aiVectorKey const& key) {
+  return {key.mValue.x, key.mValue.y, key.mValue.z};
+}
+
+std::array<double, 4> GetValues(aiQuatKey const& key) {
+  aiQuaternion const& q = key.mValue;
+  std::array<double, 4> turn{q.x, q.y, q.z, q.w};
+  double const length = std::hypot(std::hypot(turn[0], turn[1]), std::hypot(turn[2], turn[3]));
+  // No length gives a NaN, and with it an unusable key.
+  for (double& value : turn) value /= length;
+  return turn;
+}
+
+template <std::size_t N>
+void SortByTime(std::vector<NKey<N>>& keys, NKeyFaults& faults) {
+  auto const isEarlier = [](auto const& a, auto const& b) { return a.time < b.time; };
+  for (std::size_t i = 1; i < keys.size(); ++i) faults.unsorted += isEarlier(keys[i], keys[i - 1]);
+  std::stable_sort(keys.begin(), keys.end(), isEarlier);
+}
+
+template <std::size_t N>
+void PartJumps(std::vector<NKey<N>>& keys) {
+  std::vector<NKey<N>> parted;
+  parted.reserve(keys.size());
+  for (std::size_t first = 0; first != keys.size();) {
+    std::size_t last = first;
+    while (last + 1 != keys.size() && keys[last + 1].time == keys[first].time) ++last;
+    double const before =
+        std::nextafter(keys[first].time, -std::numeric_limits<double>::infinity());
+    // A curve takes no second key at a time.
+    if (last != first && (parted.empty() || parted.back().time < before)) {
+      parted.push_back({before, keys[first].values});
+    }
+    parted.push_back(keys[last]);
+    first = last + 1;
+  }
+  keys.swap(parted);
+}
+
+template <std::size_t N, class Key>
+std::vector<NKey<N>> Read(Key const* keys, unsigned count, double ticksPerSecond, double fps,
+                          NKeyFaults& faults) {
+  std::vector<NKey<N>> read;
+  read.reserve(count);
+  for (unsigned i = 0; i != count; ++i) {
+    double const seconds = keys[i].mTime / ticksPerSecond;
+    auto const values = GetValues(keys[i]);
+    if (IsUsableTime(seconds) && std::all_of(values.begin(), values.end(),
+                                             [](double value) { return std::isfinite(value); })) {
+      read.push_back({seconds * fps, values});
+    } else {
+      ++faults.unusable;
+    }
+  }
+  SortByTime(read, faults);
+  PartJumps(read);
+  return read;
+}
+
+}  // namespace
+
+bool IsUsableTime(double seconds) { return std::abs(seconds) <= kLatest; }
+
+NTripleKeys ReadKeys(aiVectorKey const* keys, unsigned count, double ticksPerSecond, double fps,
+                     NKeyFaults& faults) {
+  return Read<3>(keys, count, ticksPerSecond, fps, faults);
+}
+
+NTurnKeys ReadKeys(aiQuatKey const* keys, unsigned count, double ticksPerSecond, double fps,
+                   NKeyFaults& faults) {
+  return Read<4>(keys, count, ticksPerSecond, fps, faults);
+}
+
+}  // namespace corvanta::app

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <assimp/anim.h>
+
+#include <array>
+#include <cstddef>
+#include <vector>
+
+namespace corvanta::app {
+
+/// `N` values that stand at one moment.
+template <std::size_t N>
+struct NKey {
+  double time;
+  std::array<double, N> values;
+};
+using NTripleKeys = std::vector<NKey<3>>;
+/// Rotations: quaternions of length 1, the vector part first.
+using NTurnKeys = std::vector<NKey<4>>;
+
+/// What was wrong with the keys of a file.
+struct NKeyFaults {
+  std::size_t unusable = 0;  // not finite, a quaternion of no length, or a time beyond all measure
+  std::size_t unsorted = 0;  // earlier than the one before
+};
+
+/// Whether keys can stand at this time. Units: seconds.
+bool IsUsableTime(double seconds);
+
+/// The keys of a channel that can be used, in order of time. Two at one time are a jump: the first
+/// moves just before the second; those between them go.
+/// Units: `ticksPerSecond` of the file, times of the result in frames of `fps`.
+NTripleKeys ReadKeys(aiVectorKey const* keys, unsigned count, double ticksPerSecond, double fps,
+                     NKeyFaults& faults);
+NTurnKeys ReadKeys(aiQuatKey const* keys, unsigned count, double ticksPerSecond, double fps,
+                   NKeyFaults& faults);
+
+}  // namespace corvanta::app
