@@ -18,9 +18,11 @@ using NAddCommand = void(CLI::App& program, int& status);
 NAddCommand AddInfo;
 NAddCommand AddMap;
 NAddCommand AddPick;
+NAddCommand AddPlay;
 NAddCommand AddRender;
 NAddCommand AddWatch;
 
-inline constexpr NAddCommand* kCommands[] = {AddInfo, AddWatch, AddPick, AddMap, AddRender};
+inline constexpr NAddCommand* kCommands[] = {AddInfo, AddWatch, AddPick,
+                                             AddMap,  AddPlay,  AddRender};
 
 }  // namespace corvanta::app

@@ -1,0 +1,205 @@
+#include <CLI/CLI.hpp>
+#include <cmath>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/commands/commands.h"
+#include "app/import/import.h"
+#include "app/output/NInterruption.h"
+#include "app/output/NProgressBar.h"
+#include "app/output/NWholeFile.h"
+#include "app/output/record.h"
+#include "app/output/text.h"
+#include "app/play/NPlayback.h"
+#include "app/play/NRecording.h"
+#include "app/play/NTimeLinePlayer.h"
+#include "app/play/NTourPlayer.h"
+#include "app/play/csv.h"
+#include "app/play/plot.h"
+#include "app/scene/NDocument.h"
+
+namespace corvanta::app {
+
+namespace {
+
+constexpr char kFooter[] = R"(
+--timeline N plays the file's Nth animation, counted from 1; --tour leads a
+camera from one camera of the file to the next, two seconds at each, or once
+around the scene where there are none. Without either it is the first animation,
+or the tour where there is none.
+
+Each frame is a line: the seconds since the begin, the moment of what is played,
+how many items moved, and how many events a listener of the model heard. It ends
+with the run; with --repeat after two, or when --seconds are over.
+
+--csv writes a row for each frame and a column for each attribute that is
+animated; for the tour, the camera's global position, its interest and its up.
+--plot draws them over time. What stood in these files stays until all is played.)";
+
+struct Options {
+  std::string file, csv, plot;
+  std::optional<unsigned> timeline;
+  bool isTour = false;
+  NPace pace;
+  bool isReverse = false;
+  bool asJson = false;
+};
+
+// Times are sums of steps; nobody means what stands behind the microseconds.
+double Rounded(double seconds) { return std::round(seconds * 1e6) / 1e6; }
+
+class Play {
+ public:
+  explicit Play(Options const& options) : m_options(options) {}
+
+  int Run() {
+    try {
+      m_model = ImportModel(m_document, m_options.file);
+    } catch (std::exception const& error) {
+      PrintError(m_options.file, error.what());
+      return NS_FILE;
+    }
+    if (!CreatePlayer()) return NS_FILE;
+    NInterruption const interruption;
+    std::unique_ptr<NWholeFile> csv;
+    std::unique_ptr<NWholeFile> plot;
+    if (!Open(m_options.csv, csv) || !Open(m_options.plot, plot)) return NS_FILE;
+    NRecording recording(m_player->GetChannels().size());
+    if (csv) WriteCsvHead(csv->GetStream(), m_player->GetChannels());
+    Drive(csv.get(), plot ? &recording : nullptr);
+    // As a shell tells of a program that a signal has ended.
+    if (int const signal = NInterruption::GetSignal(); signal != 0) return 128 + signal;
+    if (plot) {
+      WritePlot(
+          plot->GetStream(),
+          std::filesystem::path(m_options.file).filename().string() + ": " + m_player->GetTitle(),
+          m_player->GetChannels(), recording);
+    }
+    return Commit(m_options.csv, csv.get()) && Commit(m_options.plot, plot.get()) ? NS_DONE
+                                                                                  : NS_FILE;
+  }
+
+ private:
+  bool CreatePlayer() {
+    auto const& animations = m_model.animations;
+    if (m_options.isTour || (!m_options.timeline && animations.empty())) {
+      m_player = std::make_unique<NTourPlayer>(m_document, m_model, m_options.isReverse,
+                                               m_options.pace.repeats);
+      return true;
+    }
+    unsigned const number = m_options.timeline.value_or(1);
+    if (number > animations.size()) {
+      PrintError(m_options.file,
+                 "no animation " + std::to_string(number) + ", the file has " +
+                     (animations.empty() ? "none" : std::to_string(animations.size())));
+      return false;
+    }
+    m_player = std::make_unique<NTimeLinePlayer>(*animations[number - 1], m_options.isReverse,
+                                                 m_options.pace.repeats);
+    return true;
+  }
+
+  static bool Open(std::string const& path, std::unique_ptr<NWholeFile>& file) {
+    if (path.empty()) return true;
+    try {
+      file = std::make_unique<NWholeFile>(path);
+    } catch (std::exception const& error) {
+      PrintError(path, error.what());
+    }
+    return file != nullptr;
+  }
+
+  static bool Commit(std::string const& path, NWholeFile* file) {
+    if (file == nullptr) return true;
+    try {
+      file->Commit();
+    } catch (std::exception const& error) {
+      PrintError(path, error.what());
+      return false;
+    }
+    return true;
+  }
+
+  void Drive(NWholeFile* csv, NRecording* recording) {
+    NPlayback playback(m_document, *m_player, m_options.pace);
+    NProgressBar bar(m_options.asJson ? 0 : playback.GetFrameCount());
+    playback.Run([&](NFrame const& frame) {
+      bar.MakeRoom();
+      Print(frame);
+      if (csv != nullptr) WriteCsvRow(csv->GetStream(), Rounded(frame.time), frame.values);
+      if (recording != nullptr) recording->Add(frame.time, frame.values);
+      bar.Draw(frame.number + 1);
+      return NInterruption::GetSignal() == 0 && std::cout.good();
+    });
+  }
+
+  void Print(NFrame const& frame) const {
+    if (m_options.asJson) {
+      std::cout << NRecord{{"frame", frame.number},
+                           {"time", Rounded(frame.time)},
+                           {"moment", Rounded(frame.moment)},
+                           {"itemsMoved", frame.movedCount},
+                           {"events", frame.eventCount}}
+                       .dump()
+                << '\n';
+      return;
+    }
+    std::cout << NumberText(Rounded(frame.time)) << " s  at " << NumberText(Rounded(frame.moment))
+              << " s  " << Plural(frame.movedCount, "item", "items") << " moved  "
+              << Plural(frame.eventCount, "event", "events") << '\n';
+  }
+
+  Options const& m_options;
+  NDocument m_document;
+  NImportedModel m_model;
+  std::unique_ptr<NPlayer> m_player;
+};
+
+/// What the options can't be together or at all; empty if they can be.
+std::string FindFault(Options const& options) {
+  if (options.timeline && options.isTour) return "--timeline and --tour exclude each other";
+  if (options.timeline == 0u) return "--timeline: animations are counted from 1";
+  if (!(options.pace.fps > 0.0 && options.pace.fps <= 1e6)) {
+    return "--fps needs a number above 0, up to a million";
+  }
+  if (options.pace.seconds && !(*options.pace.seconds > 0.0 && *options.pace.seconds <= 1e7)) {
+    return "--seconds needs a number above 0, up to ten million";
+  }
+  if (!options.csv.empty() && options.csv == options.plot) {
+    return "--csv and --plot name the same file";
+  }
+  return {};
+}
+
+}  // namespace
+
+void AddPlay(CLI::App& program, int& status) {
+  auto const options = std::make_shared<Options>();
+  CLI::App* const command =
+      program.add_subcommand("play", "Play an animation of a file, or a tour through it.");
+  command->add_option("FILE", options->file, "Model file")->required();
+  command->add_option("--timeline", options->timeline, "Play the Nth animation of the file");
+  command->add_flag("--tour", options->isTour, "Lead a camera through the scene");
+  command->add_option("--fps", options->pace.fps, "Frames a second (25)");
+  command->add_option("--seconds", options->pace.seconds, "How long to play");
+  command->add_flag("--reverse", options->isReverse, "Play from the end to the begin");
+  command->add_flag("--repeat", options->pace.repeats, "Begin again at the end");
+  command->add_option("--csv", options->csv, "Write the animated attributes as a table");
+  command->add_option("--plot", options->plot, "Draw them as an SVG picture");
+  command->add_flag("--json", options->asJson, "Print one JSON object a line");
+  command->footer(kFooter);
+  command->callback([options, &status] {
+    if (std::string const fault = FindFault(*options); !fault.empty()) {
+      PrintError("options", fault);
+      status = NS_OPTIONS;
+      return;
+    }
+    status = Play(*options).Run();
+  });
+}
+
+}  // namespace corvanta::app

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+
+namespace corvanta::app {
+
+/// A file that is written bit by bit and there as a whole or not at all: what stood at its place
+/// stays until Commit. What isn't a plain file, such as a pipe, is written to as it is.
+///
+/// Until then its content has no name, and goes with the process however that ends; where the file
+/// system can't have that, it stands beside the place as NAME.PID.part.
+class NWholeFile {
+ public:
+  /// Fails: throws std::runtime_error if it can't be written.
+  explicit NWholeFile(std::filesystem::path const& path);
+  NWholeFile(NWholeFile const&) = delete;
+  NWholeFile& operator=(NWholeFile const&) = delete;
+  /// Without Commit nothing remains.
+  ~NWholeFile();
+
+  std::ostream& GetStream() { return m_stream; }
+
+  /// Fails: throws std::runtime_error, and leaves what was there, if not all could be written.
+  void Commit();
+
+ private:
+  void OpenNameless();
+
+  std::filesystem::path m_place;
+  std::filesystem::path m_aside;  // empty for what isn't a plain file
+  int m_nameless = -1;            // descriptor of the file without a name
+  std::ofstream m_stream;
+};
+
+}  // namespace corvanta::app
