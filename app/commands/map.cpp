@@ -18,6 +18,7 @@
 #include "app/output/text.h"
 #include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
+#include "app/scene/map_surface.h"
 #include "app/scene/walk.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
@@ -155,20 +156,6 @@ class Map {
     });
   }
 
-  /// Fails: a mapping without coordinates for a surface without triangles.
-  NMappedCoords MapSurface(ModelPath const& path, NSurface const& surface) const {
-    auto const& coords = surface.GetCoords();
-    auto const& indices = surface.GetIndices();
-    NMappedCoords mapped;
-    if (coords.empty()) return mapped;
-    m_mapping->ComputeTextureCoords(path,
-                                    {static_cast<unsigned int>(coords.size()), &coords.front().x,
-                                     &surface.GetNormals().front().x},
-                                    {static_cast<unsigned int>(indices.size()), indices.data()},
-                                    mapped.coords, mapped.indices, mapped.vertexMap);
-    return mapped;
-  }
-
   NRecord MapModel(ModelPath const& path, NObjWriter* writer) const {
     auto const model = path.GetNode();
     std::string const name = ToNarrow(model->GetName());
@@ -179,7 +166,7 @@ class Map {
     auto const geometry = model->GetGeometryNode();
     if (geometry) {
       for (auto const& surface : geometry->GetSurfaces()) {
-        NMappedCoords const mapped = MapSurface(path, *surface);
+        NMappedCoords const mapped = MapSurface(*m_mapping, path, *surface);
         before += surface->GetCoords().size();
         after += mapped.coords.size();
         for (auto const& c : mapped.coords) {

@@ -5,19 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "app/scene/map_surface.h"
 #include "corvanta/data/domain/geometry/NSurface.h"
-#include "corvanta/data/structs/UVW.h"
 #include "corvanta/vx_math/Matrix.h"
 
 namespace corvanta::app {
-
-/// What a texture mapping gives for a surface. Without a seam both lists are empty: the vertices
-/// and the triangles are the surface's own.
-struct NMappedCoords {
-  std::vector<data::structs::UVW> coords;
-  std::vector<unsigned int> indices;
-  std::vector<unsigned int> vertexMap;
-};
 
 /// Writes surfaces with texture coordinates as one Wavefront OBJ file, in global coordinates.
 class NObjWriter {
