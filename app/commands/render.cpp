@@ -1,10 +1,13 @@
 #include <CLI/CLI.hpp>
-#include <cmath>
+#include <array>
+#include <charconv>
 #include <cstdint>
 #include <exception>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/commands/commands.h"
@@ -13,18 +16,14 @@
 #include "app/output/NPixels.h"
 #include "app/output/text.h"
 #include "app/output/whole_file.h"
-#include "app/render/NContext.h"
-#include "app/render/NEye.h"
-#include "app/render/NRenderError.h"
-#include "app/render/NRenderer.h"
-#include "app/render/NTarget.h"
+#include "app/render/NStudio.h"
 #include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
 #include "app/scene/common_tree.h"
+#include "app/scene/material_choice.h"
+#include "app/watch/assignment.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
-#include "corvanta/data/domain/scenegraph/item/view.h"
-#include "corvanta/data/domain/scenegraph/item/view_clip_distances.h"
 
 namespace corvanta::app {
 
@@ -32,21 +31,35 @@ namespace {
 
 constexpr char kFooter[] = R"(
 Draws the scene of the files as a PNG file, through a camera that shows the whole
-of it or one of the files' cameras. Nothing but OpenGL 3.3 is needed: no display,
-no window.)";
+of it or one of the files' cameras. It needs no display and no window. --set, as
+in watch, also reaches the node "environment", such as
+  --set environment.floor.isVisible=true
+--ids makes each pixel's colour the number of the model seen there, red its
+highest byte, and prints the models in the order of their numbers.)";
 
 struct Options {
-  std::vector<std::string> files;
-  std::string output, ids, camera;
+  std::vector<std::string> files, assignments;
+  std::string output, ids, camera, method, texture, choice;
   std::string size = "800x600";
+  bool isStereo = false, isHeadMounted = false, reportsClip = false;
 };
+
+/// N of "material=N".
+std::optional<unsigned> ParseChoice(std::string const& text) {
+  constexpr std::string_view kPrefix = "material=";
+  unsigned number = 0;
+  if (text.rfind(kPrefix, 0) != 0) return std::nullopt;
+  char const* const end = text.data() + text.size();
+  auto const [rest, fault] = std::from_chars(text.data() + kPrefix.size(), end, number);
+  return fault == std::errc() && rest == end ? std::optional(number) : std::nullopt;
+}
 
 class Render {
  public:
   explicit Render(Options const& options) : m_options(options), m_size(*ParseSize(options.size)) {}
 
   int Run() {
-    std::vector<boost::intrusive_ptr<data::domain::scenegraph::tree::NSceneGraphTreeNode>> trees;
+    std::vector<NOverview::Tree> trees;
     for (std::string const& file : m_options.files) {
       try {
         trees.push_back(ImportModel(m_document, file).tree);
@@ -55,58 +68,81 @@ class Render {
       }
     }
     if (trees.empty()) return NS_FILE;
-    NStage stage(m_document, CreateCommonTree(m_document, trees));
-    if (!m_options.camera.empty()) {
-      auto const camera = stage.FindCamera(core::text::ToWide(m_options.camera));
-      if (!camera.GetNode()) {
-        PrintError("--camera", "there is no camera \"" + m_options.camera + '"');
-        return NS_OPTIONS;
-      }
-      stage.GetView().SetCamera(camera);
-    }
-    int const status = Draw(stage);
-    return trees.size() == m_options.files.size() ? status : NS_FILE;
+    auto const tree = CreateCommonTree(m_document, trees);
+    NStage stage(m_document, tree);
+    int status = Prepare(stage, tree);
+    if (status == NS_DONE) status = Draw(stage);
+    return status == NS_DONE && trees.size() != m_options.files.size() ? NS_FILE : status;
   }
 
  private:
-  int Draw(NStage& stage) {
+  int Prepare(NStage& stage, NOverview::Tree const& tree) {
+    for (std::string const& text : m_options.assignments) {
+      try {
+        NAssignment const assignment = ParseAssignment(m_document, core::text::ToWide(text));
+        assignment.attribute->SetValue(assignment.value, true);
+      } catch (NAssignmentError const& error) {
+        return Refuse("--set " + text, error.what());
+      }
+    }
+    if (!m_options.choice.empty() &&
+        !SwitchMaterial(m_document, tree, *ParseChoice(m_options.choice))) {
+      return Refuse("--switch", "there is no such material");
+    }
+    if (!m_options.texture.empty() && !LayPicture(m_document, tree, m_options.texture)) {
+      PrintError(m_options.texture, "isn't a picture that can be read");
+      return NS_FILE;
+    }
+    if (!m_options.method.empty()) {
+      ThrowTextures(m_document, tree, core::text::ToWide(m_options.method));
+    }
+    if (!m_options.camera.empty()) {
+      auto const camera = stage.FindCamera(core::text::ToWide(m_options.camera));
+      if (!camera.GetNode()) {
+        return Refuse("--camera", "there is no camera " + Quoted(m_options.camera));
+      }
+      stage.GetView().SetCamera(camera);
+    }
+    return NS_DONE;
+  }
+
+  static int Refuse(std::string const& subject, std::string const& reason) {
+    PrintError(subject, reason);
+    return NS_OPTIONS;
+  }
+
+  int Draw(NStage& stage) const {
     try {
-      NContext const context;
-      NRenderer renderer(context, m_document.GetEvents());
-      renderer.Update(stage.GetScene());
-      VX_Math::Box3 const box = renderer.GetBox();
-      stage.GetOverview().Frame(box);
-      double const aspect = static_cast<double>(m_size[0]) / m_size[1];
-      stage.GetOverview().FitAspect(aspect);
-      NCameraPath const camera = stage.GetView().GetCamera();
-      NEye const eye = GetEye(camera, aspect, GetClip(stage, box));
-      NViewport const whole{0, 0, m_size[0], m_size[1]};
-      if (!m_options.output.empty()) {
-        NTarget const target(context.GetGl(), m_size[0], m_size[1], NTarget::NTK_PICTURE);
-        renderer.DrawPicture(stage.GetScene(), eye, target, whole);
-        if (!Write(m_options.output, target.ReadPicture())) return NS_FILE;
+      NEyes const eyes = m_options.isStereo        ? NE_STEREO
+                         : m_options.isHeadMounted ? NE_HEAD_MOUNTED
+                                                   : NE_ONE;
+      NStudio studio(m_document, stage, m_size[0], m_size[1], eyes);
+      if (!m_options.output.empty() && !Write(m_options.output, studio.TakePicture())) {
+        return NS_FILE;
       }
       if (!m_options.ids.empty()) {
-        NTarget const target(context.GetGl(), m_size[0], m_size[1], NTarget::NTK_NUMBERS);
-        renderer.DrawNumbers(stage.GetScene(), eye, target, whole);
-        if (!Write(m_options.ids, ToPixels(target.ReadNumbers()))) return NS_FILE;
-        PrintItems(renderer.GetItems());
+        if (!Write(m_options.ids, ToPixels(studio.TakeNumbers()))) return NS_FILE;
+        PrintItems(studio.GetRenderer().GetItems());
       }
+      if (m_options.reportsClip) Print(studio.MeasureClip());
       return NS_DONE;
-    } catch (NRenderError const& error) {
+    } catch (std::exception const& error) {
       PrintError("render", error.what());
     }
     return NS_FILE;
   }
 
-  /// That of the view; where vertices that aren't finite would spoil it, that of the others.
-  static NClip GetClip(NStage const& stage, VX_Math::Box3 const& box) {
-    namespace item = data::domain::scenegraph::item;
-    NCameraPath const& camera = stage.GetView().GetCamera();
-    auto const [near, far] = item::GetClipDistances(camera, stage.GetView());
-    if (near > 0 && std::isfinite(far)) return {near, far};
-    auto const [boxNear, boxFar] = item::GetClipDistances(camera, box);
-    return {boxNear, boxFar};
+  static void Print(NClipReport const& report) {
+    std::cout << "near " << NumberText(report.clip.near) << "  far " << NumberText(report.clip.far)
+              << '\n';
+    if (report.farthest > 0) {
+      std::cout << "seen from " << NumberText(static_cast<float>(report.nearest)) << " to "
+                << NumberText(static_cast<float>(report.farthest)) << '\n';
+    } else {
+      std::cout << "nothing seen\n";
+    }
+    std::cout << report.vertices << " vertices, " << report.before << " of them before near, "
+              << report.beyond << " beyond far\n";
   }
 
   NPixels ToPixels(std::vector<std::uint32_t> const& numbers) const {
@@ -145,6 +181,10 @@ class Render {
   NDocument m_document;
 };
 
+std::string CheckChoice(std::string const& text) {
+  return ParseChoice(text) ? "" : "needs material=N, N from 0";
+}
+
 }  // namespace
 
 void AddRender(CLI::App& program, int& status) {
@@ -157,10 +197,27 @@ void AddRender(CLI::App& program, int& status) {
   command->add_option("--size", options->size, "Size of the picture in pixels")
       ->check(CLI::Validator(&CheckDrawnSize, "WxH"));
   command->add_option("--camera", options->camera, "Name of a camera of the files");
+  command
+      ->add_option("--set", options->assignments,
+                   "Set an attribute of a node, NAME.ATTRIBUTE=VALUE")
+      ->allow_extra_args(false);
+  command->add_option("--texture", options->texture, "Picture that is laid on all models");
+  command->add_option("--method", options->method, "Throw all textures by a projection")
+      ->check(CLI::IsMember({"plane", "cylinder", "sphere", "triplanar", "box"}));
+  command
+      ->add_option("--switch", options->choice,
+                   "material=N gives all models material N of the files, counted from 0")
+      ->check(CLI::Validator(&CheckChoice, "material=N"));
+  auto* const stereo =
+      command->add_flag("--stereo", options->isStereo, "Two half pictures for two eyes");
+  command->add_flag("--hmd", options->isHeadMounted, "The same for a head-mounted display")
+      ->excludes(stereo);
+  command->add_flag("--clip-report", options->reportsClip,
+                    "Print the clip distances and what they cut off");
   command->footer(kFooter);
   command->callback([options, &status] {
-    if (options->output.empty() && options->ids.empty()) {
-      PrintError("options", "one of -o and --ids is needed");
+    if (options->output.empty() && options->ids.empty() && !options->reportsClip) {
+      PrintError("options", "one of -o, --ids and --clip-report is needed");
       status = NS_OPTIONS;
       return;
     }

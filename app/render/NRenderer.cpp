@@ -177,9 +177,9 @@ struct NRenderer::Block {
       surfaceProgram.SetPlace(item.global, item.normals);
     }
     bool const isWired = item.model->IsWired();
-    if (isWired) gl.glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+    if (isWired) surfaceProgram.SetWired(true);
     DrawParts(all[index].parts);
-    if (isWired) gl.glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    if (isWired) surfaceProgram.SetWired(false);
   }
 
   void DrawModels(NEye const& eye, NSky const& sky) const {
@@ -219,6 +219,7 @@ struct NRenderer::Block {
     Matrix height;
     height.SetTranslate(Vec3(0.0f, static_cast<float>(environment.GetFloorHeight()), 0.0f));
     global *= height;
+    if (!std::isfinite(global(0, 0) + global(1, 1) + global(2, 2) + global(3, 1))) return;
     surfaceProgram.SetPlace(global, global.Inverse().Transpose());
     if (shade.isTransparent) {
       gl.glEnable(GL_BLEND);

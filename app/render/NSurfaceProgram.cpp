@@ -45,6 +45,7 @@ NSurfaceProgram::NSurfaceProgram(NGl const& gl)
       m_bumpKind(m_program.GetUniform("bumpKind")),
       m_bumpScale(m_program.GetUniform("bumpScale")),
       m_opacityInAlpha(m_program.GetUniform("opacityInAlpha")),
+      m_wired(m_program.GetUniform("wired")),
       m_lampCount(m_program.GetUniform("lampCount")),
       m_lampKind(m_program.GetUniform("lampKind")),
       m_lampColor(m_program.GetUniform("lampColor")),
@@ -117,6 +118,11 @@ void NSurfaceProgram::SetShade(NShade const& shade, NColor const& ambientLight,
   m_gl.glUniform1i(m_skyKind, mirrored.kind);
   SetTurn(m_gl, m_skyTurn, mirrored.turn);
   BindSky(m_gl, mirrored);
+}
+
+void NSurfaceProgram::SetWired(bool isWired) const {
+  m_gl.glUniform1i(m_wired, isWired);
+  m_gl.glPolygonMode(GL_FRONT_AND_BACK, isWired ? GL_LINE : GL_FILL);
 }
 
 void NSurfaceProgram::SetPlace(Matrix const& global, Matrix const& normals) const {

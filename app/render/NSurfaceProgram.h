@@ -25,13 +25,16 @@ class NSurfaceProgram {
   /// `sky` is what a surface reflects that has no surroundings of its own.
   void SetShade(NShade const& shade, NColor const& ambientLight, NSky const& sky) const;
   void SetPlace(VX_Math::Matrix const& global, VX_Math::Matrix const& normals) const;
+  /// Draws the edges of triangles alone, or whole triangles.
+  void SetWired(bool isWired) const;
 
  private:
   NGl const& m_gl;
   NProgram m_program;
   GLint const m_world, m_normalWorld, m_viewProjection, m_eye;
   GLint const m_diffuse, m_ambient, m_specular, m_emissive, m_power, m_opacity;
-  GLint const m_slots, m_bounds, m_colorOperation, m_bumpKind, m_bumpScale, m_opacityInAlpha;
+  GLint const m_slots, m_bounds, m_colorOperation, m_bumpKind, m_bumpScale, m_opacityInAlpha,
+      m_wired;
   GLint const m_lampCount, m_lampKind, m_lampColor, m_lampPlace, m_lampDirection, m_lampCone,
       m_lampRange, m_lampFade;
   GLint const m_mirror, m_mirrorFloor, m_mirrorBlur, m_skyKind, m_skyTurn;

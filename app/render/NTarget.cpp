@@ -89,6 +89,8 @@ void NTarget::Bind() const { m_gl->glBindFramebuffer(GL_FRAMEBUFFER, m_frame.Get
 NPixels NTarget::ReadPicture() const {
   auto const width = static_cast<GLint>(m_width);
   auto const height = static_cast<GLint>(m_height);
+  // It would hold for the copy too.
+  m_gl->glDisable(GL_SCISSOR_TEST);
   m_gl->glBindFramebuffer(GL_READ_FRAMEBUFFER, m_frame.Get());
   m_gl->glBindFramebuffer(GL_DRAW_FRAMEBUFFER, m_resolvedFrame.Get());
   m_gl->glBlitFramebuffer(0, 0, width, height, 0, 0, width, height, GL_COLOR_BUFFER_BIT,

@@ -72,6 +72,7 @@ uniform int colorOperation;
 uniform int bumpKind;
 uniform float bumpScale;
 uniform bool opacityInAlpha;
+uniform bool wired;  // a line has no face
 uniform sampler2D colorMap;
 uniform sampler2D bumpMap;
 uniform sampler2D specularMap;
@@ -135,7 +136,7 @@ vec3 Normal(vec3 towards) {
     }
   }
   // Both sides are seen; the one towards the camera is lit.
-  float side = dot(face, face) > 0.0 ? dot(n, face) : dot(n, towards);
+  float side = wired || dot(face, face) == 0.0 ? dot(n, towards) : dot(n, face);
   return side < 0.0 ? -n : n;
 }
 

@@ -38,6 +38,12 @@ void NOverview::Frame(VX_Math::Box3 const& box) {
   camera->SetInterestZ(center.z);
 }
 
+bool NOverview::IsLost() const {
+  auto const camera = m_camera.GetNode();
+  double const reach = camera->GetTranslationX() - camera->GetInterestX();
+  return !std::isfinite(reach + camera->GetTranslationY() + camera->GetTranslationZ());
+}
+
 void NOverview::FitAspect(double aspect) const {
   // A view that is higher than wide takes its angle from the width, so that all is seen.
   m_lens->SetUsesVerticalViewAngleFlag(aspect >= 1);

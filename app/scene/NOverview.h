@@ -26,6 +26,8 @@ class NOverview {
   Camera const& GetCamera() const { return m_camera; }
   /// Places the camera so that it sees the whole of `box`, and no farther than that.
   void Frame(VX_Math::Box3 const& box);
+  /// Whether a box that isn't finite has left the camera nowhere.
+  bool IsLost() const;
   /// Makes all that is framed seen at that aspect.
   /// Units: width by height.
   void FitAspect(double aspect) const;

@@ -67,6 +67,7 @@ NStage::NStage(NDocument& document, NOverview::Tree const& tree)
       m_overview(document, tree),
       m_environment(document.GetEnvironments().CreateNode(NNodeID())),
       m_view(new data::view::NView) {
+  m_environment->SetName(L"environment");
   GetScene().SetEnvironment(m_environment);
   m_view->SetScene(GetScene());
   m_view->SetCamera(m_overview.GetCamera());

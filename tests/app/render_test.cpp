@@ -60,6 +60,36 @@ TEST_F(RenderTest, DrawsPicturesThatAreThereAsAWhole) {
   EXPECT_NE(support::ReadBytes(m_files.At("b.png")), picture);
 }
 
+TEST_F(RenderTest, EachOptionChangesThePicture) {
+  m_files.Write("picture.png", MakePng());
+  std::set<std::string> pictures;
+  for (std::vector<std::string> arguments :
+       std::vector<std::vector<std::string>>{{},
+                                             {"--set", "left.isVisible=false"},
+                                             {"--set", "environment.floor.isVisible=true"},
+                                             {"--texture", "picture.png"},
+                                             {"--method", "plane"},
+                                             {"--stereo"},
+                                             {"--hmd"}}) {
+    arguments.insert(arguments.end(), {"-o", "a.png", "--size", "90x60"});
+    Result const result = Render(arguments);
+    if (result.HasOneError("render", "EGL")) GTEST_SKIP() << result.err;
+    EXPECT_EQ(result.status, 0) << result.err;
+    pictures.insert(support::ReadBytes(m_files.At("a.png")));
+  }
+  EXPECT_EQ(pictures.size(), 7u);
+}
+
+TEST_F(RenderTest, ReportsWhatClippingCutsOff) {
+  Result const result = Render({"--clip-report", "--camera", "eye"});
+  if (result.HasOneError("render", "EGL")) GTEST_SKIP() << result.err;
+  auto const lines = result.Lines();
+  ASSERT_EQ(lines.size(), 3u);
+  EXPECT_EQ(lines[0].find("near "), 0u);
+  EXPECT_EQ(lines[1].find("seen from 4"), 0u) << lines[1];
+  EXPECT_EQ(lines[2], "6 vertices, 0 of them before near, 0 beyond far");
+}
+
 TEST_F(RenderTest, RefusesInOneLineAndLeavesNothing) {
   struct Row {
     std::vector<std::string> arguments;
@@ -72,6 +102,11 @@ TEST_F(RenderTest, RefusesInOneLineAndLeavesNothing) {
            {{"-o", "a.png", "--size", "100000x1"}, 2, "options"},
            {{"-o", "a.png", "--size", "16000x16000"}, 2, "options"},
            {{"-o", "a.png", "--camera", "nobody"}, 2, "--camera"},
+           {{"-o", "a.png", "--set", "nobody.isVisible=true"}, 2, "--set"},
+           {{"-o", "a.png", "--switch", "material=99"}, 2, "--switch"},
+           {{"-o", "a.png", "--switch", "model=1"}, 2, "options"},
+           {{"-o", "a.png", "--stereo", "--hmd"}, 2, "options"},
+           {{"-o", "a.png", "--texture", "model.gltf"}, 1, "model.gltf"},
        }) {
     Result const result = Render(row.arguments);
     EXPECT_EQ(result.status, row.status);

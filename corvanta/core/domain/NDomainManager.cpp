@@ -18,9 +18,10 @@ NDomainManager::~NDomainManager() {
 }
 
 void NDomainManager::RegisterDomain(NDomainBase& domain, locator::NLocator const& locator,
-                                    std::wstring text) {
+                                    std::wstring const& text) {
+  std::wstring copy(text);
   Entry& entry = m_domains[locator];
-  entry.text.swap(text);
+  entry.text.swap(copy);
   // Counted last, when nothing can fail; the domain that stood there goes when all is in place.
   boost::intrusive_ptr<NDomainBase> replaced(&domain);
   entry.domain.swap(replaced);

@@ -41,7 +41,7 @@ class NRegistration {
   void Keep();
 
  private:
-  void TakeBack(Entry& entry) noexcept;
+  void TakeBack(Entry const& entry);
 
   core::domain::NDomainManager& m_manager;
   std::vector<Entry>& m_entries;

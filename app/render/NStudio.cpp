@@ -1,0 +1,147 @@
+#include "app/render/NStudio.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "corvanta/data/domain/geometry/NGeometryNode.h"
+#include "corvanta/data/domain/scenegraph/item/view.h"
+#include "corvanta/data/domain/scenegraph/item/view_clip_distances.h"
+
+namespace corvanta::app {
+
+namespace {
+
+namespace item = data::domain::scenegraph::item;
+using VX_Math::Matrix;
+using VX_Math::Vec3;
+
+unsigned Pixels(double fraction, unsigned whole) {
+  return static_cast<unsigned>(std::lround(std::clamp(fraction, 0.0, 1.0) * whole));
+}
+
+}  // namespace
+
+NStudio::NStudio(NDocument const& document, NStage& stage, unsigned width, unsigned height,
+                 NEyes eyes)
+    : m_stage(stage),
+      m_width(width),
+      m_height(height),
+      m_eyes(eyes),
+      m_renderer(m_context, document.GetEvents()) {
+  if (eyes == NE_ONE) {
+    m_parts.push_back({&stage.GetView(), NES_BOTH});
+    return;
+  }
+  for (NEyeSide const side : {NES_LEFT, NES_RIGHT}) {
+    boost::intrusive_ptr<data::view::NView> const view(new data::view::NView);
+    view->SetScene(stage.GetView().GetSceneRef());
+    (side == NES_LEFT) ? view->SetRight(0.5) : view->SetLeft(0.5);
+    m_parts.push_back({view, side});
+  }
+}
+
+NStudio::~NStudio() = default;
+
+void NStudio::Prepare() {
+  m_renderer.Update(m_stage.GetScene());
+  if (m_stage.GetOverview().IsLost()) m_stage.GetOverview().Frame(m_renderer.GetBox());
+  for (Part const& part : m_parts) {
+    if (m_eyes != NE_ONE) part.view->SetCamera(m_stage.GetView().GetCamera());
+  }
+}
+
+// That of the view; where vertices that aren't finite would spoil it, that of the others.
+NClip NStudio::GetClip(data::view::NView const& view) const {
+  auto const [near, far] = item::GetClipDistances(view.GetCamera(), view);
+  if (near > 0 && std::isfinite(far)) return {near, far};
+  auto const [boxNear, boxFar] = item::GetClipDistances(view.GetCamera(), m_renderer.GetBox());
+  return {boxNear, boxFar};
+}
+
+NEye NStudio::GetEyeOf(Part const& part) const {
+  NViewport const viewport = GetViewport(*part.view);
+  double const aspect = static_cast<double>(std::max(viewport.width, 1u)) /
+                        static_cast<double>(std::max(viewport.height, 1u));
+  m_stage.GetOverview().FitAspect(aspect);
+  NCameraPath const& camera = part.view->GetCamera();
+  NClip const clip = GetClip(*part.view);
+  return m_eyes == NE_HEAD_MOUNTED ? GetHeadMountedEye(camera, aspect, clip, part.side)
+                                   : GetEye(camera, aspect, clip, part.side);
+}
+
+NTarget const& NStudio::GetTarget(std::unique_ptr<NTarget>& target, NTarget::NKind kind) const {
+  if (!target) target = std::make_unique<NTarget>(m_context.GetGl(), m_width, m_height, kind);
+  return *target;
+}
+
+NPixels NStudio::TakePicture() {
+  NTarget const& target = GetTarget(m_picture, NTarget::NTK_PICTURE);
+  Prepare();
+  for (Part const& part : m_parts) {
+    m_renderer.DrawPicture(m_stage.GetScene(), GetEyeOf(part), target, GetViewport(*part.view));
+  }
+  return target.ReadPicture();
+}
+
+std::vector<std::uint32_t> NStudio::TakeNumbers() {
+  NTarget const& target = GetTarget(m_numbers, NTarget::NTK_NUMBERS);
+  Prepare();
+  for (Part const& part : m_parts) {
+    m_renderer.DrawNumbers(m_stage.GetScene(), GetEyeOf(part), target, GetViewport(*part.view));
+  }
+  return target.ReadNumbers();
+}
+
+NClipReport NStudio::MeasureClip() {
+  NTarget const& target = GetTarget(m_numbers, NTarget::NTK_NUMBERS);
+  Prepare();
+  NClipReport report;
+  Part const part{&m_stage.GetView(), NES_BOTH};
+  report.clip = GetClip(*part.view);
+  NEye const eye = GetEyeOf(part);
+  m_renderer.DrawNumbers(m_stage.GetScene(), eye, target, {0, 0, m_width, m_height});
+  auto const numbers = target.ReadNumbers();
+  auto const depths = target.ReadDepths();
+  float least = 1.0f, greatest = 0.0f;
+  for (std::size_t i = 0; i != numbers.size(); ++i) {
+    if (numbers[i] == 0) continue;
+    least = std::min(least, depths[i]);
+    greatest = std::max(greatest, depths[i]);
+  }
+  Matrix const back = eye.projection.Inverse();
+  auto const getDistance = [&back](float depth) {
+    Vec3 place;
+    back.MultVecMatrix(Vec3(0.0f, 0.0f, depth), place);
+    return static_cast<double>(-place.z);
+  };
+  if (least <= greatest) {
+    report.nearest = getDistance(least);
+    report.farthest = getDistance(greatest);
+  }
+  for (NDrawItem const& drawn : m_renderer.GetItems()) {
+    auto const geometry = drawn.model->GetGeometryNode();
+    if (!geometry || !drawn.isPlaced) continue;
+    Matrix const toView = drawn.global * eye.view;
+    for (auto const& surface : geometry->GetSurfaces()) {
+      for (auto const& v : surface->GetCoords()) {
+        Vec3 place;
+        toView.MultVecMatrix(Vec3(v.x, v.y, v.z), place);
+        if (!std::isfinite(place.z)) continue;
+        ++report.vertices;
+        report.before += place.z < 0.0f && -place.z < report.clip.near;
+        report.beyond += -place.z > report.clip.far;
+      }
+    }
+  }
+  return report;
+}
+
+NViewport NStudio::GetViewport(data::view::NView const& view) const {
+  unsigned const left = Pixels(view.GetLeft(), m_width);
+  unsigned const top = Pixels(view.GetTop(), m_height);
+  unsigned const right = Pixels(view.GetRight(), m_width);
+  unsigned const bottom = Pixels(view.GetBottom(), m_height);
+  return {left, top, right - std::min(left, right), bottom - std::min(top, bottom)};
+}
+
+}  // namespace corvanta::app

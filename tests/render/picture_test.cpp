@@ -1,0 +1,295 @@
+#include <array>
+#include <cmath>
+
+#include "app/scene/NTextureUse.h"
+#include "corvanta/data/domain/light_env/NLamp.h"
+#include "corvanta/data/domain/light_env/NLightEnvNode.h"
+#include "corvanta/data/domain/material/texture_mapping/NProjectionMapping.h"
+#include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
+#include "tests/render/world.h"
+#include "tests/support/temporary_files.h"
+
+namespace corvanta::render_tests {
+namespace {
+
+namespace light_env = data::domain::light_env;
+namespace texture_mapping = data::domain::material::texture_mapping;
+using Color = std::array<int, 3>;
+
+/// The byte of a value of linear light.
+int Encode(double linear) {
+  double const value =
+      linear <= 0.0031308 ? 12.92 * linear : 1.055 * std::pow(linear, 1 / 2.4) - 0.055;
+  return static_cast<int>(std::lround(255 * std::clamp(value, 0.0, 1.0)));
+}
+
+/// Filtering spreads a little of each pixel of a texture.
+void ExpectColor(Color const& color, Color const& expected) {
+  for (std::size_t c = 0; c != 3; ++c) EXPECT_NEAR(color[c], expected[c], 16);
+}
+
+/// A white wall from -4 to 4 in x and y at z = 0, with texture coordinates from 0 to 1, in a black
+/// environment. The camera at z = 12 sees 8.7 units of its height.
+class PictureTest : public World {
+ protected:
+  void SetUp() override {
+    World::SetUp();
+    if (IsSkipped()) return;
+    m_environment = m_document.GetEnvironments().CreateNode(NNodeID());
+    SetColor(*m_environment, L"color", 0, 0, 0);
+    m_scene->SetEnvironment(m_environment);
+    m_lamps = m_document.GetLightEnvs().CreateNode(NNodeID());
+    m_environment->AddLightEnv(m_lamps);
+    m_material = m_document.GetMaterials().CreateNode(NNodeID());
+    SetColor(*m_material, L"diffuse", 1, 1, 1);
+    m_wall = Add<item::NSceneGraphModelNode>(m_root.get());
+    m_wall->SetMaterial(m_material);
+    auto const geometry = m_document.GetGeometries().CreateNode(NNodeID());
+    boost::intrusive_ptr<data::domain::geometry::NSurface> const surface(
+        new data::domain::geometry::NPolygonSurface);
+    float const coords[] = {-4, -4, 0, 4, -4, 0, 4, 4, 0, -4, 4, 0};
+    float const normals[] = {0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1};
+    float const uvs[] = {0, 0, 1, 0, 1, 1, 0, 1};
+    unsigned long const indices[] = {0, 1, 2, 0, 2, 3};
+    surface->Assign(coords, normals, 4, indices, 6, uvs);
+    geometry->AddSurface(*surface);
+    m_wall->SetGeometryNode(geometry);
+  }
+
+  static void SetColor(core::attribute::NAttributeHost& host, std::wstring const& name, double r,
+                       double g, double b) {
+    host.QueryAttribute(name + L".r")->SetValue(r, true);
+    host.QueryAttribute(name + L".g")->SetValue(g, true);
+    host.QueryAttribute(name + L".b")->SetValue(b, true);
+  }
+
+  boost::intrusive_ptr<light_env::NLamp> AddLamp(std::wstring const& type, double x, double y,
+                                                 double z) {
+    auto const lamp = m_lamps->CreateLamp(type);
+    lamp->SetType(type);
+    lamp->SetPositionX(x);
+    lamp->SetPositionY(y);
+    lamp->SetPositionZ(z);
+    lamp->SetDirectionX(0);
+    lamp->SetDirectionY(0);
+    lamp->SetDirectionZ(-1);
+    return lamp;
+  }
+
+  /// A texture of the wall's material from the pixels of a PPM file.
+  void AddTexture(app::NTextureUse use, unsigned width, unsigned height, std::string const& pixels,
+                  texture_mapping::NTextureMapping* mapping = nullptr) {
+    auto const path = m_files.Write(
+        "picture" + std::to_string(m_textureCount++) + ".ppm",
+        "P6 " + std::to_string(width) + ' ' + std::to_string(height) + " 255\n" + pixels);
+    auto const image = m_document.GetImages().CreateNode(NNodeID());
+    image->SetImageLocator(core::locator::NLocator(core::uri::NUri::CreateFileUri(path)));
+    auto const texture = m_document.GetTextures().CreateNode(NNodeID());
+    texture->SetType(static_cast<data::domain::texture::NTextureType>(use));
+    texture->SetImage(image);
+    boost::intrusive_ptr<texture_mapping::NTextureMapping> const laid(
+        mapping != nullptr ? mapping
+                           : new texture_mapping::NUVWMapping(texture_mapping::NUVWMappingType(1)));
+    m_material->AddTexture(texture, *laid, 0);
+  }
+
+  /// The pixel where a point of the wall is seen.
+  Color At(app::NPixels const& picture, float x, float y) const {
+    VX_Math::Vec3 place(x, y, 0);
+    GetEye().GetViewProjection().MultVecMatrix(place, place);
+    auto const column = static_cast<unsigned>((place.x + 1) / 2 * kWidth);
+    auto const row = static_cast<unsigned>((1 - place.y) / 2 * kHeight);
+    unsigned char const* const pixel = picture.GetRow(row) + 3 * column;
+    return {pixel[0], pixel[1], pixel[2]};
+  }
+  int GreyAt(app::NPixels const& picture, float x, float y) const { return At(picture, x, y)[0]; }
+
+  support::TemporaryFiles m_files;
+  boost::intrusive_ptr<data::domain::environment::NEnvironmentNode> m_environment;
+  boost::intrusive_ptr<light_env::NLightEnvNode> m_lamps;
+  boost::intrusive_ptr<data::domain::material::NMaterialNode> m_material;
+  Model m_wall;
+  int m_textureCount = 0;
+};
+
+TEST_F(PictureTest, DirectionalLampsLightByTheCosineAndAreGammaCorrect) {
+  auto const lamp = AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  SetColor(*m_material, L"diffuse", 0.5, 0.25, 1);
+  EXPECT_EQ(At(DrawPicture(), 1, 1), (Color{Encode(0.5), Encode(0.25), 255}));
+  lamp->SetDirectionX(-std::sqrt(3));
+  EXPECT_NEAR(At(DrawPicture(), 1, 1)[0], Encode(0.25), 1);
+  auto const minus = AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  minus->SetEmitMinus(true);
+  minus->SetColorR(0.25);
+  EXPECT_NEAR(At(DrawPicture(), 1, 1)[0], Encode(0.125), 1);
+  minus->SetEnabled(false);
+  m_lamps->SetLampsCoefficient(0.5);
+  EXPECT_NEAR(At(DrawPicture(), 1, 1)[0], Encode(0.125), 1);
+  // From behind it lights the other side.
+  lamp->SetDirectionZ(1);
+  EXPECT_EQ(At(DrawPicture(), 1, 1)[0], 0);
+}
+
+TEST_F(PictureTest, PointLampsEndAtTheirRange) {
+  auto const lamp = AddLamp(light_env::LAMP_TYPE_POINT, 0, 0, 2);
+  EXPECT_NEAR(GreyAt(DrawPicture(), 0, 0), 255, 1);
+  EXPECT_NEAR(GreyAt(DrawPicture(), 2, 0), Encode(std::sqrt(0.5)), 2);
+  lamp->SetAttenuationRange(2.5);
+  auto const picture = DrawPicture();
+  EXPECT_GT(GreyAt(picture, 0, 0), 60);
+  EXPECT_EQ(GreyAt(picture, 2, 0), 0);
+  lamp->SetAttenuationType(light_env::NAttenuationType(1));
+  EXPECT_NEAR(GreyAt(DrawPicture(), 0, 0), Encode(0.2), 3);
+}
+
+TEST_F(PictureTest, SpotLampsFadeBetweenSpreadAndFallOff) {
+  auto const lamp = AddLamp(light_env::LAMP_TYPE_SPOT, 0, 0, 4);
+  lamp->SetSpreadAngle(40);
+  lamp->SetFalloffAngle(80);
+  auto const picture = DrawPicture();
+  float const inside = 4 * std::tan(0.3f), edge = 4 * std::tan(0.52f),
+              outside = 4 * std::tan(0.72f);
+  EXPECT_NEAR(GreyAt(picture, inside, 0), Encode(std::cos(0.3)), 2);
+  EXPECT_GT(GreyAt(picture, edge, 0), 40);
+  EXPECT_LT(GreyAt(picture, edge, 0), Encode(std::cos(0.52)) - 20);
+  EXPECT_EQ(GreyAt(picture, outside, 0), 0);
+}
+
+TEST_F(PictureTest, MaterialsAddAmbientGlowAndAHighlight) {
+  SetColor(*m_material, L"diffuse", 0, 0, 0);
+  SetColor(*m_material, L"ambient", 1, 0, 0);
+  SetColor(*m_material, L"emissive", 0, 0.25, 0);
+  SetColor(*m_environment, L"ambientLight", 0.5, 1, 1);
+  EXPECT_EQ(At(DrawPicture(), 1, 1), (Color{Encode(0.5), Encode(0.25), 0}));
+  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  SetColor(*m_material, L"specular", 0, 0, 1);
+  m_material->SetPower(60);
+  auto const picture = DrawPicture();
+  EXPECT_GT(At(picture, 0, 0)[2], 240);
+  // Half of the angle to the camera turns the halfway vector: cos(atan(4 / 12) / 2) ^ 60.
+  EXPECT_NEAR(At(picture, 3.9f, 0)[2], Encode(std::pow(std::cos(std::atan(3.9 / 12) / 2), 60)), 4);
+}
+
+TEST_F(PictureTest, TransparentModelsLetTheSceneBehindThrough) {
+  SetColor(*m_environment, L"color", 0, 0, 1);
+  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  SetColor(*m_material, L"diffuse", 1, 0, 0);
+  m_material->SetTransparency(0.25);
+  EXPECT_NEAR(At(DrawPicture(), 1, 1)[0], Encode(0.25), 1);
+  EXPECT_NEAR(At(DrawPicture(), 1, 1)[2], Encode(0.75), 1);
+}
+
+TEST_F(PictureTest, ColourTexturesStandUpright) {
+  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  // Red and green above, blue and white below.
+  AddTexture(app::NTU_COLOR, 2, 2, std::string("\xFF\0\0\0\xFF\0\0\0\xFF\xFF\xFF\xFF", 12));
+  auto const picture = DrawPicture();
+  ExpectColor(At(picture, -2, 2), Color{255, 0, 0});
+  ExpectColor(At(picture, 2, 2), Color{0, 255, 0});
+  ExpectColor(At(picture, -2, -2), Color{0, 0, 255});
+  ExpectColor(At(picture, 2, -2), Color{255, 255, 255});
+}
+
+TEST_F(PictureTest, BumpsTurnTheNormalAlongTheTexture) {
+  auto const lamp = AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  lamp->SetDirectionX(-1);
+  // Normals turned by 45 degrees towards the lamp, and away from it.
+  AddTexture(app::NTU_NORMAL, 2, 1, std::string("\xDA\x80\xDA\x26\x80\xDA", 6));
+  auto const picture = DrawPicture();
+  EXPECT_GT(GreyAt(picture, -2, 0), 250);
+  EXPECT_LT(GreyAt(picture, 2, 0), 30);
+  m_material->RemoveTexture(0);
+  // Heights that rise to the right in the left half: it turns to the left, away from the lamp.
+  std::string slope;
+  for (int x = 0; x != 64; ++x) slope += std::string(3, static_cast<char>(x < 32 ? 8 * x : 0));
+  AddTexture(app::NTU_HEIGHT, 64, 1, slope);
+  auto const bumped = DrawPicture();
+  EXPECT_LT(GreyAt(bumped, -2, 0), GreyAt(bumped, 2, 0) - 5);
+}
+
+TEST_F(PictureTest, ThrownTexturesFollowTheProjection) {
+  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  auto const node = m_document.GetProjections().CreateNode(NNodeID());
+  // The plane's picture lies in x and z, seen from y; turned, it hangs on the wall.
+  node->SetRotationX(90);
+  node->SetScaleX(8);
+  node->SetScaleY(8);
+  node->SetScaleZ(8);
+  NDrawItem::Path const path(*m_wall, *m_tree);
+  node->AddModel(path);
+  boost::intrusive_ptr<texture_mapping::NProjectionMapping> const mapping(
+      new texture_mapping::NProjectionMapping);
+  mapping->AddProjectionData(path, *node);
+  AddTexture(app::NTU_COLOR, 2, 1, std::string("\xFF\0\0\0\xFF\0", 6), mapping.get());
+  auto const picture = DrawPicture();
+  ExpectColor(At(picture, 2, 1), Color{255, 0, 0});
+  ExpectColor(At(picture, -2, 1), Color{0, 255, 0});
+  auto const before = m_renderer->GetUploads();
+  node->SetOffsetU(0.5);
+  ExpectColor(At(DrawPicture(), 2, 1), Color{0, 255, 0});
+  EXPECT_EQ(m_renderer->GetUploads().meshes, before.meshes + 1);
+}
+
+TEST_F(PictureTest, WiresShowWhatIsBehindThem) {
+  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  m_wall->SetIsWiredFlag(true);
+  auto const picture = DrawPicture();
+  EXPECT_EQ(GreyAt(picture, 2, -1), 0);
+  EXPECT_GT(GreyAt(picture, 2, 2), 60);  // the diagonal
+}
+
+TEST_F(PictureTest, BillboardsFaceTheCamera) {
+  AddLamp(light_env::LAMP_TYPE_POINT, 0, 0, 12);
+  m_wall->SetRotationY(90);
+  EXPECT_EQ(GreyAt(DrawPicture(), 2, 1), 0);
+  for (long const type : {1L, 2L}) {
+    m_wall->SetBillboardType(item::NBillboardType(type));
+    EXPECT_GT(GreyAt(DrawPicture(), 2, 1), 200);
+  }
+}
+
+TEST_F(PictureTest, TheSkyIsSeenInItsDirection) {
+  m_wall->SetIsVisibleFlag(false);
+  // Six faces of one colour each, in a cube map of one pixel a face.
+  std::string dds = "DDS ";
+  auto const word = [&dds](std::uint32_t value) {
+    for (int i = 0; i != 4; ++i) dds += static_cast<char>(value >> 8 * i);
+  };
+  for (std::uint32_t const value : {124u, 0x1007u, 1u, 1u, 4u, 0u, 0u}) word(value);
+  for (int i = 0; i != 11; ++i) word(0);
+  for (std::uint32_t const value : {32u, 0x41u, 0u, 32u, 0xFF0000u, 0xFF00u, 0xFFu, 0xFF000000u,
+                                    0x1008u, 0xFE00u, 0u, 0u, 0u}) {
+    word(value);
+  }
+  for (std::uint32_t const value :
+       {0xFFFF0000u, 0xFF00FF00u, 0xFF0000FFu, 0xFFFFFF00u, 0xFFFF00FFu, 0xFF00FFFFu}) {
+    word(value);
+  }
+  auto const image = m_document.GetImages().CreateNode(NNodeID());
+  image->SetImageLocator(
+      core::locator::NLocator(core::uri::NUri::CreateFileUri(m_files.Write("sky.dds", dds))));
+  m_environment->GetEnvironmentMap().SetImage(image);
+  Color const faces[] = {{255, 0, 0},   {0, 255, 0},   {0, 0, 255},
+                         {255, 255, 0}, {255, 0, 255}, {0, 255, 255}};
+  m_camera->SetUpY(0.7);
+  m_camera->SetUpX(0.7);
+  for (int face = 0; face != 6; ++face) {
+    double direction[3] = {0, 0, 0};
+    direction[face / 2] = face % 2 == 0 ? 1 : -1;
+    m_camera->SetInterestX(direction[0]);
+    m_camera->SetInterestY(direction[1]);
+    m_camera->SetInterestZ(12 + direction[2]);
+    unsigned char const* const pixel = DrawPicture().GetRow(kHeight / 2) + 3 * (kWidth / 2);
+    ExpectColor({pixel[0], pixel[1], pixel[2]}, faces[face]);
+  }
+  // Turned about y by a quarter, +z is where +x was.
+  m_environment->SetEnvironmentMapRotationY(90);
+  m_camera->SetInterestX(1);
+  m_camera->SetInterestZ(12);
+  auto const picture = DrawPicture();
+  unsigned char const* const pixel = picture.GetRow(kHeight / 2) + 3 * (kWidth / 2);
+  ExpectColor({pixel[0], pixel[1], pixel[2]}, faces[4]);
+}
+
+}  // namespace
+}  // namespace corvanta::render_tests
