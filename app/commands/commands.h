@@ -15,6 +15,7 @@ enum NStatus : int {
 
 using NAddCommand = void(CLI::App& program, int& status);
 
+NAddCommand AddDemo;
 NAddCommand AddInfo;
 NAddCommand AddMap;
 NAddCommand AddPick;
@@ -22,7 +23,7 @@ NAddCommand AddPlay;
 NAddCommand AddRender;
 NAddCommand AddWatch;
 
-inline constexpr NAddCommand* kCommands[] = {AddInfo, AddWatch, AddPick,
-                                             AddMap,  AddPlay,  AddRender};
+inline constexpr NAddCommand* kCommands[] = {AddDemo, AddInfo, AddWatch, AddPick,
+                                             AddMap,  AddPlay, AddRender};
 
 }  // namespace corvanta::app
