@@ -17,9 +17,11 @@ using domain::material::NMaterialNode;
 namespace item = domain::scenegraph::item;
 
 bool Initialize(NDomainManager& manager, events::NEventMultiplexer& events) {
-  std::vector<detail::NRegistration::Entry> entries;  // whose domains end outside the lock
+  // What ends, ends outside the lock.
+  std::vector<detail::NRegistration::Entry> entries;
+  detail::DataPointer released;
   detail::NRegistryLock const lock;
-  if (!lock || FindInternalData(manager) != nullptr) return false;
+  if (!lock || FindInternalData(manager, released) != nullptr) return false;
   detail::NRegistration registration(manager, entries);
   try {
     detail::NInternalDomains const domains(registration, manager, events);
@@ -32,9 +34,9 @@ bool Initialize(NDomainManager& manager, events::NEventMultiplexer& events) {
 }
 
 bool Uninitialize(NDomainManager& manager) {
-  boost::shared_ptr<NInternalDataManager const> data;  // which ends outside the lock
+  detail::DataPointer released;  // which ends outside the lock
   detail::NRegistryLock const lock;
-  return lock && detail::EraseInternalData(manager, data);
+  return lock && detail::EraseInternalData(manager, released);
 }
 
 namespace {

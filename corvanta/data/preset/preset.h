@@ -22,7 +22,7 @@ class NView;
 ///
 /// "The scene" is that of the view; its size is the box of its tree. Where that is empty, or there
 /// is no scene or tree, the box from (-1, -1, -1) to (1, 1, 1) stands for it. Null arguments have
-/// no effect.
+/// no effect. Arguments are held for the time of the call.
 namespace corvanta::data::preset {
 
 /// Gives `environment` the built-in sphere about the scene as its map model, the built-in floor,

@@ -7,6 +7,8 @@
 #include "corvanta/data/preset/detail/scene_box.h"
 #include "corvanta/data/preset/preset.h"
 
+// A listener may let go of what an argument holds.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 namespace corvanta::data::preset {
 
 using domain::camera::NCameraNode;
@@ -80,3 +82,4 @@ void PresetSceneGraphCamera(
 }
 
 }  // namespace corvanta::data::preset
+// NOLINTEND(performance-unnecessary-value-param)

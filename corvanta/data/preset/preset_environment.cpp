@@ -10,6 +10,8 @@
 #include "corvanta/data/preset/detail/scene_box.h"
 #include "corvanta/data/preset/preset.h"
 
+// A listener may let go of what an argument holds.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 namespace corvanta::data::preset {
 
 using core::node::NNodeID;
@@ -61,3 +63,4 @@ float GetDefaultEnvironmentModelScale(boost::intrusive_ptr<view::NView> view) {
 }
 
 }  // namespace corvanta::data::preset
+// NOLINTEND(performance-unnecessary-value-param)

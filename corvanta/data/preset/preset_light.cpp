@@ -6,13 +6,14 @@
 #include "corvanta/data/preset/detail/scene_box.h"
 #include "corvanta/data/preset/preset.h"
 
+// A listener may let go of what an argument holds.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 namespace corvanta::data::preset {
 
 using domain::light::NLightNode;
 using domain::scenegraph::item::NSceneGraphLightNode;
 using domain::scenegraph::tree::NSceneGraphTreeNode;
 using VX_Math::Box3;
-using VX_Math::Matrix;
 using VX_Math::Vec3;
 
 namespace {
@@ -101,3 +102,4 @@ void PresetSceneGraphLight(std::vector<boost::intrusive_ptr<NSceneGraphLightNode
 }
 
 }  // namespace corvanta::data::preset
+// NOLINTEND(performance-unnecessary-value-param)

@@ -9,7 +9,6 @@
 namespace corvanta::data::internal::detail {
 
 using core::domain::NDomainManager;
-using DataPointer = boost::shared_ptr<NInternalDataManager const>;
 
 namespace {
 
@@ -32,16 +31,6 @@ Registry& GetRegistry() {
 
 thread_local bool t_hasLock = false;
 
-/// `released` takes what belonged to a manager that has gone.
-Entry& GetEntry(NDomainManager const& manager, DataPointer& released) {
-  Entry& entry = GetRegistry().entries[&manager];
-  if (entry.manager != manager.GetLink()) {
-    entry.manager = manager.GetLink();
-    released.swap(entry.data);
-  }
-  return entry;
-}
-
 }  // namespace
 
 NRegistryLock::NRegistryLock() : m_isOutermost(!t_hasLock) {
@@ -56,22 +45,30 @@ NRegistryLock::~NRegistryLock() {
   GetRegistry().mutex.unlock();
 }
 
+NInternalDataManager const* FindInternalData(NDomainManager const& manager, DataPointer& released) {
+  Entry& entry = GetRegistry().entries[&manager];
+  if (entry.manager != manager.GetLink()) {
+    entry.manager = manager.GetLink();
+    released.swap(entry.data);
+  }
+  return entry.data.get();
+}
+
 NInternalDataManager const* FindInternalData(NDomainManager const& manager) {
   DataPointer released;
-  return GetEntry(manager, released).data.get();
+  return FindInternalData(manager, released);
 }
 
 void SetInternalData(NDomainManager const& manager, DataPointer const& data) {
-  DataPointer released;
-  GetEntry(manager, released).data = data;
+  GetRegistry().entries.at(&manager).data = data;
 }
 
-bool EraseInternalData(NDomainManager const& manager, DataPointer& data) {
+bool EraseInternalData(NDomainManager const& manager, DataPointer& released) {
   auto& entries = GetRegistry().entries;
   auto const found = entries.find(&manager);
   if (found == entries.end()) return false;
   bool const isLive = found->second.manager == manager.GetLink();
-  data.swap(found->second.data);
+  released.swap(found->second.data);
   entries.erase(found);
   return isLive;
 }

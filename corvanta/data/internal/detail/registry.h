@@ -25,20 +25,22 @@ class NRegistryLock {
   bool const m_isOutermost;
 };
 
+using DataPointer = boost::shared_ptr<NInternalDataManager const>;
+
 /// Enters an empty entry for a manager that has none. An entry of a manager that has gone doesn't
-/// count for a later one in its place.
+/// count for a later one in its place; its content goes to `released`.
 /// Fails: null for an empty entry.
+NInternalDataManager const* FindInternalData(core::domain::NDomainManager const& manager,
+                                             DataPointer& released);
 NInternalDataManager const* FindInternalData(core::domain::NDomainManager const& manager);
 
-/// Fills the manager's entry.
+/// Fills the manager's entry, which is there.
 /// Requires: the lock.
-void SetInternalData(core::domain::NDomainManager const& manager,
-                     boost::shared_ptr<NInternalDataManager const> const& data);
+void SetInternalData(core::domain::NDomainManager const& manager, DataPointer const& data);
 
-/// Takes the manager's entry out, whose content goes with `data`.
+/// Takes the manager's entry out, whose content goes to `released`.
 /// Requires: the lock.
 /// Fails: false if there is none.
-bool EraseInternalData(core::domain::NDomainManager const& manager,
-                       boost::shared_ptr<NInternalDataManager const>& data);
+bool EraseInternalData(core::domain::NDomainManager const& manager, DataPointer& released);
 
 }  // namespace corvanta::data::internal::detail

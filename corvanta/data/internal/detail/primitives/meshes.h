@@ -8,7 +8,7 @@
 ///
 /// In an expanded mesh every triangle has its own three vertices; in an indexed one they are
 /// shared. "Along" means that the triangles turn anticlockwise as seen from where the normals
-/// point, "against" clockwise. Units: of length 1 are the normals, unless said otherwise.
+/// point, "against" clockwise. Normals have the length 1, unless said otherwise.
 namespace corvanta::data::internal::detail {
 
 using SurfacePointer = boost::intrusive_ptr<domain::geometry::NSurface>;
