@@ -43,20 +43,18 @@ TEST_F(ViewClipDistances, TakeInTheEnvironmentOnBothSidesOfTheFloor) {
   Move(*camera, 3, 40, 60);
   root->AddChild(*MakeModel({-2, -1, -2}, {2, 25, 1}));
   struct Row {
-    char const* name;
     float low, high, y;  // of the model, and what it adds
   };
-  for (Row const& row :
-       {Row{"about the floor", -10, 10, 10.5f}, Row{"above it", 5, 10, 10.5f},
-        Row{"reaching deeper than high", -90, 20, 21}, Row{"below it", -40, -20, 21}}) {
-    SCOPED_TRACE(row.name);
+  // About the floor, above it, reaching deeper than high, and below it.
+  for (Row const& row : {Row{-10, 10, 10.5f}, {5, 10, 10.5f}, {-90, 20, 21}, {-40, -20, 21}}) {
+    SCOPED_TRACE(row.low);
     Model const model = MakeModel({-10, row.low, 0}, {10, row.high, 30});
     environment->SetEnvironmentMapModel(model);
-    EXPECT_EQ(Get(), GetFor({-10.5f, -row.y, -2}, {10.5f, std::max(row.y, 25.0f), 31.5f}));
-    // Its own transform counts.
+    float const top = std::max(row.y, 25.0f);
+    EXPECT_EQ(Get(), GetFor({-10.5f, -row.y, -2}, {10.5f, top, 31.5f}));
     model->SetScaleX(2);
     model->SetTranslationZ(-10);
-    EXPECT_EQ(Get(), GetFor({-21, -row.y, -10.5f}, {21, std::max(row.y, 25.0f), 21}));
+    EXPECT_EQ(Get(), GetFor({-21, -row.y, -10.5f}, {21, top, 21}));
   }
   // A model without a shape adds nothing.
   environment->SetEnvironmentMapModel(Make<item::NSceneGraphModelNode>());
@@ -81,12 +79,8 @@ TEST_F(ViewClipDistances, TakeInThePosturesOfTheCamerasManager) {
   scenegraph::NSceneGraphPath<item::NSceneGraphCameraNode> const none;
   EXPECT_EQ(item::GetClipDistances(none, *view),
             item::GetClipDistances(none, Box3({0, 0, -1.05f}, {0, 0, 1.05f})));
-}
-
-TEST_F(ViewClipDistances, PassOnThatThePathIsBroken) {
-  environment->SetEnvironmentMapModel(MakeModel({-1, -1, -1}, {1, 1, 1}));
   root->RemoveChild(*camera);
-  EXPECT_ANY_THROW(Get());
+  EXPECT_ANY_THROW(Get());  // the path is broken
 }
 
 }  // namespace

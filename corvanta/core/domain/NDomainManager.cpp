@@ -18,10 +18,9 @@ NDomainManager::~NDomainManager() {
 }
 
 void NDomainManager::RegisterDomain(NDomainBase& domain, locator::NLocator const& locator,
-                                    std::wstring const& text) {
-  std::wstring copy(text);
+                                    std::wstring text) {
   Entry& entry = m_domains[locator];
-  entry.text.swap(copy);
+  entry.text.swap(text);
   // Counted last, when nothing can fail; the domain that stood there goes when all is in place.
   boost::intrusive_ptr<NDomainBase> replaced(&domain);
   entry.domain.swap(replaced);

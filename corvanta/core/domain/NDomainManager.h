@@ -32,9 +32,8 @@ class CORVANTA_API NDomainManager : public reference_countable::NReferenceCounta
   /// Lets go of its domains; those that live on then read no manager.
   ~NDomainManager() override;
 
-  /// Owns `domain` from now on; one that stands at the locator is replaced.
-  void RegisterDomain(NDomainBase& domain, locator::NLocator const& locator,
-                      std::wstring const& text);
+  /// Owns `domain` from now on; one that stands at the locator is replaced, which needs no memory.
+  void RegisterDomain(NDomainBase& domain, locator::NLocator const& locator, std::wstring text);
   /// Fails: false if nothing stands at the locator.
   bool UnregisterDomain(locator::NLocator const& locator);
   /// Fails: null if nothing stands at the locator.

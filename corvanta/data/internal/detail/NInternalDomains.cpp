@@ -1,5 +1,7 @@
 #include "corvanta/data/internal/detail/NInternalDomains.h"
 
+#include <utility>
+
 namespace corvanta::data::internal::detail {
 
 using core::domain::NDomainBase;
@@ -41,15 +43,16 @@ void NRegistration::Register(NDomainBase& domain) {
   domain.SetIsReadOnlyFlag(true);
 }
 
-void NRegistration::TakeBack(Entry const& entry) {
-  m_manager.UnregisterDomain(entry.locator);
-  if (!entry.before.domain) return;
+void NRegistration::TakeBack(Entry& entry) noexcept {
   try {
-    m_manager.RegisterDomain(*entry.before.domain, entry.locator, entry.before.text);
+    if (entry.before.domain) {
+      m_manager.RegisterDomain(*entry.before.domain, entry.locator, std::move(entry.before.text));
+      return;
+    }
   } catch (...) {
-    // Without memory the locator stays free.
-    m_manager.UnregisterDomain(entry.locator);
+    // Replacing needs no memory; only if a listener has emptied the locator, it may stay so.
   }
+  m_manager.UnregisterDomain(entry.locator);
 }
 
 void NRegistration::Keep() {

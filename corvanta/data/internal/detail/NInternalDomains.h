@@ -41,7 +41,7 @@ class NRegistration {
   void Keep();
 
  private:
-  void TakeBack(Entry const& entry);
+  void TakeBack(Entry& entry) noexcept;
 
   core::domain::NDomainManager& m_manager;
   std::vector<Entry>& m_entries;

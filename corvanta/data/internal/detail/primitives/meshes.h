@@ -52,7 +52,8 @@ SurfacePointer MakeMapPlanar();
 SurfacePointer MakeMapCylinder();
 /// A band about the y axis. Indexed, along.
 SurfacePointer MakeMapRibbon();
-/// A box with a funnel towards -z. Normals aren't of length 1. Indexed.
+/// A box with a funnel towards -z. Normals aren't of length 1; the box's triangles turn against
+/// them. Indexed.
 SurfacePointer MakeCameraObject();
 
 }  // namespace corvanta::data::internal::detail

@@ -1,0 +1,36 @@
+#include "corvanta/data/internal/internal_data.h"
+
+#include <gtest/gtest.h>
+
+#include "corvanta/core/domain/NDomainBase.h"
+#include "corvanta/core/domain/NDomainManager.h"
+#include "corvanta/data/domain/geometry/NGeometryNode.h"
+#include "corvanta/data/events/NEventMultiplexer.h"
+#include "tests/out_of_memory/failing_allocations.h"
+#include "tests/support/temporary_files.h"
+
+namespace corvanta::out_of_memory {
+namespace {
+
+TEST(InternalData, InitializeLeavesTheDomainsThatWereThere) {
+  support::TemporaryFiles const files;
+  core::domain::NDomainManager manager;
+  boost::intrusive_ptr<data::events::NEventMultiplexer> const events(
+      new data::events::NEventMultiplexer);
+  for (std::ptrdiff_t const domains : {0, 10}) {
+    auto const first = manager.begin() == manager.end() ? nullptr : manager.begin()->second.domain;
+    int const failures =
+        FailEverywhere([&] { ASSERT_TRUE(data::internal::Initialize(manager, *events)); },
+                       [&] {
+                         ASSERT_EQ(std::distance(manager.begin(), manager.end()), domains);
+                         ASSERT_TRUE(domains == 0 || manager.begin()->second.domain == first);
+                         ASSERT_FALSE(data::internal::GetPlane(manager));
+                       });
+    EXPECT_GT(failures, 500);
+    EXPECT_TRUE(data::internal::GetRod(manager));
+    EXPECT_TRUE(data::internal::Uninitialize(manager));
+  }
+}
+
+}  // namespace
+}  // namespace corvanta::out_of_memory
