@@ -121,29 +121,21 @@ void NAnimations::AddChannel(data::domain::animation::NAnimationNode& node,
 
 std::vector<std::string> NAnimations::GetNotes() const {
   std::vector<std::string> notes;
-  if (m_strayCount != 0) {
-    notes.push_back(Plural(m_strayCount, "animation channel names", "animation channels name") +
-                    " no node and was left out; the first names \"" + m_firstStray + '"');
-  }
-  if (m_doubledCount != 0) {
-    notes.push_back(Plural(m_doubledCount, "animation channel moves", "animation channels move") +
-                    " a node that another one moves, and was left out");
-  }
-  if (m_faults.unusable != 0) {
-    notes.push_back(Plural(m_faults.unusable, "animation key isn't", "animation keys aren't") +
-                    " finite or too late, and was left out");
-  }
-  if (m_faults.unsorted != 0) {
-    notes.push_back(Plural(m_faults.unsorted, "animation key stands", "animation keys stand") +
-                    " before an earlier one, and was put in order");
-  }
-  if (m_morphCount != 0) {
-    notes.push_back(Plural(m_morphCount, "animation channel changes", "animation channels change") +
-                    " a mesh and was left out");
-  }
-  if (m_idleCount != 0) {
-    notes.push_back(Plural(m_idleCount, "animation moves", "animations move") + " nothing");
-  }
+  auto const note = [&notes](std::size_t count, char const* one, char const* many) {
+    if (count != 0) notes.push_back(Plural(count, one, many));
+  };
+  note(m_strayCount, "animation channel names no node and was left out",
+       "animation channels name no node and were left out");
+  if (m_strayCount != 0) notes.back() += "; the first names \"" + m_firstStray + '"';
+  note(m_doubledCount, "animation channel moves a node that another one moves, and was left out",
+       "animation channels move nodes that others move, and were left out");
+  note(m_faults.unusable, "animation key isn't finite or stands too late, and was left out",
+       "animation keys aren't finite or stand too late, and were left out");
+  note(m_faults.unsorted, "animation key stood behind a later one and was put in order",
+       "animation keys stood behind later ones and were put in order");
+  note(m_morphCount, "animation channel changes a mesh and was left out",
+       "animation channels change meshes and were left out");
+  note(m_idleCount, "animation moves nothing", "animations move nothing");
   return notes;
 }
 

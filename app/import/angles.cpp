@@ -20,18 +20,30 @@ double Dot(Turn const& a, Turn const& b) {
   return a[0] * b[0] + a[1] * b[1] + a[2] * b[2] + a[3] * b[3];
 }
 
-// The shorter arc.
-Turn Slerp(Turn const& a, Turn const& b, double t) {
-  double const dot = Dot(a, b);
-  double const angle = std::acos(std::min(std::abs(dot), 1.0));
-  double const sine = std::sin(angle);
-  bool const isTiny = sine < 1e-9;
-  double const weightA = isTiny ? 1.0 - t : std::sin((1.0 - t) * angle) / sine;
-  double const weightB = (isTiny ? t : std::sin(t * angle) / sine) * (dot < 0.0 ? -1.0 : 1.0);
-  Turn result;
-  for (std::size_t i = 0; i != 4; ++i) result[i] = weightA * a[i] + weightB * b[i];
-  return result;
-}
+// The shorter arc from one rotation to another.
+class Arc {
+ public:
+  Arc(Turn const& a, Turn const& b) : m_a(a), m_b(b) {
+    double const dot = Dot(a, b);
+    m_sign = dot < 0.0 ? -1.0 : 1.0;
+    m_angle = std::acos(std::min(std::abs(dot), 1.0));
+    m_sine = std::sin(m_angle);
+  }
+
+  Turn At(double t) const {
+    bool const isTiny = m_sine < 1e-9;
+    double const weightA = isTiny ? 1.0 - t : std::sin((1.0 - t) * m_angle) / m_sine;
+    double const weightB = m_sign * (isTiny ? t : std::sin(t * m_angle) / m_sine);
+    Turn turn;
+    for (std::size_t i = 0; i != 4; ++i) turn[i] = weightA * m_a[i] + weightB * m_b[i];
+    return turn;
+  }
+
+ private:
+  Turn const& m_a;
+  Turn const& m_b;
+  double m_sign, m_angle, m_sine;
+};
 
 Turn ToTurn(Angles const& angles) {
   double const sx = std::sin(angles[0] / 2), cx = std::cos(angles[0] / 2);
@@ -86,28 +98,31 @@ class Unroller {
     Angles const angles = ToAngles(to.values, m_last);
     double const middle = from.time + (to.time - from.time) / 2;
     bool const isParted = middle > from.time && middle < to.time;
-    if (depth == kDeepest || !isParted || IsOnArc(from.values, to.values, angles)) {
+    Arc const arc(from.values, to.values);
+    if (depth == kDeepest || !isParted || IsOnArc(arc, angles)) {
       Add(to.time, angles);
       return;
     }
-    NKey<4> const between{middle, Slerp(from.values, to.values, 0.5)};
+    NKey<4> const between{middle, arc.At(0.5)};
     GoOn(from, between, depth + 1);
     GoOn(between, to, depth + 1);
   }
 
  private:
   // Whether the straight line to `angles` stays at the arc.
-  bool IsOnArc(Turn const& from, Turn const& to, Angles const& angles) const {
-    double const way = Distance(m_last, angles);
-    // The axis turns no faster than the angles change, and so the rest is at most a parabola.
-    if (way * way <= 8.0 * kTolerance) return true;
-    constexpr int kParts = 6;
+  bool IsOnArc(Arc const& arc, Angles const& angles) const {
+    double const x = std::abs(angles[0] - m_last[0]);
+    double const y = std::abs(angles[1] - m_last[1]);
+    double const z = std::abs(angles[2] - m_last[2]);
+    // The angular velocity changes by no more than these products, and what strays with that
+    // acceleration, between fixed ends that are less than half a turn apart, by a sixth of it.
+    bool const isShort = x + y + z < 3.0;
+    if (isShort && (x * y + y * z + z * x) / 5.9 <= kTolerance) return true;
     double const nearest = std::cos(kTolerance / 2);
-    for (int i = 1; i != kParts; ++i) {
-      double const t = static_cast<double>(i) / kParts;
+    for (double const t : {1.0 / 2, 1.0 / 3, 2.0 / 3, 1.0 / 6, 5.0 / 6}) {
       Angles line;
       for (std::size_t k = 0; k != 3; ++k) line[k] = m_last[k] + t * (angles[k] - m_last[k]);
-      if (std::abs(Dot(ToTurn(line), Slerp(from, to, t))) < nearest) return false;
+      if (std::abs(Dot(ToTurn(line), arc.At(t))) < nearest) return false;
     }
     return true;
   }

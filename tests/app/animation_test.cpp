@@ -250,11 +250,11 @@ TEST(AnimationsTest, BadPartsAreNotedAndLeftOut) {
   EXPECT_TRUE(built.GetNodes()[1]->GetAnimations().empty());
   EXPECT_EQ(built.GetNodes()[2]->GetAnimations().size(), 3u);
   EXPECT_THAT(built.GetNotes(),
-              ElementsAre(HasSubstr("2 animation channels name no node and was left out; the "
+              ElementsAre(HasSubstr("2 animation channels name no node and were left out; the "
                                     "first names \"nobody\""),
                           HasSubstr("1 animation channel moves a node that another one moves"),
                           HasSubstr("1 animation key isn't finite"),
-                          HasSubstr("2 animation keys stand before an earlier one"),
+                          HasSubstr("2 animation keys stood behind later ones"),
                           HasSubstr("2 animations move nothing")));
 }
 
