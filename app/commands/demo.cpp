@@ -198,7 +198,7 @@ class Demo {
   }
 
   void ShowPresentation() {
-    NTourPlayer player(m_document, m_model, false, false);
+    NTourPlayer player(m_stage, m_model, false, false);
     NPace pace;
     pace.seconds = 1;
     NPlayback playback(m_document, player, pace);

@@ -21,6 +21,7 @@
 #include "app/play/csv.h"
 #include "app/play/plot.h"
 #include "app/scene/NDocument.h"
+#include "app/scene/NStage.h"
 
 namespace corvanta::app {
 
@@ -63,44 +64,44 @@ class Play {
       PrintError(m_options.file, error.what());
       return NS_FILE;
     }
-    if (!CreatePlayer()) return NS_FILE;
+    NStage stage(m_document, m_model.tree);
+    auto const player = CreatePlayer(stage);
+    if (!player) return NS_FILE;
     NInterruption const interruption;
     std::unique_ptr<NWholeFile> csv;
     std::unique_ptr<NWholeFile> plot;
     if (!Open(m_options.csv, csv) || !Open(m_options.plot, plot)) return NS_FILE;
-    NRecording recording(m_player->GetChannels().size());
-    if (csv) WriteCsvHead(csv->GetStream(), m_player->GetChannels());
-    Drive(csv.get(), plot ? &recording : nullptr);
+    NRecording recording(player->GetChannels().size());
+    if (csv) WriteCsvHead(csv->GetStream(), player->GetChannels());
+    Drive(*player, csv.get(), plot ? &recording : nullptr);
     // As a shell tells of a program that a signal has ended.
     if (int const signal = NInterruption::GetSignal(); signal != 0) return 128 + signal;
     if (plot) {
-      WritePlot(
-          plot->GetStream(),
-          std::filesystem::path(m_options.file).filename().string() + ": " + m_player->GetTitle(),
-          m_player->GetChannels(), recording);
+      std::string const name = std::filesystem::path(m_options.file).filename().string();
+      WritePlot(plot->GetStream(), name + ": " + player->GetTitle(), player->GetChannels(),
+                recording);
     }
     return Commit(m_options.csv, csv.get()) && Commit(m_options.plot, plot.get()) ? NS_DONE
                                                                                   : NS_FILE;
   }
 
  private:
-  bool CreatePlayer() {
+  /// Fails: null, with the reason printed.
+  std::unique_ptr<NPlayer> CreatePlayer(NStage& stage) {
     auto const& animations = m_model.animations;
+    bool const repeats = m_options.pace.repeats;
     if (m_options.isTour || (!m_options.timeline && animations.empty())) {
-      m_player = std::make_unique<NTourPlayer>(m_document, m_model, m_options.isReverse,
-                                               m_options.pace.repeats);
-      return true;
+      return std::make_unique<NTourPlayer>(stage, m_model, m_options.isReverse, repeats);
     }
     unsigned const number = m_options.timeline.value_or(1);
-    if (number > animations.size()) {
-      PrintError(m_options.file,
-                 "no animation " + std::to_string(number) + ", the file has " +
-                     (animations.empty() ? "none" : std::to_string(animations.size())));
-      return false;
+    if (number <= animations.size()) {
+      return std::make_unique<NTimeLinePlayer>(*animations[number - 1], m_options.isReverse,
+                                               repeats);
     }
-    m_player = std::make_unique<NTimeLinePlayer>(*animations[number - 1], m_options.isReverse,
-                                                 m_options.pace.repeats);
-    return true;
+    PrintError(m_options.file,
+               "no animation " + std::to_string(number) + ", the file has " +
+                   (animations.empty() ? "none" : std::to_string(animations.size())));
+    return nullptr;
   }
 
   static bool Open(std::string const& path, std::unique_ptr<NWholeFile>& file) {
@@ -124,8 +125,8 @@ class Play {
     return true;
   }
 
-  void Drive(NWholeFile* csv, NRecording* recording) {
-    NPlayback playback(m_document, *m_player, m_options.pace);
+  void Drive(NPlayer& player, NWholeFile* csv, NRecording* recording) {
+    NPlayback playback(m_document, player, m_options.pace);
     NProgressBar bar(m_options.asJson ? 0 : playback.GetFrameCount());
     playback.Run([&](NFrame const& frame) {
       bar.MakeRoom();
@@ -156,7 +157,6 @@ class Play {
   Options const& m_options;
   NDocument m_document;
   NImportedModel m_model;
-  std::unique_ptr<NPlayer> m_player;
 };
 
 /// What the options can't be together or at all; empty if they can be.

@@ -4,7 +4,7 @@ namespace corvanta::app {
 
 namespace {
 
-constexpr std::size_t kMost = 4096;
+constexpr std::size_t kMost = 1536;
 
 void HalveValues(std::vector<double>& values) {
   for (std::size_t i = 0; 2 * i < values.size(); ++i) values[i] = values[2 * i];

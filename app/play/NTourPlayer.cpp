@@ -3,25 +3,26 @@
 #include "app/import/presentation.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/animation/NAnimationEngineArgs.h"
+#include "corvanta/data/domain/camera/NCameraNode.h"
 
 namespace corvanta::app {
 
 namespace {
 
-namespace item = data::domain::scenegraph::item;
-using core::node::NNodeID;
 using core::text::ToNarrow;
 
-// The engine moves the one camera, and no scene has an environment to change.
+// What the presentation acts on: what is seen of the stage.
 class Args final : public data::animation::NAnimationEngineArgs {
  public:
-  explicit Args(NTourPlayer::CameraPath const& camera) : m_camera(camera) {}
+  explicit Args(NStage& stage) : m_stage(stage) {}
 
  private:
-  void GetCamerasImpl(Cameras& cameras) const override { cameras.insert(m_camera); }
-  void GetScenesImpl(Scenes&) const override {}
+  void GetCamerasImpl(Cameras& cameras) const override {
+    cameras.insert(m_stage.GetView().GetCamera());
+  }
+  void GetScenesImpl(Scenes& scenes) const override { scenes.insert(&m_stage.GetScene()); }
 
-  NTourPlayer::CameraPath const& m_camera;
+  NStage& m_stage;
 };
 
 constexpr char const* kAttributes[] = {"position.x", "position.y", "position.z",
@@ -30,20 +31,18 @@ constexpr char const* kAttributes[] = {"position.x", "position.y", "position.z",
 
 }  // namespace
 
-NTourPlayer::NTourPlayer(NDocument& document, NImportedModel const& model, bool isReverse,
-                         bool repeats)
-    : m_lens(document.GetCameras().CreateNode(NNodeID())), m_isReverse(isReverse) {
-  auto const camera = document.GetItems().CreateNode<item::NSceneGraphCameraNode>(NNodeID());
-  camera->SetName(L"tour");
+NTourPlayer::NTourPlayer(NStage& stage, NImportedModel const& model, bool isReverse, bool repeats)
+    : m_stage(stage), m_camera(stage.GetView().GetCamera()), m_isReverse(isReverse) {
+  auto const camera = m_camera.GetNode();
+  auto const lens = camera->GetCameraNode();
   // Where the file's cameras lie on their side, so does this one.
   camera->SetFixesRollFlag(false);
-  auto const lens = model.cameras.empty() ? nullptr : model.cameras.front()->GetCameraNode();
-  if (lens) lens->CopyTo(*m_lens);
-  m_lens->SetName(L"tour");
-  camera->SetCameraNode(core::node::NNodeReference<data::domain::camera::NCameraNode>(*m_lens));
-  model.tree->GetRoot()->AddChild(*camera);
-  m_camera = CameraPath(*camera, *model.tree);
-  m_presentation = CreatePresentation(model, m_lens->GetVerticalViewAngle());
+  if (!model.cameras.empty()) {
+    if (auto const first = model.cameras.front()->GetCameraNode()) first->CopyTo(*lens);
+  }
+  camera->SetName(L"tour");
+  lens->SetName(L"tour");
+  m_presentation = CreatePresentation(model, lens->GetVerticalViewAngle());
   m_presentation->GetEngine().SetRepeat(repeats);
   for (char const* const attribute : kAttributes) {
     m_channels.push_back({ToNarrow(camera->GetName()), attribute});
@@ -82,7 +81,7 @@ void NTourPlayer::Begin() {
 }
 
 void NTourPlayer::Advance(double seconds) {
-  m_presentation->GetEngine().Update(Args(m_camera), m_isReverse ? -seconds : seconds);
+  m_presentation->GetEngine().Update(Args(m_stage), m_isReverse ? -seconds : seconds);
 }
 
 }  // namespace corvanta::app

@@ -6,27 +6,18 @@
 
 #include "app/import/import.h"
 #include "app/play/NPlayer.h"
-#include "app/scene/NDocument.h"
+#include "app/scene/NStage.h"
 #include "corvanta/data/animation/NAnimation.h"
-#include "corvanta/data/domain/camera/NCameraNode.h"
-#include "corvanta/data/domain/scenegraph/NSceneGraphPath.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
 
 namespace corvanta::app {
 
-/// Leads a camera of its own through a model, by a presentation. Its channels are that camera's
-/// global position, its interest and its up.
+/// Leads the camera of a stage's view through a model, by a presentation. Its channels are that
+/// camera's global position, its interest and its up.
 class NTourPlayer : public NPlayer {
  public:
-  using CameraPath = data::domain::scenegraph::NSceneGraphPath<
-      data::domain::scenegraph::item::NSceneGraphCameraNode>;
-
-  /// Puts a camera below the root of the model's tree, with the lens of the first camera of the
-  /// file.
-  NTourPlayer(NDocument& document, NImportedModel const& model, bool isReverse, bool repeats);
-
-  /// The camera that is led.
-  CameraPath const& GetCamera() const { return m_camera; }
+  /// Gives the camera the lens of the first camera of the file.
+  /// Requires: `stage` shows the model, and is there as long as this.
+  NTourPlayer(NStage& stage, NImportedModel const& model, bool isReverse, bool repeats);
 
   std::vector<double> Sample() const override;
   std::string GetTitle() const override;
@@ -36,8 +27,8 @@ class NTourPlayer : public NPlayer {
   void Advance(double seconds) override;
 
  private:
-  boost::intrusive_ptr<data::domain::camera::NCameraNode> const m_lens;
-  CameraPath m_camera;
+  NStage& m_stage;
+  NOverview::Camera const m_camera;
   boost::intrusive_ptr<data::animation::NAnimation> m_presentation;
   bool const m_isReverse;
 };
