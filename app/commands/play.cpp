@@ -8,20 +8,24 @@
 #include <string>
 
 #include "app/commands/commands.h"
+#include "app/commands/size.h"
 #include "app/import/import.h"
 #include "app/output/NInterruption.h"
 #include "app/output/NProgressBar.h"
 #include "app/output/NWholeFile.h"
 #include "app/output/record.h"
 #include "app/output/text.h"
+#include "app/play/NFrameWriter.h"
 #include "app/play/NPlayback.h"
 #include "app/play/NRecording.h"
 #include "app/play/NTimeLinePlayer.h"
 #include "app/play/NTourPlayer.h"
 #include "app/play/csv.h"
 #include "app/play/plot.h"
+#include "app/render/NRenderError.h"
 #include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
+#include "corvanta/core/text/convert.h"
 
 namespace corvanta::app {
 
@@ -37,12 +41,16 @@ Each frame is a line: the seconds since the begin, the moment of what is played,
 how many items moved, and how many events a listener of the model heard. It ends
 with the run; with --repeat after two, or when --seconds are over.
 
+-o writes the frames as pictures, through the tour's camera or, for an animation,
+one that shows the whole scene; each file is there as a whole or not at all.
+
 --csv writes a row for each frame and a column for each attribute that is
 animated; for the tour, the camera's global position, its interest and its up.
 --plot draws them over time. What stood in these files stays until all is played.)";
 
 struct Options {
-  std::string file, csv, plot;
+  std::string file, csv, plot, frames, camera;
+  std::string size = "800x600";
   std::optional<unsigned> timeline;
   bool isTour = false;
   NPace pace;
@@ -71,11 +79,13 @@ class Play {
     std::unique_ptr<NWholeFile> csv;
     std::unique_ptr<NWholeFile> plot;
     if (!Open(m_options.csv, csv) || !Open(m_options.plot, plot)) return NS_FILE;
+    if (int const status = CreateFrameWriter(stage); status != NS_DONE) return status;
     NRecording recording(player->GetChannels().size());
     if (csv) WriteCsvHead(csv->GetStream(), player->GetChannels());
     Drive(*player, csv.get(), plot ? &recording : nullptr);
     // As a shell tells of a program that a signal has ended.
     if (int const signal = NInterruption::GetSignal(); signal != 0) return 128 + signal;
+    if (m_hasFailed) return NS_FILE;
     if (plot) {
       std::string const name = std::filesystem::path(m_options.file).filename().string();
       WritePlot(plot->GetStream(), name + ": " + player->GetTitle(), player->GetChannels(),
@@ -104,6 +114,42 @@ class Play {
     return nullptr;
   }
 
+  /// Gives the exit status.
+  int CreateFrameWriter(NStage& stage) {
+    if (m_options.frames.empty()) return NS_DONE;
+    if (!m_options.camera.empty()) {
+      auto const camera = stage.FindCamera(core::text::ToWide(m_options.camera));
+      if (!camera.GetNode()) {
+        PrintError("--camera", "there is no camera " + Quoted(m_options.camera));
+        return NS_OPTIONS;
+      }
+      stage.GetView().SetCamera(camera);
+    }
+    try {
+      auto const [width, height] = *ParseSize(m_options.size);
+      m_frames = std::make_unique<NFrameWriter>(m_document, stage, m_options.frames, width, height);
+      return NS_DONE;
+    } catch (NRenderError const& error) {
+      PrintError("render", error.what());
+    }
+    return NS_FILE;
+  }
+
+  /// False if it can't be written.
+  bool WriteFrame(std::size_t number) {
+    if (!m_frames) return true;
+    try {
+      m_frames->Write(number);
+      return true;
+    } catch (NRenderError const& error) {
+      PrintError("render", error.what());
+    } catch (std::exception const& error) {
+      PrintError(m_frames->GetPath(number), error.what());
+    }
+    m_hasFailed = true;
+    return false;
+  }
+
   static bool Open(std::string const& path, std::unique_ptr<NWholeFile>& file) {
     if (path.empty()) return true;
     try {
@@ -129,7 +175,9 @@ class Play {
     NPlayback playback(m_document, player, m_options.pace);
     NProgressBar bar(m_options.asJson ? 0 : playback.GetFrameCount());
     playback.Run([&](NFrame const& frame) {
+      bool const isWritten = WriteFrame(frame.number);
       bar.MakeRoom();
+      if (!isWritten) return false;
       Print(frame);
       if (csv != nullptr) WriteCsvRow(csv->GetStream(), Rounded(frame.time), frame.values);
       if (recording != nullptr) recording->Add(frame.time, frame.values);
@@ -157,6 +205,8 @@ class Play {
   Options const& m_options;
   NDocument m_document;
   NImportedModel m_model;
+  std::unique_ptr<NFrameWriter> m_frames;
+  bool m_hasFailed = false;
 };
 
 /// What the options can't be together or at all; empty if they can be.
@@ -171,6 +221,11 @@ std::string FindFault(Options const& options) {
   }
   if (!options.csv.empty() && options.csv == options.plot) {
     return "--csv and --plot name the same file";
+  }
+  if (!options.camera.empty() && options.isTour) return "--camera and --tour exclude each other";
+  if (!options.frames.empty()) {
+    std::string const fault = NFrameWriter::FindFault(options.frames);
+    if (!fault.empty()) return "-o " + fault;
   }
   return {};
 }
@@ -190,6 +245,11 @@ void AddPlay(CLI::App& program, int& status) {
   command->add_flag("--repeat", options->pace.repeats, "Begin again at the end");
   command->add_option("--csv", options->csv, "Write the animated attributes as a table");
   command->add_option("--plot", options->plot, "Draw them as an SVG picture");
+  command->add_option("-o,--output", options->frames,
+                      "Write each frame as a PNG file, such as frames/%04d.png");
+  command->add_option("--size", options->size, "Size of these pictures in pixels")
+      ->check(CLI::Validator(&CheckDrawnSize, "WxH"));
+  command->add_option("--camera", options->camera, "Name of the camera of these pictures");
   command->add_flag("--json", options->asJson, "Print one JSON object a line");
   command->footer(kFooter);
   command->callback([options, &status] {

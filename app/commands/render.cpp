@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <exception>
 #include <iostream>
@@ -15,7 +16,8 @@
 #include "app/import/import.h"
 #include "app/output/NPixels.h"
 #include "app/output/text.h"
-#include "app/output/whole_file.h"
+#include "app/play/NTimeLinePlayer.h"
+#include "app/play/NTourPlayer.h"
 #include "app/render/NStudio.h"
 #include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
@@ -41,6 +43,7 @@ struct Options {
   std::vector<std::string> files, assignments;
   std::string output, ids, camera, method, texture, choice;
   std::string size = "800x600";
+  std::optional<double> time;
   bool isStereo = false, isHeadMounted = false, reportsClip = false;
 };
 
@@ -54,6 +57,17 @@ std::optional<unsigned> ParseChoice(std::string const& text) {
   return fault == std::errc() && rest == end ? std::optional(number) : std::nullopt;
 }
 
+/// SECONDS of "tour:SECONDS".
+std::optional<double> ParseTour(std::string const& text) {
+  constexpr std::string_view kPrefix = "tour:";
+  double seconds = 0;
+  if (text.rfind(kPrefix, 0) != 0) return std::nullopt;
+  char const* const end = text.data() + text.size();
+  auto const [rest, fault] = std::from_chars(text.data() + kPrefix.size(), end, seconds);
+  bool const isTime = fault == std::errc() && rest == end && seconds >= 0 && std::isfinite(seconds);
+  return isTime ? std::optional(seconds) : std::nullopt;
+}
+
 class Render {
  public:
   explicit Render(Options const& options) : m_options(options), m_size(*ParseSize(options.size)) {}
@@ -62,16 +76,17 @@ class Render {
     std::vector<NOverview::Tree> trees;
     for (std::string const& file : m_options.files) {
       try {
-        trees.push_back(ImportModel(m_document, file).tree);
+        m_models.push_back(ImportModel(m_document, file));
+        trees.push_back(m_models.back().tree);
       } catch (std::exception const& error) {
         PrintError(file, error.what());
       }
     }
     if (trees.empty()) return NS_FILE;
     auto const tree = CreateCommonTree(m_document, trees);
-    NStage stage(m_document, tree);
-    int status = Prepare(stage, tree);
-    if (status == NS_DONE) status = Draw(stage);
+    m_stage = std::make_unique<NStage>(m_document, tree);
+    int status = Prepare(*m_stage, tree);
+    if (status == NS_DONE) status = Draw(*m_stage);
     return status == NS_DONE && trees.size() != m_options.files.size() ? NS_FILE : status;
   }
 
@@ -96,14 +111,30 @@ class Render {
     if (!m_options.method.empty()) {
       ThrowTextures(m_document, tree, core::text::ToWide(m_options.method));
     }
-    if (!m_options.camera.empty()) {
-      auto const camera = stage.FindCamera(core::text::ToWide(m_options.camera));
-      if (!camera.GetNode()) {
-        return Refuse("--camera", "there is no camera " + Quoted(m_options.camera));
-      }
+    if (m_options.time) PlayTo(*m_options.time);
+    if (m_options.camera.empty()) return NS_DONE;
+    if (auto const camera = stage.FindCamera(core::text::ToWide(m_options.camera));
+        camera.GetNode()) {
       stage.GetView().SetCamera(camera);
+      return NS_DONE;
     }
+    auto const seconds = ParseTour(m_options.camera);
+    if (!seconds) return Refuse("--camera", "there is no camera " + Quoted(m_options.camera));
+    m_players.push_back(std::make_unique<NTourPlayer>(stage, m_models.front(), false, false));
+    m_players.back()->Begin();
+    m_players.back()->Advance(*seconds);
     return NS_DONE;
+  }
+
+  /// Moves all that the first animation of each file moves to that moment.
+  void PlayTo(double seconds) {
+    for (NImportedModel const& model : m_models) {
+      if (model.animations.empty()) continue;
+      m_players.push_back(
+          std::make_unique<NTimeLinePlayer>(*model.animations.front(), false, false));
+      m_players.back()->Begin();
+      m_players.back()->Advance(seconds);
+    }
   }
 
   static int Refuse(std::string const& subject, std::string const& reason) {
@@ -157,8 +188,12 @@ class Render {
   }
 
   static bool Write(std::string const& path, NPixels const& pixels) {
-    if (WriteWholeFile(path, EncodePng(pixels))) return true;
-    PrintError(path, "can't be written");
+    try {
+      WritePng(path, pixels);
+      return true;
+    } catch (std::exception const& error) {
+      PrintError(path, error.what());
+    }
     return false;
   }
 
@@ -179,6 +214,9 @@ class Render {
   Options const& m_options;
   std::array<unsigned, 2> const m_size;
   NDocument m_document;
+  std::vector<NImportedModel> m_models;
+  std::unique_ptr<NStage> m_stage;
+  std::vector<std::unique_ptr<NPlayer>> m_players;
 };
 
 std::string CheckChoice(std::string const& text) {
@@ -196,7 +234,12 @@ void AddRender(CLI::App& program, int& status) {
                       "PNG file whose pixels are the numbers of the models seen there");
   command->add_option("--size", options->size, "Size of the picture in pixels")
       ->check(CLI::Validator(&CheckDrawnSize, "WxH"));
-  command->add_option("--camera", options->camera, "Name of a camera of the files");
+  command->add_option("--camera", options->camera,
+                      "Name of a camera of the files; tour:SECONDS is where the tour of play is");
+  command
+      ->add_option("--time", options->time,
+                   "Play the first animation of each file up to that second")
+      ->check(CLI::Range(0.0, 1e9));
   command
       ->add_option("--set", options->assignments,
                    "Set an attribute of a node, NAME.ATTRIBUTE=VALUE")

@@ -55,7 +55,10 @@ void SetColors(aiMaterial const& source, domain::material::NMaterialNode& node) 
     node.SetDiffuseG(diffuse->g);
     node.SetDiffuseB(diffuse->b);
   }
-  if (auto const ambient = GetColor(source, AI_MATKEY_COLOR_AMBIENT)) {
+  // Where a format has no colour of its own for it, what is lit from all sides keeps its colour.
+  auto ambient = GetColor(source, AI_MATKEY_COLOR_AMBIENT);
+  if (!ambient) ambient = diffuse;
+  if (ambient) {
     node.SetAmbientR(ambient->r);
     node.SetAmbientG(ambient->g);
     node.SetAmbientB(ambient->b);

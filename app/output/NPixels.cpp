@@ -4,6 +4,8 @@
 
 #include <stdexcept>
 
+#include "app/output/NWholeFile.h"
+
 namespace corvanta::app {
 
 std::string EncodePng(NPixels const& pixels) {
@@ -20,6 +22,13 @@ std::string EncodePng(NPixels const& pixels) {
   }
   bytes.resize(size);
   return bytes;
+}
+
+void WritePng(std::filesystem::path const& path, NPixels const& pixels) {
+  // It is opened first: a picture takes longer.
+  NWholeFile file(path);
+  file.GetStream() << EncodePng(pixels);
+  file.Commit();
 }
 
 }  // namespace corvanta::app

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -27,5 +28,9 @@ class NPixels {
 /// The picture as the bytes of a PNG file; the same picture gives the same bytes.
 /// Fails: throws std::runtime_error where the encoder gives up.
 std::string EncodePng(NPixels const& pixels);
+
+/// Writes the picture as a PNG file, which is there as a whole or not at all.
+/// Fails: throws std::runtime_error if it can't be written.
+void WritePng(std::filesystem::path const& path, NPixels const& pixels);
 
 }  // namespace corvanta::app

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <exception>
+#include <utility>
 
+#include "app/scene/map_surface.h"
 #include "corvanta/data/domain/geometry/NSurface.h"
 #include "corvanta/data/domain/material/texture_mapping/NProjectionMapping.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
@@ -86,15 +88,14 @@ class Laid {
       uvw->ComputeTextureCoords(surface, m_coords);
       uvw->ComputeTangents(surface, m_tangents, m_binormals);
     } else if (auto const* const thrown = dynamic_cast<mapping::NProjectionMapping const*>(&laid)) {
-      mapping::NProjectionMapping::Vertices const vertices{
-          static_cast<unsigned>(coords.size()), &coords.data()->x, &surface.GetNormals().data()->x};
-      auto const& indices = surface.GetIndices();
-      std::vector<unsigned> sources;
       try {
-        thrown->ComputeTextureCoords(path, vertices,
-                                     {static_cast<unsigned>(indices.size()), indices.data()},
-                                     m_coords, m_indices, sources);
-        thrown->ComputeTangents(path, vertices, m_tangents, m_binormals);
+        NMappedCoords mapped = MapSurface(*thrown, path, surface);
+        m_coords = std::move(mapped.coords);
+        m_indices = std::move(mapped.indices);
+        thrown->ComputeTangents(path,
+                                {static_cast<unsigned>(coords.size()), &coords.data()->x,
+                                 &surface.GetNormals().data()->x},
+                                m_tangents, m_binormals);
       } catch (std::exception const&) {
         // The node doesn't throw onto this model.
         m_coords.clear();

@@ -1,8 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <set>
+#include <thread>
 
 #include "tests/app/program.h"
 
@@ -106,6 +110,8 @@ TEST_F(RenderTest, RefusesInOneLineAndLeavesNothing) {
            {{"-o", "a.png", "--switch", "material=99"}, 2, "--switch"},
            {{"-o", "a.png", "--switch", "model=1"}, 2, "options"},
            {{"-o", "a.png", "--stereo", "--hmd"}, 2, "options"},
+           {{"-o", "a.png", "--camera", "tour:-1"}, 2, "--camera"},
+           {{"-o", "a.png", "--time", "soon"}, 2, "options"},
            {{"-o", "a.png", "--texture", "model.gltf"}, 1, "model.gltf"},
        }) {
     Result const result = Render(row.arguments);
@@ -116,6 +122,49 @@ TEST_F(RenderTest, RefusesInOneLineAndLeavesNothing) {
   EXPECT_EQ(result.status, 1);
   EXPECT_TRUE(result.HasOneError("", "")) << result.err;
   EXPECT_EQ(GetOutputs(), std::set<std::string>());
+}
+
+TEST_F(RenderTest, FramesOfATourAreNumberedAndDiffer) {
+  auto const play = [this](std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), {"play", "model.gltf", "--tour", "--size", "40x30"});
+    return RunProgram(m_files, std::move(arguments));
+  };
+  Result const result = play({"--seconds", "1", "--fps", "2", "-o", "frame%03d.png"});
+  if (result.HasOneError("render", "EGL")) GTEST_SKIP() << result.err;
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(GetOutputs(), (std::set<std::string>{"frame000.png", "frame001.png", "frame002.png"}));
+  EXPECT_EQ(Render({"--camera", "tour:1", "-o", "a.png", "--size", "40x30"}).status, 0);
+  EXPECT_EQ(support::ReadBytes(m_files.At("a.png")),
+            support::ReadBytes(m_files.At("frame002.png")));
+  for (char const* const pattern : {"frame.png", "%d%d.png", "%s.png", "%"}) {
+    EXPECT_TRUE(play({"-o", pattern}).HasOneError("options", "-o")) << pattern;
+  }
+  Result const missing = play({"-o", "missing/%d.png"});
+  EXPECT_EQ(missing.status, 1);
+  EXPECT_TRUE(missing.HasOneError("missing/0.png", "written")) << missing.err;
+}
+
+TEST_F(RenderTest, FramesOfABrokenOffRunAreWhole) {
+  if (Render({"-o", "a.png", "--size", "4x4"}).HasOneError("render", "EGL")) GTEST_SKIP();
+  for (int const signal : {SIGTERM, SIGHUP}) {
+    std::filesystem::path const second =
+        m_files.GetFolder() / ("frame" + std::to_string(signal) + "-2.png");
+    pid_t const program = StartProgram(
+        m_files, {"play", "model.gltf", "--tour", "--repeat", "--seconds", "1e6", "--size", "40x30",
+                  "-o", "frame" + std::to_string(signal) + "-%d.png"});
+    while (!std::filesystem::exists(second)) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    kill(program, signal);
+    WaitForProgram(m_files, program);
+  }
+  for (std::string const& name : GetOutputs()) {
+    EXPECT_EQ(std::filesystem::path(name).extension(), ".png");
+    std::string const bytes = support::ReadBytes(m_files.At(name));
+    EXPECT_NE(bytes.find("IEND", bytes.size() - std::min<std::size_t>(bytes.size(), 8)),
+              std::string::npos)
+        << name;
+  }
 }
 
 TEST_F(RenderTest, SaysWhatTheMachineLacks) {

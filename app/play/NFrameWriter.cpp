@@ -1,0 +1,55 @@
+#include "app/play/NFrameWriter.h"
+
+#include <charconv>
+#include <string_view>
+
+#include "app/output/NPixels.h"
+
+namespace corvanta::app {
+
+namespace {
+
+constexpr unsigned kMostDigits = 20;
+
+/// The one place of a number in a pattern.
+struct Place {
+  std::size_t begin = std::string::npos, end = 0;
+  char fill = ' ';
+  unsigned width = 0;
+  bool isGood = false;
+};
+
+Place FindPlace(std::string const& pattern) {
+  Place place;
+  place.begin = pattern.find('%');
+  if (place.begin == std::string::npos) return place;
+  char const* at = pattern.data() + place.begin + 1;
+  char const* const end = pattern.data() + pattern.size();
+  if (at != end && *at == '0') place.fill = *at++;
+  at = std::from_chars(at, end, place.width).ptr;
+  if (at == end || *at != 'd' || place.width > kMostDigits) return place;
+  place.end = static_cast<std::size_t>(at - pattern.data()) + 1;
+  place.isGood = pattern.find('%', place.end) == std::string::npos;
+  return place;
+}
+
+}  // namespace
+
+NFrameWriter::NFrameWriter(NDocument const& document, NStage& stage, std::string const& pattern,
+                           unsigned width, unsigned height)
+    : m_pattern(pattern), m_studio(document, stage, width, height) {}
+
+std::string NFrameWriter::FindFault(std::string const& pattern) {
+  return FindPlace(pattern).isGood ? "" : "needs one place for the number, such as frames/%04d.png";
+}
+
+std::string NFrameWriter::GetPath(std::size_t frame) const {
+  Place const place = FindPlace(m_pattern);
+  std::string number = std::to_string(frame);
+  if (number.size() < place.width) number.insert(0, place.width - number.size(), place.fill);
+  return m_pattern.substr(0, place.begin) + number + m_pattern.substr(place.end);
+}
+
+void NFrameWriter::Write(std::size_t frame) { WritePng(GetPath(frame), m_studio.TakePicture()); }
+
+}  // namespace corvanta::app

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "app/render/NStudio.h"
+#include "app/scene/NDocument.h"
+#include "app/scene/NStage.h"
+
+namespace corvanta::app {
+
+/// Writes the frames of what is played as numbered PNG files, each of which is there as a whole or
+/// not at all.
+class NFrameWriter {
+ public:
+  /// `pattern` is a path with one "%d", "%4d" or "%04d" for the number of the frame.
+  /// Requires: FindFault finds none in it; document and stage outlive this.
+  /// Fails: throws NRenderError where this machine can't draw.
+  NFrameWriter(NDocument const& document, NStage& stage, std::string const& pattern, unsigned width,
+               unsigned height);
+
+  /// What is wrong with a pattern; empty if it can be used.
+  static std::string FindFault(std::string const& pattern);
+
+  std::string GetPath(std::size_t frame) const;
+  /// Draws the stage as it stands now.
+  /// Fails: throws std::runtime_error if the file can't be written.
+  void Write(std::size_t frame);
+
+ private:
+  std::string const m_pattern;
+  NStudio m_studio;
+};
+
+}  // namespace corvanta::app
