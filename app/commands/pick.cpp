@@ -12,11 +12,15 @@
 #include "app/commands/commands.h"
 #include "app/commands/size.h"
 #include "app/import/import.h"
+#include "app/output/NPixels.h"
 #include "app/output/record.h"
 #include "app/output/text.h"
+#include "app/render/NRenderError.h"
+#include "app/render/NStudio.h"
 #include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
 #include "app/scene/common_tree.h"
+#include "app/scene/hit_marks.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
 #include "corvanta/data/domain/geometry/detail/NPickIndex.h"
@@ -36,12 +40,14 @@ counted from the upper left; --ray goes from a point along a direction. Prints
 each hit, nearest first: the names of the references and of the item, the
 distance from the camera or the ray's origin, and the global point. With
 --from-plane the point where the ray meets the plane n . p = d comes last.
+-o draws the scene with a red ball at the first hit, yellow ones at the others.
 --grid N shoots N x N rays over the view and prints what they cost.)";
 
 struct Options {
   std::vector<std::string> files;
   std::vector<double> at;
   std::string size = "800x600";
+  std::string output;
   std::vector<double> ray, area, plane;
   unsigned grid = 0;
   bool asJson = false;
@@ -73,6 +79,7 @@ class Pick {
       } else {
         ShootOne(overview);
       }
+      if (!m_options.output.empty() && !Draw(stage)) return NS_FILE;
     }
     return trees.size() == m_options.files.size() ? NS_DONE : NS_FILE;
   }
@@ -101,7 +108,23 @@ class Pick {
     return picker.GetPickCount() != 0;
   }
 
-  void ShootOne(NOverview const& overview) const {
+  /// False if that isn't possible.
+  bool Draw(NStage& stage) {
+    Vec3 const from = m_options.ray.empty() ? Vec3() : ToVec3(m_options.ray);
+    MarkHits(m_document, stage, m_points, m_options.ray.empty() ? nullptr : &from);
+    try {
+      NStudio studio(m_document, stage, m_size[0], m_size[1]);
+      WritePng(m_options.output, studio.TakePicture());
+      return true;
+    } catch (NRenderError const& error) {
+      PrintError("render", error.what());
+    } catch (std::exception const& error) {
+      PrintError(m_options.output, error.what());
+    }
+    return false;
+  }
+
+  void ShootOne(NOverview const& overview) {
     NRayPicker picker;
     Vec3 from;
     if (m_options.ray.empty()) {
@@ -118,6 +141,7 @@ class Pick {
     NRecord hits = NRecord::array();
     for (unsigned long i = 0; i != picker.GetPickCount(); ++i) {
       Vec3 const point = picker.GetAbsHitPoint(i);
+      m_points.push_back(point);
       hits.push_back({{"path", GetPathText(picker, i)},
                       {"distance", (point - from).Length()},
                       {"point", {point.x, point.y, point.z}}});
@@ -198,6 +222,7 @@ class Pick {
   Options const& m_options;
   std::array<unsigned, 2> const m_size;
   NDocument m_document;
+  std::vector<Vec3> m_points;  // that were hit
 };
 
 /// What the options can't be together or at all; empty if they can be.
@@ -211,6 +236,12 @@ std::string FindFault(Options const& options) {
   }
   if (!options.ray.empty() && ToVec3(options.ray, 3) == Vec3()) return "the ray has no direction";
   if (!options.plane.empty() && ToVec3(options.plane) == Vec3()) return "the plane has no normal";
+  if (!options.output.empty()) {
+    if (options.grid != 0) return "-o and --grid exclude each other";
+    if (std::string const fault = CheckDrawnSize(options.size); !fault.empty()) {
+      return "--size " + fault;
+    }
+  }
   if (!options.area.empty() && !options.plane.empty()) {
     return "--area and --from-plane exclude each other";
   }
@@ -235,6 +266,7 @@ void AddPick(CLI::App& program, int& status) {
       ->delimiter(',')
       ->expected(4);
   command->add_option("--grid", options->grid, "Shoot N x N rays")->check(CLI::Range(1u, 20000u));
+  command->add_option("-o,--output", options->output, "PNG file that shows the hits");
   command->add_flag("--json", options->asJson, "Print one JSON object");
   command->footer(kFooter);
   command->callback([options, &status] {

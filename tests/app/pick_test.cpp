@@ -45,12 +45,24 @@ TEST_F(PickTest, SeesTheWholeSceneThroughItsCamera) {
   EXPECT_EQ(Pick({"--at", "0,0"}).out, "no hit\n");
 }
 
+TEST_F(PickTest, DrawsTheHits) {
+  Result const miss = Pick({"--at", "0,0", "--size", "60x40", "-o", "miss.png"});
+  if (miss.HasOneError("render", "EGL")) GTEST_SKIP() << miss.err;
+  EXPECT_EQ(miss.status, 0);
+  EXPECT_EQ(Pick({"--at", "30,20", "--size", "60x40", "-o", "hit.png"}).status, 0);
+  std::string const hit = support::ReadBytes(m_files.At("hit.png"));
+  EXPECT_EQ(hit.substr(1, 3), "PNG");
+  EXPECT_NE(hit, support::ReadBytes(m_files.At("miss.png")));
+}
+
 TEST_F(PickTest, RefusesInOneLine) {
   for (std::vector<std::string> const& arguments :
        std::vector<std::vector<std::string>>{{},
                                              {"--ray", "0,0,5,0,0,0"},
                                              {"--at", "1,1", "--size", "0x5"},
                                              {"--grid", "0"},
+                                             {"--grid", "5", "-o", "a.png"},
+                                             {"--at", "1,1", "--size", "99999x9", "-o", "a.png"},
                                              {"--at", "1,nan"},
                                              {"--at", "1,1", "--ray", "0,0,5,0,0,1"}}) {
     Result const result = Pick(arguments);
