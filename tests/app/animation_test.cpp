@@ -177,7 +177,7 @@ aiAnimation* MakeAnimation(double ticksPerSecond, double duration,
   animation->mTicksPerSecond = ticksPerSecond;
   animation->mDuration = duration;
   animation->mNumChannels = static_cast<unsigned>(nodes.size());
-  animation->mChannels = new aiNodeAnim*[nodes.size()];
+  if (!nodes.empty()) animation->mChannels = new aiNodeAnim*[nodes.size()];
   for (std::size_t i = 0; i != nodes.size(); ++i) {
     auto* const channel = animation->mChannels[i] = new aiNodeAnim;
     channel->mNodeName = nodes[i];
@@ -256,6 +256,37 @@ TEST(AnimationsTest, BadPartsAreNotedAndLeftOut) {
                           HasSubstr("1 animation key isn't finite"),
                           HasSubstr("2 animation keys stood behind later ones"),
                           HasSubstr("2 animations move nothing")));
+}
+
+TEST(AnimationsTest, ItemsTurnAsTheFileSays) {
+  Turn const turns[] = {FromAngles({10, 20, 30}), FromAngles({-100, 70, 5}),
+                        About({1, -2, 3}, 200)};
+  Channel channel{0, "rotation", {0, 1, 3}, {}};
+  NTurnKeys keys;
+  for (std::size_t i = 0; i != 3; ++i) {
+    for (double const value : turns[i]) channel.values.push_back(static_cast<float>(value));
+    keys.push_back({channel.times[i], turns[i]});
+  }
+  support::TemporaryFiles const files;
+  files.Write("turn.gltf", AddAnimation(MakeGltf({Triangle()}, {{{"name", "n"}, {"mesh", 0}}}),
+                                        "turn", {channel}));
+  NDocument document;
+  auto const model = app::ImportModel(document, (files.GetFolder() / "turn.gltf").string());
+  auto const& node = *model.animations.at(0);
+  EXPECT_EQ(node.GetAnimations().size(), 9u);
+  for (int i = 0; i <= 30; ++i) {
+    double const seconds = i / 10.0;
+    node.SetFrame(seconds * node.GetFps());
+    Turn const turn = At(keys, seconds);
+    Turn const back = {-turn[0], -turn[1], -turn[2], turn[3]};
+    Turn const image = Product(Product(turn, {1, 2, -2, 0}), back);
+    VX_Math::Vec3 point;
+    model.tree->GetRoot()->GetTransform().MultVecMatrix({1, 2, -2}, point);
+    for (int k = 0; k != 3; ++k) {
+      EXPECT_NEAR(point[k], image[static_cast<std::size_t>(k)], 3 * kDegree * app::kTurnTolerance)
+          << seconds;
+    }
+  }
 }
 
 TEST(AnimationsTest, ACameraLooksWhereItsNodesTurnIt) {
