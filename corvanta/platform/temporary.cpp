@@ -30,7 +30,9 @@ bool MakeOwnFolder(std::string const& path) {
 // Empty if it can't be had.
 std::string GetNarrowFolder() {
   char const* const set = secure_getenv("TMPDIR");
-  std::string folder = set && *set == '/' ? set : P_tmpdir;
+  // Paths are wide outside: one that isn't UTF-8 would name something else there.
+  bool const isUsable = set && *set == '/' && core::text::ToNarrow(core::text::ToWide(set)) == set;
+  std::string folder = isUsable ? set : P_tmpdir;
   folder += "/corvanta-" + std::to_string(geteuid());
   return MakeOwnFolder(folder) ? folder : std::string();
 }
