@@ -23,7 +23,6 @@ struct Egl {
     Find("eglGetProcAddress", getProcAddress);
     Find("eglGetPlatformDisplay", getPlatformDisplay);
     Find("eglInitialize", initialize);
-    Find("eglTerminate", terminate);
     Find("eglBindAPI", bindApi);
     Find("eglChooseConfig", chooseConfig);
     Find("eglCreateContext", createContext);
@@ -31,7 +30,8 @@ struct Egl {
     Find("eglMakeCurrent", makeCurrent);
   }
 
-  // The library stays: drivers keep threads and handlers of theirs in the process.
+  // The library and its display stay: drivers keep threads and handlers of theirs in the process,
+  // and what they never give back is still in their hands.
   template <class Function>
   void Find(char const* name, Function& function) const {
     function = reinterpret_cast<Function>(dlsym(library, name));
@@ -44,7 +44,6 @@ struct Egl {
   PFNEGLGETPROCADDRESSPROC getProcAddress = nullptr;
   PFNEGLGETPLATFORMDISPLAYPROC getPlatformDisplay = nullptr;
   PFNEGLINITIALIZEPROC initialize = nullptr;
-  PFNEGLTERMINATEPROC terminate = nullptr;
   PFNEGLBINDAPIPROC bindApi = nullptr;
   PFNEGLCHOOSECONFIGPROC chooseConfig = nullptr;
   PFNEGLCREATECONTEXTPROC createContext = nullptr;
@@ -70,13 +69,11 @@ struct NContext::Block {
       egl.makeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
       egl.destroyContext(display, context);
     }
-    if (isInitialized) egl.terminate(display);
   }
 
   Egl egl;
   EGLDisplay display = EGL_NO_DISPLAY;
   EGLContext context = EGL_NO_CONTEXT;
-  bool isInitialized = false;
   NGl gl;
 };
 
@@ -85,9 +82,9 @@ NContext::NContext() : m_block(new Block) {
   Egl const& egl = block.egl;
   block.display =
       egl.getPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
-  block.isInitialized = block.display != EGL_NO_DISPLAY &&
-                        egl.initialize(block.display, nullptr, nullptr) == EGL_TRUE;
-  if (!block.isInitialized) throw NRenderError("EGL has no driver that draws without a window");
+  bool const isInitialized = block.display != EGL_NO_DISPLAY &&
+                             egl.initialize(block.display, nullptr, nullptr) == EGL_TRUE;
+  if (!isInitialized) throw NRenderError("EGL has no driver that draws without a window");
   if (egl.bindApi(EGL_OPENGL_API) == EGL_FALSE) throw NRenderError("EGL has no OpenGL here");
   EGLConfig config = nullptr;
   EGLint count = 0;

@@ -279,7 +279,8 @@ TEST_F(PictureTest, TheSkyIsSeenInItsDirection) {
     m_camera->SetInterestX(direction[0]);
     m_camera->SetInterestY(direction[1]);
     m_camera->SetInterestZ(12 + direction[2]);
-    unsigned char const* const pixel = DrawPicture().GetRow(kHeight / 2) + 3 * (kWidth / 2);
+    auto const picture = DrawPicture();
+    unsigned char const* const pixel = picture.GetRow(kHeight / 2) + 3 * (kWidth / 2);
     ExpectColor({pixel[0], pixel[1], pixel[2]}, faces[face]);
   }
   // Turned about y by a quarter, +z is where +x was.

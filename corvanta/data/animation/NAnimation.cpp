@@ -8,7 +8,10 @@ namespace corvanta::data::animation {
 using Uncounted = core::reference_countable::NUncounted<NAnimationKey>;
 
 struct NAnimation::Block {
-  boost::intrusive_ptr<core::name::NStrictNamespace> names{new core::name::NStrictNamespace};
+  // In a default initializer, g++ would leak it on a failure inside.
+  Block() : names(new core::name::NStrictNamespace) {}
+
+  boost::intrusive_ptr<core::name::NStrictNamespace> names;
   Keys keys;
   NAnimationKey* selectedKey = nullptr;
   NAnimationEngine engine;

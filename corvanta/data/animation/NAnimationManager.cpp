@@ -7,7 +7,10 @@
 namespace corvanta::data::animation {
 
 struct NAnimationManager::Block {
-  boost::intrusive_ptr<core::name::NStrictNamespace> names{new core::name::NStrictNamespace};
+  // In a default initializer, g++ would leak it on a failure inside.
+  Block() : names(new core::name::NStrictNamespace) {}
+
+  boost::intrusive_ptr<core::name::NStrictNamespace> names;
   std::vector<boost::intrusive_ptr<NAnimation>> animations;
   boost::intrusive_ptr<NAnimation> selected;
 };

@@ -45,11 +45,14 @@ struct Contents {
 }  // namespace
 
 struct NEnvironmentNode::Block {
+  // In an aggregate or a default initializer, g++ would leak what was made before a failure.
+  explicit Block(core::attribute::NAttributeHost& node) : host(node), map(new NEnvironmentMap) {}
+
   core::attribute::NAttributeHost& host;
 #define CORVANTA_ROWS_SLOTS
 #include "corvanta/data/domain/environment/environment_attributes.def"
   Contents contents{};
-  boost::intrusive_ptr<NEnvironmentMap> const map{new NEnvironmentMap};
+  boost::intrusive_ptr<NEnvironmentMap> const map;
   boost::intrusive_ptr<environment_map::detail::NRotationTransform> const mapTransform{
       new environment_map::detail::NRotationTransform(
           host, environment::AN_ENVIRONMENT_MAP_ROTATION_X,
@@ -63,7 +66,7 @@ NEnvironmentNode::NEnvironmentNode(core::node::NNodeID const& id, core::domain::
                                    events::attribute_change::NMultiplexer const* multiplexer)
     : NNode(id, domain, multiplexer,
             core::string_table::GetString(core::string_table::DATA_ENVIRONMENT)),
-      m_block((ReserveAttributes(kAttributeCount), new Block{*this})) {
+      m_block((ReserveAttributes(kAttributeCount), new Block(*this))) {
   m_block->map->SetTransform(*m_block->mapTransform);
   m_block->map->AddObserver(*this);
 }

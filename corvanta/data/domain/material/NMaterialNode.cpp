@@ -22,11 +22,15 @@ constexpr unsigned kAttributeCount = 0
 }  // namespace
 
 struct NMaterialNode::Block {
+  // In an aggregate or a default initializer, g++ would leak what was made before a failure.
+  explicit Block(core::attribute::NAttributeHost& node)
+      : host(node), environmentMap(new NEnvironmentMap) {}
+
   core::attribute::NAttributeHost& host;
 #define CORVANTA_ROWS_SLOTS
 #include "corvanta/data/domain/material/material_attributes.def"
   TextureList textures{};
-  boost::intrusive_ptr<NEnvironmentMap> environmentMap{new NEnvironmentMap};
+  boost::intrusive_ptr<NEnvironmentMap> environmentMap;
   boost::intrusive_ptr<environment_map::detail::NRotationTransform> transform{
       new environment_map::detail::NRotationTransform(host, material::AN_ENVIRONMENT_MAP_ROTATION_X,
                                                       material::AN_ENVIRONMENT_MAP_ROTATION_Y,
@@ -41,7 +45,7 @@ NMaterialNode::NMaterialNode(core::node::NNodeID const& id, core::domain::NDomai
                              events::attribute_change::NMultiplexer const* multiplexer)
     : NNode(id, domain, multiplexer,
             core::string_table::GetString(core::string_table::DATA_MATERIAL)),
-      m_block((ReserveAttributes(kAttributeCount), new Block{*this})) {
+      m_block((ReserveAttributes(kAttributeCount), new Block(*this))) {
   m_block->environmentMap->SetTransform(*m_block->transform);
   m_block->environmentMap->AddObserver(*this);
 }
