@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <vector>
 
 #include "corvanta/data/domain/light_env/NLamp.h"
 #include "corvanta/data/domain/light_env/NLightEnvNode.h"
@@ -26,12 +27,23 @@ void Put(std::array<float, N>& to, std::size_t index, Vec3 const& v) {
   }
 }
 
-void Add(NLamps& lamps, light_env::NLamp const& lamp, double strength) {
-  auto const index = static_cast<std::size_t>(lamps.count++);
+struct Source {
+  light_env::NLamp const* lamp;
+  double strength;
+  int kind;
+};
+
+int GetKind(light_env::NLamp const& lamp) {
   std::wstring const type = lamp.GetType();
-  lamps.kinds[index] = type == light_env::LAMP_TYPE_POINT  ? 1
-                       : type == light_env::LAMP_TYPE_SPOT ? 2
-                                                           : 0;
+  if (type == light_env::LAMP_TYPE_POINT) return 1;
+  return type == light_env::LAMP_TYPE_SPOT ? 2 : 0;
+}
+
+void Add(NLamps& lamps, Source const& source) {
+  auto const index = static_cast<std::size_t>(lamps.count++);
+  light_env::NLamp const& lamp = *source.lamp;
+  lamps.farCount += source.kind == 0;
+  lamps.kinds[index] = source.kind;
   lamps.fades[index] = static_cast<int>(lamp.GetAttenuationType());
   VX_Math::Matrix const transform = lamp.GetTransform();
   Vec3 place, direction;
@@ -40,7 +52,7 @@ void Add(NLamps& lamps, light_env::NLamp const& lamp, double strength) {
   direction.Normalize();
   Put(lamps.places, index, place);
   Put(lamps.directions, index, direction);
-  double const factor = lamp.IsEmitMinus() ? -strength : strength;
+  double const factor = lamp.IsEmitMinus() ? -source.strength : source.strength;
   Put(lamps.colors, index,
       Vec3(static_cast<float>(lamp.GetColorR() * factor),
            static_cast<float>(lamp.GetColorG() * factor),
@@ -55,17 +67,20 @@ void Add(NLamps& lamps, light_env::NLamp const& lamp, double strength) {
 }  // namespace
 
 NLamps ReadLamps(data::domain::environment::NEnvironmentNode const& environment) {
-  NLamps lamps;
+  std::vector<Source> sources;
   for (auto const& reference : environment.GetLightEnvs()) {
     auto const lightEnv = reference.Get();
     if (!lightEnv) continue;
     double const strength = lightEnv->GetLampsCoefficient() * environment.GetHdrLight();
     for (auto const& lamp : lightEnv->GetLamps()) {
-      if (lamp->IsEnabled() && lamps.count != static_cast<int>(kLampCount)) {
-        Add(lamps, *lamp, strength);
-      }
+      if (lamp->IsEnabled()) sources.push_back({lamp.get(), strength, GetKind(*lamp)});
     }
   }
+  sources.resize(std::min<std::size_t>(sources.size(), kLampCount));
+  std::stable_partition(sources.begin(), sources.end(),
+                        [](Source const& source) { return source.kind == 0; });
+  NLamps lamps;
+  for (Source const& source : sources) Add(lamps, source);
   return lamps;
 }
 

@@ -8,9 +8,10 @@
 namespace corvanta::app {
 
 /// The lamps of an environment as the shader takes them: those that are on, of all its light
-/// environments in order, up to kLampCount.
+/// environments in order, up to kLampCount; directional ones stand first.
 struct NLamps {
   int count = 0;
+  int farCount = 0;                     // directional ones, which stand before the others
   std::array<int, kLampCount> kinds{};  // 0: directional, 1: point, 2: spot
   std::array<int, kLampCount> fades{};  // 0: even, then smoothly to 0; 1: linear; 2: quadratic
   std::array<float, 3 * kLampCount> colors{};

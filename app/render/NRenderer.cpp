@@ -35,6 +35,15 @@ struct Drawn {
   std::vector<NMeshPart> parts;
 };
 
+/// What a picture is drawn with.
+struct Pass {
+  NEye const& eye;
+  NLamps lamps;
+  NExposure exposure;
+  NSky sky;
+  NColor color{}, ambientLight{};
+};
+
 struct KnownShade {
   core::node::NNodeReference<NMaterialNode const> material;
   NShade shade;
@@ -63,7 +72,8 @@ struct NRenderer::Block {
   Block(NContext const& context, data::events::NEventMultiplexer& multiplexer)
       : gl(context.GetGl()),
         events(&multiplexer),
-        surfaceProgram(gl),
+        solidProgram(gl, false),
+        clearProgram(gl, true),
         numberProgram(gl, kSurfaceVertexShader, kNumberFragmentShader),
         skyProgram(gl, kSkyVertexShader, kSkyFragmentShader),
         textures(gl),
@@ -72,6 +82,7 @@ struct NRenderer::Block {
     events->AddObserver(*changes);
     gl.glEnable(GL_TEXTURE_CUBE_MAP_SEAMLESS);
     gl.glDepthFunc(GL_LEQUAL);
+    gl.glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     skyProgram.Use();
     gl.glUniform1i(skyProgram.GetUniform("skyCube"), kCubeUnit);
     gl.glUniform1i(skyProgram.GetUniform("skyFlat"), kFlatUnit);
@@ -129,10 +140,10 @@ struct NRenderer::Block {
     }
   }
 
-  void DrawSky(NEye const& eye, NSky const& sky, NExposure const& exposure) const {
+  void DrawSky(Pass const& pass, NSky const& sky, NExposure const& exposure) const {
     if (sky.kind < 0) return;
     skyProgram.Use();
-    Matrix const fromView = eye.GetViewProjection().Inverse();
+    Matrix const fromView = pass.eye.GetViewProjection().Inverse();
     gl.glUniformMatrix4fv(skyProgram.GetUniform("fromView"), 1, GL_FALSE, fromView[0]);
     gl.glUniform1i(skyProgram.GetUniform("skyKind"), sky.kind);
     SetTurn(gl, skyProgram.GetUniform("skyTurn"), sky.turn);
@@ -146,85 +157,96 @@ struct NRenderer::Block {
     gl.glEnable(GL_DEPTH_TEST);
   }
 
-  void DrawBackdrop(NEye const& eye, NEnvironmentNode const* environment, NSky const& sky,
-                    NExposure const& exposure) {
-    if (environment == nullptr) return;
-    if (auto const image = environment->Get2DImage()) {
+  void DrawBackdrop(Pass const& pass, NEnvironmentNode const& environment) {
+    if (auto const image = environment.Get2DImage()) {
       NSky picture;
       picture.kind = kPictureSky;
       picture.texture = textures.Get(*image, NTC_COLOR).texture.Get();
-      NExposure own = exposure;
-      own.factor *= static_cast<float>(environment->GetImageExposure());
-      own.gamma *= std::max(static_cast<float>(environment->GetImageGamma()), 1e-3f);
-      DrawSky(eye, picture, own);
+      NExposure own = pass.exposure;
+      own.factor *= static_cast<float>(environment.GetImageExposure());
+      own.gamma *= std::max(static_cast<float>(environment.GetImageGamma()), 1e-3f);
+      DrawSky(pass, picture, own);
       return;
     }
-    auto const model = environment->GetEnvironmentMapModel();
-    if (!model || model->IsVisible()) DrawSky(eye, sky, exposure);
+    auto const model = environment.GetEnvironmentMapModel();
+    if (!model || model->IsVisible()) DrawSky(pass, pass.sky, pass.exposure);
   }
 
-  void DrawItem(std::size_t index, NEye const& eye, NShade const*& shade, NSky const& sky) const {
+  void DrawItem(NSurfaceProgram const& program, std::size_t index, Pass const& pass,
+                NShade const*& shade) const {
     NDrawItem const& item = list.GetItems()[index];
-    if (!item.isPlaced) return;
     if (shade != all[index].shade) {
       shade = all[index].shade;
-      surfaceProgram.SetShade(*shade, ambientLight, sky);
+      program.SetShade(*shade, pass.ambientLight, pass.lamps, pass.sky);
     }
     if (auto const type = item.model->GetBillboardType(); type != 0) {
-      Matrix const global = TurnBillboard(item.global, eye, type);
-      surfaceProgram.SetPlace(global, global.Inverse().Transpose());
+      Matrix const global = TurnBillboard(item.global, pass.eye, type);
+      program.SetPlace(global, global.Inverse().Transpose());
     } else {
-      surfaceProgram.SetPlace(item.global, item.normals);
+      program.SetPlace(item.global, item.normals);
     }
     bool const isWired = item.model->IsWired();
-    if (isWired) surfaceProgram.SetWired(true);
+    if (isWired) program.SetWired(true);
     DrawParts(all[index].parts);
-    if (isWired) surfaceProgram.SetWired(false);
+    if (isWired) program.SetWired(false);
   }
 
-  void DrawModels(NEye const& eye, NSky const& sky) const {
-    NShade const* shade = nullptr;
-    std::vector<std::pair<float, std::size_t>> transparent;
+  /// How far ahead the middle of each model lies, and its number, sorted.
+  std::vector<std::pair<float, std::size_t>> GetDepths(Pass const& pass,
+                                                       bool areTransparent) const {
+    std::vector<std::pair<float, std::size_t>> depths;
     for (std::size_t i = 0; i != all.size(); ++i) {
-      if (all[i].shade->isTransparent) {
-        NDrawItem const& item = list.GetItems()[i];
-        Vec3 center = item.model->GetBoundingBoxWithoutChildren().GetCenter();
-        item.global.MultVecMatrix(center, center);
-        eye.view.MultVecMatrix(center, center);
-        transparent.emplace_back(std::isfinite(center.z) ? center.z : 0.0f, i);
-      } else {
-        DrawItem(i, eye, shade, sky);
-      }
+      NDrawItem const& item = list.GetItems()[i];
+      if (!item.isPlaced || all[i].shade->isTransparent != areTransparent) continue;
+      Vec3 center = item.model->GetBoundingBoxWithoutChildren().GetCenter();
+      item.global.MultVecMatrix(center, center);
+      pass.eye.view.MultVecMatrix(center, center);
+      depths.emplace_back(std::isfinite(center.z) ? -center.z : 0.0f, i);
     }
-    // The farthest first; negative z lies ahead.
-    std::sort(transparent.begin(), transparent.end());
+    std::sort(depths.begin(), depths.end());
+    return depths;
+  }
+
+  /// The nearest first, so that what is hidden needn't be lit.
+  void DrawSolid(Pass const& pass) const {
+    solidProgram.Begin(pass.eye, pass.lamps, pass.exposure);
+    NShade const* shade = nullptr;
+    for (auto const& [depth, index] : GetDepths(pass, false)) {
+      DrawItem(solidProgram, index, pass, shade);
+    }
+  }
+
+  /// The farthest first, so that each is seen through the next.
+  void DrawTransparent(Pass const& pass) const {
+    auto depths = GetDepths(pass, true);
+    if (depths.empty()) return;
+    std::reverse(depths.begin(), depths.end());
+    clearProgram.Begin(pass.eye, pass.lamps, pass.exposure);
     gl.glEnable(GL_BLEND);
-    gl.glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     gl.glDepthMask(GL_FALSE);
-    for (auto const& [depth, index] : transparent) DrawItem(index, eye, shade, sky);
+    NShade const* shade = nullptr;
+    for (auto const& [depth, index] : depths) DrawItem(clearProgram, index, pass, shade);
     gl.glDepthMask(GL_TRUE);
     gl.glDisable(GL_BLEND);
   }
 
-  void DrawFloor(NEnvironmentNode const& environment, NSky const& sky) {
-    auto const geometry = environment.GetFloorGeometry();
-    if (!environment.FloorIsVisible() || !geometry) return;
-    NShade const shade = ReadFloorShade(environment, textures);
-    surfaceProgram.SetShade(shade, ambientLight, sky);
-    Matrix global;
-    // The floor is made for the box or ball that bears the surroundings.
+  /// Where the floor of an environment lies; it is made for what bears the surroundings.
+  /// Fails: none where that isn't finite.
+  static std::optional<Matrix> GetFloorPlace(NEnvironmentNode const& environment) {
+    Matrix place, height;
     if (auto const model = environment.GetEnvironmentMapModel()) {
-      model->GetTransform().GetScale(global);
+      model->GetTransform().GetScale(place);
     }
-    Matrix height;
     height.SetTranslate(Vec3(0.0f, static_cast<float>(environment.GetFloorHeight()), 0.0f));
-    global *= height;
-    if (!std::isfinite(global(0, 0) + global(1, 1) + global(2, 2) + global(3, 1))) return;
-    surfaceProgram.SetPlace(global, global.Inverse().Transpose());
-    if (shade.isTransparent) {
-      gl.glEnable(GL_BLEND);
-      gl.glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
-    }
+    place *= height;
+    bool const isFinite = std::isfinite(place(0, 0) + place(1, 1) + place(2, 2) + place(3, 1));
+    return isFinite ? std::optional(place) : std::nullopt;
+  }
+
+  void DrawFloor(Pass const& pass, NEnvironmentNode const& environment) {
+    auto const geometry = environment.GetFloorGeometry();
+    auto const place = GetFloorPlace(environment);
+    if (!environment.FloorIsVisible() || !geometry || !place) return;
     std::vector<std::uint64_t> surfaces;
     for (auto const& surface : geometry->GetSurfaces()) {
       surfaces.push_back(surface->GetCreationNumber());
@@ -233,6 +255,12 @@ struct NRenderer::Block {
       floor = LayFloor(*geometry);
       floorSurfaces = surfaces;
     }
+    NShade const shade = ReadFloorShade(environment, textures);
+    NSurfaceProgram const& program = shade.isTransparent ? clearProgram : solidProgram;
+    program.Begin(pass.eye, pass.lamps, pass.exposure);
+    program.SetShade(shade, pass.ambientLight, pass.lamps, pass.sky);
+    program.SetPlace(*place, place->Inverse().Transpose());
+    if (shade.isTransparent) gl.glEnable(GL_BLEND);
     DrawParts(meshes.Get(NDrawItem(), *floor, shade.mappings));
     gl.glDisable(GL_BLEND);
   }
@@ -240,7 +268,8 @@ struct NRenderer::Block {
   NGl const& gl;
   boost::intrusive_ptr<data::events::NEventMultiplexer> const events;
   boost::intrusive_ptr<NChanges> const changes{new NChanges};
-  NSurfaceProgram const surfaceProgram;
+  NSurfaceProgram const solidProgram;
+  NSurfaceProgram const clearProgram;  // for what is transparent, maybe in places
   NProgram const numberProgram;
   NProgram const skyProgram;
   NTextures textures;
@@ -250,7 +279,6 @@ struct NRenderer::Block {
   std::vector<Drawn> all;
   std::unordered_map<NMaterialNode const*, KnownShade> shades;
   NShade const plain = MakePlainShade();
-  NColor ambientLight{};
   boost::intrusive_ptr<domain::geometry::NGeometryNode> floor;
   std::vector<std::uint64_t> floorSurfaces;  // that it was made from
   boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeNode> tree;
@@ -306,27 +334,24 @@ void NRenderer::DrawPicture(NSceneNode const& scene, NEye const& eye, NTarget co
   Update(scene);
   block.BeginView(target, viewport);
   auto const environment = scene.GetEnvironment();
-  NSky sky;
-  NLamps lamps;
-  NExposure exposure;
-  NColor color{};
+  Pass pass{eye, {}, {}, {}};
   if (environment) {
-    color = {static_cast<float>(environment->GetColorR()),
-             static_cast<float>(environment->GetColorG()),
-             static_cast<float>(environment->GetColorB())};
-    block.ambientLight = {static_cast<float>(environment->GetAmbientLightR()),
-                          static_cast<float>(environment->GetAmbientLightG()),
-                          static_cast<float>(environment->GetAmbientLightB())};
-    lamps = ReadLamps(*environment);
-    exposure = ReadExposure(*environment, eye);
-    sky = ReadSky(environment->GetEnvironmentMap(), block.textures);
+    pass.color = {static_cast<float>(environment->GetColorR()),
+                  static_cast<float>(environment->GetColorG()),
+                  static_cast<float>(environment->GetColorB())};
+    pass.ambientLight = {static_cast<float>(environment->GetAmbientLightR()),
+                         static_cast<float>(environment->GetAmbientLightG()),
+                         static_cast<float>(environment->GetAmbientLightB())};
+    pass.lamps = ReadLamps(*environment);
+    pass.exposure = ReadExposure(*environment, eye);
+    pass.sky = ReadSky(environment->GetEnvironmentMap(), block.textures);
   }
-  block.gl.glClearColor(color[0], color[1], color[2], 1.0f);
+  block.gl.glClearColor(pass.color[0], pass.color[1], pass.color[2], 1.0f);
   block.gl.glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-  block.DrawBackdrop(eye, environment.get(), sky, exposure);
-  block.surfaceProgram.Begin(eye, lamps, exposure);
-  if (environment) block.DrawFloor(*environment, sky);
-  block.DrawModels(eye, sky);
+  if (environment) block.DrawBackdrop(pass, *environment);
+  block.DrawSolid(pass);
+  if (environment) block.DrawFloor(pass, *environment);
+  block.DrawTransparent(pass);
 }
 
 void NRenderer::DrawNumbers(NSceneNode const& scene, NEye const& eye, NTarget const& target,

@@ -1,6 +1,7 @@
 #include "app/render/NSurfaceProgram.h"
 
 #include <cstddef>
+#include <string>
 
 namespace corvanta::app {
 
@@ -26,9 +27,11 @@ void BindSky(NGl const& gl, NSky const& sky) {
   gl.glBindTexture(isCube ? GL_TEXTURE_CUBE_MAP : GL_TEXTURE_2D, sky.texture);
 }
 
-NSurfaceProgram::NSurfaceProgram(NGl const& gl)
+NSurfaceProgram::NSurfaceProgram(NGl const& gl, bool hasHoles)
     : m_gl(gl),
-      m_program(gl, kSurfaceVertexShader, kSurfaceFragmentShader),
+      m_program(gl, kSurfaceVertexShader,
+                std::string("#version 330 core\n") + (hasHoles ? "#define HAS_HOLES\n" : "") +
+                    kSurfaceFragmentShader),
       m_world(m_program.GetUniform("world")),
       m_normalWorld(m_program.GetUniform("normalWorld")),
       m_viewProjection(m_program.GetUniform("viewProjection")),
@@ -39,14 +42,15 @@ NSurfaceProgram::NSurfaceProgram(NGl const& gl)
       m_emissive(m_program.GetUniform("emissive")),
       m_power(m_program.GetUniform("power")),
       m_opacity(m_program.GetUniform("opacity")),
-      m_slots(m_program.GetUniform("slots")),
       m_bounds(m_program.GetUniform("bounds")),
       m_colorOperation(m_program.GetUniform("colorOperation")),
       m_bumpKind(m_program.GetUniform("bumpKind")),
       m_bumpScale(m_program.GetUniform("bumpScale")),
       m_opacityInAlpha(m_program.GetUniform("opacityInAlpha")),
       m_wired(m_program.GetUniform("wired")),
+      m_farCount(m_program.GetUniform("farCount")),
       m_lampCount(m_program.GetUniform("lampCount")),
+      m_shineCount(m_program.GetUniform("shineCount")),
       m_lampKind(m_program.GetUniform("lampKind")),
       m_lampColor(m_program.GetUniform("lampColor")),
       m_lampPlace(m_program.GetUniform("lampPlace")),
@@ -59,6 +63,9 @@ NSurfaceProgram::NSurfaceProgram(NGl const& gl)
       m_mirrorBlur(m_program.GetUniform("mirrorBlur")),
       m_skyKind(m_program.GetUniform("skyKind")),
       m_skyTurn(m_program.GetUniform("skyTurn")),
+      m_used(m_program.GetUniform("used")),
+      m_mirrorCount(m_program.GetUniform("mirrorCount")),
+      m_gammaCount(m_program.GetUniform("gammaCount")),
       m_exposure(m_program.GetUniform("exposure")),
       m_gamma(m_program.GetUniform("gamma")),
       m_white(m_program.GetUniform("white")) {
@@ -76,6 +83,7 @@ void NSurfaceProgram::Begin(NEye const& eye, NLamps const& lamps, NExposure cons
   Matrix const viewProjection = eye.GetViewProjection();
   m_gl.glUniformMatrix4fv(m_viewProjection, 1, GL_FALSE, viewProjection[0]);
   m_gl.glUniform4fv(m_eye, 1, eye.towards.data());
+  m_gl.glUniform1i(m_farCount, lamps.farCount);
   m_gl.glUniform1i(m_lampCount, lamps.count);
   m_gl.glUniform1iv(m_lampKind, kCount, lamps.kinds.data());
   m_gl.glUniform1iv(m_lampFade, kCount, lamps.fades.data());
@@ -85,12 +93,18 @@ void NSurfaceProgram::Begin(NEye const& eye, NLamps const& lamps, NExposure cons
   m_gl.glUniform2fv(m_lampCone, kCount, lamps.cones.data());
   m_gl.glUniform1fv(m_lampRange, kCount, lamps.ranges.data());
   m_gl.glUniform1f(m_exposure, exposure.factor);
+  m_gl.glUniform1i(m_gammaCount, exposure.gamma != 1.0f);
   m_gl.glUniform1f(m_gamma, exposure.gamma);
   m_gl.glUniform1f(m_white, exposure.white);
 }
 
-void NSurfaceProgram::SetShade(NShade const& shade, NColor const& ambientLight,
+void NSurfaceProgram::SetShade(NShade const& shade, NColor const& ambientLight, NLamps const& lamps,
                                NSky const& sky) const {
+  bool const hasHighlights = shade.specular != NColor{};
+  m_gl.glUniform1i(m_shineCount, hasHighlights ? lamps.farCount : 0);
+  GLint used[NS_COUNT];
+  for (unsigned slot = 0; slot != NS_COUNT; ++slot) used[slot] = shade.slots >> slot & 1;
+  m_gl.glUniform1iv(m_used, NS_COUNT, used);
   NColor const ambient{shade.ambient[0] * ambientLight[0], shade.ambient[1] * ambientLight[1],
                        shade.ambient[2] * ambientLight[2]};
   m_gl.glUniform3fv(m_diffuse, 1, shade.diffuse.data());
@@ -99,7 +113,6 @@ void NSurfaceProgram::SetShade(NShade const& shade, NColor const& ambientLight,
   m_gl.glUniform3fv(m_emissive, 1, shade.emissive.data());
   m_gl.glUniform1f(m_power, shade.power);
   m_gl.glUniform1f(m_opacity, shade.opacity);
-  m_gl.glUniform1i(m_slots, shade.slots);
   m_gl.glUniform1i(m_bounds, shade.bounds);
   m_gl.glUniform1i(m_colorOperation, shade.colorOperation);
   m_gl.glUniform1i(m_bumpKind, shade.bumpKind);
@@ -111,8 +124,10 @@ void NSurfaceProgram::SetShade(NShade const& shade, NColor const& ambientLight,
     m_gl.glBindTexture(GL_TEXTURE_2D, shade.textures[slot]);
   }
   NSky const& mirrored = shade.sky.kind >= 0 ? shade.sky : sky;
-  m_gl.glUniform1f(m_mirror, mirrored.kind >= 0 ? shade.mirror : 0.0f);
-  if (shade.mirror <= 0.0f || mirrored.kind < 0) return;
+  bool const isMirror = shade.mirror > 0.0f && mirrored.kind >= 0;
+  m_gl.glUniform1i(m_mirrorCount, isMirror);
+  if (!isMirror) return;
+  m_gl.glUniform1f(m_mirror, shade.mirror);
   m_gl.glUniform1f(m_mirrorFloor, shade.mirrorFloor);
   m_gl.glUniform1f(m_mirrorBlur, shade.mirrorBlur);
   m_gl.glUniform1i(m_skyKind, mirrored.kind);

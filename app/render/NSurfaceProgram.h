@@ -17,13 +17,15 @@ struct NExposure {
 /// The program that lights a surface, and its uniforms by what they belong to.
 class NSurfaceProgram {
  public:
+  /// `hasHoles` is for what may be clear in places.
   /// Fails: as NProgram.
-  explicit NSurfaceProgram(NGl const& gl);
+  NSurfaceProgram(NGl const& gl, bool hasHoles);
 
   /// Makes this what draws, through `eye`, by these lamps.
   void Begin(NEye const& eye, NLamps const& lamps, NExposure const& exposure) const;
   /// `sky` is what a surface reflects that has no surroundings of its own.
-  void SetShade(NShade const& shade, NColor const& ambientLight, NSky const& sky) const;
+  void SetShade(NShade const& shade, NColor const& ambientLight, NLamps const& lamps,
+                NSky const& sky) const;
   void SetPlace(VX_Math::Matrix const& global, VX_Math::Matrix const& normals) const;
   /// Draws the edges of triangles alone, or whole triangles.
   void SetWired(bool isWired) const;
@@ -33,11 +35,11 @@ class NSurfaceProgram {
   NProgram m_program;
   GLint const m_world, m_normalWorld, m_viewProjection, m_eye;
   GLint const m_diffuse, m_ambient, m_specular, m_emissive, m_power, m_opacity;
-  GLint const m_slots, m_bounds, m_colorOperation, m_bumpKind, m_bumpScale, m_opacityInAlpha,
-      m_wired;
-  GLint const m_lampCount, m_lampKind, m_lampColor, m_lampPlace, m_lampDirection, m_lampCone,
-      m_lampRange, m_lampFade;
+  GLint const m_bounds, m_colorOperation, m_bumpKind, m_bumpScale, m_opacityInAlpha, m_wired;
+  GLint const m_farCount, m_lampCount, m_shineCount, m_lampKind, m_lampColor, m_lampPlace,
+      m_lampDirection, m_lampCone, m_lampRange, m_lampFade;
   GLint const m_mirror, m_mirrorFloor, m_mirrorBlur, m_skyKind, m_skyTurn;
+  GLint const m_used, m_mirrorCount, m_gammaCount;
   GLint const m_exposure, m_gamma, m_white;
 };
 

@@ -44,9 +44,7 @@ void main() {
 // pictures, 1977. Bumps: J. F. Blinn, Simulation of wrinkled surfaces, 1978. What a smooth surface
 // mirrors at an angle: C. Schlick, An inexpensive BRDF model for physically-based rendering, 1994.
 // Tone mapping: E. Reinhard et al., Photographic tone reproduction for digital images, 2002.
-char const* const kSurfaceFragmentShader = R"(#version 330 core
-const int kDirectional = 0;
-const int kSpot = 2;
+char const* const kSurfaceFragmentShader = R"(const int kSpot = 2;
 const int kHeights = 1;
 const int kAdd = 1;
 const int kCover = 2;
@@ -66,7 +64,6 @@ uniform vec3 emissive;
 uniform float power;
 uniform float opacity;
 
-uniform int slots;   // a bit for each texture that is there
 uniform int bounds;  // two bits for each: it ends at the borders of u, of v
 uniform int colorOperation;
 uniform int bumpKind;
@@ -79,7 +76,9 @@ uniform sampler2D specularMap;
 uniform sampler2D emissiveMap;
 uniform sampler2D opacityMap;
 
+uniform int farCount;  // directional lamps, which come first
 uniform int lampCount;
+uniform int shineCount;  // farCount for what has highlights, otherwise 0
 uniform int lampKind[7];
 uniform vec3 lampColor[7];
 uniform vec3 lampPlace[7];
@@ -100,8 +99,14 @@ uniform float exposure;
 uniform float gamma;
 uniform float white;  // 0: no tone mapping
 
-bool Has(int slot) {
-  if ((slots & 1 << slot) == 0) return false;
+// A processor that draws goes both ways at a branch, but leaves out a loop without rounds. These
+// are 1, or 0 for what there isn't.
+uniform int used[5];  // textures
+uniform int mirrorCount;
+uniform int gammaCount;
+
+// Whether a texture covers this place.
+bool Covers(int slot) {
   bvec2 outside = bvec2(floor(coords[slot]));
   int ends = bounds >> 2 * slot;
   return !((ends & 1) != 0 && outside.x) && !((ends & 2) != 0 && outside.y);
@@ -121,7 +126,8 @@ vec3 Surroundings(vec3 direction, float blur) {
 vec3 Normal(vec3 towards) {
   vec3 face = cross(dFdx(place), dFdy(place));
   vec3 n = dot(normalAt, normalAt) > 0.0 ? normalize(normalAt) : normalize(face);
-  if (Has(1) && dot(tangentAt, tangentAt) > 0.0 && dot(binormalAt, binormalAt) > 0.0) {
+  for (int once = 0; once < used[1]; ++once) {
+    if (!Covers(1) || dot(tangentAt, tangentAt) == 0.0 || dot(binormalAt, binormalAt) == 0.0) break;
     vec3 t = normalize(tangentAt);
     vec3 b = normalize(binormalAt);
     if (bumpKind == kHeights) {
@@ -152,8 +158,14 @@ float Fade(int lamp, float distance) {
 vec3 Display(vec3 light) {
   vec3 c = max(light * exposure, 0.0);
   if (white > 0.0) c = c * (1.0 + c / (white * white)) / (1.0 + c);
-  c = pow(c, vec3(1.0 / gamma));
+  for (int once = 0; once < gammaCount; ++once) c = pow(c, vec3(1.0 / gamma));
   return min(c, 1.0);
+}
+
+vec3 Highlight(vec3 n, vec3 l, vec3 towards, float facing) {
+  vec3 halfway = l + towards;
+  float turned = max(dot(n, halfway), 0.0) * inversesqrt(max(dot(halfway, halfway), 1e-12));
+  return vec3(pow(turned, power) * facing);
 }
 
 void main() {
@@ -162,8 +174,9 @@ void main() {
   vec3 base = diffuse;
   vec3 around = ambient;
   float alpha = opacity;
-  if (Has(0)) {
+  for (int once = 0; once < used[0]; ++once) {
     vec4 texel = texture(colorMap, coords[0]);
+    if (!Covers(0)) break;
     if (colorOperation == kAdd) {
       base += texel.rgb;
       around += ambient * texel.rgb;
@@ -176,31 +189,46 @@ void main() {
       alpha *= texel.a;
     }
   }
-  if (Has(4)) alpha *= opacityInAlpha ? texture(opacityMap, coords[4]).a : texture(opacityMap, coords[4]).r;
+  for (int once = 0; once < used[4]; ++once) {
+    vec4 texel = texture(opacityMap, coords[4]);
+    if (Covers(4)) alpha *= opacityInAlpha ? texel.a : texel.r;
+  }
+#ifdef HAS_HOLES
   if (alpha < 1.0 / 255.0) discard;
-  vec3 shine = Has(2) ? specular * texture(specularMap, coords[2]).rgb : specular;
-  vec3 glow = Has(3) ? emissive * texture(emissiveMap, coords[3]).rgb : emissive;
+#endif
+  vec3 shine = specular;
+  vec3 glow = emissive;
+  for (int once = 0; once < used[2]; ++once) {
+    vec3 texel = texture(specularMap, coords[2]).rgb;
+    if (Covers(2)) shine *= texel;
+  }
+  for (int once = 0; once < used[3]; ++once) {
+    vec3 texel = texture(emissiveMap, coords[3]).rgb;
+    if (Covers(3)) glow *= texel;
+  }
 
   vec3 spread = around + glow;
   vec3 highlight = vec3(0.0);
-  for (int i = 0; i < lampCount; ++i) {
-    vec3 way = lampKind[i] == kDirectional ? -lampDirection[i] : lampPlace[i] - place;
+  for (int i = 0; i < farCount; ++i) {
+    spread += base * lampColor[i] * max(-dot(n, lampDirection[i]), 0.0);
+  }
+  for (int i = 0; i < shineCount; ++i) {
+    float facing = max(-dot(n, lampDirection[i]), 0.0);
+    highlight += shine * lampColor[i] * Highlight(n, -lampDirection[i], towards, facing);
+  }
+  for (int i = farCount; i < lampCount; ++i) {
+    vec3 way = lampPlace[i] - place;
     float distance = length(way);
     vec3 l = way / max(distance, 1e-30);
-    float reach = lampKind[i] == kDirectional ? 1.0 : Fade(i, distance);
+    float reach = Fade(i, distance);
     if (lampKind[i] == kSpot) {
       reach *= smoothstep(lampCone[i].y, lampCone[i].x, dot(-l, lampDirection[i]));
     }
-    float facing = dot(n, l);
-    if (facing <= 0.0 || reach <= 0.0) continue;
-    vec3 light = lampColor[i] * reach;
-    spread += base * light * facing;
-    vec3 halfway = l + towards;
-    if (dot(halfway, halfway) > 0.0) {
-      highlight += shine * light * pow(max(dot(n, normalize(halfway)), 0.0), power) * facing;
-    }
+    float facing = max(dot(n, l), 0.0);
+    spread += base * lampColor[i] * reach * facing;
+    highlight += shine * lampColor[i] * reach * Highlight(n, l, towards, facing);
   }
-  if (mirror > 0.0) {
+  for (int once = 0; once < mirrorCount; ++once) {
     float grazing = mix(mirrorFloor, 1.0, pow(1.0 - clamp(dot(n, towards), 0.0, 1.0), 5.0));
     highlight += mirror * grazing * Surroundings(reflect(-towards, n), mirrorBlur);
   }

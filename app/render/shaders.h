@@ -5,6 +5,8 @@
 namespace corvanta::app {
 
 extern char const* const kSurfaceVertexShader;
+/// Behind its version line. With HAS_HOLES it leaves out what is clear, which keeps a driver from
+/// leaving out what is hidden.
 extern char const* const kSurfaceFragmentShader;
 extern char const* const kNumberFragmentShader;
 extern char const* const kSkyVertexShader;

@@ -102,6 +102,11 @@ class PictureTest : public World {
     unsigned char const* const pixel = picture.GetRow(row) + 3 * column;
     return {pixel[0], pixel[1], pixel[2]};
   }
+  Color GetMiddle() {
+    auto const picture = DrawPicture();
+    unsigned char const* const pixel = picture.GetRow(kHeight / 2) + 3 * (kWidth / 2);
+    return {pixel[0], pixel[1], pixel[2]};
+  }
   int GreyAt(app::NPixels const& picture, float x, float y) const { return At(picture, x, y)[0]; }
 
   support::TemporaryFiles m_files;
@@ -279,17 +284,13 @@ TEST_F(PictureTest, TheSkyIsSeenInItsDirection) {
     m_camera->SetInterestX(direction[0]);
     m_camera->SetInterestY(direction[1]);
     m_camera->SetInterestZ(12 + direction[2]);
-    auto const picture = DrawPicture();
-    unsigned char const* const pixel = picture.GetRow(kHeight / 2) + 3 * (kWidth / 2);
-    ExpectColor({pixel[0], pixel[1], pixel[2]}, faces[face]);
+    ExpectColor(GetMiddle(), faces[face]);
   }
   // Turned about y by a quarter, +z is where +x was.
   m_environment->SetEnvironmentMapRotationY(90);
   m_camera->SetInterestX(1);
   m_camera->SetInterestZ(12);
-  auto const picture = DrawPicture();
-  unsigned char const* const pixel = picture.GetRow(kHeight / 2) + 3 * (kWidth / 2);
-  ExpectColor({pixel[0], pixel[1], pixel[2]}, faces[4]);
+  ExpectColor(GetMiddle(), faces[4]);
 }
 
 }  // namespace

@@ -1,0 +1,212 @@
+// A frame of a million triangles at 1920 x 1080: what the library and the taking over of changes
+// cost, and what the drawing does.
+
+#include <time.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <memory>
+#include <vector>
+
+#include "app/render/NContext.h"
+#include "app/render/NEye.h"
+#include "app/render/NLamps.h"
+#include "app/render/NRenderError.h"
+#include "app/render/NRenderer.h"
+#include "app/render/NTarget.h"
+#include "app/scene/NDocument.h"
+#include "app/scene/NStage.h"
+#include "bench/support.h"
+#include "corvanta/data/domain/geometry/NPolygonSurface.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
+#include "corvanta/data/domain/scenegraph/item/view_clip_distances.h"
+
+namespace {
+
+namespace app = corvanta::app;
+namespace item = corvanta::data::domain::scenegraph::item;
+using corvanta::core::node::NNodeID;
+using corvanta::core::node::NNodeReference;
+
+constexpr unsigned kGroups = 100, kModels = 100;  // in each group
+constexpr unsigned kWidth = 1920, kHeight = 1080;
+
+/// A ball of 100 triangles: 5 rings of 10 pairs.
+boost::intrusive_ptr<corvanta::data::domain::geometry::NGeometryNode> MakeBall(
+    app::NDocument& document) {
+  constexpr unsigned kAround = 10, kUp = 5;
+  std::vector<float> coords;
+  std::vector<unsigned> indices;
+  for (unsigned j = 0; j <= kUp; ++j) {
+    for (unsigned i = 0; i <= kAround; ++i) {
+      float const a = 6.2831853f * static_cast<float>(i) / kAround;
+      float const b = 3.1415927f * static_cast<float>(j) / kUp;
+      coords.insert(coords.end(),
+                    {std::sin(b) * std::cos(a), std::cos(b), std::sin(b) * std::sin(a)});
+      if (i == kAround || j == kUp) continue;
+      unsigned const at = j * (kAround + 1) + i;
+      indices.insert(indices.end(),
+                     {at, at + 1, at + kAround + 1, at + 1, at + kAround + 2, at + kAround + 1});
+    }
+  }
+  auto const geometry = document.GetGeometries().CreateNode(NNodeID());
+  boost::intrusive_ptr<corvanta::data::domain::geometry::NSurface> const surface(
+      new corvanta::data::domain::geometry::NPolygonSurface);
+  surface->Assign(coords, coords, indices, {});
+  geometry->AddSurface(*surface);
+  return geometry;
+}
+
+/// 10,000 models of 100 triangles under 100 groups, in a cube, and what draws them.
+class World {
+ public:
+  World() {
+    auto const root = m_document.GetItems().CreateNode<item::NSceneGraphGroupNode>(NNodeID());
+    auto const ball = MakeBall(m_document);
+    auto const material = m_document.GetMaterials().CreateNode(NNodeID());
+    material->SetDiffuseR(0.8);
+    material->SetDiffuseG(0.7);
+    material->SetDiffuseB(0.6);
+    for (unsigned i = 0; i != kGroups; ++i) {
+      auto const group = m_document.GetItems().CreateNode<item::NSceneGraphGroupNode>(NNodeID());
+      group->SetTranslationX(i % 10);
+      group->SetTranslationY(i / 10);
+      for (unsigned j = 0; j != kModels; ++j) {
+        auto const model = m_document.GetItems().CreateNode<item::NSceneGraphModelNode>(NNodeID());
+        model->SetGeometryNode(ball);
+        model->SetMaterial(material);
+        model->SetTranslationX(j % 10 * 0.1);
+        model->SetTranslationY(j / 10 * 0.1);
+        model->SetTranslationZ((i * 7 + j * 13) % 100 * 0.1);
+        for (auto const& scale : {item::AN_SCALE_X, item::AN_SCALE_Y, item::AN_SCALE_Z}) {
+          model->QueryAttribute(scale)->SetValue(0.045, true);
+        }
+        group->AddChild(*model);
+        moved = model;
+      }
+      root->AddChild(*group);
+    }
+    auto const tree = m_document.GetTrees().CreateNode(NNodeID());
+    tree->SetRoot(NNodeReference<item::NSceneGraphItemNode>(*root));
+    stage = std::make_unique<app::NStage>(m_document, tree);
+    renderer = std::make_unique<app::NRenderer>(m_context, m_document.GetEvents());
+    target = std::make_unique<app::NTarget>(m_context.GetGl(), kWidth, kHeight,
+                                            app::NTarget::NTK_PICTURE);
+  }
+
+  app::NEye GetEye() const {
+    auto const& camera = stage->GetView().GetCamera();
+    auto const [near, far] = item::GetClipDistances(camera, stage->GetView());
+    return app::GetEye(camera, static_cast<double>(kWidth) / kHeight, {near, far});
+  }
+
+  void Draw() const {
+    renderer->DrawPicture(stage->GetScene(), GetEye(), *target, {0, 0, kWidth, kHeight});
+    renderer->Finish();
+  }
+
+  std::string GetRendererName() const { return m_context.GetRendererName(); }
+
+ private:
+  app::NContext m_context;
+  app::NDocument m_document;
+
+ public:
+  boost::intrusive_ptr<item::NSceneGraphModelNode> moved;
+  std::unique_ptr<app::NStage> stage;
+  std::unique_ptr<app::NRenderer> renderer;
+  std::unique_ptr<app::NTarget> target;
+};
+
+World& GetWorld() {
+  static World& world = *new World;
+  return world;
+}
+
+/// All that a frame asks the library: the event of one moved item, its place, the clip distances,
+/// which read the scene's box, the matrices of the eye, and what each item says of itself.
+void Ask(World& world) {
+  world.renderer->Update(world.stage->GetScene());
+  benchmark::DoNotOptimize(world.GetEye());
+  benchmark::DoNotOptimize(app::ReadLamps(world.stage->GetEnvironment()));
+  for (app::NDrawItem const& drawn : world.renderer->GetItems()) {
+    benchmark::DoNotOptimize(drawn.model->IsWired());
+    benchmark::DoNotOptimize(drawn.model->GetBillboardType());
+    benchmark::DoNotOptimize(drawn.model->GetBoundingBoxWithoutChildren());
+  }
+}
+
+void LibraryOneMoved(benchmark::State& state) {
+  World& world = GetWorld();
+  world.Draw();
+  double x = 0;
+  for (auto _ : state) {
+    world.moved->SetTranslationX(x += 1e-6);
+    Ask(world);
+  }
+}
+BENCHMARK(LibraryOneMoved)->Unit(benchmark::kMicrosecond);
+
+/// The walk over all items, with a global transform for each.
+void LibraryAll(benchmark::State& state) {
+  World& world = GetWorld();
+  world.Draw();
+  bool isVisible = false;
+  for (auto _ : state) {
+    world.moved->SetIsVisibleFlag(isVisible = !isVisible);
+    Ask(world);
+  }
+  world.moved->SetIsVisibleFlag(true);
+}
+BENCHMARK(LibraryAll)->Unit(benchmark::kMillisecond);
+
+/// Units: nanoseconds.
+struct Frame {
+  double clock;
+  double processors;  // of all threads
+};
+
+double Now(clockid_t clock) {
+  timespec time{};
+  clock_gettime(clock, &time);
+  return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
+}
+
+/// The median of seven whole frames. Several threads draw.
+Frame MeasureFrame() {
+  World& world = GetWorld();
+  world.Draw();
+  std::vector<double> clocks, processors;
+  for (int i = 0; i != 7; ++i) {
+    world.moved->SetTranslationX(i * 1e-6);
+    double const clock = Now(CLOCK_MONOTONIC), processor = Now(CLOCK_PROCESS_CPUTIME_ID);
+    world.Draw();
+    clocks.push_back(Now(CLOCK_MONOTONIC) - clock);
+    processors.push_back(Now(CLOCK_PROCESS_CPUTIME_ID) - processor);
+  }
+  std::nth_element(clocks.begin(), clocks.begin() + 3, clocks.end());
+  std::nth_element(processors.begin(), processors.begin() + 3, processors.end());
+  return {clocks[3], processors[3]};
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    std::printf("drawn by %s\n", GetWorld().GetRendererName().c_str());
+  } catch (app::NRenderError const& error) {
+    std::printf("left out: %s\n", error.what());
+    return 0;
+  }
+  corvanta::bench::NRun const run(argc, argv);
+  double const library = run.GetTime("LibraryOneMoved");
+  Frame const frame = MeasureFrame();
+  corvanta::bench::Report("library's share of a frame, one of 10,000 items moved", library,
+                          {{"the whole frame", frame.clock}}, "must be below 5 ms");
+  corvanta::bench::Report("the same, all items walked anew", run.GetTime("LibraryAll"),
+                          {{"the whole frame", frame.clock}}, "");
+  corvanta::bench::Report("drawing of 1,000,000 triangles at 1920 x 1080", frame.clock - library,
+                          {{"by all processors", frame.processors - library}}, "");
+}
