@@ -64,6 +64,29 @@ void Add(NLamps& lamps, Source const& source) {
   lamps.ranges[index] = std::max(static_cast<float>(lamp.GetAttenuationRange()), 1e-30f);
 }
 
+// A lamp along the ground would throw shadows without an end.
+constexpr float kLeastSlope = 0.1f;
+// What a floor mirrors stays in the darkest shadow.
+constexpr double kDarkest = 0.8;
+
+/// `ambient` is the light that comes from everywhere, of three colours.
+void SetShadows(NLamps& lamps, std::vector<Source> const& sources, double ambient) {
+  std::array<double, kLampCount> shares{};
+  double total = std::max(ambient, 0.0);
+  for (std::size_t i = 0; i != static_cast<std::size_t>(lamps.farCount); ++i) {
+    float const brightness =
+        lamps.colors[3 * i] + lamps.colors[3 * i + 1] + lamps.colors[3 * i + 2];
+    shares[i] = std::max(0.0f, -lamps.directions[3 * i + 1] * brightness);
+    total += shares[i];
+  }
+  for (std::size_t i = 0; i != static_cast<std::size_t>(lamps.farCount); ++i) {
+    light_env::NLamp const& lamp = *sources[i].lamp;
+    if (!lamp.IsMakesShadow() || -lamps.directions[3 * i + 1] < kLeastSlope) continue;
+    double const shadow = kDarkest * lamp.GetShadowDarkness() * shares[i] / total;
+    lamps.shadows[i] = std::isfinite(shadow) ? static_cast<float>(std::clamp(shadow, 0.0, 1.0)) : 0;
+  }
+}
+
 }  // namespace
 
 NLamps ReadLamps(data::domain::environment::NEnvironmentNode const& environment) {
@@ -81,6 +104,9 @@ NLamps ReadLamps(data::domain::environment::NEnvironmentNode const& environment)
                         [](Source const& source) { return source.kind == 0; });
   NLamps lamps;
   for (Source const& source : sources) Add(lamps, source);
+  SetShadows(lamps, sources,
+             environment.GetAmbientLightR() + environment.GetAmbientLightG() +
+                 environment.GetAmbientLightB());
   return lamps;
 }
 

@@ -19,6 +19,9 @@ struct NLamps {
   std::array<float, 3 * kLampCount> directions{};
   std::array<float, 2 * kLampCount> cones{};  // cosines of half the spread and half the fall-off
   std::array<float, kLampCount> ranges{};
+  // How much of the light on a level floor a shadow takes away, 0 to 1: of the directional lamps
+  // from above that make shadows.
+  std::array<float, kLampCount> shadows{};
 };
 
 /// A lamp that emits minus takes its colour away.

@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "app/render/NBillboard.h"
+#include "app/render/NFlatProgram.h"
 #include "app/render/NMeshes.h"
 #include "app/render/NShade.h"
 #include "app/render/NSurfaceProgram.h"
@@ -28,6 +29,8 @@ using VX_Math::Vec3;
 
 // A picture that fills the view, for the program that draws the sky.
 constexpr int kPictureSky = 3;
+// Of the stencil, behind a bit for each lamp.
+constexpr unsigned kFloorBit = 1u << kLampCount;
 
 /// A model as it is drawn, beside its entry in the draw list.
 struct Drawn {
@@ -74,7 +77,7 @@ struct NRenderer::Block {
         events(&multiplexer),
         solidProgram(gl, false),
         clearProgram(gl, true),
-        numberProgram(gl, kSurfaceVertexShader, kNumberFragmentShader),
+        flatProgram(gl),
         skyProgram(gl, kSkyVertexShader, kSkyFragmentShader),
         textures(gl),
         meshes(gl),
@@ -125,6 +128,8 @@ struct NRenderer::Block {
     gl.glEnable(GL_DEPTH_TEST);
     gl.glDepthMask(GL_TRUE);
     gl.glDisable(GL_BLEND);
+    gl.glDisable(GL_STENCIL_TEST);
+    gl.glStencilMask(0xFF);
     gl.glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
   }
 
@@ -261,8 +266,43 @@ struct NRenderer::Block {
     program.SetShade(shade, pass.ambientLight, pass.lamps, pass.sky);
     program.SetPlace(*place, place->Inverse().Transpose());
     if (shade.isTransparent) gl.glEnable(GL_BLEND);
+    gl.glEnable(GL_STENCIL_TEST);
+    gl.glStencilFunc(GL_ALWAYS, kFloorBit, kFloorBit);
+    gl.glStencilOp(GL_KEEP, GL_KEEP, GL_REPLACE);
     DrawParts(meshes.Get(NDrawItem(), *floor, shade.mappings));
+    if (environment.FloorShowsShadow()) DrawShadows(pass, (*place)(3, 1));
+    gl.glDisable(GL_STENCIL_TEST);
+    gl.glStencilMask(0xFF);
     gl.glDisable(GL_BLEND);
+  }
+
+  /// The models flattened onto a floor that was drawn just now, for each lamp that makes shadows. A
+  /// bit of the stencil for each keeps a shadow from falling twice on one place.
+  void DrawShadows(Pass const& pass, float height) const {
+    flatProgram.Begin(pass.eye);
+    gl.glEnable(GL_BLEND);
+    gl.glEnable(GL_POLYGON_OFFSET_FILL);
+    gl.glPolygonOffset(-2.0f, -2.0f);
+    gl.glDepthMask(GL_FALSE);
+    gl.glStencilOp(GL_KEEP, GL_KEEP, GL_INVERT);
+    for (unsigned lamp = 0; lamp != kLampCount; ++lamp) {
+      float const darkness = pass.lamps.shadows[lamp];
+      if (darkness <= 0.0f) continue;
+      gl.glStencilMask(1u << lamp);
+      gl.glStencilFunc(GL_EQUAL, kFloorBit, kFloorBit | 1u << lamp);
+      float const* const direction = &pass.lamps.directions[std::size_t{3} * lamp];
+      float const x = direction[0] / direction[1], z = direction[2] / direction[1];
+      Matrix const flat(1, 0, 0, 0, -x, 0, -z, 0, 0, 0, 1, 0, height * x, height, height * z, 1);
+      for (std::size_t i = 0; i != all.size(); ++i) {
+        NDrawItem const& item = list.GetItems()[i];
+        if (!item.isPlaced || !item.model->DropsShadow()) continue;
+        flatProgram.SetColor({0.0f, 0.0f, 0.0f, darkness * all[i].shade->opacity});
+        flatProgram.SetPlace(item.global * flat);
+        DrawParts(all[i].parts);
+      }
+    }
+    gl.glDepthMask(GL_TRUE);
+    gl.glDisable(GL_POLYGON_OFFSET_FILL);
   }
 
   NGl const& gl;
@@ -270,7 +310,7 @@ struct NRenderer::Block {
   boost::intrusive_ptr<NChanges> const changes{new NChanges};
   NSurfaceProgram const solidProgram;
   NSurfaceProgram const clearProgram;  // for what is transparent, maybe in places
-  NProgram const numberProgram;
+  NFlatProgram const flatProgram;
   NProgram const skyProgram;
   NTextures textures;
   NMeshes meshes;
@@ -347,7 +387,7 @@ void NRenderer::DrawPicture(NSceneNode const& scene, NEye const& eye, NTarget co
     pass.sky = ReadSky(environment->GetEnvironmentMap(), block.textures);
   }
   block.gl.glClearColor(pass.color[0], pass.color[1], pass.color[2], 1.0f);
-  block.gl.glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+  block.gl.glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
   if (environment) block.DrawBackdrop(pass, *environment);
   block.DrawSolid(pass);
   if (environment) block.DrawFloor(pass, *environment);
@@ -360,25 +400,17 @@ void NRenderer::DrawNumbers(NSceneNode const& scene, NEye const& eye, NTarget co
   Update(scene);
   block.BeginView(target, viewport);
   block.gl.glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
-  block.gl.glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-  block.numberProgram.Use();
-  Matrix const viewProjection = eye.GetViewProjection();
-  block.gl.glUniformMatrix4fv(block.numberProgram.GetUniform("viewProjection"), 1, GL_FALSE,
-                              viewProjection[0]);
-  GLint const world = block.numberProgram.GetUniform("world");
-  GLint const number = block.numberProgram.GetUniform("number");
+  block.gl.glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
+  block.flatProgram.Begin(eye);
   for (std::size_t i = 0; i != block.all.size(); ++i) {
     NDrawItem const& item = block.list.GetItems()[i];
     if (!item.isPlaced) continue;
-    auto const id = static_cast<unsigned>(i + 1);
-    float const bytes[3] = {static_cast<float>(id >> 16 & 255) / 255.0f,
-                            static_cast<float>(id >> 8 & 255) / 255.0f,
-                            static_cast<float>(id & 255) / 255.0f};
-    block.gl.glUniform3fv(number, 1, bytes);
-    Matrix const global = item.model->GetBillboardType() == 0
-                              ? item.global
-                              : TurnBillboard(item.global, eye, item.model->GetBillboardType());
-    block.gl.glUniformMatrix4fv(world, 1, GL_FALSE, global[0]);
+    std::size_t const number = i + 1;
+    block.flatProgram.SetColor({static_cast<float>(number >> 16 & 255) / 255.0f,
+                                static_cast<float>(number >> 8 & 255) / 255.0f,
+                                static_cast<float>(number & 255) / 255.0f, 1.0f});
+    auto const type = item.model->GetBillboardType();
+    block.flatProgram.SetPlace(type == 0 ? item.global : TurnBillboard(item.global, eye, type));
     block.DrawParts(block.all[i].parts);
   }
 }

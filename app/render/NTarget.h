@@ -12,7 +12,7 @@ namespace corvanta::app {
 inline constexpr unsigned kMostSide = 16384;
 inline constexpr std::uint64_t kMostPixels = 32ull * 1024 * 1024;
 
-/// What is drawn into: linear colour and depth, with several samples a pixel or one.
+/// What is drawn into: linear colour, depth and stencil, with several samples a pixel or one.
 class NTarget {
  public:
   enum NKind {

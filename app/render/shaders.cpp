@@ -239,10 +239,10 @@ void main() {
 }
 )";
 
-char const* const kNumberFragmentShader = R"(#version 330 core
+char const* const kFlatFragmentShader = R"(#version 330 core
 out vec4 result;
-uniform vec3 number;
-void main() { result = vec4(number, 1.0); }
+uniform vec4 color;
+void main() { result = color; }
 )";
 
 char const* const kSkyVertexShader = R"(#version 330 core

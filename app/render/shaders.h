@@ -8,7 +8,7 @@ extern char const* const kSurfaceVertexShader;
 /// Behind its version line. With HAS_HOLES it leaves out what is clear, which keeps a driver from
 /// leaving out what is hidden.
 extern char const* const kSurfaceFragmentShader;
-extern char const* const kNumberFragmentShader;
+extern char const* const kFlatFragmentShader;
 extern char const* const kSkyVertexShader;
 extern char const* const kSkyFragmentShader;
 

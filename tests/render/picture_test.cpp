@@ -253,6 +253,35 @@ TEST_F(PictureTest, BillboardsFaceTheCamera) {
   }
 }
 
+TEST_F(PictureTest, TheFloorIsSeenAndShadowsFallOnIt) {
+  m_wall->SetIsVisibleFlag(false);
+  AddBall(*m_root, 0, 1, 0);
+  m_camera->SetTranslationY(9);
+  auto const lamp = AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  lamp->SetDirectionX(1);
+  lamp->SetDirectionY(-1);
+  lamp->SetDirectionZ(0);
+  m_environment->SetFloorGeometry(CreateGeometry({-9, 0, -9, 9, 0, -9, 9, 0, 9, -9, 0, 9},
+                                                 {0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1, 0},
+                                                 {0, 1, 2, 0, 2, 3}));
+  m_environment->SetFloorHeight(-1);
+  // The ball stands two units above the floor, so its shadow lies two to the right.
+  auto const seen = [this](float x) {
+    VX_Math::Vec3 place(x, -1, 0);
+    GetEye().GetViewProjection().MultVecMatrix(place, place);
+    auto const column = static_cast<unsigned>((place.x + 1) / 2 * kWidth);
+    auto const row = static_cast<unsigned>((1 - place.y) / 2 * kHeight);
+    return int{DrawPicture().GetRow(row)[3 * column]};
+  };
+  EXPECT_EQ(seen(-2.5f), 0);
+  m_environment->SetFloorIsVisibleFlag(true);
+  int const lit = seen(-2.5f);
+  EXPECT_GT(lit, 60);
+  EXPECT_LT(seen(2), lit - 30);
+  m_environment->SetFloorShowsShadowFlag(false);
+  EXPECT_EQ(seen(2), lit);
+}
+
 TEST_F(PictureTest, TheSkyIsSeenInItsDirection) {
   m_wall->SetIsVisibleFlag(false);
   // Six faces of one colour each, in a cube map of one pixel a face.

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <array>
+
+#include "app/render/NEye.h"
+#include "app/render/NProgram.h"
+#include "app/render/shaders.h"
+
+namespace corvanta::app {
+
+/// The program that gives all of a model one colour.
+class NFlatProgram {
+ public:
+  /// Fails: as NProgram.
+  explicit NFlatProgram(NGl const& gl)
+      : m_gl(gl),
+        m_program(gl, kSurfaceVertexShader, kFlatFragmentShader),
+        m_viewProjection(m_program.GetUniform("viewProjection")),
+        m_world(m_program.GetUniform("world")),
+        m_color(m_program.GetUniform("color")) {}
+
+  void Begin(NEye const& eye) const {
+    m_program.Use();
+    VX_Math::Matrix const viewProjection = eye.GetViewProjection();
+    m_gl.glUniformMatrix4fv(m_viewProjection, 1, GL_FALSE, viewProjection[0]);
+  }
+  void SetColor(std::array<float, 4> const& color) const {
+    m_gl.glUniform4fv(m_color, 1, color.data());
+  }
+  void SetPlace(VX_Math::Matrix const& global) const {
+    m_gl.glUniformMatrix4fv(m_world, 1, GL_FALSE, global[0]);
+  }
+
+ private:
+  NGl const& m_gl;
+  NProgram m_program;
+  GLint const m_viewProjection, m_world, m_color;
+};
+
+}  // namespace corvanta::app
