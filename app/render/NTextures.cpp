@@ -7,6 +7,8 @@
 #include "app/render/texels.h"
 #include "corvanta/core/uri/NPath.h"
 #include "corvanta/core/uri/NUri.h"
+#include "corvanta/data/internal/built_in_images.h"
+#include "corvanta/data/resource/image/create_image.h"
 
 namespace corvanta::app {
 
@@ -15,6 +17,17 @@ namespace {
 using data::domain::image::NImageNode;
 
 NTexels MakeGrey() { return {1, 1, {128, 128, 128, 255}, {}, false}; }
+
+/// The board that the library shows for a picture that isn't there.
+std::vector<NTexels> ReadBoard() {
+  namespace image = data::resource::image;
+  try {
+    return ReadTexels(*image::CreateImage(data::internal::GetNotFoundImage(), image::NIF_RAW),
+                      L".dds");
+  } catch (std::exception const&) {
+    return {};
+  }
+}
 
 std::vector<NTexels> Read(NImageNode const& image) {
   std::vector<NTexels> faces;
@@ -26,6 +39,7 @@ std::vector<NTexels> Read(NImageNode const& image) {
   } catch (std::exception const&) {
     // An archive that can't be opened; its picture isn't one.
   }
+  if (faces.empty()) faces = ReadBoard();
   if (faces.empty()) faces.push_back(MakeGrey());
   return faces;
 }

@@ -30,7 +30,7 @@ class NTextures {
  public:
   explicit NTextures(NGl const& gl) : m_gl(gl) {}
 
-  /// The picture of `image`. What isn't a picture becomes a pixel of middle grey.
+  /// The picture of `image`. What isn't a picture becomes the board that stands for one.
   NTexture const& Get(data::domain::image::NImageNode const& image, NTextureContent content);
   /// Forgets what the nodes showed, and the pictures of nodes that have gone.
   void Forget(std::unordered_set<data::domain::image::NImageNode const*> const& images);
