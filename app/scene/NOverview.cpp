@@ -5,6 +5,8 @@
 
 #include "corvanta/data/domain/scenegraph/item/view.h"
 #include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
+#include "corvanta/data/preset/preset.h"
+#include "corvanta/data/view/NView.h"
 
 namespace corvanta::app {
 
@@ -19,8 +21,12 @@ NOverview::NOverview(NDocument& document, Tree const& tree)
   auto const camera = document.GetItems().CreateNode<item::NSceneGraphCameraNode>(NNodeID());
   camera->SetCameraNode(m_lens);
   m_camera = {*camera, *tree};
-  Frame(data::domain::scenegraph::tree::GetBoundingBox(*tree));
   tree->GetRoot()->AddChild(*camera);
+  boost::intrusive_ptr<data::view::NView> const view(new data::view::NView);
+  view->SetScene(*m_scene);
+  data::preset::PresetCamera(m_lens, true);
+  data::preset::PresetSceneGraphCamera(camera, view, tree, true);
+  Frame(data::domain::scenegraph::tree::GetBoundingBox(*tree));
 }
 
 void NOverview::Frame(VX_Math::Box3 const& box) {
@@ -29,10 +35,17 @@ void NOverview::Frame(VX_Math::Box3 const& box) {
   double const radius = std::max(1e-3, static_cast<double>(box.GetSize().Length()) / 2);
   // The ball around the box fills the narrower angle of the view.
   double const half = m_lens->GetVerticalViewAngle() / 2 * 3.14159265358979324 / 180;
-  double const distance = radius / std::sin(half);
-  camera->SetTranslationX(center.x + distance * 0.4);
-  camera->SetTranslationY(center.y + distance * 0.3);
-  camera->SetTranslationZ(center.z + distance * std::sqrt(1 - 0.4 * 0.4 - 0.3 * 0.3));
+  auto const distance = static_cast<float>(radius / std::sin(half));
+  Vec3 sight = item::GetFocalVec(m_camera);
+  // A box that isn't finite has left the camera nowhere: it looks as the preset does.
+  float const square = sight.Dot(sight);
+  if (!std::isfinite(square) || square == 0) sight = {-0.433f, -0.5f, -0.75f};
+  sight.Normalize();
+  Vec3 eye = center - sight * distance;
+  m_tree->GetControlTransform().Inverse().MultVecMatrix(eye, eye);
+  camera->SetTranslationX(eye.x);
+  camera->SetTranslationY(eye.y);
+  camera->SetTranslationZ(eye.z);
   camera->SetInterestX(center.x);
   camera->SetInterestY(center.y);
   camera->SetInterestZ(center.z);

@@ -11,7 +11,7 @@
 
 namespace corvanta::app {
 
-/// A scene that shows a tree, with a camera in it that sees the whole.
+/// A scene that shows a tree, with a camera in it that sees the whole from where the preset looks.
 class NOverview {
  public:
   using Tree = boost::intrusive_ptr<data::domain::scenegraph::tree::NSceneGraphTreeNode>;
@@ -24,7 +24,7 @@ class NOverview {
 
   data::domain::scene::NSceneNode& GetScene() const { return *m_scene; }
   Camera const& GetCamera() const { return m_camera; }
-  /// Places the camera so that it sees the whole of `box`, and no farther than that.
+  /// Moves the camera along its line of sight so that it sees the whole of `box`, and no farther.
   void Frame(VX_Math::Box3 const& box);
   /// Whether a box that isn't finite has left the camera nowhere.
   bool IsLost() const;

@@ -49,7 +49,7 @@ TEST_F(PickTest, DrawsTheHits) {
   Result const miss = Pick({"--at", "0,0", "--size", "60x40", "-o", "miss.png"});
   if (miss.HasOneError("render", "EGL")) GTEST_SKIP() << miss.err;
   EXPECT_EQ(miss.status, 0);
-  EXPECT_EQ(Pick({"--at", "30,20", "--size", "60x40", "-o", "hit.png"}).status, 0);
+  EXPECT_EQ(Pick({"--ray", "0.2,0.2,5,0,0,-1", "--size", "60x40", "-o", "hit.png"}).status, 0);
   std::string const hit = support::ReadBytes(m_files.At("hit.png"));
   EXPECT_EQ(hit.substr(1, 3), "PNG");
   EXPECT_NE(hit, support::ReadBytes(m_files.At("miss.png")));
