@@ -1,5 +1,6 @@
 #include "app/import/NModelFile.h"
 
+#include <assimp/DefaultIOSystem.h>
 #include <assimp/postprocess.h>
 
 #include <algorithm>
@@ -7,9 +8,11 @@
 #include <assimp/Importer.hpp>
 #include <assimp/LogStream.hpp>
 #include <system_error>
+#include <utility>
 
 #include "app/import/NImportError.h"
 #include "app/import/check.h"
+#include "app/import/escape.h"
 #include "app/import/large_stack.h"
 
 namespace corvanta::app {
@@ -50,6 +53,28 @@ class NLog {
   };
 };
 
+// A file that isn't there may be one that the model names in the manner of URIs.
+class NFiles : public Assimp::DefaultIOSystem {
+ public:
+  explicit NFiles(std::string folder) : m_folder(std::move(folder)) {}
+
+  bool Exists(char const* path) const override {
+    return DefaultIOSystem::Exists(path) || DefaultIOSystem::Exists(GetPlain(path).c_str());
+  }
+  Assimp::IOStream* Open(char const* path, char const* mode) override {
+    Assimp::IOStream* const stream = DefaultIOSystem::Open(path, mode);
+    return stream != nullptr ? stream : DefaultIOSystem::Open(GetPlain(path).c_str(), mode);
+  }
+
+ private:
+  std::string GetPlain(std::string const& path) const {
+    std::size_t const own = path.compare(0, m_folder.size(), m_folder) == 0 ? m_folder.size() : 0;
+    return path.substr(0, own) + Unescape(path.substr(own));
+  }
+
+  std::string const m_folder;
+};
+
 }  // namespace
 
 NModelFile::NModelFile(std::filesystem::path const& path) {
@@ -58,6 +83,7 @@ NModelFile::NModelFile(std::filesystem::path const& path) {
   if (!std::filesystem::exists(status)) throw NImportError("no such file");
   if (!std::filesystem::is_regular_file(status)) throw NImportError("not a file");
   m_importer = std::make_unique<Assimp::Importer>();
+  m_importer->SetIOHandler(new NFiles(path.parent_path().string()));  // the importer's own now
   RunOnLargeStack([this, &path] { Read(path); });
 }
 

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <cstdlib>
 #include <memory>
 #include <system_error>
 #include <utility>
 
+#include "app/import/escape.h"
 #include "app/scene/NTemporaryArchive.h"
 #include "corvanta/core/text/convert.h"
 
@@ -56,23 +56,6 @@ NTemporaryArchive::Entry MakeEntry(aiTexture const& texture, unsigned number) {
   }
   auto const* const bytes = reinterpret_cast<unsigned char const*>(texture.pcData);
   return {name + extension, {bytes, bytes + texture.mWidth}};
-}
-
-// "%20" and its like as the characters that they stand for.
-std::string Unescape(std::string const& text) {
-  std::string result;
-  for (std::size_t i = 0; i != text.size(); ++i) {
-    auto const digit = [&](std::size_t at) {
-      return at < text.size() && std::isxdigit(static_cast<unsigned char>(text[at])) != 0;
-    };
-    if (text[i] == '%' && digit(i + 1) && digit(i + 2)) {
-      result += static_cast<char>(std::strtol(text.substr(i + 1, 2).c_str(), nullptr, 16));
-      i += 2;
-    } else {
-      result += text[i];
-    }
-  }
-  return result;
 }
 
 }  // namespace
