@@ -41,18 +41,37 @@ struct Extent {
 }  // namespace
 
 NAnimations::NAnimations(NDocument& document, aiScene const& scene, NHierarchy const& hierarchy,
-                         data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree)
+                         data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
+                         NGltfAnimations const* gltf)
     : m_document(document), m_hierarchy(hierarchy) {
   for (auto const& [camera, item] : hierarchy.GetCameras()) {
     aiCamera const& source = *scene.mCameras[camera];
     m_cameras.push_back({item, ToVec3(source.mLookAt), ToVec3(source.mUp)});
   }
   for (unsigned i = 0; i != scene.mNumAnimations; ++i) {
-    m_nodes.push_back(CreateNode(tree, *scene.mAnimations[i]));
+    aiAnimation const& source = *scene.mAnimations[i];
+    std::vector<Channel> channels;
+    if (gltf == nullptr) {
+      channels = GetChannels(source);
+    } else {
+      for (auto const& [node, keys] : gltf->GetChannels(i)) channels.push_back({node, keys.get()});
+    }
+    m_nodes.push_back(CreateNode(tree, source, channels));
   }
+  if (gltf != nullptr) m_unreadCount = gltf->GetFaultCount();
 }
 
-NAnimations::Range NAnimations::GetRange(aiAnimation const& source) {
+std::vector<NAnimations::Channel> NAnimations::GetChannels(aiAnimation const& source) const {
+  std::vector<Channel> channels;
+  for (unsigned i = 0; i != source.mNumChannels; ++i) {
+    aiNodeAnim const& keys = *source.mChannels[i];
+    channels.push_back({m_hierarchy.QueryNode(keys.mNodeName.C_Str()), &keys});
+  }
+  return channels;
+}
+
+NAnimations::Range NAnimations::GetRange(aiAnimation const& source,
+                                         std::vector<Channel> const& channels) {
   double const ticks = source.mTicksPerSecond;
   Range range{std::isfinite(ticks) && ticks > 0.0 ? ticks : kUnknownTicks, kUsualRate, 0, 0};
   if (range.ticksPerSecond >= kLeastRate && range.ticksPerSecond <= kLargestRate) {
@@ -60,11 +79,10 @@ NAnimations::Range NAnimations::GetRange(aiAnimation const& source) {
   }
   Extent extent{range.ticksPerSecond};
   extent.AddTime(source.mDuration / range.ticksPerSecond);
-  for (unsigned i = 0; i != source.mNumChannels; ++i) {
-    aiNodeAnim const& channel = *source.mChannels[i];
-    extent.Add(channel.mPositionKeys, channel.mNumPositionKeys);
-    extent.Add(channel.mRotationKeys, channel.mNumRotationKeys);
-    extent.Add(channel.mScalingKeys, channel.mNumScalingKeys);
+  for (auto const& [node, keys] : channels) {
+    extent.Add(keys->mPositionKeys, keys->mNumPositionKeys);
+    extent.Add(keys->mRotationKeys, keys->mNumRotationKeys);
+    extent.Add(keys->mScalingKeys, keys->mNumScalingKeys);
   }
   if (extent.last > 0.0) {
     // What rounding adds to a whole number of frames isn't another frame.
@@ -76,26 +94,26 @@ NAnimations::Range NAnimations::GetRange(aiAnimation const& source) {
 }
 
 NAnimations::NodePointer NAnimations::CreateNode(
-    data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree, aiAnimation const& source) {
+    data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree, aiAnimation const& source,
+    std::vector<Channel> const& channels) {
   auto const node = m_document.GetAnimations().CreateNode(core::node::NNodeID());
   if (source.mName.length != 0) node->SetName(core::text::ToWide(source.mName.C_Str()));
-  Range const range = GetRange(source);
+  Range const range = GetRange(source, channels);
   node->SetFps(range.fps);
   node->SetStartFrame(range.start);
   node->SetEndFrame(range.end);
   NCurvesByItem curves;
-  for (unsigned i = 0; i != source.mNumChannels; ++i) {
-    AddChannel(*node, *source.mChannels[i], range, curves);
-  }
+  for (Channel const& channel : channels) AddChannel(*node, channel, range, curves);
   for (NMovableCamera const& camera : m_cameras) AddCameraCurves(*node, tree, camera, curves);
   m_morphCount += source.mNumMeshChannels + source.mNumMorphMeshChannels;
   m_idleCount += node->GetAnimations().empty();
   return node;
 }
 
-void NAnimations::AddChannel(data::domain::animation::NAnimationNode& node,
-                             aiNodeAnim const& channel, Range const& range, NCurvesByItem& curves) {
-  auto const item = m_hierarchy.QueryItem(channel.mNodeName.C_Str());
+void NAnimations::AddChannel(data::domain::animation::NAnimationNode& node, Channel const& source,
+                             Range const& range, NCurvesByItem& curves) {
+  aiNodeAnim const& channel = *source.keys;
+  auto const item = m_hierarchy.QueryItem(source.node);
   if (!item) {
     if (m_strayCount++ == 0) m_firstStray = channel.mNodeName.C_Str();
     return;
@@ -133,6 +151,8 @@ std::vector<std::string> NAnimations::GetNotes() const {
        "animation keys aren't finite or stand too late, and were left out");
   note(m_faults.unsorted, "animation key stood behind a later one and was put in order",
        "animation keys stood behind later ones and were put in order");
+  note(m_unreadCount, "animation channel can't be read and was left out",
+       "animation channels can't be read and were left out");
   note(m_morphCount, "animation channel changes a mesh and was left out",
        "animation channels change meshes and were left out");
   note(m_idleCount, "animation moves nothing", "animations move nothing");

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "app/import/NGltfAnimations.h"
 #include "app/import/NHierarchy.h"
 #include "app/import/camera_curves.h"
 #include "app/import/item_curves.h"
@@ -22,14 +23,17 @@ namespace corvanta::app {
 ///
 /// A node's rate is the file's own where that is from 10 to 240 a second, otherwise 30, raised a
 /// little so that the range from 0 to the end is a whole number of frames. Before the first key and
-/// behind the last, a curve stays at that key. Files hold linear keys as far as Assimp tells.
+/// behind the last, a curve stays at that key. Keys are linear; only of a glTF 2 file is known what
+/// else they were.
 class NAnimations {
  public:
   using NodePointer = boost::intrusive_ptr<data::domain::animation::NAnimationNode>;
 
-  /// Requires: `hierarchy` is built, as `tree`.
+  /// The channels are those of `gltf`, if it is there, otherwise those of the scene.
+  /// Requires: `hierarchy` is built, as `tree`; `gltf` was read for `scene`.
   NAnimations(NDocument& document, aiScene const& scene, NHierarchy const& hierarchy,
-              data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree);
+              data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
+              NGltfAnimations const* gltf = nullptr);
 
   /// One for each animation of the file, in its order, also where it moves nothing here.
   std::vector<NodePointer> const& GetNodes() const { return m_nodes; }
@@ -45,10 +49,17 @@ class NAnimations {
     long end;
   };
 
-  static Range GetRange(aiAnimation const& source);
+  // What moves a node, and that node; null if it isn't there.
+  struct Channel {
+    aiNode const* node;
+    aiNodeAnim const* keys;
+  };
+
+  std::vector<Channel> GetChannels(aiAnimation const& source) const;
+  static Range GetRange(aiAnimation const& source, std::vector<Channel> const& channels);
   NodePointer CreateNode(data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
-                         aiAnimation const& source);
-  void AddChannel(data::domain::animation::NAnimationNode& node, aiNodeAnim const& channel,
+                         aiAnimation const& source, std::vector<Channel> const& channels);
+  void AddChannel(data::domain::animation::NAnimationNode& node, Channel const& source,
                   Range const& range, NCurvesByItem& curves);
 
   NDocument& m_document;
@@ -61,6 +72,7 @@ class NAnimations {
   std::size_t m_doubledCount = 0;  // channels of a node that has one
   std::size_t m_idleCount = 0;     // animations that move nothing
   std::size_t m_morphCount = 0;    // channels that change meshes
+  std::size_t m_unreadCount = 0;   // channels that gltf couldn't read
 };
 
 }  // namespace corvanta::app

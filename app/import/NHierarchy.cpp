@@ -66,7 +66,10 @@ void NHierarchy::Build(tree::NSceneGraphTreeNode& tree) {
   for (std::size_t i = 0; i != entries.size(); ++i) {
     aiNode const& node = *entries[i].node;
     entries[i].item = CreateItem(node);
-    if (m_scene.mNumAnimations != 0) m_itemsByNode.emplace(node.mName.C_Str(), entries[i].item);
+    if (m_scene.mNumAnimations != 0) {
+      m_nodesByName.emplace(node.mName.C_Str(), &node);
+      m_itemsByNode.emplace(&node, entries[i].item);
+    }
     entries[i].firstChild = entries.size();
     for (unsigned child = 0; child != node.mNumChildren; ++child) {
       entries.push_back({node.mChildren[child], nullptr, 0});
@@ -84,9 +87,14 @@ void NHierarchy::Build(tree::NSceneGraphTreeNode& tree) {
   AimCameras(tree);
 }
 
-NHierarchy::ItemPointer NHierarchy::QueryItem(std::string const& nodeName) const {
-  auto const entry = m_itemsByNode.find(nodeName);
+NHierarchy::ItemPointer NHierarchy::QueryItem(aiNode const* node) const {
+  auto const entry = m_itemsByNode.find(node);
   return entry == m_itemsByNode.end() ? nullptr : entry->second;
+}
+
+aiNode const* NHierarchy::QueryNode(std::string const& name) const {
+  auto const entry = m_nodesByName.find(name);
+  return entry == m_nodesByName.end() ? nullptr : entry->second;
 }
 
 NHierarchy::Content NHierarchy::TakeContent(aiNode const& node) {

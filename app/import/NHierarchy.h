@@ -34,10 +34,12 @@ class NHierarchy {
 
   /// The camera items with the numbers of their cameras in the file, in the file's order.
   Cameras const& GetCameras() const { return m_cameras; }
-  /// The item of a node of the file; of several nodes of one name, of the uppermost and first.
-  /// Fails: null if there is none, and in a file without animations.
+  /// The item of a node of the file. Fails: null for none, and in a file without animations.
   boost::intrusive_ptr<data::domain::scenegraph::item::NSceneGraphItemNode> QueryItem(
-      std::string const& nodeName) const;
+      aiNode const* node) const;
+  /// The node of a name; of several, the uppermost and first.
+  /// Fails: null if there is none, and in a file without animations.
+  aiNode const* QueryNode(std::string const& name) const;
 
   /// What the file holds and the scene can't, in UTF-8.
   std::vector<std::string> GetNotes() const;
@@ -74,7 +76,8 @@ class NHierarchy {
   std::vector<boost::intrusive_ptr<data::domain::geometry::NGeometryNode>> m_geometries;
   std::vector<bool> m_hasNoTriangles;
   Cameras m_cameras;
-  std::unordered_map<std::string, ItemPointer> m_itemsByNode;
+  std::unordered_map<std::string, aiNode const*> m_nodesByName;
+  std::unordered_map<aiNode const*, ItemPointer> m_itemsByNode;
   std::size_t m_shearedCount = 0;
   std::string m_firstSheared;
   std::size_t m_flatCount = 0;  // meshes without a triangle

@@ -142,7 +142,8 @@ std::string AddAnimation(std::string const& gltf, std::string const& name,
     auto const values = buffer.Add(channel.values, isTurn ? 4 : 3, isTurn ? "VEC4" : "VEC3");
     animation["channels"].push_back({{"sampler", animation["samplers"].size()},
                                      {"target", {{"node", channel.node}, {"path", channel.path}}}});
-    animation["samplers"].push_back({{"input", times}, {"output", values}});
+    animation["samplers"].push_back(
+        {{"input", times}, {"output", values}, {"interpolation", channel.interpolation}});
   }
   file["animations"].push_back(animation);
   file["buffers"].push_back(buffer.Describe());

@@ -46,6 +46,7 @@ struct Channel {
   std::string path;
   std::vector<float> times;
   std::vector<float> values;
+  std::string interpolation = "LINEAR";
 };
 std::string AddAnimation(std::string const& gltf, std::string const& name,
                          std::vector<Channel> const& channels);

@@ -1,0 +1,151 @@
+#include "app/import/NGltfFile.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <string_view>
+
+#include "app/import/NImportError.h"
+#include "app/import/escape.h"
+
+namespace corvanta::app {
+
+namespace {
+
+using nlohmann::json;
+
+std::string ReadFile(std::filesystem::path const& path) {
+  if (!std::filesystem::is_regular_file(path)) throw NImportError("not a file");
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::uint32_t ReadWord(std::string const& bytes, std::size_t at) {
+  if (bytes.size() < 4 || at > bytes.size() - 4) throw NImportError("the file ends too early");
+  std::uint32_t word;  // little-endian, as all of glTF
+  std::memcpy(&word, bytes.data() + at, 4);
+  return word;
+}
+
+std::string FromBase64(std::string_view text) {
+  constexpr std::string_view kDigits =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  std::array<unsigned char, 256> values;
+  values.fill(64);
+  for (std::size_t i = 0; i != 64; ++i) values[static_cast<unsigned char>(kDigits[i])] = i & 63;
+  std::string bytes;
+  bytes.reserve(text.size() / 4 * 3);
+  std::uint32_t bits = 0;
+  int count = 0;
+  for (char const c : text) {
+    std::uint32_t const value = values[static_cast<unsigned char>(c)];
+    if (value == 64) break;  // the padding
+    bits = bits << 6 | value;
+    if ((count += 6) < 8) continue;
+    count -= 8;
+    bytes += static_cast<char>(bits >> count & 255);
+  }
+  return bytes;
+}
+
+template <class Number>
+float ReadNumber(char const* at, float largest) {
+  Number number;
+  std::memcpy(&number, at, sizeof(number));
+  return std::max(static_cast<float>(number) / largest, -1.0f);
+}
+
+struct Format {
+  std::size_t size;  // bytes
+  float (*read)(char const* at);
+};
+
+Format GetFormat(json const& accessor) {
+  int const type = accessor.at("componentType").get<int>();
+  if (type == 5126) {
+    return {4, [](char const* at) {
+              float number;
+              std::memcpy(&number, at, 4);
+              return number;
+            }};
+  }
+  if (!accessor.value("normalized", false)) throw NImportError("integers");
+  switch (type) {
+    case 5120:
+      return {1, [](char const* at) { return ReadNumber<std::int8_t>(at, 127.0f); }};
+    case 5121:
+      return {1, [](char const* at) { return ReadNumber<std::uint8_t>(at, 255.0f); }};
+    case 5122:
+      return {2, [](char const* at) { return ReadNumber<std::int16_t>(at, 32767.0f); }};
+    case 5123:
+      return {2, [](char const* at) { return ReadNumber<std::uint16_t>(at, 65535.0f); }};
+    default:
+      throw NImportError("numbers of an unknown kind");
+  }
+}
+
+}  // namespace
+
+NGltfFile::NGltfFile(std::filesystem::path const& path) : m_folder(path.parent_path()) {
+  std::string const bytes = ReadFile(path);
+  if (bytes.compare(0, 4, "glTF") != 0) {
+    m_root = json::parse(bytes);
+  } else {
+    std::size_t const length = ReadWord(bytes, 12);
+    m_root = json::parse(
+        std::string_view(bytes).substr(std::min<std::size_t>(20, bytes.size()), length));
+    std::size_t const next = 20 + length;
+    if (bytes.size() > next + 8) m_chunk = bytes.substr(next + 8, ReadWord(bytes, next));
+  }
+  if (m_root.at("asset").at("version").get<std::string>().compare(0, 2, "2.") != 0) {
+    throw NImportError("another version of glTF");
+  }
+}
+
+std::vector<float> NGltfFile::ReadAccessor(std::size_t number, std::size_t width) {
+  json const& accessor = m_root.at("accessors").at(number);
+  auto const type = accessor.at("type").get<std::string>();
+  if (type != (width == 1 ? "SCALAR" : "VEC" + std::to_string(width)) ||
+      accessor.contains("sparse")) {
+    throw NImportError("an accessor of another kind");
+  }
+  Format const format = GetFormat(accessor);
+  json const& view = m_root.at("bufferViews").at(accessor.at("bufferView").get<std::size_t>());
+  std::string const& buffer = GetBuffer(view.at("buffer").get<std::size_t>());
+  auto const count = accessor.at("count").get<std::size_t>();
+  auto const stride = view.value("byteStride", format.size * width);
+  auto const begin = view.value("byteOffset", std::size_t(0));
+  auto const offset = accessor.value("byteOffset", std::size_t(0));
+  std::size_t const size = buffer.size();
+  // Each alone first, so that no sum or product runs over.
+  if (count > size || stride > 255 || begin > size || offset > size ||
+      (count != 0 && begin + offset + (count - 1) * stride + format.size * width > size)) {
+    throw NImportError("an accessor leaves its buffer");
+  }
+  std::vector<float> numbers;
+  numbers.reserve(count * width);
+  for (std::size_t i = 0; i != count; ++i) {
+    char const* const element = buffer.data() + begin + offset + i * stride;
+    for (std::size_t k = 0; k != width; ++k)
+      numbers.push_back(format.read(element + k * format.size));
+  }
+  return numbers;
+}
+
+std::string const& NGltfFile::GetBuffer(std::size_t number) {
+  json const& buffer = m_root.at("buffers").at(number);
+  if (!buffer.contains("uri")) return m_chunk;
+  if (auto const known = m_buffers.find(number); known != m_buffers.end()) return known->second;
+  auto const& uri = buffer.at("uri").get_ref<std::string const&>();
+  if (uri.compare(0, 5, "data:") != 0) {
+    return m_buffers[number] = ReadFile(m_folder / Unescape(uri));
+  }
+  auto const comma = uri.find(";base64,");
+  if (comma == std::string::npos) throw NImportError("a buffer in an unknown code");
+  return m_buffers[number] = FromBase64(std::string_view(uri).substr(comma + 8));
+}
+
+}  // namespace corvanta::app

@@ -1,0 +1,186 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <map>
+#include <numbers>
+
+#include "app/import/NGltfFile.h"
+#include "app/import/angles.h"
+#include "app/import/import.h"
+#include "corvanta/core/text/convert.h"
+#include "tests/app/program.h"
+
+namespace corvanta::app_tests {
+namespace {
+
+using nlohmann::json;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+template <class Number>
+std::string ToBytes(std::vector<Number> const& numbers) {
+  std::string bytes(numbers.size() * sizeof(Number), '\0');
+  std::memcpy(bytes.data(), numbers.data(), bytes.size());
+  return bytes;
+}
+
+// A file whose first animation can be looked at.
+class Played {
+ public:
+  explicit Played(std::string const& gltf) {
+    m_files.Write("model.gltf", gltf);
+    m_model = app::ImportModel(m_document, (m_files.GetFolder() / "model.gltf").string());
+    for (auto const& [context, curve] : GetNode().GetAnimations()) {
+      auto const host = context.target->GetTarget();
+      auto const name = core::text::ToNarrow(dynamic_cast<data::domain::NNode&>(*host).GetName());
+      m_hosts[name] = host;
+    }
+  }
+
+  data::domain::animation::NAnimationNode& GetNode() const { return *m_model.animations.at(0); }
+  std::vector<std::string> const& GetNotes() const { return m_model.notes; }
+  std::size_t GetItemCount() const { return m_hosts.size(); }
+
+  double At(double seconds, std::string const& item, wchar_t const* attribute) const {
+    GetNode().SetFrame(seconds * GetNode().GetFps());
+    return m_hosts.at(item)->QueryAttribute(attribute)->GetValue().GetDouble();
+  }
+
+ private:
+  support::TemporaryFiles const m_files;
+  app::NDocument m_document;
+  app::NImportedModel m_model;
+  std::map<std::string, boost::intrusive_ptr<core::attribute::NAttributeHost>> m_hosts;
+};
+
+std::string PartGltf() { return MakeGltf({Triangle()}, {{{"name", "part"}, {"mesh", 0}}}); }
+
+TEST(GltfAnimationTest, StepsStay) {
+  float const half = std::sqrt(0.5f);
+  Played const played(
+      AddAnimation(PartGltf(), "steps",
+                   {{0, "translation", {0, 1, 2}, {1, 0, 0, 5, 0, 0, 3, 0, 0}, "STEP"},
+                    {0, "rotation", {0.5, 2}, {0, 0, 0, 1, 0, half, 0, half}, "STEP"}}));
+  for (auto const& [seconds, x, turn] : std::vector<std::array<double, 3>>{
+           {0, 1, 0}, {0.999, 1, 0}, {1, 5, 0}, {1.999, 5, 0}, {2, 3, 90}}) {
+    EXPECT_NEAR(played.At(seconds, "part", L"translation.x"), x, 1e-9) << seconds;
+    EXPECT_NEAR(played.At(seconds, "part", L"rotation.y"), turn, 1e-3) << seconds;
+  }
+}
+
+// Tangents are given a second, and the span takes two.
+TEST(GltfAnimationTest, SplinesBendAsTheirTangentsSay) {
+  float const half = std::sqrt(0.5f);
+  Played const played(
+      AddAnimation(PartGltf(), "splines",
+                   {{0,
+                     "translation",
+                     {1, 3},
+                     {9, 9, 9, 0, 0, 0, 1, 4, 0, 0, -2, 0, 8, 0, 0, 9, 9, 9},
+                     "CUBICSPLINE"},
+                    {0,
+                     "rotation",
+                     {1, 3},
+                     {0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, half, 0, half, 0, 0, 0, 0},
+                     "CUBICSPLINE"}}));
+  for (int i = 0; i <= 40; ++i) {
+    double const u = i / 40.0, seconds = 1 + 2 * u;
+    double const toB = u * u * (3 - 2 * u);
+    double const out = 2 * u * (1 - u) * (1 - u), in = 2 * u * u * (u - 1);
+    EXPECT_NEAR(played.At(seconds, "part", L"translation.x"), 8 * toB + out, 3e-3);
+    EXPECT_NEAR(played.At(seconds, "part", L"translation.y"), 4 * out - 2 * in, 3e-3);
+    // Half the angle has the tangent of the quaternion's parts.
+    double const turn = 2 * std::atan2(half * toB, 1 - toB + half * toB) * 180 / std::numbers::pi;
+    EXPECT_NEAR(played.At(seconds, "part", L"rotation.y"), turn, 2 * app::kTurnTolerance);
+  }
+}
+
+TEST(GltfAnimationTest, NodesOfOneNameMoveEachForItself) {
+  Played const played(
+      AddAnimation(MakeGltf({Triangle()}, {{{"name", "top"}, {"children", {2, 1}}},
+                                           {{"name", "twin"}, {"mesh", 0}, {"scale", {1, -2, 1}}},
+                                           {{"name", "twin"}, {"mesh", 0}}}),
+                   "both",
+                   {{1, "translation", {0, 1}, {0, 0, 0, 1, 0, 0}},
+                    {2, "translation", {0, 1}, {0, 0, 0, 2, 0, 0}}}));
+  EXPECT_THAT(played.GetNotes(), testing::IsEmpty());
+  ASSERT_EQ(played.GetItemCount(), 2u);
+  // The items are named in the order in which they stand.
+  for (auto const& [name, x, scale] :
+       {std::tuple("twin", 2.0, 1.0), std::tuple("twin (2)", 1.0, -2.0)}) {
+    EXPECT_NEAR(played.At(1, name, L"translation.x"), x, 1e-9) << name;
+    EXPECT_NEAR(played.At(1, name, L"scale.y"), scale, 1e-9) << name;
+  }
+}
+
+TEST(GltfAnimationTest, LeavesOutWhatCannotBeRead) {
+  json file =
+      json::parse(AddAnimation(PartGltf(), "some",
+                               {{0, "translation", {0, 1}, {0, 0, 0, 4, 0, 0}, "CUBICSPLINE"},
+                                {0, "scale", {0, 1}, {1, 1, 1, 3, 1, 1}}}));
+  // Without a node a channel means nothing.
+  json channel = file["animations"][0]["channels"][1];
+  channel["target"] = {{"path", "scale"}};
+  file["animations"][0]["channels"].push_back(channel);
+  Played const played(file.dump());
+  EXPECT_THAT(played.GetNotes(), ElementsAre(HasSubstr("1 animation channel can't be read")));
+  EXPECT_EQ(played.GetItemCount(), 1u);
+  EXPECT_EQ(played.At(1, "part", L"translation.x"), 0);
+  EXPECT_NEAR(played.At(1, "part", L"scale.x"), 3, 1e-9);
+}
+
+// In a file of its own, whose name the URI escapes, and in a binary file.
+TEST(GltfAnimationTest, ReadsIntegersAsFractions) {
+  std::string const bytes =
+      ToBytes<float>({0, 1}) + ToBytes<std::int16_t>({0, 0, 0, 32767, 0, 23170, 0, 23170});
+  json file = json::parse(PartGltf());
+  std::size_t const buffer = file["buffers"].size(), view = file["bufferViews"].size();
+  std::size_t const times = file["accessors"].size();
+  file["buffers"].push_back({{"uri", "its%20turns.bin"}, {"byteLength", bytes.size()}});
+  file["bufferViews"].push_back({{"buffer", buffer}, {"byteLength", bytes.size()}});
+  file["accessors"].push_back({{"bufferView", view},
+                               {"componentType", 5126},
+                               {"count", 2},
+                               {"type", "SCALAR"},
+                               {"min", {0}},
+                               {"max", {1}}});
+  file["accessors"].push_back({{"bufferView", view},
+                               {"byteOffset", 8},
+                               {"componentType", 5122},
+                               {"normalized", true},
+                               {"count", 2},
+                               {"type", "VEC4"}});
+  file["animations"] = {
+      {{"samplers", {{{"input", times}, {"output", times + 1}}}},
+       {"channels", {{{"sampler", 0}, {"target", {{"node", 0}, {"path", "rotation"}}}}}}}};
+
+  support::TemporaryFiles const files;
+  files.Write("its turns.bin", bytes);
+  files.Write("model.gltf", file.dump());
+  app::NDocument document;
+  auto const model = app::ImportModel(document, (files.GetFolder() / "model.gltf").string());
+  auto& node = *model.animations.at(0);
+  node.SetFrame(node.GetFps() / 2);
+  EXPECT_NEAR(model.tree->GetRoot()->GetRotationY(), 45, 0.01);
+
+  file["buffers"][buffer].erase("uri");
+  std::string text = file.dump();
+  text.resize((text.size() + 3) / 4 * 4, ' ');
+  auto const word = [](std::size_t value) {
+    return ToBytes<std::uint32_t>({static_cast<std::uint32_t>(value)});
+  };
+  files.Write("model.glb", "glTF" + word(2) + word(28 + text.size() + bytes.size()) +
+                               word(text.size()) + "JSON" + text + word(bytes.size()) +
+                               std::string("BIN\0", 4) + bytes);
+  app::NGltfFile binary(files.GetFolder() / "model.glb");
+  EXPECT_THAT(binary.ReadAccessor(times, 1), ElementsAre(0, 1));
+  EXPECT_NEAR(binary.ReadAccessor(times + 1, 4)[5], 0.7071, 1e-4);
+  EXPECT_ANY_THROW(binary.ReadAccessor(times + 1, 3));
+  EXPECT_ANY_THROW(binary.ReadAccessor(times + 2, 3));
+}
+
+}  // namespace
+}  // namespace corvanta::app_tests
