@@ -84,7 +84,8 @@ class Axis {
     double const rough = range.GetSize() / tickCount;
     double const power = std::pow(10.0, std::floor(std::log10(rough)));
     double const digit = rough / power;
-    m_step = power * (digit <= 1.0 ? 1.0 : digit <= 2.0 ? 2.0 : digit <= 5.0 ? 5.0 : 10.0);
+    // The nearest, so that there are two ticks at least.
+    m_step = power * (digit < 1.5 ? 1.0 : digit < 3.5 ? 2.0 : digit < 7.5 ? 5.0 : 10.0);
   }
 
   double GetPixel(double value) const {

@@ -224,5 +224,19 @@ TEST(PlotTest, LeavesGapsAndPartsWhatDiffersInSize) {
   EXPECT_THAT(svg, Not(AnyOf(HasSubstr("nan"), HasSubstr("inf"))));
 }
 
+TEST(PlotTest, AxesHaveTwoTicksAtLeast) {
+  for (double half = 1.0; half < 10.0; half += 0.05) {
+    app::NRecording recording(1);
+    recording.Add(0.0, {-half});
+    recording.Add(1.0, {half});
+    std::ostringstream out;
+    app::WritePlot(out, "title", {{"item", "scale.x"}}, recording);
+    std::string const svg = out.str();
+    auto const first = svg.find("text-anchor=\"end\"");
+    ASSERT_NE(first, std::string::npos);
+    EXPECT_NE(svg.find("text-anchor=\"end\"", first + 1), std::string::npos) << half;
+  }
+}
+
 }  // namespace
 }  // namespace corvanta::app_tests
