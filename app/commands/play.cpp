@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <system_error>
 
 #include "app/commands/commands.h"
 #include "app/commands/size.h"
@@ -209,6 +210,12 @@ class Play {
   bool m_hasFailed = false;
 };
 
+bool IsSamePlace(std::string const& a, std::string const& b) {
+  std::error_code error;
+  auto const place = std::filesystem::weakly_canonical(a, error);
+  return a == b || (!error && place == std::filesystem::weakly_canonical(b, error) && !error);
+}
+
 /// What the options can't be together or at all; empty if they can be.
 std::string FindFault(Options const& options) {
   if (options.timeline && options.isTour) return "--timeline and --tour exclude each other";
@@ -219,7 +226,7 @@ std::string FindFault(Options const& options) {
   if (options.pace.seconds && !(*options.pace.seconds > 0.0 && *options.pace.seconds <= 1e7)) {
     return "--seconds needs a number above 0, up to ten million";
   }
-  if (!options.csv.empty() && options.csv == options.plot) {
+  if (!options.csv.empty() && IsSamePlace(options.csv, options.plot)) {
     return "--csv and --plot name the same file";
   }
   if (!options.camera.empty() && options.isTour) return "--camera and --tour exclude each other";

@@ -155,7 +155,7 @@ TEST_F(PlayTest, RefusesInOneLineAndLeavesFilesAlone) {
       {{"--fps", "nan"}, 2, "options", "--fps"},
       {{"--seconds", "-1"}, 2, "options", "--seconds"},
       {{"--seconds", "inf"}, 2, "options", "--seconds"},
-      {{"--csv", "kept", "--plot", "kept"}, 2, "options", "same file"},
+      {{"--csv", "kept", "--plot", "./kept"}, 2, "options", "same file"},
       {{"--csv", "kept", "--plot", "no/such/folder.svg"}, 1, "no/such/folder.svg", "written"},
       {{"--csv", "kept", "--plot", "."}, 1, ".", "written"},
   };
