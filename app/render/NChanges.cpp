@@ -76,6 +76,14 @@ void NChanges::OnRemoveTexture(
   m_marks.changedMaterials.insert(&material);
 }
 
+void NChanges::OnEnvironmentMapImageChange(domain::material::NMaterialNode const& material) {
+  m_marks.changedMaterials.insert(&material);
+}
+
+void NChanges::OnEnvironmentMapImageTypeChange(domain::material::NMaterialNode const& material) {
+  m_marks.changedMaterials.insert(&material);
+}
+
 void NChanges::OnMaterialChange(domain::scenegraph::item::NSceneGraphModelNode const&,
                                 boost::intrusive_ptr<domain::material::NMaterialNode> const&) {
   m_marks.structure = true;

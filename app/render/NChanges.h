@@ -46,6 +46,13 @@ class NChanges final : public data::events::NEventListener {
       boost::intrusive_ptr<data::domain::texture::NTextureNode> const& texture,
       boost::intrusive_ptr<data::domain::material::texture_mapping::NTextureMapping> const& mapping)
       override;
+  void OnEnvironmentMapImageChange(data::domain::material::NMaterialNode const& material) override;
+  void OnEnvironmentMapImageTypeChange(
+      data::domain::material::NMaterialNode const& material) override;
+  // What an environment shows is read for each picture.
+  void OnEnvironmentMapImageChange(data::domain::environment::NEnvironmentNode const&) override {}
+  void OnEnvironmentMapImageTypeChange(
+      data::domain::environment::NEnvironmentNode const&) override {}
   void OnMaterialChange(
       data::domain::scenegraph::item::NSceneGraphModelNode const& model,
       boost::intrusive_ptr<data::domain::material::NMaterialNode> const& oldMaterial) override;

@@ -92,6 +92,12 @@ TEST_F(UploadsTest, OnlyTheNamedThingIsUploadedAgain) {
   ExpectMore(0, 0, 1);
   m_model->SetGeometryNode(CreateBall());
   ExpectMore(1, 1, 0);
+  m_material->SetEnvironmentMapIsEnabledFlag(true);
+  ExpectMore(0, 0, 0);
+  m_material->GetEnvironmentMap().SetImage(m_image);
+  ExpectMore(0, 0, 1);  // the same picture, but as a cube
+  m_material->GetEnvironmentMap().SetImageType(data::environment_map::NEMIT_RECTANGULAR);
+  ExpectMore(0, 0, 0);
 }
 
 TEST_F(UploadsTest, BrokenTrianglesDrawNothingAndHarmNothingElse) {
