@@ -223,6 +223,15 @@ std::string CheckChoice(std::string const& text) {
   return ParseChoice(text) ? "" : "needs material=N, N from 0";
 }
 
+// CLI::Range lets NaN through.
+std::string CheckTime(std::string const& text) {
+  double seconds = 0;
+  char const* const end = text.data() + text.size();
+  auto const [rest, fault] = std::from_chars(text.data(), end, seconds);
+  bool const isTime = fault == std::errc() && rest == end && seconds >= 0 && seconds <= 1e9;
+  return isTime ? "" : "needs seconds from 0 to 1e9";
+}
+
 }  // namespace
 
 void AddRender(CLI::App& program, int& status) {
@@ -239,7 +248,7 @@ void AddRender(CLI::App& program, int& status) {
   command
       ->add_option("--time", options->time,
                    "Play the first animation of each file up to that second")
-      ->check(CLI::Range(0.0, 1e9));
+      ->check(CLI::Validator(&CheckTime, "from 0 to 1e9"));
   command
       ->add_option("--set", options->assignments,
                    "Set an attribute of a node, NAME.ATTRIBUTE=VALUE")

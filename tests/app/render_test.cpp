@@ -112,6 +112,7 @@ TEST_F(RenderTest, RefusesInOneLineAndLeavesNothing) {
            {{"-o", "a.png", "--stereo", "--hmd"}, 2, "options"},
            {{"-o", "a.png", "--camera", "tour:-1"}, 2, "--camera"},
            {{"-o", "a.png", "--time", "soon"}, 2, "options"},
+           {{"-o", "a.png", "--time", "nan"}, 2, "options"},
            {{"-o", "a.png", "--texture", "model.gltf"}, 1, "model.gltf"},
        }) {
     Result const result = Render(row.arguments);
