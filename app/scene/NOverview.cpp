@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "app/scene/model_box.h"
 #include "corvanta/data/domain/scenegraph/item/view.h"
-#include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
 #include "corvanta/data/preset/preset.h"
 #include "corvanta/data/view/NView.h"
 
@@ -26,7 +26,7 @@ NOverview::NOverview(NDocument& document, Tree const& tree)
   view->SetScene(*m_scene);
   data::preset::PresetCamera(m_lens, true);
   data::preset::PresetSceneGraphCamera(camera, view, tree, true);
-  Frame(data::domain::scenegraph::tree::GetBoundingBox(*tree));
+  Frame(GetModelBox(tree));
 }
 
 void NOverview::Frame(VX_Math::Box3 const& box) {
@@ -69,11 +69,12 @@ Vec3 NOverview::GetEye() const {
 }
 
 VX_Math::Matrix NOverview::GetViewProjection(double aspect) const {
-  auto const [near, far] = item::GetClipDistances(m_camera, *m_tree);
+  // A line of sight is found best through points about as far away as the models.
+  double const distance = item::GetFocalLength(m_camera);
   FitAspect(aspect);
-  return item::GetViewMatrix(m_camera) * m_lens->GetProjectionMatrix(aspect, near, far,
-                                                                     item::GetFocalLength(m_camera),
-                                                                     -0.5, 0.5, 0.5, -0.5, 0, 0);
+  return item::GetViewMatrix(m_camera) * m_lens->GetProjectionMatrix(aspect, distance / 10,
+                                                                     distance * 10, distance, -0.5,
+                                                                     0.5, 0.5, -0.5, 0, 0);
 }
 
 }  // namespace corvanta::app

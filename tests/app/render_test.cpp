@@ -94,6 +94,26 @@ TEST_F(RenderTest, ReportsWhatClippingCutsOff) {
   EXPECT_EQ(lines[2], "6 vertices, 0 of them before near, 0 beyond far");
 }
 
+TEST_F(RenderTest, SeesModelsBelowManyTurnedLevels) {
+  // The boxes of 40 levels, each of a level's box, are a million times as large as the model.
+  nlohmann::json nodes;
+  for (int i = 0; i != 40; ++i) {
+    nodes.push_back({{"children", {i + 1}}, {"rotation", {0.2, 0.3, 0.1, 0.927361849549570}}});
+  }
+  nodes.push_back({{"name", "deep"}, {"mesh", 0}});
+  Mesh square;
+  square.coords = {-1, -1, 0, 1, -1, 0, 1, 1, 0, -1, 1, 0};
+  square.indices = {0, 1, 2, 0, 2, 3};
+  m_files.Write("model.gltf", MakeGltf({square}, nodes));
+  Result const drawn = Render({"--ids", "ids.png", "--clip-report", "--size", "90x60"});
+  if (drawn.HasOneError("render", "EGL")) GTEST_SKIP() << drawn.err;
+  ASSERT_EQ(drawn.Lines().size(), 4u) << drawn.err;
+  EXPECT_EQ(drawn.Lines()[2].find("seen from "), 0u) << drawn.Lines()[2];
+  Result const picked =
+      RunProgram(m_files, {"pick", "model.gltf", "--at", "45,30", "--size", "90x60"});
+  EXPECT_NE(picked.out.find("deep"), std::string::npos) << picked.out << picked.err;
+}
+
 TEST_F(RenderTest, RefusesInOneLineAndLeavesNothing) {
   struct Row {
     std::vector<std::string> arguments;
