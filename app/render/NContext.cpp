@@ -103,6 +103,10 @@ NContext::NContext() : m_block(new Block) {
   };
 #define CORVANTA_GL(TYPE, NAME) find(#NAME, block.gl.NAME);
 #include "app/render/gl_functions.def"
+  GLint major = 0, minor = 0;
+  block.gl.glGetIntegerv(GL_MAJOR_VERSION, &major);
+  block.gl.glGetIntegerv(GL_MINOR_VERSION, &minor);
+  if (10 * major + minor >= 45) find("glClipControl", block.gl.glClipControl);
 }
 
 NContext::~NContext() = default;

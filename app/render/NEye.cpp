@@ -44,6 +44,12 @@ void SetLens(NEye& eye, NCameraNode const& lens) {
 
 }  // namespace
 
+Matrix NEye::GetDrawnViewProjection() const {
+  Matrix turned = projection;
+  for (int row = 0; row != 4; ++row) turned(row, 2) = projection(row, 3) - projection(row, 2);
+  return view * turned;
+}
+
 NEye GetEye(NCameraPath const& camera, double aspect, NClip const& clip, NEyeSide side) {
   auto const lens = GetLens(camera);
   double const focus = item::GetFocalLength(camera);

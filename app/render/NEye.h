@@ -27,6 +27,10 @@ struct NEye {
   float gamma = 1.0f;
 
   VX_Math::Matrix GetViewProjection() const { return view * projection; }
+  /// What is drawn by: the depth runs from 1 at the near plane to 0 at the far one. Floats lie
+  /// closest about 0, so that a depth buffer of floats tells what is far away apart as well as what
+  /// is near.
+  VX_Math::Matrix GetDrawnViewProjection() const;
 };
 
 /// Which eye a picture is for.

@@ -16,13 +16,15 @@ class NFlatProgram {
       : m_gl(gl),
         m_program(gl, kSurfaceVertexShader, kFlatFragmentShader),
         m_viewProjection(m_program.GetUniform("viewProjection")),
+        m_depthRange(m_program.GetUniform("depthRange")),
         m_world(m_program.GetUniform("world")),
         m_color(m_program.GetUniform("color")) {}
 
   void Begin(NEye const& eye) const {
     m_program.Use();
-    VX_Math::Matrix const viewProjection = eye.GetViewProjection();
+    VX_Math::Matrix const viewProjection = eye.GetDrawnViewProjection();
     m_gl.glUniformMatrix4fv(m_viewProjection, 1, GL_FALSE, viewProjection[0]);
+    m_gl.glUniform2fv(m_depthRange, 1, GetDepthRange(m_gl).data());
   }
   void SetColor(std::array<float, 4> const& color) const {
     m_gl.glUniform4fv(m_color, 1, color.data());
@@ -34,7 +36,7 @@ class NFlatProgram {
  private:
   NGl const& m_gl;
   NProgram m_program;
-  GLint const m_viewProjection, m_world, m_color;
+  GLint const m_viewProjection, m_depthRange, m_world, m_color;
 };
 
 }  // namespace corvanta::app

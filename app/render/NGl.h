@@ -2,6 +2,7 @@
 
 #include <GL/glcorearb.h>
 
+#include <array>
 #include <utility>
 
 namespace corvanta::app {
@@ -10,7 +11,14 @@ namespace corvanta::app {
 struct NGl {
 #define CORVANTA_GL(TYPE, NAME) TYPE NAME = nullptr;
 #include "app/render/gl_functions.def"
+  PFNGLCLIPCONTROLPROC glClipControl = nullptr;  // of OpenGL 4.5; null where it is older
 };
+
+/// How a depth from 0 to 1 becomes that of the clip space: a factor, and a share of w.
+inline std::array<float, 2> GetDepthRange(NGl const& gl) {
+  if (gl.glClipControl != nullptr) return {1.0f, 0.0f};
+  return {2.0f, -1.0f};
+}
 
 /// Owns an object of OpenGL: its number, made by `Generate` and given back by `Delete`.
 /// Requires: the context outlives it.

@@ -13,7 +13,6 @@
 #include "app/render/NSurfaceProgram.h"
 #include "app/render/NTextures.h"
 #include "app/render/floor.h"
-#include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
 
 namespace corvanta::app {
 
@@ -84,7 +83,8 @@ struct NRenderer::Block {
         noVertices(gl) {
     events->AddObserver(*changes);
     gl.glEnable(GL_TEXTURE_CUBE_MAP_SEAMLESS);
-    gl.glDepthFunc(GL_LEQUAL);
+    if (gl.glClipControl != nullptr) gl.glClipControl(GL_LOWER_LEFT, GL_ZERO_TO_ONE);
+    gl.glClearDepth(0.0);
     gl.glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     skyProgram.Use();
     gl.glUniform1i(skyProgram.GetUniform("skyCube"), kCubeUnit);
@@ -127,6 +127,8 @@ struct NRenderer::Block {
     gl.glEnable(GL_SCISSOR_TEST);
     gl.glEnable(GL_DEPTH_TEST);
     gl.glDepthMask(GL_TRUE);
+    // The first of two models in one place is seen, as it is picked.
+    gl.glDepthFunc(GL_GREATER);
     gl.glDisable(GL_BLEND);
     gl.glDisable(GL_STENCIL_TEST);
     gl.glStencilMask(0xFF);
@@ -148,8 +150,12 @@ struct NRenderer::Block {
   void DrawSky(Pass const& pass, NSky const& sky, NExposure const& exposure) const {
     if (sky.kind < 0) return;
     skyProgram.Use();
-    Matrix const fromView = pass.eye.GetViewProjection().Inverse();
+    // Where the camera stands is all the same to what is infinitely far.
+    Matrix turn = pass.eye.view;
+    for (int axis = 0; axis != 3; ++axis) turn(3, axis) = 0.0f;
+    Matrix const fromView = (turn * pass.eye.projection).Inverse();
     gl.glUniformMatrix4fv(skyProgram.GetUniform("fromView"), 1, GL_FALSE, fromView[0]);
+    gl.glUniform1i(skyProgram.GetUniform("isPerspective"), pass.eye.towards[3] != 0.0f);
     gl.glUniform1i(skyProgram.GetUniform("skyKind"), sky.kind);
     SetTurn(gl, skyProgram.GetUniform("skyTurn"), sky.turn);
     gl.glUniform1f(skyProgram.GetUniform("exposure"), exposure.factor);
@@ -282,7 +288,7 @@ struct NRenderer::Block {
     flatProgram.Begin(pass.eye);
     gl.glEnable(GL_BLEND);
     gl.glEnable(GL_POLYGON_OFFSET_FILL);
-    gl.glPolygonOffset(-2.0f, -2.0f);
+    gl.glPolygonOffset(2.0f, 2.0f);
     gl.glDepthMask(GL_FALSE);
     gl.glStencilOp(GL_KEEP, GL_KEEP, GL_INVERT);
     for (unsigned lamp = 0; lamp != kLampCount; ++lamp) {
@@ -353,15 +359,13 @@ void NRenderer::Update(NSceneNode const& scene) {
 std::vector<NDrawItem> const& NRenderer::GetItems() const { return m_block->list.GetItems(); }
 
 Box3 NRenderer::GetBox() const {
-  Block const& block = *m_block;
-  if (!block.tree) return {};
-  Box3 const whole = GetBoundingBox(*block.tree);
-  if (whole.IsEmpty() || IsFinite(whole)) return whole;
   Box3 box;
-  for (NDrawItem const& item : block.list.GetItems()) {
+  for (NDrawItem const& item : m_block->list.GetItems()) {
     auto const geometry = item.model->GetGeometryNode();
     if (!item.isPlaced || !geometry) continue;
-    Box3 part = NMeshes::GetFiniteBox(*geometry);
+    Box3 part = item.model->GetBoundingBoxWithoutChildren();
+    if (!part.IsEmpty() && !IsFinite(part)) part = NMeshes::GetFiniteBox(*geometry);
+    if (part.IsEmpty()) continue;
     part.Transform(item.global);
     if (IsFinite(part)) box.ExtendBy(part);
   }
@@ -390,6 +394,7 @@ void NRenderer::DrawPicture(NSceneNode const& scene, NEye const& eye, NTarget co
   block.gl.glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
   if (environment) block.DrawBackdrop(pass, *environment);
   block.DrawSolid(pass);
+  block.gl.glDepthFunc(GL_GEQUAL);
   if (environment) block.DrawFloor(pass, *environment);
   block.DrawTransparent(pass);
 }

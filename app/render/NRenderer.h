@@ -44,8 +44,7 @@ class NRenderer {
   void Update(data::domain::scene::NSceneNode const& scene);
   /// What is drawn, by its number less 1; see DrawNumbers. Of the last Update.
   std::vector<NDrawItem> const& GetItems() const;
-  /// The box of what is drawn. Where vertices that aren't finite make the tree's own box useless,
-  /// it is the box of the others. Of the last Update.
+  /// The box of what is drawn, without vertices that aren't finite. Of the last Update.
   VX_Math::Box3 GetBox() const;
 
   /// Updates, clears a part of the target and draws the scene there: its surroundings, its floor,

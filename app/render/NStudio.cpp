@@ -50,12 +50,17 @@ void NStudio::Prepare() {
   }
 }
 
-// That of the view; where vertices that aren't finite would spoil it, that of the others.
+// That of the view; where vertices that aren't finite would spoil it, that of the others. Models
+// that stand far off the surroundings aren't cut away for the sake of these.
 NClip NStudio::GetClip(data::view::NView const& view) const {
   auto const [near, far] = item::GetClipDistances(view.GetCamera(), view);
-  if (near > 0 && std::isfinite(far)) return {near, far};
-  auto const [boxNear, boxFar] = item::GetClipDistances(view.GetCamera(), m_renderer.GetBox());
-  return {boxNear, boxFar};
+  VX_Math::Box3 box = m_renderer.GetBox();
+  auto const [boxNear, boxFar] = item::GetClipDistances(view.GetCamera(), box);
+  if (!(near > 0 && std::isfinite(far))) return {boxNear, boxFar};
+  box.Transform(item::GetViewMatrix(view.GetCamera()));
+  bool const cutsModels = !box.IsEmpty() && -box.max.z < near;
+  constexpr double kMuch = 10;
+  return {cutsModels && near > kMuch * boxNear ? boxNear : near, far};
 }
 
 NEye NStudio::GetEyeOf(Part const& part) const {
@@ -102,21 +107,21 @@ NClipReport NStudio::MeasureClip() {
   m_renderer.DrawNumbers(m_stage.GetScene(), eye, target, {0, 0, m_width, m_height});
   auto const numbers = target.ReadNumbers();
   auto const depths = target.ReadDepths();
-  float least = 1.0f, greatest = 0.0f;
+  float nearest = 0.0f, farthest = 1.0f;
   for (std::size_t i = 0; i != numbers.size(); ++i) {
     if (numbers[i] == 0) continue;
-    least = std::min(least, depths[i]);
-    greatest = std::max(greatest, depths[i]);
+    nearest = std::max(nearest, depths[i]);
+    farthest = std::min(farthest, depths[i]);
   }
   Matrix const back = eye.projection.Inverse();
   auto const getDistance = [&back](float depth) {
     Vec3 place;
-    back.MultVecMatrix(Vec3(0.0f, 0.0f, depth), place);
+    back.MultVecMatrix(Vec3(0.0f, 0.0f, 1.0f - depth), place);
     return static_cast<double>(-place.z);
   };
-  if (least <= greatest) {
-    report.nearest = getDistance(least);
-    report.farthest = getDistance(greatest);
+  if (farthest <= nearest) {
+    report.nearest = getDistance(nearest);
+    report.farthest = getDistance(farthest);
   }
   for (NDrawItem const& drawn : m_renderer.GetItems()) {
     auto const geometry = drawn.model->GetGeometryNode();

@@ -35,6 +35,7 @@ NSurfaceProgram::NSurfaceProgram(NGl const& gl, bool hasHoles)
       m_world(m_program.GetUniform("world")),
       m_normalWorld(m_program.GetUniform("normalWorld")),
       m_viewProjection(m_program.GetUniform("viewProjection")),
+      m_depthRange(m_program.GetUniform("depthRange")),
       m_eye(m_program.GetUniform("eye")),
       m_diffuse(m_program.GetUniform("diffuse")),
       m_ambient(m_program.GetUniform("ambient")),
@@ -80,8 +81,9 @@ NSurfaceProgram::NSurfaceProgram(NGl const& gl, bool hasHoles)
 void NSurfaceProgram::Begin(NEye const& eye, NLamps const& lamps, NExposure const& exposure) const {
   constexpr auto kCount = static_cast<GLsizei>(kLampCount);
   m_program.Use();
-  Matrix const viewProjection = eye.GetViewProjection();
+  Matrix const viewProjection = eye.GetDrawnViewProjection();
   m_gl.glUniformMatrix4fv(m_viewProjection, 1, GL_FALSE, viewProjection[0]);
+  m_gl.glUniform2fv(m_depthRange, 1, GetDepthRange(m_gl).data());
   m_gl.glUniform4fv(m_eye, 1, eye.towards.data());
   m_gl.glUniform1i(m_farCount, lamps.farCount);
   m_gl.glUniform1i(m_lampCount, lamps.count);

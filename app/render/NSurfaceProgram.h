@@ -33,7 +33,7 @@ class NSurfaceProgram {
  private:
   NGl const& m_gl;
   NProgram m_program;
-  GLint const m_world, m_normalWorld, m_viewProjection, m_eye;
+  GLint const m_world, m_normalWorld, m_viewProjection, m_depthRange, m_eye;
   GLint const m_diffuse, m_ambient, m_specular, m_emissive, m_power, m_opacity;
   GLint const m_bounds, m_colorOperation, m_bumpKind, m_bumpScale, m_opacityInAlpha, m_wired;
   GLint const m_farCount, m_lampCount, m_shineCount, m_lampKind, m_lampColor, m_lampPlace,

@@ -69,7 +69,7 @@ NTarget::NTarget(NGl const& gl, unsigned width, unsigned height, NKind kind)
   };
   GLsizei const count = isPicture ? std::min(kSamples, static_cast<int>(samples)) : 0;
   attach(m_frame, GL_COLOR_ATTACHMENT0, m_color, format, count);
-  attach(m_frame, GL_DEPTH_STENCIL_ATTACHMENT, m_depth, GL_DEPTH24_STENCIL8, count);
+  attach(m_frame, GL_DEPTH_STENCIL_ATTACHMENT, m_depth, GL_DEPTH32F_STENCIL8, count);
   Check("drawn");
   if (isPicture) {
     attach(m_resolvedFrame, GL_COLOR_ATTACHMENT0, m_resolved, format, 0);

@@ -12,7 +12,8 @@ namespace corvanta::app {
 inline constexpr unsigned kMostSide = 16384;
 inline constexpr std::uint64_t kMostPixels = 32ull * 1024 * 1024;
 
-/// What is drawn into: linear colour, depth and stencil, with several samples a pixel or one.
+/// What is drawn into: linear colour, depth as floats and stencil, with several samples a pixel or
+/// one.
 class NTarget {
  public:
   enum NKind {
@@ -34,7 +35,7 @@ class NTarget {
   /// The number that each pixel was given, red the highest byte; rows from the top.
   /// Requires: NTK_NUMBERS.
   std::vector<std::uint32_t> ReadNumbers() const;
-  /// The depth of each pixel, 0 at the near plane to 1 at the far one; rows from the top.
+  /// The depth of each pixel, 1 at the near plane to 0 at the far one; rows from the top.
   /// Requires: NTK_NUMBERS.
   std::vector<float> ReadDepths() const;
 

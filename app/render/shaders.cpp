@@ -2,7 +2,6 @@
 
 namespace corvanta::app {
 
-// The projection's depth runs from 0 to 1, that of OpenGL from -1.
 char const* const kSurfaceVertexShader = R"(#version 330 core
 layout(location = 0) in vec3 position;
 layout(location = 1) in vec3 normal;
@@ -17,6 +16,7 @@ layout(location = 8) in vec3 binormal;
 uniform mat4 world;
 uniform mat3 normalWorld;
 uniform mat4 viewProjection;
+uniform vec2 depthRange;
 
 out vec3 place;
 out vec3 normalAt;
@@ -36,7 +36,7 @@ void main() {
   coords[3] = coords3;
   coords[4] = coords4;
   gl_Position = viewProjection * global;
-  gl_Position.z = 2.0 * gl_Position.z - gl_Position.w;
+  gl_Position.z = depthRange.x * gl_Position.z + depthRange.y * gl_Position.w;
 }
 )";
 
@@ -256,7 +256,8 @@ void main() {
 char const* const kSkyFragmentShader = R"(#version 330 core
 in vec2 point;
 out vec4 result;
-uniform mat4 fromView;
+uniform mat4 fromView;  // to global directions
+uniform bool isPerspective;  // from an eye at 0
 uniform int skyKind;  // 3: a picture that fills the view
 uniform mat3 skyTurn;
 uniform samplerCube skyCube;
@@ -268,7 +269,9 @@ uniform float white;
 void main() {
   vec4 near = fromView * vec4(point, 0.0, 1.0);
   vec4 far = fromView * vec4(point, 1.0, 1.0);
-  vec3 d = normalize(skyTurn * (far.xyz / far.w - near.xyz / near.w));
+  vec3 way = near.xyz / near.w;
+  if (!isPerspective) way = far.xyz / far.w - way;
+  vec3 d = normalize(skyTurn * way);
   vec3 c;
   if (skyKind == 0) {
     c = texture(skyCube, d).rgb;

@@ -131,6 +131,13 @@ TEST_F(PickAgreementTest, AbsoluteTransforms) {
   Compare(5);
 }
 
+TEST_F(PickAgreementTest, FromFarAwayThroughANarrowAngle) {
+  for (int i = 0; i != 8; ++i) AddBall(*m_root, 0.2 * i - 0.7, 0.1 * (i % 3), 0.02 * (i % 4));
+  m_lens->SetVerticalViewAngle(0.15);
+  m_camera->SetTranslationZ(1500);
+  Compare(8);
+}
+
 TEST_F(PickAgreementTest, WideAngle) {
   for (int i = 0; i != 7; ++i) AddBall(*m_root, 5 * i - 15, 3 * (i % 3) - 3, -i % 4, 2);
   m_lens->SetVerticalViewAngle(110);
