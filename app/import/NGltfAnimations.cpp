@@ -19,11 +19,6 @@ constexpr double kMilliseconds = 1000.0;
 constexpr double kTolerance = 1e-4;   // of what a spline spans
 constexpr double kMostParts = 256.0;  // between two keys
 
-std::string GetName(json const& node, std::size_t number) {
-  auto const name = node.value("name", std::string());
-  return name.empty() ? "nodes[" + std::to_string(number) + ']' : name;
-}
-
 // A sampler of `N` numbers a key that is made linear.
 template <std::size_t N>
 class Sampler {
@@ -160,43 +155,12 @@ void SetKeys(std::vector<std::pair<double, std::array<double, N>>> const& from, 
 
 }  // namespace
 
-NGltfAnimations::NGltfAnimations(std::filesystem::path const& path, aiScene const& scene)
-    : m_file(path) {
-  FindNodes(scene);
+NGltfAnimations::NGltfAnimations(NGltfFile& file, NGltfNodes const& nodes, aiScene const& scene)
+    : m_file(file), m_nodes(nodes) {
   for (json const& animation : m_file.GetRoot().at("animations")) {
     m_animations.push_back(ReadAnimation(animation));
   }
   if (m_animations.size() != scene.mNumAnimations) throw NImportError("other animations");
-}
-
-// The reader's nodes stand as those of the file.
-void NGltfAnimations::FindNodes(aiScene const& scene) {
-  json const& root = m_file.GetRoot();
-  json const& nodes = root.at("nodes");
-  m_nodes.resize(nodes.size());
-  auto const& tops = root.at("scenes").at(root.value("scene", std::size_t(0))).at("nodes");
-  std::vector<std::pair<std::size_t, aiNode const*>> open;
-  auto const add = [&open](json const& numbers, aiNode* const* places, std::size_t placeCount) {
-    if (numbers.size() != placeCount) throw NImportError("other nodes");
-    for (std::size_t i = 0; i != placeCount; ++i) {
-      open.emplace_back(numbers[i].get<std::size_t>(), places[i]);
-    }
-  };
-  if (tops.size() == 1) {
-    add(tops, &scene.mRootNode, 1);
-  } else {
-    add(tops, scene.mRootNode->mChildren, scene.mRootNode->mNumChildren);
-  }
-  while (!open.empty()) {
-    auto const [number, place] = open.back();
-    open.pop_back();
-    json const& node = nodes.at(number);
-    if (GetName(node, number) != place->mName.C_Str()) throw NImportError("other nodes");
-    m_nodes[number] = place;
-    if (auto const children = node.find("children"); children != node.end()) {
-      add(*children, place->mChildren, place->mNumChildren);
-    }
-  }
 }
 
 std::vector<NGltfAnimations::Channel> NGltfAnimations::ReadAnimation(json const& animation) {
@@ -261,7 +225,7 @@ NGltfAnimations::Channel NGltfAnimations::CreateChannel(std::size_t number) cons
   }
   Channel channel{m_nodes[number], std::make_unique<aiNodeAnim>()};
   aiNodeAnim& keys = *channel.keys;
-  keys.mNodeName = GetName(node, number);
+  keys.mNodeName = GetNodeName(node, number);
   SetKeys<3>({{0.0, position}}, keys.mPositionKeys, keys.mNumPositionKeys);
   SetKeys<4>({{0.0, turn}}, keys.mRotationKeys, keys.mNumRotationKeys);
   SetKeys<3>({{0.0, scale}}, keys.mScalingKeys, keys.mNumScalingKeys);

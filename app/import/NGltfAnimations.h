@@ -3,12 +3,12 @@
 #include <assimp/scene.h>
 
 #include <cstddef>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "app/import/NGltfFile.h"
+#include "app/import/gltf_nodes.h"
 
 namespace corvanta::app {
 
@@ -25,8 +25,9 @@ class NGltfAnimations {
     std::unique_ptr<aiNodeAnim> keys;  // times in milliseconds
   };
 
-  /// Fails: throws std::exception if the file isn't glTF 2, or isn't what Assimp made `scene` from.
-  NGltfAnimations(std::filesystem::path const& path, aiScene const& scene);
+  /// Requires: `nodes` are those of `file` in `scene`.
+  /// Fails: throws std::exception if the file's animations aren't those of `scene`.
+  NGltfAnimations(NGltfFile& file, NGltfNodes const& nodes, aiScene const& scene);
 
   /// One for each node that an animation of the file moves, in order of the file's nodes.
   std::vector<Channel> const& GetChannels(std::size_t animation) const {
@@ -36,13 +37,12 @@ class NGltfAnimations {
   std::size_t GetFaultCount() const { return m_faultCount; }
 
  private:
-  void FindNodes(aiScene const& scene);
   std::vector<Channel> ReadAnimation(nlohmann::json const& animation);
   void ReadSampler(nlohmann::json const& sampler, std::string const& path, aiNodeAnim& keys);
   Channel CreateChannel(std::size_t node) const;
 
-  NGltfFile m_file;
-  std::vector<aiNode const*> m_nodes;  // one for each of the file
+  NGltfFile& m_file;
+  NGltfNodes const& m_nodes;
   std::vector<std::vector<Channel>> m_animations;
   std::size_t m_faultCount = 0;
 };

@@ -102,7 +102,11 @@ NHierarchy::Content NHierarchy::TakeContent(aiNode const& node) {
   for (unsigned i = 0; i != node.mNumMeshes; ++i) {
     if (GetGeometry(node.mMeshes[i])) content.meshes.push_back(node.mMeshes[i]);
   }
-  for (unsigned const light : Take(m_lightsByNode, node.mName)) {
+  std::vector<unsigned> lights = Take(m_lightsByNode, node.mName);
+  if (auto const more = m_shared.lights.find(&node); more != m_shared.lights.end()) {
+    lights.push_back(more->second);
+  }
+  for (unsigned const light : lights) {
     if (HasKind(*m_scene.mLights[light])) {
       content.lights.push_back(light);
     } else {
@@ -110,7 +114,16 @@ NHierarchy::Content NHierarchy::TakeContent(aiNode const& node) {
     }
   }
   content.cameras = Take(m_camerasByNode, node.mName);
+  if (auto const more = m_shared.cameras.find(&node); more != m_shared.cameras.end()) {
+    content.cameras.push_back(more->second);
+  }
   return content;
+}
+
+// A camera that is shared has the place of another node.
+VX_Math::Matrix NHierarchy::GetCameraPlace(unsigned camera, aiNode const& node) const {
+  if (m_shared.cameras.count(&node) != 0) return {};
+  return GetPlace(*m_scene.mCameras[camera], node);
 }
 
 NHierarchy::ItemPointer NHierarchy::CreateItem(aiNode const& node) {
@@ -126,7 +139,7 @@ NHierarchy::ItemPointer NHierarchy::CreateItem(aiNode const& node) {
              GetPlace(*m_scene.mLights[content.lights.front()]) == unmoved) {
     item = CreateLight(content.lights.front());
   } else if (isOne && !content.cameras.empty() &&
-             GetPlace(*m_scene.mCameras[content.cameras.front()], node) == unmoved) {
+             GetCameraPlace(content.cameras.front(), node) == unmoved) {
     item = CreateCamera(content.cameras.front());
   } else {
     item = m_document.GetItems().CreateNode<item::NSceneGraphGroupNode>(NNodeID());
@@ -140,8 +153,8 @@ NHierarchy::ItemPointer NHierarchy::CreateItem(aiNode const& node) {
       AddBelow(*item, CreateLight(light), source.mName, GetPlace(source));
     }
     for (unsigned const camera : content.cameras) {
-      aiCamera const& source = *m_scene.mCameras[camera];
-      AddBelow(*item, CreateCamera(camera), source.mName, GetPlace(source, node));
+      AddBelow(*item, CreateCamera(camera), m_scene.mCameras[camera]->mName,
+               GetCameraPlace(camera, node));
     }
     return item;
   }

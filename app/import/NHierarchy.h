@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/import/NMaterials.h"
+#include "app/import/gltf_nodes.h"
 #include "app/scene/NDocument.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
@@ -28,6 +29,8 @@ class NHierarchy {
 
   NHierarchy(NDocument& document, aiScene const& scene, NMaterials& materials);
 
+  /// Lights and cameras that stand at further nodes. Before Build.
+  void Share(NSharedContent shared) { m_shared = std::move(shared); }
   /// Makes the items and sets the root of `tree`.
   /// Cost: linear in the nodes, however deep they stand; no recursion.
   void Build(data::domain::scenegraph::tree::NSceneGraphTreeNode& tree);
@@ -58,6 +61,7 @@ class NHierarchy {
   };
 
   Content TakeContent(aiNode const& node);
+  VX_Math::Matrix GetCameraPlace(unsigned camera, aiNode const& node) const;
   ItemPointer CreateItem(aiNode const& node);
   ItemPointer CreateModel(unsigned mesh);
   ItemPointer CreateLight(unsigned light);
@@ -73,6 +77,7 @@ class NHierarchy {
   NMaterials& m_materials;
   ByName m_lightsByNode;
   ByName m_camerasByNode;
+  NSharedContent m_shared;
   std::vector<boost::intrusive_ptr<data::domain::geometry::NGeometryNode>> m_geometries;
   std::vector<bool> m_hasNoTriangles;
   Cameras m_cameras;

@@ -8,11 +8,13 @@
 
 #include "app/import/NAnimations.h"
 #include "app/import/NGltfAnimations.h"
+#include "app/import/NGltfFile.h"
 #include "app/import/NHierarchy.h"
 #include "app/import/NImportError.h"
 #include "app/import/NMaterials.h"
 #include "app/import/NModelFile.h"
 #include "app/import/NPictures.h"
+#include "app/import/gltf_nodes.h"
 #include "corvanta/core/text/convert.h"
 
 namespace corvanta::app {
@@ -29,19 +31,40 @@ void Append(std::vector<std::string>& notes, std::vector<std::string> const& mor
   notes.insert(notes.end(), more.begin(), more.end());
 }
 
-// Null, with a note if that changes what is played, where Assimp's animations have to do.
-std::unique_ptr<NGltfAnimations> ReadGltf(std::filesystem::path const& path, aiScene const& scene,
-                                          std::vector<std::string>& notes) {
-  std::string extension = path.extension().string();
-  boost::algorithm::to_lower(extension);
-  if (scene.mNumAnimations == 0 || (extension != ".gltf" && extension != ".glb")) return nullptr;
+// A glTF file beside what Assimp makes of it.
+struct Gltf {
+  NGltfFile file;
+  NGltfNodes nodes{};
+  NSharedContent shared{};
+};
+
+// Null where Assimp's scene has to do. A failure gives a note if it changes what is played.
+template <class Read>
+auto TryGltf(aiScene const& scene, std::vector<std::string>& notes, Read const& read)
+    -> decltype(read()) {
   try {
-    return std::make_unique<NGltfAnimations>(path, scene);
+    return read();
   } catch (std::exception const& error) {
-    notes.push_back(std::string("animations are played as if all their keys were linear: ") +
-                    error.what());
+    if (scene.mNumAnimations != 0) {
+      notes.push_back(std::string("animations are played as if all their keys were linear: ") +
+                      error.what());
+    }
     return nullptr;
   }
+}
+
+std::unique_ptr<Gltf> ReadGltf(std::filesystem::path const& path, aiScene const& scene,
+                               std::vector<std::string>& notes) {
+  std::string extension = path.extension().string();
+  boost::algorithm::to_lower(extension);
+  if (extension != ".gltf" && extension != ".glb") return nullptr;
+  if (scene.mNumAnimations + scene.mNumCameras + scene.mNumLights == 0) return nullptr;
+  return TryGltf(scene, notes, [&] {
+    auto gltf = std::make_unique<Gltf>(Gltf{NGltfFile(path)});
+    gltf->nodes = MatchNodes(gltf->file.GetRoot(), scene);
+    gltf->shared = FindShared(gltf->file.GetRoot(), gltf->nodes, scene);
+    return gltf;
+  });
 }
 
 }  // namespace
@@ -59,9 +82,18 @@ NImportedModel ImportModel(NDocument& document, std::string const& file) {
   result.file = file;
   result.tree = document.GetTrees().CreateNode(core::node::NNodeID());
   result.tree->SetName(core::text::ToWide(path.stem().string()));
+  aiScene const& scene = model.GetScene();
+  auto const gltf = ReadGltf(path, scene, result.notes);
+  std::unique_ptr<NGltfAnimations> samplers;
+  if (gltf) {
+    hierarchy.Share(gltf->shared);
+    samplers = TryGltf(scene, result.notes, [&]() -> std::unique_ptr<NGltfAnimations> {
+      if (scene.mNumAnimations == 0) return nullptr;
+      return std::make_unique<NGltfAnimations>(gltf->file, gltf->nodes, scene);
+    });
+  }
   hierarchy.Build(*result.tree);
-  auto const gltf = ReadGltf(path, model.GetScene(), result.notes);
-  NAnimations const animations(document, model.GetScene(), hierarchy, *result.tree, gltf.get());
+  NAnimations const animations(document, scene, hierarchy, *result.tree, samplers.get());
   for (auto const& [number, camera] : hierarchy.GetCameras()) result.cameras.push_back(camera);
   result.animations = animations.GetNodes();
   auto const isBuilt = Clock::now();

@@ -203,6 +203,41 @@ TEST_F(ImportTest, EmbeddedPicturesComeThroughAnArchiveThatGoesWithTheDocument) 
   EXPECT_TRUE(m_files.GetLeftovers().empty());
 }
 
+TEST_F(ImportTest, ALightOrCameraThatNodesShareStandsAtEach) {
+  nlohmann::json const lamp = {{"KHR_lights_punctual", {{"light", 0}}}};
+  auto const model =
+      Import("shared.gltf",
+             MakeGltf({Triangle()},
+                      {{{"name", "top"}, {"children", {1, 2, 3, 4, 5}}},
+                       {{"name", "front"}, {"camera", 0}, {"translation", {0, 0, 5}}},
+                       {{"name", "back"}, {"camera", 0}, {"translation", {0, 1, -5}}},
+                       {{"name", "left"}, {"extensions", lamp}, {"translation", {-1, 0, 0}}},
+                       {{"name", "right"}, {"extensions", lamp}, {"translation", {1, 0, 0}}},
+                       {{"name", "shape"}, {"mesh", 0}}},
+                      {{"cameras",
+                        {{{"type", "perspective"},
+                          {"perspective", {{"yfov", 1.0}, {"aspectRatio", 1.0}, {"znear", 1}}}}}},
+                       {"extensionsUsed", {"KHR_lights_punctual"}},
+                       {"extensions",
+                        {{"KHR_lights_punctual",
+                          {{"lights", {{{"type", "point"}, {"color", {1.0, 0.5, 0.25}}}}}}}}}}));
+  EXPECT_EQ(model.cameras.size(), 2u);
+  for (auto const& [name, y, z] :
+       {std::tuple(L"front", 0.0, 5.0), std::tuple(L"back", 1.0, -5.0)}) {
+    auto const camera = Find<item::NSceneGraphCameraNode>(name);
+    ASSERT_TRUE(camera);
+    EXPECT_EQ(camera->GetTranslationY(), y);
+    EXPECT_EQ(camera->GetTranslationZ(), z);
+    EXPECT_EQ(camera->GetParent()->GetName(), L"top");
+    EXPECT_TRUE(camera->GetCameraNode());
+  }
+  for (wchar_t const* const name : {L"left", L"right"}) {
+    auto const light = Find<item::NSceneGraphLightNode>(name);
+    ASSERT_TRUE(light);
+    EXPECT_EQ(light->GetLightNode()->GetColorG(), 0.5);
+  }
+}
+
 TEST_F(ImportTest, LightsAndCamerasStandAtTheirNodes) {
   double const quarter = std::sqrt(0.5);
   auto const model = Import(
