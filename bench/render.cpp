@@ -22,6 +22,7 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/data/domain/scenegraph/item/view_clip_distances.h"
+#include "tests/support/ball.h"
 
 namespace {
 
@@ -36,25 +37,11 @@ constexpr unsigned kWidth = 1920, kHeight = 1080;
 /// A ball of 100 triangles: 5 rings of 10 pairs.
 boost::intrusive_ptr<corvanta::data::domain::geometry::NGeometryNode> MakeBall(
     app::NDocument& document) {
-  constexpr unsigned kAround = 10, kUp = 5;
-  std::vector<float> coords;
-  std::vector<unsigned> indices;
-  for (unsigned j = 0; j <= kUp; ++j) {
-    for (unsigned i = 0; i <= kAround; ++i) {
-      float const a = 6.2831853f * static_cast<float>(i) / kAround;
-      float const b = 3.1415927f * static_cast<float>(j) / kUp;
-      coords.insert(coords.end(),
-                    {std::sin(b) * std::cos(a), std::cos(b), std::sin(b) * std::sin(a)});
-      if (i == kAround || j == kUp) continue;
-      unsigned const at = j * (kAround + 1) + i;
-      indices.insert(indices.end(),
-                     {at, at + 1, at + kAround + 1, at + 1, at + kAround + 2, at + kAround + 1});
-    }
-  }
+  corvanta::support::Ball const ball(10, 5);
   auto const geometry = document.GetGeometries().CreateNode(NNodeID());
   boost::intrusive_ptr<corvanta::data::domain::geometry::NSurface> const surface(
       new corvanta::data::domain::geometry::NPolygonSurface);
-  surface->Assign(coords, coords, indices, {});
+  surface->Assign(ball.coords, ball.coords, ball.indices, {});
   geometry->AddSurface(*surface);
   return geometry;
 }

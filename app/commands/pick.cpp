@@ -270,12 +270,7 @@ void AddPick(CLI::App& program, int& status) {
   command->add_flag("--json", options->asJson, "Print one JSON object");
   command->footer(kFooter);
   command->callback([options, &status] {
-    if (std::string const fault = FindFault(*options); !fault.empty()) {
-      PrintError("options", fault);
-      status = NS_OPTIONS;
-      return;
-    }
-    status = Pick(*options).Run();
+    status = RunUnless(FindFault(*options), [&] { return Pick(*options).Run(); });
   });
 }
 

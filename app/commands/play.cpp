@@ -260,12 +260,7 @@ void AddPlay(CLI::App& program, int& status) {
   command->add_flag("--json", options->asJson, "Print one JSON object a line");
   command->footer(kFooter);
   command->callback([options, &status] {
-    if (std::string const fault = FindFault(*options); !fault.empty()) {
-      PrintError("options", fault);
-      status = NS_OPTIONS;
-      return;
-    }
-    status = Play(*options).Run();
+    status = RunUnless(FindFault(*options), [&] { return Play(*options).Run(); });
   });
 }
 

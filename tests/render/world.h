@@ -14,6 +14,7 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/data/domain/scenegraph/item/view.h"
+#include "tests/support/ball.h"
 
 namespace corvanta::render_tests {
 
@@ -102,22 +103,8 @@ class World : public testing::Test {
   }
 
   Geometry CreateBall() {
-    constexpr unsigned kAround = 16, kUp = 10;
-    std::vector<float> coords;
-    std::vector<unsigned> indices;
-    for (unsigned j = 0; j <= kUp; ++j) {
-      for (unsigned i = 0; i <= kAround; ++i) {
-        float const a = 6.2831853f * static_cast<float>(i) / kAround;
-        float const b = 3.1415927f * static_cast<float>(j) / kUp;
-        coords.insert(coords.end(),
-                      {std::sin(b) * std::cos(a), std::cos(b), std::sin(b) * std::sin(a)});
-        if (i == kAround || j == kUp) continue;
-        unsigned const at = j * (kAround + 1) + i;
-        indices.insert(indices.end(),
-                       {at, at + 1, at + kAround + 1, at + 1, at + kAround + 2, at + kAround + 1});
-      }
-    }
-    return CreateGeometry(coords, coords, indices);
+    support::Ball const ball(16, 10);
+    return CreateGeometry(ball.coords, ball.coords, ball.indices);
   }
 
   NCameraPath GetCamera() const { return {*m_camera, *m_tree}; }
