@@ -16,7 +16,6 @@ using VX_Math::Vec3;
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr unsigned kBins = 16;
 constexpr std::size_t kLane = 4;           // triangles in a packet
-constexpr std::size_t kLargestLeaf = 4;    // triangles
 constexpr std::size_t kLargestGroup = 32;  // triangles that are split one by one
 constexpr unsigned kHeuristicLevels = 48;  // below that ranges are halved, which bounds the depth
 constexpr float kMargin = 0.01f;           // of a triangle's size
@@ -227,7 +226,7 @@ class NTriangleIndex::Builder {
     while (count != 4) {
       unsigned largest = 4;
       for (unsigned i = 0; i != count; ++i) {
-        if (parts[i].triangles <= kLargestLeaf || parts[i].end - parts[i].begin == 1) continue;
+        if (parts[i].triangles <= kLane) continue;
         if (largest == 4 || boxes[i].GetHalfArea() > boxes[largest].GetHalfArea()) largest = i;
       }
       if (largest == 4) break;
@@ -246,19 +245,17 @@ class NTriangleIndex::Builder {
     m_index.m_nodes[range.node].childCount = count;
   }
 
-  /// The packets of a range that is a leaf, as a child of a node; 0 for others.
+  /// The packet of a range that is a leaf, as a child of a node; 0 for others.
   std::uint32_t GetLeaf(Runs const& runs, Range const& range) {
-    if (range.triangles > kLargestLeaf) return 0;
-    std::size_t const first = m_index.m_packets.size();
+    if (range.triangles > kLane) return 0;
+    Packet& packet = m_index.m_packets.emplace_back();
     unsigned lane = 0;
     for (std::size_t i = range.begin; i != range.end; ++i) {
       for (std::uint32_t key = runs[i].first; key != runs[i].first + runs[i].count; ++key) {
-        if (lane % kLane == 0) m_index.m_packets.emplace_back();
-        Fill(m_index.m_packets.back(), lane++ % kLane, m_keys[key].triangle);
+        Fill(packet, lane++, m_keys[key].triangle);
       }
     }
-    return kLeaf | static_cast<std::uint32_t>(first << kCountBits) |
-           static_cast<std::uint32_t>(m_index.m_packets.size() - first - 1);
+    return kLeaf | static_cast<std::uint32_t>(m_index.m_packets.size() - 1);
   }
 
   /// Gives a node a child: a leaf, or with 0 a new node, whose number it returns; 0 for a leaf.

@@ -21,7 +21,8 @@ namespace corvanta::data::domain::geometry::detail {
 /// point lies in the triangle's box grown by a hundredth of its size and by the point's rounding.
 /// Triangles that aren't finite or lie beyond kFarthest are tested for every ray. Source: binned
 /// surface area heuristic as by Wald, On fast Construction of SAH-based Bounding Volume
-/// Hierarchies, 2007, over runs of four triangles in the order of their Morton codes.
+/// Hierarchies, 2007, over short runs of triangles along a Morton curve, and at last over the
+/// triangles of a few runs one by one.
 class CORVANTA_API NTriangleIndex {
  public:
   static constexpr float kFarthest = 1e9f;
@@ -47,12 +48,12 @@ class CORVANTA_API NTriangleIndex {
 
  private:
   /// Four triangles, a lane each; a lane without one has edges of length 0, which nothing meets.
-  struct alignas(16) Packet {
+  struct Packet {
     Float4 a[3];
     Float4 e1[3];
     Float4 e2[3];
   };
-  /// Four boxes and what they hold: a node, or with kLeaf a run of packets.
+  /// Four boxes and what they hold: a node, or with kLeaf a packet.
   struct alignas(64) Node {
     Float4 min[3];
     Float4 max[3];
@@ -62,7 +63,6 @@ class CORVANTA_API NTriangleIndex {
   class Builder;
 
   static constexpr std::uint32_t kLeaf = 1u << 31;
-  static constexpr unsigned kCountBits = 3;  // a leaf: kLeaf, first packet, count - 1
 
   template <class Accept>
   class Search;
