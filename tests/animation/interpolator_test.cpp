@@ -174,7 +174,7 @@ double Difference(Versor const& p, Versor const& q) {
 
 TEST(Squad, EqualsTheClosedForm) {
   std::mt19937 random(5);
-  std::uniform_real_distribution<float> turn(-60.0f, 60.0f);
+  std::uniform_real_distribution<float> turn(-110.0f, 110.0f);
   for (std::size_t const n : {2u, 3u, 5u, 100u}) {
     std::vector<Quaternion> keys;
     std::vector<double> times;

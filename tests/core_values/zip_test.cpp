@@ -2,6 +2,10 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
 #include "corvanta/core/uri/NUri.h"
 #include "corvanta/core/zip/NUnzipToTemporary.h"
 #include "corvanta/core/zip/NZipError.h"
@@ -97,6 +101,28 @@ TEST_F(Zip, EntriesThatGrowBeyondMeasureThrow) {
   bytes.replace(directory + 24, 4, std::string("\0\1\0\0", 4));
   bytes.replace(22, 4, std::string("\0\1\0\0", 4));
   EXPECT_THROW(NUnzipToTemporary(m_files.Write("liar.zip", bytes), L"a.bin", L""), NZipError);
+}
+
+// An entry's claim is judged before its pass is asked for, so a claim alone tells what is allowed.
+TEST_F(Zip, LimitsAreThoseStated) {
+  constexpr std::uint32_t kMiB = 1024 * 1024;
+  std::string bytes = ReadBytes(Archive({{"a.bin", "x", ZIP_EM_AES_256, "pass"}}));
+  std::size_t const directory = bytes.find("PK\x01\x02");
+  ASSERT_NE(directory, std::string::npos);
+  for (std::uint32_t const packed : {1u, kMiB, 4 * kMiB}) {
+    std::uint32_t const most = std::clamp(200 * packed, 64 * kMiB, 512 * kMiB);
+    for (std::uint32_t const size : {most, most + 1}) {
+      std::uint32_t const claims[]{packed, size};
+      std::memcpy(&bytes[directory + 20], claims, sizeof claims);
+      try {
+        NUnzipToTemporary(m_files.Write("claim.zip", bytes), L"a.bin", L"");
+        FAIL();
+      } catch (NZipError const& error) {
+        bool const isAllowed = dynamic_cast<NZipPassError const*>(&error) != nullptr;
+        EXPECT_EQ(isAllowed, size == most) << packed << " bytes claim to hold " << size;
+      }
+    }
+  }
 }
 
 TEST_F(Zip, TheFileHoldsTheEntryAsLongAsTheObject) {

@@ -107,6 +107,11 @@ TEST(Paths, FailuresAreToldApart) {
   nested.first->SetSceneGraph({});
   EXPECT_FALSE(IsValid(path));
   EXPECT_THROW(path.GetGlobalTransform(), scenegraph::NGetGlobalTransformException);
+  nested.leaf->SetTransformIsAbsoluteFlag(true);  // the walk up would end in success
+  EXPECT_THROW(path.GetGlobalTransform(), scenegraph::NGetGlobalTransformException);
+  EXPECT_THROW(scenegraph::GetGlobalTransform(*nested.leaf, *nested.outer, {nullptr}),
+               scenegraph::NGetGlobalTransformException);
+  nested.leaf->SetTransformIsAbsoluteFlag(false);
   nested.first->SetSceneGraph(nested.inner);
   EXPECT_TRUE(IsValid(path));
   nested.outerRoot->RemoveChild(*nested.first);

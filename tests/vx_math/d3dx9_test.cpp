@@ -79,6 +79,12 @@ TEST(SquadSetupTest, OfTurnsAboutOneAxis) {
   EXPECT_TRUE(Near(squad.a, Quaternion(axis, 0.5f - 0.25f * (1.0f - 0.4f)), 1e-6));
   EXPECT_TRUE(Near(squad.b, Quaternion(axis, 1.5f - 0.25f * (0.2f - 1.0f)), 1e-6));
   EXPECT_TRUE(Near(squad.c, Quaternion(axis, 1.5f), 1e-6));
+  // The third key is near both its neighbours, which are more than half a turn apart: the fourth
+  // takes its sign from the third.
+  EXPECT_TRUE(Near(SquadOf(Quaternion(axis, 0.1f), Quaternion(axis, 0.5f), Quaternion(axis, 2.5f),
+                           Quaternion(axis, 4.3f))
+                       .b,
+                   Quaternion(axis, 2.5f - 0.25f * (1.8f - 2.0f)), 1e-6));
   Quaternion q(axis, 2.0f);
   platform::QuaternionSquadSetup(q, q, q, q, q, q, q);  // results may be keys
   EXPECT_TRUE(Near(q, Quaternion(axis, 2.0f), 1e-7));
