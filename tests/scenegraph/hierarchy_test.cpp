@@ -85,8 +85,9 @@ TEST(Hierarchy, AgainstANaiveModel) {
     return false;
   };
   for (int step = 0; step != 20000; ++step) {
-    // Few parents, so that lists grow across the size from which they are hashed, and back.
-    std::size_t const p = random() % 3, c = random() % groups.size();
+    // Few parents mostly, so that lists grow across the size from which they are hashed, and back.
+    std::size_t const p = random() % (random() % 4 == 0 ? groups.size() : 3);
+    std::size_t const c = random() % groups.size();
     auto& list = children[p];
     auto const place = std::find(list.begin(), list.end(), c);
     if (random() % 2 == 0 && (step / 2000) % 2 == 0) {
@@ -132,9 +133,10 @@ TEST(Hierarchy, AHundredThousandLevelsAndManyChildren) {
     Group const root = graph.Make();
     Group last = root;
     for (int i = 0; i != 100000; ++i) {
-      Group next = graph.Make();
-      ASSERT_TRUE(last->AddChild(*next));
-      last = next;
+      Group const upper = graph.Make(), lower = graph.Make();
+      ASSERT_TRUE(upper->AddChild(*lower));
+      ASSERT_TRUE(last->AddChild(*upper)) << "searching the pair alone";
+      last = lower;
     }
     Model const leaf = graph.MakeModel({0, 0, 0}, {1, 1, 1});
     last->AddChild(*leaf);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <vector>
 
 #include "corvanta/core/detail/scope_exit.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
@@ -118,11 +119,52 @@ bool NSceneGraphItemNode::IsChild(NSceneGraphItemNode const& child) const {
                      [&child](auto const& entry) { return entry.get() == &child; });
 }
 
+/// Visits what stands below an item by its parent links, one entry of a list of children a step.
+class NSceneGraphItemNode::Descent {
+ public:
+  explicit Descent(NSceneGraphItemNode const& top) { Open(top); }
+
+  /// The item reached by the next step; null for a step that reaches none.
+  NSceneGraphItemNode const* Next() {
+    Level& level = m_levels.back();
+    if (level.next == level.parent->m_block->children.end()) {
+      m_levels.pop_back();
+      return nullptr;
+    }
+    NSceneGraphItemNode const& child = **level.next++;
+    // An entry that an insert elsewhere left behind isn't below this parent.
+    if (child.m_block->parent != level.parent) return nullptr;
+    Open(child);
+    return &child;
+  }
+  bool IsDone() const { return m_levels.empty(); }
+
+ private:
+  struct Level {
+    NSceneGraphItemNode const* parent;
+    Children::const_iterator next;
+  };
+
+  void Open(NSceneGraphItemNode const& item) {
+    Children const& children = item.m_block->children;
+    if (!children.empty()) m_levels.push_back({&item, children.begin()});
+  }
+
+  std::vector<Level> m_levels;
+};
+
 /// Whether this item would be its own ancestor, were `item` put below it.
+///
+/// Searches up from here and down from `item` in turn, so that the shorter way decides the cost: a
+/// small group put below a deep item, and a deep hierarchy put below a root.
 bool NSceneGraphItemNode::IsOrStandsBelow(NSceneGraphItemNode const& item) const {
-  if (item.m_block->children.empty()) return &item == this;
-  for (NSceneGraphItemNode const* i = this; i != nullptr; i = i->m_block->parent) {
+  if (&item == this) return true;
+  if (item.m_block->children.empty() || m_block->parent == nullptr) return false;
+  Descent descent(item);
+  for (NSceneGraphItemNode const* i = m_block->parent; i != nullptr; i = i->m_block->parent) {
     if (i == &item) return true;
+    if (descent.Next() == this) return true;
+    if (descent.IsDone()) return false;
   }
   return false;
 }
