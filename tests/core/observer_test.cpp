@@ -65,8 +65,8 @@ struct Thrown : std::runtime_error {
 };
 
 /// Edits an observed subject at random, from within its deliveries too, and keeps a naive account
-/// of who must be called next: who was registered when the delivery began, still is by that
-/// registration, and lives.
+/// of who must be called next: who has a place when the delivery began, is registered at it, and
+/// lives. Who is removed while a delivery runs keeps the place until the outermost one ends.
 class Model {
  public:
   explicit Model(unsigned seed) : m_random(seed), m_subject(new Subject(&m_subjectsAlive)) {}
@@ -116,15 +116,20 @@ class Model {
   void Raise() {
     Subject const& subject = *m_subjectAddress;
     std::size_t const depth = m_frames.size();
-    m_frames.push_back({m_registered, 0});
-    try {
-      subject.Raise();
-    } catch (Thrown const&) {
-      m_frames.resize(depth);
-      throw;
-    }
+    Frame frame{m_registered, 0};
+    frame.snapshot.insert(frame.snapshot.end(), m_kept.begin(), m_kept.end());
+    std::sort(frame.snapshot.begin(), frame.snapshot.end());
+    m_frames.push_back(std::move(frame));
+    struct Leave {
+      Model& model;
+      std::size_t depth;
+      ~Leave() {
+        model.m_frames.resize(depth);
+        if (depth == 0) model.m_kept.clear();
+      }
+    } const leave{*this, depth};
+    subject.Raise();
     EXPECT_EQ(Next(m_frames.back()), -1) << "a delivery ended early";
-    m_frames.resize(depth);
   }
 
   void OnSignal(Listener& listener) {
@@ -179,12 +184,20 @@ class Model {
     bool const isNew = std::none_of(m_registered.begin(), m_registered.end(),
                                     [&](auto const& entry) { return entry.second == listener.id; });
     EXPECT_EQ(m_subjectAddress->AddObserver(listener), isNew);
-    if (isNew) m_registered.emplace_back(m_nextRegistration++, listener.id);
+    if (!isNew) return;
+    auto const isItsOwn = [&](auto const& place) { return place.second == listener.id; };
+    auto const kept = std::find_if(m_kept.begin(), m_kept.end(), isItsOwn);
+    std::pair const place(kept == m_kept.end() ? m_nextRegistration++ : kept->first, listener.id);
+    if (kept != m_kept.end()) m_kept.erase(kept);
+    m_registered.insert(std::lower_bound(m_registered.begin(), m_registered.end(), place), place);
   }
   void Remove(Listener& listener) {
-    auto const removed =
-        std::erase_if(m_registered, [&](auto const& entry) { return entry.second == listener.id; });
-    EXPECT_EQ(m_subjectAddress->RemoveObserver(listener), removed == 1);
+    auto const entry = std::find_if(m_registered.begin(), m_registered.end(),
+                                    [&](auto const& place) { return place.second == listener.id; });
+    EXPECT_EQ(m_subjectAddress->RemoveObserver(listener), entry != m_registered.end());
+    if (entry == m_registered.end()) return;
+    if (!m_frames.empty()) m_kept.push_back(*entry);
+    m_registered.erase(entry);
   }
 
   std::mt19937 m_random;
@@ -194,7 +207,8 @@ class Model {
   Subject* const m_subjectAddress = m_subject.get();  // good while it is held or delivers
   std::map<int, ListenerPointer> m_pool;
   std::map<int, int> m_running;
-  std::vector<std::pair<int, int>> m_registered;
+  std::vector<std::pair<int, int>> m_registered;  // in order
+  std::vector<std::pair<int, int>> m_kept;        // places of who was removed meanwhile
   std::vector<Frame> m_frames;
   int m_nextId = 0;
   int m_nextRegistration = 0;
@@ -249,6 +263,40 @@ TEST(Observers, ComeAndGoByTheHundredThousandInAnyOrder) {
   for (auto const& listener : listeners) {
     if (listener && listener != *onlooker) {
       ASSERT_LE(listener->heard, 1);
+    }
+  }
+}
+
+/// The first of three (and of twenty, by the index) takes each in turn out and in again, twice.
+TEST(Observers, RemovedAndAddedAgainDuringADeliveryIsCalledOnceInItsPlace) {
+  for (int count : {3, 20}) {
+    for (int moved = 0; moved != count; ++moved) {
+      boost::intrusive_ptr<Subject> const subject(new Subject);
+      std::vector<ListenerPointer> listeners;
+      std::vector<int> order, expected;
+      for (int i = 0; i != count; ++i) {
+        listeners.emplace_back(new Listener(i))->react = [&](Listener& called) {
+          order.push_back(called.id);
+          if (called.id != 1) return;
+          for (int k = 0; k != 2; ++k) {
+            EXPECT_TRUE(subject->RemoveObserver(*listeners[moved]));
+            EXPECT_FALSE(subject->RemoveObserver(*listeners[moved]));
+            EXPECT_TRUE(subject->AddObserver(*listeners[moved]));
+            EXPECT_FALSE(subject->AddObserver(*listeners[moved]));
+          }
+        };
+        subject->AddObserver(*listeners.back());
+        expected.push_back(i);
+      }
+      subject->Raise();
+      EXPECT_EQ(order, expected);
+      // Between deliveries it goes to the end.
+      EXPECT_TRUE(subject->RemoveObserver(*listeners[moved]));
+      EXPECT_TRUE(subject->AddObserver(*listeners[moved]));
+      std::rotate(expected.begin() + moved, expected.begin() + moved + 1, expected.end());
+      order.clear();
+      subject->Raise();
+      EXPECT_EQ(order, expected);
     }
   }
 }

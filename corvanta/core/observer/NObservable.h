@@ -10,7 +10,8 @@ namespace corvanta::core::observer {
 ///
 /// A base of `Subject`, which alone can deliver. Copies start without observers. Listeners hear in
 /// the order of registration, but must not rely on it. Hold a listener by `boost::intrusive_ptr`:
-/// one that nobody holds hears nothing until its count rises.
+/// one that nobody holds hears nothing until its count rises. One that a handler removes and adds
+/// again hears the running event exactly once.
 template <class Subject, class Listener>
 class CORVANTA_API NObservable {
  public:

@@ -24,7 +24,13 @@ bool NObservableImpl::AddObserver(
     reference_countable::NReferenceCountableWithWeakReference const& observer, void* listener) {
   auto weak = observer.GetWeakReference();
   if (m_state == nullptr) m_state = new State;
-  if (m_state->Find(weak.get()) != kNotFound) return false;
+  if (std::size_t const position = m_state->Find(weak.get()); position != kNotFound) {
+    Entry& entry = m_state->At(position);
+    if (entry.listener != nullptr) return false;
+    entry.listener = listener;
+    --m_state->blankCount;
+    return true;
+  }
   m_state->MakeRoom();
   if (m_state->index) m_state->index->emplace(weak.get(), m_state->size);
   m_state->At(m_state->size++) = {std::move(weak), listener};
@@ -36,9 +42,15 @@ bool NObservableImpl::RemoveObserver(
   reference_countable::NWeakReferenceImpl const* const weak = observer.FindWeakReference();
   if (m_state == nullptr || weak == nullptr) return false;
   std::size_t const position = m_state->Find(weak);
-  if (position == kNotFound) return false;
-  m_state->Blank(position);
-  if (m_state->deliveries == 0) m_state->Sweep();
+  if (position == kNotFound || m_state->At(position).listener == nullptr) return false;
+  if (m_state->deliveries == 0) {
+    m_state->Blank(position);
+    m_state->Sweep();
+  } else {
+    m_state->At(position).listener = nullptr;
+    ++m_state->blankCount;
+    m_state->isKeepingPlaces = true;
+  }
   return true;
 }
 
@@ -65,8 +77,19 @@ std::size_t NObservableImpl::State::Find(
 void NObservableImpl::State::Blank(std::size_t position) noexcept {
   Entry& entry = At(position);
   if (index) index->erase(entry.observer.get());
-  entry.observer.reset();
+  entry = Entry();
   ++blankCount;
+}
+
+/// At the end of the outermost delivery, whose walk was no shorter than this one.
+void NObservableImpl::State::GivePlacesUp() noexcept {
+  for (std::size_t i = 0; i != size; ++i) {
+    Entry& entry = At(i);
+    if (entry.listener != nullptr || !entry.observer) continue;
+    if (index) index->erase(entry.observer.get());
+    entry.observer.reset();
+  }
+  isKeepingPlaces = false;
 }
 
 /// Makes sure that one more entry fits, dropping the dead before anything grows.
@@ -116,6 +139,7 @@ void NObservableImpl::Delivery::Finish() noexcept {
   if (state.isOrphan) {
     delete &state;
   } else {
+    if (state.isKeepingPlaces) state.GivePlacesUp();
     state.Sweep();
   }
 }
