@@ -86,7 +86,8 @@ NAnimations::Range NAnimations::GetRange(aiAnimation const& source,
   }
   if (extent.last > 0.0) {
     // What rounding adds to a whole number of frames isn't another frame.
-    range.end = std::max(1L, std::lround(std::ceil(extent.last * range.fps - 1e-4)));
+    double const frames = extent.last * range.fps;
+    range.end = std::max(1L, std::lround(std::ceil(frames - GetTimeTolerance(frames))));
     range.fps = static_cast<double>(range.end) / extent.last;
   }
   range.start = std::lround(std::floor(extent.first * range.fps));

@@ -30,6 +30,12 @@ void SortByTime(std::vector<NKey<N>>& keys, NKeyFaults& faults) {
   std::stable_sort(keys.begin(), keys.end(), isEarlier);
 }
 
+double Before(double time) {
+  return std::nextafter(time, -std::numeric_limits<double>::infinity());
+}
+
+// A jump is over by its time, however that was rounded: it stands ahead by the tolerance where
+// there is room, and what is linear behind it still begins at the time itself.
 template <std::size_t N>
 void PartJumps(std::vector<NKey<N>>& keys) {
   std::vector<NKey<N>> parted;
@@ -37,13 +43,20 @@ void PartJumps(std::vector<NKey<N>>& keys) {
   for (std::size_t first = 0; first != keys.size();) {
     std::size_t last = first;
     while (last + 1 != keys.size() && keys[last + 1].time == keys[first].time) ++last;
-    double const before =
-        std::nextafter(keys[first].time, -std::numeric_limits<double>::infinity());
-    // A curve takes no second key at a time.
-    if (last != first && (parted.empty() || parted.back().time < before)) {
-      parted.push_back({before, keys[first].values});
+    NKey<N> reached = keys[last];
+    if (last != first) {
+      auto const hasRoom = [&] {
+        return parted.empty() || parted.back().time < Before(reached.time);
+      };
+      reached.time -= GetTimeTolerance(reached.time);
+      if (!hasRoom()) reached.time = keys[last].time;
+      // A curve takes no second key at a time.
+      if (hasRoom()) parted.push_back({Before(reached.time), keys[first].values});
+      bool const stays = last + 1 == keys.size() || keys[last + 1].values == reached.values;
+      if (!stays && reached.time != keys[last].time) parted.push_back(reached);
+      if (!stays) reached = keys[last];
     }
-    parted.push_back(keys[last]);
+    parted.push_back(reached);
     first = last + 1;
   }
   keys.swap(parted);
@@ -72,6 +85,9 @@ std::vector<NKey<N>> Read(Key const* keys, unsigned count, double ticksPerSecond
 }  // namespace
 
 bool IsUsableTime(double seconds) { return std::abs(seconds) <= kLatest; }
+
+// A float, and a rate that another float gave, are each off by a relative 6e-8 at most.
+double GetTimeTolerance(double frames) { return 1e-4 + 2e-7 * std::abs(frames); }
 
 NTripleKeys ReadKeys(aiVectorKey const* keys, unsigned count, double ticksPerSecond, double fps,
                      NKeyFaults& faults) {

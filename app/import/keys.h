@@ -27,8 +27,13 @@ struct NKeyFaults {
 /// Whether keys can stand at this time. Units: seconds.
 bool IsUsableTime(double seconds);
 
-/// The keys of a channel that can be used, in order of time. Two at one time are a jump: the first
-/// moves just before the second; those between them go.
+/// How far rounding may put a time off: files hold floats, and players add up steps.
+/// Units: frames.
+double GetTimeTolerance(double frames);
+
+/// The keys of a channel that can be used, in order of time. Two at one time are a jump, which is
+/// over by that time, also where it or a player's frame is rounded: it stands ahead by
+/// GetTimeTolerance. Keys between the two go.
 /// Units: `ticksPerSecond` of the file, times of the result in frames of `fps`.
 NTripleKeys ReadKeys(aiVectorKey const* keys, unsigned count, double ticksPerSecond, double fps,
                      NKeyFaults& faults);

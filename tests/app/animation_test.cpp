@@ -151,9 +151,13 @@ TEST(KeysTest, WhatCanNotBeUsedGoesAndTheRestIsPutInOrder) {
     times.push_back(key.time);
     values.push_back(key.values[0]);
   }
-  // Of three at one time the first holds until just before, and the last from there on.
-  EXPECT_THAT(times, ElementsAre(0, 5, std::nextafter(10.0, 0.0), 10));
+  // Of three at one time the first holds until just before, and the last from there on; it keeps
+  // its own time where something linear begins.
+  double const jump = 10 - app::GetTimeTolerance(10);
+  EXPECT_THAT(times, ElementsAre(0, 5, std::nextafter(jump, 0.0), jump));
   EXPECT_THAT(values, ElementsAre(1, 2, 3, 4));
+  aiVectorKey const slope[] = {{0, {}}, {1, {}}, {1, {4, 0, 0}}, {2, {5, 0, 0}}};
+  EXPECT_EQ(app::ReadKeys(slope, 4, 1, 1, faults)[3].time, 1);
 
   aiQuatKey const turns[] = {{0, {2, 0, 0, 0}}, {1, {0, 0, 0, 0}}};
   EXPECT_THAT(app::ReadKeys(turns, 2, 1, 1, faults)[0].values, ElementsAre(0, 0, 0, 1));

@@ -10,6 +10,8 @@
 #include "app/import/NGltfFile.h"
 #include "app/import/angles.h"
 #include "app/import/import.h"
+#include "app/play/NPlayback.h"
+#include "app/play/NTimeLinePlayer.h"
 #include "corvanta/core/text/convert.h"
 #include "tests/app/program.h"
 
@@ -68,6 +70,36 @@ TEST(GltfAnimationTest, StepsStay) {
            {0, 1, 0}, {0.999, 1, 0}, {1, 5, 0}, {1.999, 5, 0}, {2, 3, 90}}) {
     EXPECT_NEAR(played.At(seconds, "part", L"translation.x"), x, 1e-9) << seconds;
     EXPECT_NEAR(played.At(seconds, "part", L"rotation.y"), turn, 1e-3) << seconds;
+  }
+}
+
+// At any rate, either way, and at times that no float holds exactly: the value is that of the last
+// key at or before the moment.
+TEST(GltfAnimationTest, AStepFiresInTheFrameOfItsTime) {
+  for (auto const& [length, tenths] : {std::pair(10, 5), {7, 1}, {90, 3}, {3, 10}}) {
+    Channel channel{0, "translation", {}, {}, "STEP"};
+    for (int i = 0; i * tenths <= length * 10; ++i) {
+      channel.times.push_back(static_cast<float>(i * tenths) / 10);
+      channel.values.insert(channel.values.end(), {static_cast<float>(i), 0, 0});
+    }
+    support::TemporaryFiles const files;
+    files.Write("model.gltf", AddAnimation(PartGltf(), "steps", {channel}));
+    for (int const rate : {10, 24, 25, 30, 50, 60}) {
+      for (bool const isReverse : {false, true}) {
+        app::NDocument document;
+        auto const model = app::ImportModel(document, (files.GetFolder() / "model.gltf").string());
+        app::NTimeLinePlayer player(*model.animations.at(0), isReverse, false);
+        app::NPlayback playback(document, player, {static_cast<double>(rate), {}, false});
+        int lateCount = 0;
+        playback.Run([&](app::NFrame const& frame) {
+          double const keys = frame.moment * 10 / tenths;
+          double const expected = std::floor(keys + 1e-5);
+          lateCount += std::abs(model.tree->GetRoot()->GetTranslationX() - expected) > 1e-9;
+          return true;
+        });
+        EXPECT_EQ(lateCount, 0) << length << ' ' << tenths << ' ' << rate << ' ' << isReverse;
+      }
+    }
   }
 }
 
