@@ -1,9 +1,11 @@
 #include "app/import/mesh.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <map>
 #include <type_traits>
 #include <unordered_map>
@@ -32,24 +34,41 @@ bool IsSame(aiVector3D const& a, aiVector3D const& b) {
   return a.x == b.x && a.y == b.y && a.z == b.z;
 }
 
-bool IsFinite(aiVector3D const& v) {
-  return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
+using Normals = std::vector<aiVector3D>;
+using Sum = aiVector3t<double>;
+
+Sum Wide(aiVector3D const& v) { return {v.x, v.y, v.z}; }
+aiVector3D Narrow(Sum const& v) {
+  return {static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
 }
 
-bool HasUsableNormals(aiMesh const& mesh) {
-  if (!mesh.HasNormals()) return false;
-  for (unsigned i = 0; i != mesh.mNumVertices; ++i) {
-    if (!IsFinite(mesh.mNormals[i])) return false;
+// The mesh's normals with length 1, (0, 0, 0) in place of those that point nowhere; none where none
+// can be used.
+Normals ReadNormals(aiMesh const& mesh) {
+  constexpr double kRounding = 1e-5;
+  if (!mesh.HasNormals()) return {};
+  Normals normals(mesh.mNormals, mesh.mNormals + mesh.mNumVertices);
+  bool areUsed = false;
+  for (aiVector3D& normal : normals) {
+    Sum const wide = Wide(normal);
+    double const length = std::hypot(wide.x, wide.y, wide.z);
+    bool const isUsed = std::isfinite(length) && length >= std::numeric_limits<float>::min();
+    areUsed |= isUsed;
+    if (!isUsed) {
+      normal = aiVector3D();
+    } else if (std::abs(length - 1.0) > kRounding) {
+      normal = Narrow(wide / length);
+    }
   }
-  return true;
+  return areUsed ? normals : Normals();
 }
 
 // The triangles of a mesh over those of its vertices that are used, each kind once.
 class Joiner {
  public:
-  Joiner(aiMesh const& mesh, bool usesNormals)
+  Joiner(aiMesh const& mesh, Normals const& normals)
       : m_mesh(mesh),
-        m_usesNormals(usesNormals),
+        m_normals(normals),
         m_numbers(
             0, [this](unsigned i) { return Hash(i); },
             [this](unsigned a, unsigned b) { return Equal(a, b); }) {
@@ -76,7 +95,7 @@ class Joiner {
     for (unsigned set = 0; set != m_mesh.GetNumUVChannels(); ++set) {
       hash = Mix(hash, m_mesh.mTextureCoords[set][i]);
     }
-    return m_usesNormals ? Mix(hash, m_mesh.mNormals[i]) : hash;
+    return m_normals.empty() ? hash : Mix(hash, m_normals[i]);
   }
   bool Equal(unsigned a, unsigned b) const {
     if (a == b) return true;
@@ -84,11 +103,11 @@ class Joiner {
       if (!IsSame(m_mesh.mTextureCoords[set][a], m_mesh.mTextureCoords[set][b])) return false;
     }
     return IsSame(m_mesh.mVertices[a], m_mesh.mVertices[b]) &&
-           (!m_usesNormals || IsSame(m_mesh.mNormals[a], m_mesh.mNormals[b]));
+           (m_normals.empty() || IsSame(m_normals[a], m_normals[b]));
   }
 
   aiMesh const& m_mesh;
-  bool const m_usesNormals;
+  Normals const& m_normals;
   std::unordered_map<unsigned, unsigned, std::function<std::size_t(unsigned)>,
                      std::function<bool(unsigned, unsigned)>>
       m_numbers;
@@ -96,13 +115,9 @@ class Joiner {
   std::vector<unsigned> m_indices;
 };
 
-using Sum = aiVector3t<double>;
-
-Sum Wide(aiVector3D const& v) { return {v.x, v.y, v.z}; }
-
 // At each vertex the mean of the triangles that meet in its place, weighted by their areas; (0, 0,
 // 1) where they cancel out. Vertices that differ in texture coordinates alone share a normal.
-std::vector<aiVector3D> ComputeNormals(aiMesh const& mesh, Joiner const& joined) {
+Normals ComputeNormals(aiMesh const& mesh, Joiner const& joined) {
   auto const hash = [](aiVector3D const& v) { return Mix(0, v); };
   std::unordered_map<aiVector3D, unsigned, decltype(hash), decltype(&IsSame)> places(0, hash,
                                                                                      &IsSame);
@@ -122,13 +137,11 @@ std::vector<aiVector3D> ComputeNormals(aiMesh const& mesh, Joiner const& joined)
     for (std::size_t corner = i; corner != i + 3; ++corner) sums[placeOf[indices[corner]]] += area;
   }
 
-  std::vector<aiVector3D> normals;
+  Normals normals;
   for (unsigned const place : placeOf) {
     Sum const& sum = sums[place];
     double const length = std::hypot(sum.x, sum.y, sum.z);
-    Sum const unit = length > 0.0 ? sum / length : Sum(0.0, 0.0, 1.0);
-    normals.emplace_back(static_cast<float>(unit.x), static_cast<float>(unit.y),
-                         static_cast<float>(unit.z));
+    normals.push_back(Narrow(length > 0.0 ? sum / length : Sum(0.0, 0.0, 1.0)));
   }
   return normals;
 }
@@ -140,18 +153,22 @@ void Append(std::vector<float>& floats, aiVector3D const& v) {
 }  // namespace
 
 boost::intrusive_ptr<geometry::NSurface> CreateSurface(aiMesh const& mesh) {
-  bool const usesNormals = HasUsableNormals(mesh);
-  Joiner const joined(mesh, usesNormals);
+  Normals const given = ReadNormals(mesh);
+  Joiner const joined(mesh, given);
   if (joined.GetIndices().empty()) return nullptr;
 
+  auto const& vertices = joined.GetVertices();
+  bool const isComplete =
+      !given.empty() && std::none_of(vertices.begin(), vertices.end(), [&](unsigned vertex) {
+        return given[vertex] == aiVector3D();
+      });
+  Normals const computed = isComplete ? Normals() : ComputeNormals(mesh, joined);
   std::vector<float> coords;
   std::vector<float> normals;
-  for (unsigned const vertex : joined.GetVertices()) {
-    Append(coords, mesh.mVertices[vertex]);
-    if (usesNormals) Append(normals, mesh.mNormals[vertex]);
-  }
-  if (!usesNormals) {
-    for (aiVector3D const& normal : ComputeNormals(mesh, joined)) Append(normals, normal);
+  for (std::size_t i = 0; i != vertices.size(); ++i) {
+    Append(coords, mesh.mVertices[vertices[i]]);
+    bool const isGiven = isComplete || (!given.empty() && given[vertices[i]] != aiVector3D());
+    Append(normals, isGiven ? given[vertices[i]] : computed[i]);
   }
 
   std::map<NUVWMappingID, std::vector<data::structs::UVW>> uvws;

@@ -14,9 +14,8 @@ namespace corvanta::app {
 constexpr unsigned GetMappingId(unsigned channel) { return channel + 2; }
 
 /// The triangles of `mesh` as a surface: vertices that are alike in all they have are one, and
-/// normals are worked out if there are none or one of them isn't finite. Points and lines are left
-/// out.
-/// Fails: null without triangles.
+/// every normal has length 1. One that is missing, has no length or isn't finite is worked out from
+/// the triangles that meet there. Points and lines are left out. Fails: null without triangles.
 /// Requires: every index names a vertex.
 boost::intrusive_ptr<data::domain::geometry::NSurface> CreateSurface(aiMesh const& mesh);
 

@@ -4,8 +4,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <chrono>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 #include "app/import/NHierarchy.h"
@@ -102,6 +104,36 @@ TEST_F(ImportTest, JoinsVerticesThatAreAlikeAndWorksOutNormals) {
       EXPECT_NEAR(surface->GetNormals()[i].y, row->normal.y, 1e-6);
       EXPECT_NEAR(surface->GetNormals()[i].z, row->normal.z, 1e-6);
     }
+  }
+}
+
+TEST_F(ImportTest, EveryNormalHasLengthOne) {
+  float const kInf = std::numeric_limits<float>::infinity();
+  float const kLong = std::numeric_limits<float>::max();
+  float const kRoot2 = std::sqrt(0.5f);
+  struct Row {
+    std::array<float, 3> given, expected;
+  };
+  Row const rows[] = {{{0, 0, 0}, {0, 0, 1}},       {{-0.0f, 0, 1e-45f}, {0, 0, 1}},
+                      {{kInf, 0, 0}, {0, 0, 1}},    {{0, std::nanf(""), 0}, {0, 0, 1}},
+                      {{0, 3, 4}, {0, 0.6f, 0.8f}}, {{kLong, -kLong, 0}, {kRoot2, -kRoot2, 0}},
+                      {{1e-30f, 0, 0}, {1, 0, 0}},  {{0.6f, 0, 0.8f}, {0.6f, 0, 0.8f}}};
+  for (Row const& row : rows) {
+    aiMesh read;
+    read.mNumVertices = 3;
+    read.mVertices = new aiVector3D[3]{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+    read.mNormals =
+        new aiVector3D[3]{{row.given[0], row.given[1], row.given[2]}, {1, 0, 0}, {0, -1, 0}};
+    read.mNumFaces = 1;
+    read.mFaces = new aiFace[1];
+    read.mFaces[0].mNumIndices = 3;
+    read.mFaces[0].mIndices = new unsigned[3]{0, 1, 2};
+    auto const surface = app::CreateSurface(read);
+    auto const& normals = surface->GetNormals();
+    EXPECT_THAT((std::array{normals[0].x, normals[0].y, normals[0].z}),
+                testing::Pointwise(testing::FloatEq(), row.expected));
+    EXPECT_EQ(normals[1].x, 1) << "of another vertex";
+    EXPECT_EQ(normals[2].y, -1) << "of another vertex";
   }
 }
 
