@@ -7,7 +7,7 @@ set(text "#pragma once\n\n// Every public header of corvanta. Written by cmake/u
 foreach(header ${headers})
   # Details belong to the headers that need them, but for the classes that callers see by name; the platform
   # layer's picture side belongs to its decoder.
-  if(header MATCHES "(NNodeColorTranslator|NFIImage|NUnknownImage|NFIImageError)\\.h$" OR NOT header MATCHES "/detail/|/fwd\\.h$|corvanta/corvanta\\.h$|corvanta/platform/(narrow_path|picture|file)\\.h$")
+  if(header MATCHES "(NNodeColorTranslator|NFIImage|NUnknownImage|NFIImageError)\\.h$" OR NOT header MATCHES "/detail/|/fwd\\.h$|corvanta/(corvanta|names)\\.h$|corvanta/platform/(narrow_path|picture|file)\\.h$")
     string(APPEND text "#include \"${header}\"\n")
   endif()
 endforeach()

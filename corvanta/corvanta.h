@@ -49,6 +49,7 @@
 #include "corvanta/data/animation/NAnimationListener.h"
 #include "corvanta/data/animation/NAnimationManager.h"
 #include "corvanta/data/animation/SquadInterpolator.h"
+#include "corvanta/data/document/NDocument.h"
 #include "corvanta/data/domain/NDomain.h"
 #include "corvanta/data/domain/NNode.h"
 #include "corvanta/data/domain/NNodeModifier.h"

@@ -40,6 +40,9 @@ class CORVANTA_API NDomain : public NDomainBase, public Namespace {
     return NTypedNodeIterator(GetNodeBegin());
   }
   NTypedNodeIterator GetTypedNodeEnd() const noexcept { return NTypedNodeIterator(GetNodeEnd()); }
+  /// The same, for `for (Node& node : domain)`.
+  NTypedNodeIterator begin() const noexcept { return GetTypedNodeBegin(); }
+  NTypedNodeIterator end() const noexcept { return GetTypedNodeEnd(); }
 
  protected:
   using NDomainBase::NDomainBase;
