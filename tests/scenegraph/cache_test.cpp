@@ -227,11 +227,52 @@ TEST(Boxes, ATreeThatShowsItselfIsCut) {
   EXPECT_EQ(tree::GetBoundingBox(*shown).min.x, 0.0f);
 }
 
-TEST(Boxes, AThousandNestedReferences) {
+struct LateHosts : data::events::NEventListener {
+  std::vector<tree::NSceneGraphTreeHost const*> met;
+
+ private:
+  void OnSceneGraphTreeChange(tree::NSceneGraphTreeHost const& host,
+                              boost::intrusive_ptr<tree::NSceneGraphTreeNode> const&) override {
+    met.push_back(&host);
+  }
+};
+
+TEST(Boxes, AreComputedInListOrder) {
+  Graph graph;
+  Group const root = graph.Make(), innerRoot = graph.Make();
+  Model const absolute = graph.MakeModel({0, 0, 0}, {1, 1, 1});
+  absolute->SetTransformIsAbsoluteFlag(true);
+  innerRoot->AddChild(*absolute);
+  Tree const inner = graph.MakeTree(innerRoot), shown = graph.MakeTree(root);
+  std::vector<tree::NSceneGraphTreeHost const*> expected;
+  std::vector<Tree> late;
+  for (double const x : {10, 100, 200}) {
+    Group const arm = graph.Make();
+    Reference const early = graph.MakeReference(inner);
+    Move(*early, x, 0, 0);
+    // Nobody holds the tree yet, so that the reference meets it when the box is computed.
+    auto* const unheld = new tree::NSceneGraphTreeNode(NNodeID(), nullptr, nullptr);
+    NNodeReference<tree::NSceneGraphTreeNode> const ahead(*unheld);
+    Reference const meets = graph.Make<item::NSceneGraphReferenceNode>();
+    meets->SetSceneGraph(ahead);
+    late.emplace_back(unheld);
+    root->AddChild(*arm);
+    for (Reference const& child : {early, meets}) arm->AddChild(*child);
+    expected.push_back(meets.get());
+  }
+  boost::intrusive_ptr<LateHosts> const log(new LateHosts);
+  graph.events->AddObserver(*log);
+  Box3 const box = tree::GetBoundingBox(*shown);
+  EXPECT_TRUE(Near(box.min, {0, 0, 0})) << "the first reference decides the shown tree's own box";
+  EXPECT_TRUE(Near(box.max, {191, 1, 1}));
+  EXPECT_EQ(log->met, expected);
+}
+
+TEST(Boxes, AHundredThousandNestedReferences) {
   Graph graph;
   Item root = graph.MakeModel({0, 0, 0}, {1, 1, 1});
   Tree shown;
-  for (int level = 0; level != 1000; ++level) {
+  for (int level = 0; level != 100000; ++level) {
     shown = graph.MakeTree(root);
     root = graph.MakeReference(shown);
   }

@@ -2,6 +2,7 @@
 
 #include "corvanta/core/detail/scope_exit.h"
 #include "corvanta/core/string_table/string_table.h"
+#include "corvanta/data/domain/scenegraph/item/detail/shown_root.h"
 
 namespace corvanta::data::domain::scenegraph::item {
 
@@ -22,25 +23,33 @@ void NSceneGraphReferenceNode::VerifyReference() const {
   }
 }
 
+detail::ShownRoot detail::FindShownRoot(NSceneGraphReferenceNode const& reference,
+                                        Matrix const& accumulated, Matrix const& base) {
+  ShownRoot shown;
+  auto const tree = reference.GetSceneGraph();
+  if (tree) shown.item = tree->GetRoot();
+  if (!shown.item) return shown;
+  shown.base = tree->GetControlTransform();
+  Matrix const local = shown.item->GetTransform() * shown.base;
+  if (shown.item->TransformIsAbsolute()) {
+    shown.accumulated = local;
+    shown.toReference = local * accumulated.Inverse();
+  } else {
+    shown.toReference = local * base.Inverse();
+    shown.accumulated = shown.toReference * accumulated;
+  }
+  return shown;
+}
+
 void NSceneGraphReferenceNode::CalculateBoundingBox(Box3& box, Matrix const& accumulated,
                                                     Matrix const& base) const {
   NSceneGraphItemNode::CalculateBoundingBox(box, accumulated, base);
-  auto const tree = GetSceneGraph();
-  auto const root = tree ? tree->GetRoot() : nullptr;
-  if (!root) return;
-  Matrix const control = tree->GetControlTransform();
-  Matrix const shown = root->GetTransform() * control;
-  Box3 rootBox;
-  if (root->TransformIsAbsolute()) {
-    rootBox = root->GetBoundingBox(shown, control);
-    rootBox.Transform(shown * accumulated.Inverse());
-  } else {
-    Matrix const toHere = shown * base.Inverse();
-    rootBox = root->GetBoundingBox(toHere * accumulated, control);
-    rootBox.Transform(toHere);
-  }
+  detail::ShownRoot const shown = detail::FindShownRoot(*this, accumulated, base);
+  if (!shown.item) return;
+  Box3 rootBox = shown.item->GetBoundingBox(shown.accumulated, shown.base);
+  rootBox.Transform(shown.toReference);
   box.ExtendBy(rootBox);
-  root->AddReferrer(*this);
+  shown.item->AddReferrer(*this);
 }
 
 wchar_t const* NSceneGraphReferenceNode::GetSceneGraphItemTypeImpl() const {

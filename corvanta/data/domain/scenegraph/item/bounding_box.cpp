@@ -5,6 +5,7 @@
 #include "corvanta/data/domain/scenegraph/detail/ray_bound.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/data/domain/scenegraph/item/detail/block.h"
+#include "corvanta/data/domain/scenegraph/item/detail/shown_root.h"
 
 namespace corvanta::data::domain::scenegraph::item {
 
@@ -57,36 +58,44 @@ void NSceneGraphItemNode::DirtyBoundingBox() {
 
 /// Computes the dirty boxes of a subtree from the leaves up, without recursion.
 ///
-/// An item is entered, then its dirty visible children, then it is computed: its children are clean
-/// by then. What the walk stands in already is passed over and adds nothing: the item met twice
-/// through two lists, the tree that shows itself.
+/// An item is entered, then its dirty visible children in list order, then the root that it shows
+/// if it is a reference, then it is computed: what its box is made of is clean by then. What the
+/// walk stands in already is passed over and adds nothing: the item met twice through two lists,
+/// the tree that shows itself.
 struct NSceneGraphItemNode::BoxWalk {
   struct Frame {
     boost::intrusive_ptr<NSceneGraphItemNode const> item;  // null: not counted, the caller's
     NSceneGraphItemNode const* node;
     Matrix accumulated;
     std::size_t firstPending;  // of this item's children
+    bool mayShow;              // a reference whose shown root wasn't looked at yet
+    bool isShown;              // a root that a reference shows; its tree's control ends `bases`
   };
 
-  explicit BoxWalk(Matrix const& controlTransform) : base(controlTransform) {}
+  explicit BoxWalk(Matrix const& controlTransform) : bases{controlTransform} {}
   BoxWalk(BoxWalk const&) = delete;
   BoxWalk& operator=(BoxWalk const&) = delete;
   ~BoxWalk() {
     for (Frame const& frame : frames) frame.node->m_block->isBeingBoxed = false;
   }
 
+  static bool NeedsBox(NSceneGraphItemNode const& item) {
+    return item.m_block->isBoxDirty && !item.m_block->isBeingBoxed;
+  }
   static bool IsWanted(NSceneGraphItemNode const& child) {
-    Block const& block = *child.m_block;
-    return block.isBoxDirty && !block.isBeingBoxed && block.AN_IS_VISIBLE.Get();
+    return NeedsBox(child) && child.m_block->AN_IS_VISIBLE.Get();
   }
 
   void Enter(NSceneGraphItemNode const& item, boost::intrusive_ptr<NSceneGraphItemNode const> held,
-             Matrix const& accumulated) {
-    frames.push_back({std::move(held), &item, accumulated, pending.size()});
+             Matrix const& accumulated, bool isShown = false) {
+    bool const isReference = item.GetSceneGraphItemType() == SGIT_REFERENCE;
+    frames.push_back({std::move(held), &item, accumulated, pending.size(), isReference, isShown});
     item.m_block->isBeingBoxed = true;
     item.m_block->box = Box3();
-    for (auto const& child : item.m_block->children) {
-      if (IsWanted(*child)) pending.push_back(child);
+    Children const& children = item.m_block->children;
+    // The next one to be entered is the last.
+    for (auto child = children.rbegin(); child != children.rend(); ++child) {
+      if (IsWanted(**child)) pending.push_back(*child);
     }
   }
 
@@ -94,9 +103,19 @@ struct NSceneGraphItemNode::BoxWalk {
     if (!IsWanted(*child)) return;
     Matrix const& local = child->GetTransform();
     Matrix const accumulated =
-        local * (child->TransformIsAbsolute() ? base : frames.back().accumulated);
+        local * (child->TransformIsAbsolute() ? bases.back() : frames.back().accumulated);
     NSceneGraphItemNode const& item = *child;
     Enter(item, std::move(child), accumulated);
+  }
+
+  void EnterShownRoot() {
+    frames.back().mayShow = false;
+    auto const& reference = static_cast<NSceneGraphReferenceNode const&>(*frames.back().node);
+    detail::ShownRoot const shown =
+        detail::FindShownRoot(reference, frames.back().accumulated, bases.back());
+    if (!shown.item || !NeedsBox(*shown.item)) return;
+    bases.push_back(shown.base);
+    Enter(*shown.item, shown.item, shown.accumulated, true);
   }
 
   void Run(NSceneGraphItemNode const& item, Matrix const& accumulated) {
@@ -106,21 +125,28 @@ struct NSceneGraphItemNode::BoxWalk {
         auto child = std::move(pending.back());
         pending.pop_back();
         EnterChild(std::move(child));
-        continue;
+      } else if (frames.back().mayShow) {
+        EnterShownRoot();
+      } else {
+        Leave();
       }
-      Frame const& frame = frames.back();
-      Block& block = *frame.node->m_block;
-      Box3 box;
-      frame.node->CalculateBoundingBox(box, frame.accumulated, base);
-      block.box = box;
-      block.isBoxDirty = false;
-      block.isBeingBoxed = false;
-      NoteCleaning();
-      frames.pop_back();
     }
   }
 
-  Matrix const& base;
+  void Leave() {
+    Frame const& frame = frames.back();
+    Block& block = *frame.node->m_block;
+    Box3 box;
+    frame.node->CalculateBoundingBox(box, frame.accumulated, bases.back());
+    block.box = box;
+    block.isBoxDirty = false;
+    block.isBeingBoxed = false;
+    NoteCleaning();
+    if (frame.isShown) bases.pop_back();
+    frames.pop_back();
+  }
+
+  std::vector<Matrix> bases;  // the control transforms of the trees on the way, the innermost last
   std::vector<Frame> frames;
   std::vector<boost::intrusive_ptr<NSceneGraphItemNode const>> pending;
 };
