@@ -17,6 +17,9 @@ namespace {
 
 using nlohmann::json;
 
+// Elements of a file that no buffer holds, so that a few bytes may claim them.
+constexpr std::size_t kMostZeros = 16'000'000;
+
 std::string ReadFile(std::filesystem::path const& path) {
   if (!std::filesystem::is_regular_file(path)) throw NImportError("not a file");
   std::ifstream file(path, std::ios::binary);
@@ -58,6 +61,21 @@ float ReadNumber(char const* at, float largest) {
   return std::max(static_cast<float>(number) / largest, -1.0f);
 }
 
+std::string ToWord(std::size_t number) {
+  auto const word = static_cast<std::uint32_t>(number);
+  std::string bytes(4, '\0');
+  std::memcpy(bytes.data(), &word, 4);
+  return bytes;
+}
+
+// Bytes of an index.
+std::size_t GetIndexSize(int componentType) {
+  if (componentType == 5121) return 1;
+  if (componentType == 5123) return 2;
+  if (componentType == 5125) return 4;
+  throw NImportError("indices of an unknown kind");
+}
+
 struct Format {
   std::size_t size;  // bytes
   float (*read)(char const* at);
@@ -91,7 +109,8 @@ Format GetFormat(json const& accessor) {
 
 NGltfFile::NGltfFile(std::filesystem::path const& path) : m_folder(path.parent_path()) {
   std::string const bytes = ReadFile(path);
-  if (bytes.compare(0, 4, "glTF") != 0) {
+  m_isBinary = bytes.compare(0, 4, "glTF") == 0;
+  if (!m_isBinary) {
     m_root = json::parse(bytes);
   } else {
     std::size_t const length = ReadWord(bytes, 12);
@@ -108,31 +127,96 @@ NGltfFile::NGltfFile(std::filesystem::path const& path) : m_folder(path.parent_p
 std::vector<float> NGltfFile::ReadAccessor(std::size_t number, std::size_t width) {
   json const& accessor = m_root.at("accessors").at(number);
   auto const type = accessor.at("type").get<std::string>();
-  if (type != (width == 1 ? "SCALAR" : "VEC" + std::to_string(width)) ||
-      accessor.contains("sparse")) {
+  if (type != (width == 1 ? "SCALAR" : "VEC" + std::to_string(width))) {
     throw NImportError("an accessor of another kind");
   }
-  Format const format = GetFormat(accessor);
-  json const& view = m_root.at("bufferViews").at(accessor.at("bufferView").get<std::size_t>());
-  std::string const& buffer = GetBuffer(view.at("buffer").get<std::size_t>());
   auto const count = accessor.at("count").get<std::size_t>();
-  auto const stride = view.value("byteStride", format.size * width);
-  auto const begin = view.value("byteOffset", std::size_t(0));
-  auto const offset = accessor.value("byteOffset", std::size_t(0));
-  std::size_t const size = buffer.size();
-  // Each alone first, so that no sum or product runs over.
-  if (count > size || stride > 255 || begin > size || offset > size ||
-      (count != 0 && begin + offset + (count - 1) * stride + format.size * width > size)) {
-    throw NImportError("an accessor leaves its buffer");
+  std::vector<float> numbers;
+  if (accessor.contains("bufferView")) {
+    numbers = ReadElements(accessor, accessor, count, width);
+  } else if (count <= kMostZeros) {
+    numbers.resize(count * width);
+  } else {
+    throw NImportError("an accessor of too many zeros");
   }
+  if (accessor.contains("sparse")) SetSparse(accessor, width, numbers);
+  return numbers;
+}
+
+void NGltfFile::SetSparse(json const& accessor, std::size_t width, std::vector<float>& numbers) {
+  json const& sparse = accessor.at("sparse");
+  auto const count = sparse.at("count").get<std::size_t>();
+  auto const values = ReadElements(accessor, sparse.at("values"), count, width);
+  json const& indices = sparse.at("indices");
+  std::size_t const size = GetIndexSize(indices.at("componentType").get<int>());
+  Place const place = FindElements(indices, count, size);
+  for (std::size_t i = 0; i != count; ++i) {
+    std::uint32_t index = 0;
+    std::memcpy(&index, place.first + i * place.stride, size);
+    if (index >= numbers.size() / width) throw NImportError("a sparse index is out of range");
+    std::copy_n(values.begin() + static_cast<std::ptrdiff_t>(i * width), width,
+                numbers.begin() + static_cast<std::ptrdiff_t>(index * width));
+  }
+}
+
+// `source` names the buffer view: the accessor, or what is sparse of it.
+std::vector<float> NGltfFile::ReadElements(json const& accessor, json const& source,
+                                           std::size_t count, std::size_t width) {
+  Format const format = GetFormat(accessor);
+  Place const place = FindElements(source, count, format.size * width);
   std::vector<float> numbers;
   numbers.reserve(count * width);
   for (std::size_t i = 0; i != count; ++i) {
-    char const* const element = buffer.data() + begin + offset + i * stride;
+    char const* const element = place.first + i * place.stride;
     for (std::size_t k = 0; k != width; ++k)
       numbers.push_back(format.read(element + k * format.size));
   }
   return numbers;
+}
+
+NGltfFile::Place NGltfFile::FindElements(json const& source, std::size_t count,
+                                         std::size_t elementSize) {
+  json const& view = m_root.at("bufferViews").at(source.at("bufferView").get<std::size_t>());
+  std::string const& buffer = GetBuffer(view.at("buffer").get<std::size_t>());
+  auto const stride = view.value("byteStride", elementSize);
+  auto const begin = view.value("byteOffset", std::size_t(0));
+  auto const offset = source.value("byteOffset", std::size_t(0));
+  std::size_t const size = buffer.size();
+  // Each alone first, so that no sum or product runs over.
+  if (count > size || stride > 255 || begin > size || offset > size ||
+      (count != 0 && begin + offset + (count - 1) * stride + elementSize > size)) {
+    throw NImportError("an accessor leaves its buffer");
+  }
+  return {buffer.data() + begin + offset, stride};
+}
+
+std::optional<std::string> NGltfFile::GetMended() const {
+  auto const accessors = m_root.find("accessors");
+  bool const isPacked = m_root.value("extensionsUsed", json::array()).dump().find("draco") !=
+                        std::string::npos;  // whose accessors have their numbers elsewhere
+  if (accessors == m_root.end() || isPacked) return std::nullopt;
+  json mended;
+  std::size_t zeroCount = 0;
+  for (std::size_t i = 0; i != accessors->size(); ++i) {
+    json const& accessor = (*accessors)[i];
+    if (accessor.contains("bufferView")) continue;
+    std::size_t const count = accessor.value("count", std::size_t(0));
+    if (count > kMostZeros || (zeroCount += count) > kMostZeros) {
+      throw NImportError("accessors without a buffer view claim more than " +
+                         std::to_string(kMostZeros) + " elements");
+    }
+    if (accessor.contains("sparse")) continue;
+    if (mended.is_null()) mended = m_root;
+    // It takes one that is sparse, with nothing set.
+    json const nothing = {{"bufferView", 0}, {"componentType", 5121}};
+    mended["accessors"][i]["sparse"] = {{"count", 0}, {"indices", nothing}, {"values", nothing}};
+  }
+  if (mended.is_null()) return std::nullopt;
+  std::string text = mended.dump();
+  if (!m_isBinary) return text;
+  text.resize((text.size() + 3) / 4 * 4, ' ');
+  return "glTF" + ToWord(2) + ToWord(28 + text.size() + m_chunk.size()) + ToWord(text.size()) +
+         "JSON" + text + ToWord(m_chunk.size()) + std::string("BIN\0", 4) + m_chunk;
 }
 
 std::string const& NGltfFile::GetBuffer(std::size_t number) {

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,15 +18,31 @@ class NGltfFile {
 
   nlohmann::json const& GetRoot() const { return m_root; }
   /// The elements of an accessor one behind the other, `width` numbers each; normalised integers as
-  /// the fractions that they stand for.
-  /// Fails: throws std::exception if it isn't there, isn't of this width, is sparse, or leaves its
-  /// buffer.
+  /// the fractions that they stand for. Without a buffer view they are 0, but for those that a
+  /// sparse accessor sets.
+  /// Fails: throws std::exception if it isn't there, isn't of this width, or leaves its buffer.
   std::vector<float> ReadAccessor(std::size_t accessor, std::size_t width);
 
+  /// The file as Assimp can read it, if it can't read it as it is: its reader refuses a file with
+  /// an accessor that has neither a buffer view nor sparse values, which is one of zeros. Fails:
+  /// throws NImportError for more elements without a buffer than a file may claim.
+  std::optional<std::string> GetMended() const;
+
  private:
+  // Elements in a buffer.
+  struct Place {
+    char const* first;
+    std::size_t stride;  // bytes
+  };
+
+  Place FindElements(nlohmann::json const& source, std::size_t count, std::size_t size);
+  std::vector<float> ReadElements(nlohmann::json const& accessor, nlohmann::json const& source,
+                                  std::size_t count, std::size_t width);
+  void SetSparse(nlohmann::json const& accessor, std::size_t width, std::vector<float>& numbers);
   std::string const& GetBuffer(std::size_t buffer);
 
   std::filesystem::path const m_folder;
+  bool m_isBinary = false;
   nlohmann::json m_root;
   std::string m_chunk;  // of a binary file: its buffer 0
   std::map<std::size_t, std::string> m_buffers;

@@ -3,10 +3,15 @@
 #include <assimp/DefaultIOSystem.h>
 #include <assimp/postprocess.h>
 
+#include <assimp/MemoryIOWrapper.h>
 #include <algorithm>
 #include <assimp/DefaultLogger.hpp>
 #include <assimp/Importer.hpp>
 #include <assimp/LogStream.hpp>
+#include <boost/algorithm/string/case_conv.hpp>
+#include <cstdint>
+#include <exception>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -53,15 +58,23 @@ class NLog {
   };
 };
 
-// A file that isn't there may be one that the model names in the manner of URIs.
+// A file that isn't there may be one that the model names in the manner of URIs. The model's own
+// may have been mended.
 class NFiles : public Assimp::DefaultIOSystem {
  public:
-  explicit NFiles(std::string folder) : m_folder(std::move(folder)) {}
+  NFiles(std::filesystem::path const& model, std::optional<std::string> mended)
+      : m_model(model.string()),
+        m_folder(model.parent_path().string()),
+        m_mended(std::move(mended)) {}
 
   bool Exists(char const* path) const override {
     return DefaultIOSystem::Exists(path) || DefaultIOSystem::Exists(GetPlain(path).c_str());
   }
   Assimp::IOStream* Open(char const* path, char const* mode) override {
+    if (m_mended && path == m_model) {
+      return new Assimp::MemoryIOStream(reinterpret_cast<std::uint8_t const*>(m_mended->data()),
+                                        m_mended->size());
+    }
     Assimp::IOStream* const stream = DefaultIOSystem::Open(path, mode);
     return stream != nullptr ? stream : DefaultIOSystem::Open(GetPlain(path).c_str(), mode);
   }
@@ -72,7 +85,9 @@ class NFiles : public Assimp::DefaultIOSystem {
     return path.substr(0, own) + Unescape(path.substr(own));
   }
 
+  std::string const m_model;
   std::string const m_folder;
+  std::optional<std::string> const m_mended;
 };
 
 }  // namespace
@@ -83,7 +98,6 @@ NModelFile::NModelFile(std::filesystem::path const& path) {
   if (!std::filesystem::exists(status)) throw NImportError("no such file");
   if (!std::filesystem::is_regular_file(status)) throw NImportError("not a file");
   m_importer = std::make_unique<Assimp::Importer>();
-  m_importer->SetIOHandler(new NFiles(path.parent_path().string()));  // the importer's own now
   RunOnLargeStack([this, &path] { Read(path); });
 }
 
@@ -92,8 +106,27 @@ NModelFile::~NModelFile() {
   RunOnLargeStack([this] { m_importer.reset(); });
 }
 
+void NModelFile::ReadGltf(std::filesystem::path const& path) {
+  std::string extension = path.extension().string();
+  boost::algorithm::to_lower(extension);
+  if (extension != ".gltf" && extension != ".glb") return;
+  try {
+    m_gltf = std::make_unique<NGltfFile>(path);
+  } catch (std::exception const& error) {
+    m_gltfFault = error.what();
+  }
+}
+
+NGltfFile* NModelFile::GetGltf() const {
+  if (!m_gltfFault.empty()) throw NImportError(m_gltfFault);
+  return m_gltf.get();
+}
+
 void NModelFile::Read(std::filesystem::path const& path) {
   NLog const log(m_notes);
+  ReadGltf(path);
+  m_importer->SetIOHandler(  // the importer's own from here on
+      new NFiles(path, m_gltf ? m_gltf->GetMended() : std::nullopt));
   // Everything is checked before the steps of post-processing, which trust the indices.
   bool const isRead = m_importer->ReadFile(path.string(), 0) != nullptr;
   // Some readers drop or mend such a face, and only say so.

@@ -1,6 +1,6 @@
 #include "app/import/import.h"
 
-#include <boost/algorithm/string/case_conv.hpp>
+#include <algorithm>
 #include <chrono>
 #include <exception>
 #include <filesystem>
@@ -28,12 +28,14 @@ double Milliseconds(Clock::time_point from, Clock::time_point to) {
 }
 
 void Append(std::vector<std::string>& notes, std::vector<std::string> const& more) {
-  notes.insert(notes.end(), more.begin(), more.end());
+  for (std::string const& note : more) {
+    if (std::find(notes.begin(), notes.end(), note) == notes.end()) notes.push_back(note);
+  }
 }
 
 // A glTF file beside what Assimp makes of it.
 struct Gltf {
-  NGltfFile file;
+  NGltfFile& file;
   NGltfNodes nodes{};
   NSharedContent shared{};
 };
@@ -53,14 +55,13 @@ auto TryGltf(aiScene const& scene, std::vector<std::string>& notes, Read const& 
   }
 }
 
-std::unique_ptr<Gltf> ReadGltf(std::filesystem::path const& path, aiScene const& scene,
-                               std::vector<std::string>& notes) {
-  std::string extension = path.extension().string();
-  boost::algorithm::to_lower(extension);
-  if (extension != ".gltf" && extension != ".glb") return nullptr;
+std::unique_ptr<Gltf> ReadGltf(NModelFile const& model, std::vector<std::string>& notes) {
+  aiScene const& scene = model.GetScene();
   if (scene.mNumAnimations + scene.mNumCameras + scene.mNumLights == 0) return nullptr;
-  return TryGltf(scene, notes, [&] {
-    auto gltf = std::make_unique<Gltf>(Gltf{NGltfFile(path)});
+  return TryGltf(scene, notes, [&]() -> std::unique_ptr<Gltf> {
+    NGltfFile* const file = model.GetGltf();
+    if (file == nullptr) return nullptr;
+    auto gltf = std::make_unique<Gltf>(Gltf{*file});
     gltf->nodes = MatchNodes(gltf->file.GetRoot(), scene);
     gltf->shared = FindShared(gltf->file.GetRoot(), gltf->nodes, scene);
     return gltf;
@@ -83,7 +84,7 @@ NImportedModel ImportModel(NDocument& document, std::string const& file) {
   result.tree = document.GetTrees().CreateNode(core::node::NNodeID());
   result.tree->SetName(core::text::ToWide(path.stem().string()));
   aiScene const& scene = model.GetScene();
-  auto const gltf = ReadGltf(path, scene, result.notes);
+  auto const gltf = ReadGltf(model, result.notes);
   std::unique_ptr<NGltfAnimations> samplers;
   if (gltf) {
     hierarchy.Share(gltf->shared);

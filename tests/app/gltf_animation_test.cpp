@@ -29,6 +29,16 @@ std::string ToBytes(std::vector<Number> const& numbers) {
   return bytes;
 }
 
+std::string ToGlb(json const& file, std::string const& bytes) {
+  std::string text = file.dump();
+  text.resize((text.size() + 3) / 4 * 4, ' ');
+  auto const word = [](std::size_t value) {
+    return ToBytes<std::uint32_t>({static_cast<std::uint32_t>(value)});
+  };
+  return "glTF" + word(2) + word(28 + text.size() + bytes.size()) + word(text.size()) + "JSON" +
+         text + word(bytes.size()) + std::string("BIN\0", 4) + bytes;
+}
+
 // A file whose first animation can be looked at.
 class Played {
  public:
@@ -199,19 +209,80 @@ TEST(GltfAnimationTest, ReadsIntegersAsFractions) {
   EXPECT_NEAR(model.tree->GetRoot()->GetRotationY(), 45, 0.01);
 
   file["buffers"][buffer].erase("uri");
-  std::string text = file.dump();
-  text.resize((text.size() + 3) / 4 * 4, ' ');
-  auto const word = [](std::size_t value) {
-    return ToBytes<std::uint32_t>({static_cast<std::uint32_t>(value)});
-  };
-  files.Write("model.glb", "glTF" + word(2) + word(28 + text.size() + bytes.size()) +
-                               word(text.size()) + "JSON" + text + word(bytes.size()) +
-                               std::string("BIN\0", 4) + bytes);
+  files.Write("model.glb", ToGlb(file, bytes));
   app::NGltfFile binary(files.GetFolder() / "model.glb");
   EXPECT_THAT(binary.ReadAccessor(times, 1), ElementsAre(0, 1));
   EXPECT_NEAR(binary.ReadAccessor(times + 1, 4)[5], 0.7071, 1e-4);
   EXPECT_ANY_THROW(binary.ReadAccessor(times + 1, 3));
   EXPECT_ANY_THROW(binary.ReadAccessor(times + 2, 3));
+}
+
+// Times and values that no buffer view holds, or only in part; of meshes too. Also as binary.
+TEST(GltfAnimationTest, ReadsSparseAndBufferlessAccessors) {
+  Mesh lit = Triangle();
+  lit.normals = {0, 0, 5, 0, 0, 5, 0, 0, 5};
+  Channel const moved{0, "translation", {0, 1, 2}, {1, 2, 3, 4, 5, 6, 7, 8, 9}, "LINEAR"};
+  json file = json::parse(AddAnimation(
+      MakeGltf({lit, Triangle()}, {{{"name", "part"}, {"mesh", 0}, {"children", {1}}},
+                                   {{"name", "other"}, {"mesh", 1}}}),
+      "thin", {moved, {1, "translation", {0, 1, 2}, {1, 2, 3, 4, 5, 6, 7, 8, 9}, "LINEAR"}}));
+  auto& accessors = file["accessors"];
+  std::string const bytes = ToBytes<std::uint16_t>({1, 2}) + ToBytes<float>({-4, -5, -6, -7, 0, 0});
+  json const view = file["bufferViews"].size();
+  file["bufferViews"].push_back({{"buffer", file["buffers"].size()}, {"byteLength", bytes.size()}});
+  file["buffers"].push_back({{"byteLength", bytes.size()},
+                             {"uri", "data:application/octet-stream;base64," + ToBase64(bytes)}});
+  json const sparse = {{"count", 2},
+                       {"indices", {{"bufferView", view}, {"componentType", 5123}}},
+                       {"values", {{"bufferView", view}, {"byteOffset", 4}}}};
+  auto const& samplers = file["animations"][0]["samplers"];
+  auto const of = [&](int sampler) -> json& {
+    return accessors[samplers[sampler]["output"].get<std::size_t>()];
+  };
+  of(0)["sparse"] = sparse;
+  of(1)["sparse"] = sparse;
+  of(1).erase("bufferView");
+  accessors[file["meshes"][0]["primitives"][0]["attributes"]["NORMAL"].get<std::size_t>()].erase(
+      "bufferView");
+  {
+    Played const played(file.dump());
+    EXPECT_THAT(played.GetNotes(), testing::IsEmpty());
+    for (auto const& [seconds, part, other] :
+         std::vector<std::array<double, 3>>{{0, 1, 0}, {0.5, -1.5, -2}, {1, -4, -4}, {2, -7, -7}}) {
+      EXPECT_NEAR(played.At(seconds, "part", L"translation.x"), part, 1e-6) << seconds;
+      EXPECT_NEAR(played.At(seconds, "other", L"translation.x"), other, 1e-6) << seconds;
+    }
+  }
+  json binary = file;
+  binary["buffers"].back().erase("uri");
+  std::swap(binary["buffers"].front(),
+            binary["buffers"].back());  // a binary file's own is the first
+  for (json& each : binary["bufferViews"]) {
+    std::size_t const buffer = each["buffer"], last = binary["buffers"].size() - 1;
+    each["buffer"] = buffer == 0 ? last : buffer == last ? 0 : buffer;
+  }
+  support::TemporaryFiles const glb;
+  glb.Write("model.glb", ToGlb(binary, bytes));
+  app::NDocument document;
+  auto const model = app::ImportModel(document, (glb.GetFolder() / "model.glb").string());
+  EXPECT_THAT(model.notes, testing::IsEmpty());
+  EXPECT_EQ(model.animations.at(0)->GetAnimations().size(), 18u);
+
+  of(1).erase("sparse");
+  EXPECT_EQ(Played(file.dump()).At(1, "other", L"translation.x"), 0);
+
+  json const good = of(0)["sparse"];
+  for (auto const& [key, value] : std::vector<std::pair<char const*, json>>{
+           {"/count", 7}, {"/indices/componentType", 5126}, {"/values/byteOffset", 9}}) {
+    of(0)["sparse"][json::json_pointer(key)] = value;
+    support::TemporaryFiles const files;
+    files.Write("model.gltf", file.dump());
+    app::NGltfFile read(files.GetFolder() / "model.gltf");
+    EXPECT_ANY_THROW(read.ReadAccessor(samplers[0]["output"].get<std::size_t>(), 3)) << key;
+    of(0)["sparse"] = good;
+  }
+  of(1)["count"] = 1'000'000'000'000;
+  EXPECT_THROW(Played(file.dump()), std::exception);
 }
 
 }  // namespace
