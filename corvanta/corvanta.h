@@ -99,6 +99,7 @@
 #include "corvanta/data/domain/scenegraph/NSceneGraphPathError.h"
 #include "corvanta/data/domain/scenegraph/NSceneGraphTraverser.h"
 #include "corvanta/data/domain/scenegraph/SGPathRelation.h"
+#include "corvanta/data/domain/scenegraph/check_points.h"
 #include "corvanta/data/domain/scenegraph/coord_conversion.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"

@@ -49,6 +49,17 @@ TEST(GlobalTransform, CrossesReferencesThroughUnitsAndAxes) {
   Move(*nested.outerRoot, 10, 0, 0);
   EXPECT_TRUE(Near(Apply(nested.Path(nested.leaf, {nested.second}).GetGlobalTransform(), Vec3()),
                    {20.5f, 1, 14}));
+  for (Reference const& reference : {nested.first, nested.second}) {
+    ItemPath const path = nested.Path(nested.leaf, {reference});
+    Matrix out;
+    EXPECT_EQ(scenegraph::GetGlobalTransform(*nested.leaf, *nested.outer, path.GetCheckPoints()),
+              path.GetGlobalTransform());
+    EXPECT_EQ(scenegraph::GetGlobalTransform(*nested.leaf, *nested.outer, {reference}, out),
+              path.GetGlobalTransform());
+  }
+  EXPECT_THROW(
+      scenegraph::GetGlobalTransform(*nested.leaf, *nested.outer, ItemPath::CheckPoints(1)),
+      scenegraph::NGetGlobalTransformException);
   nested.leaf->SetTransformIsAbsoluteFlag(true);
   EXPECT_TRUE(Near(Apply(nested.Path(nested.leaf, {nested.second}).GetGlobalTransform(), Vec3()),
                    {0, 1, 0}))
@@ -163,11 +174,16 @@ TEST(Paths, Relations) {
   }
   EXPECT_FALSE(at(nested.leaf, {}) == leafFirst);
   EXPECT_TRUE(at(nested.leaf, {}) < leafFirst) << "a prefix orders first";
-  scenegraph::NSceneGraphPath<item::NSceneGraphModelNode const> const wrong(
-      NNodeReference<item::NSceneGraphModelNode const>(
-          static_cast<core::node::detail::NNodeReferenceImpl const&>(leafFirst.GetItemRef())),
-      nested.outer);
-  EXPECT_FALSE(wrong.GetNode()) << "a group is no model";
+  using item::NSceneGraphModelNode;
+  EXPECT_FALSE(scenegraph::NSceneGraphPath<NSceneGraphModelNode const>(leafFirst).GetNode())
+      << "a group is no model";
+  EXPECT_FALSE(NNodeReference<NSceneGraphModelNode const>(leafFirst.GetItemRef()).Get());
+  using GroupPath = scenegraph::NSceneGraphPath<item::NSceneGraphGroupNode>;
+  GroupPath const narrow(leafFirst);
+  EXPECT_EQ(narrow.GetNode(), nested.leaf);
+  EXPECT_TRUE(narrow == leafFirst);
+  static_assert(!std::is_convertible_v<ItemPath, GroupPath>);
+  static_assert(std::is_convertible_v<GroupPath, ItemPath>);
 }
 
 struct HostLog : data::events::NEventListener {

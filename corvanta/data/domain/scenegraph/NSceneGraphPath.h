@@ -26,6 +26,8 @@ class NSceneGraphPath : public detail::NSceneGraphPathImpl {
                                    std::convertible_to<U*, T const*>))
       NSceneGraphPath(NSceneGraphPath<U> const& other)
       : NSceneGraphPathImpl(other) {}
+  /// From a path to an item of any class; GetNode gives null if it turns out to be no `T`.
+  explicit NSceneGraphPath(detail::NSceneGraphPathImpl const& other) : NSceneGraphPathImpl(other) {}
 
   /// Fails: null when the item has gone or is of another class.
   boost::intrusive_ptr<T> GetNode() const {

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <boost/intrusive_ptr.hpp>
+#include <concepts>
 #include <exception>
 #include <string>
 #include <vector>
 
+#include "corvanta/data/domain/scenegraph/check_points.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/export.h"
 #include "corvanta/vx_math/Matrix.h"
@@ -40,5 +42,23 @@ CORVANTA_API VX_Math::Matrix& GetGlobalTransform(
     item::NSceneGraphItemNode const& item, tree::NSceneGraphTreeNode const& tree,
     std::vector<boost::intrusive_ptr<item::NSceneGraphReferenceNode const>> const& checkPoints,
     VX_Math::Matrix& out);
+
+/// The two above with the check points of a path; one that has gone counts as null. Templates, so
+/// that a braced list means the forms above.
+template <std::same_as<NCheckPoints> T>
+VX_Math::Matrix& GetGlobalTransform(item::NSceneGraphItemNode const& item,
+                                    tree::NSceneGraphTreeNode const& tree, T const& checkPoints,
+                                    VX_Math::Matrix& out) {
+  return GetGlobalTransform(item, tree,
+                            std::vector<boost::intrusive_ptr<item::NSceneGraphReferenceNode const>>(
+                                checkPoints.begin(), checkPoints.end()),
+                            out);
+}
+template <std::same_as<NCheckPoints> T>
+VX_Math::Matrix GetGlobalTransform(item::NSceneGraphItemNode const& item,
+                                   tree::NSceneGraphTreeNode const& tree, T const& checkPoints) {
+  VX_Math::Matrix out;
+  return GetGlobalTransform(item, tree, checkPoints, out);
+}
 
 }  // namespace corvanta::data::domain::scenegraph

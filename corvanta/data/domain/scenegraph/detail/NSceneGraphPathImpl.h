@@ -2,11 +2,11 @@
 
 #include <boost/intrusive_ptr.hpp>
 #include <memory>
-#include <vector>
 
 #include "corvanta/core/node/NNodeReference.h"
 #include "corvanta/data/domain/fwd.h"
 #include "corvanta/data/domain/scenegraph/SGPathRelation.h"
+#include "corvanta/data/domain/scenegraph/check_points.h"
 #include "corvanta/export.h"
 #include "corvanta/vx_math/Box3.h"
 #include "corvanta/vx_math/Matrix.h"
@@ -19,7 +19,7 @@ class CORVANTA_API NSceneGraphPathImpl {
  public:
   using ItemReference = core::node::NNodeReference<item::NSceneGraphItemNode const>;
   using TreeReference = core::node::NNodeReference<tree::NSceneGraphTreeNode const>;
-  using CheckPoints = std::vector<core::node::NNodeReference<item::NSceneGraphReferenceNode const>>;
+  using CheckPoints = NCheckPoints;
 
   ItemReference const& GetItemRef() const noexcept;
   TreeReference const& GetTreeRef() const noexcept;
