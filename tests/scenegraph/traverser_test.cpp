@@ -1,12 +1,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <algorithm>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "corvanta/core/detail/scope_exit.h"
 #include "corvanta/data/domain/scenegraph/NSceneGraphTraverser.h"
+#include "corvanta/data/domain/scenegraph/NSceneGraphWalkError.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphItemDomain.h"
@@ -14,6 +18,7 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeDomain.h"
+#include "corvanta/data/domain/scenegraph/walk_budget.h"
 
 namespace corvanta::data::domain::scenegraph {
 namespace {
@@ -229,6 +234,13 @@ TEST_F(Traverser, ATreeThatShowsItselfIsCutAtItsSecondShowing) {
   Counter below;
   below.Start(NSceneGraphPath<NSceneGraphItemNode>(*shown, *tree, {*first}), nullptr);
   EXPECT_EQ(below.items, 2);
+  // Check points that don't lead to the item cut nothing.
+  for (auto const& wrong :
+       {NSceneGraphTraverser::NCheckPoints{*first}, {*back}, {*first, *first}}) {
+    Counter all;
+    all.Start(NSceneGraphPath<NSceneGraphItemNode>(*first, *tree, wrong), nullptr);
+    EXPECT_EQ(all.items, 6);  // first, shown, back, root, and the two references once more
+  }
   // A hook's exception leaves the traverser as good as new.
   Counter thrown;
   thrown.throwAt = 3;
@@ -252,6 +264,63 @@ TEST_F(Traverser, AnItemBelowItselfIsCut) {
   EXPECT_EQ(counter.items, 2);
   EXPECT_EQ(counter.open, 0);
   b->RemoveChild(*a);
+}
+
+/// Runs `run` on a thread with a stack of 1 MiB.
+void RunOnASmallStack(std::function<void()> run) {
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  pthread_attr_setstacksize(&attributes, 1 << 20);
+  pthread_t thread;
+  auto const call = [](void* function) -> void* {
+    (*static_cast<std::function<void()>*>(function))();
+    return nullptr;
+  };
+  ASSERT_EQ(pthread_create(&thread, &attributes, call, &run), 0);
+  pthread_join(thread, nullptr);
+  pthread_attr_destroy(&attributes);
+}
+
+TEST_F(Traverser, EndsBeyondItsBudgetAndItsStack) {
+  EXPECT_EQ(GetWalkBudget(), 50'000'000u);
+  core::detail::ScopeExit const reset([] { SetWalkBudget(kDefaultWalkBudget); });
+  auto const ends = [](Counter& counter, NSceneGraphTreeNode& tree) -> std::string {
+    counter.items = counter.trees = 0;
+    try {
+      counter.Start(tree, nullptr);
+    } catch (NSceneGraphWalkError const& error) {
+      return error.what();
+    }
+    return "";
+  };
+  std::vector<boost::intrusive_ptr<NSceneGraphTreeNode>> doubled{MakeTree(L"", Make(L"").get())};
+  for (int level = 0; level != 26; ++level) {
+    auto const root = Make(L"");
+    for (int i = 0; i != 2; ++i) {
+      Make<NSceneGraphReferenceNode>(L"", root.get())->SetSceneGraph(*doubled.back());
+    }
+    doubled.push_back(MakeTree(L"", root.get()));
+  }
+  Counter counter;
+  SetWalkBudget(22);
+  EXPECT_THAT(ends(counter, *doubled.back()), testing::HasSubstr("budget"));
+  EXPECT_EQ(counter.items + counter.trees, 22);
+  SetWalkBudget(20);
+  EXPECT_EQ(ends(counter, *doubled[2]), "") << "each walk has the whole budget";
+  EXPECT_EQ(counter.items + counter.trees, 20);
+
+  SetWalkBudget(kDefaultWalkBudget);
+  auto nested = doubled[0];
+  for (int i = 0; i != 20000; ++i) {
+    auto const reference = Make<NSceneGraphReferenceNode>(L"");
+    reference->SetSceneGraph(*nested);
+    nested = MakeTree(L"", reference.get());
+  }
+  RunOnASmallStack([&] {
+    EXPECT_THAT(ends(counter, *nested), testing::HasSubstr("nested"));
+    EXPECT_GT(counter.deepest, 100u);
+    EXPECT_EQ(ends(counter, *doubled[2]), "");
+  });
 }
 
 TEST_F(Traverser, WalksWhatIsDeep) {

@@ -6,6 +6,7 @@
 namespace corvanta::data::error_code {
 
 CORVANTA_API extern wchar_t const* const NE_SCENE_GRAPH_PATH;
+CORVANTA_API extern wchar_t const* const NE_SCENE_GRAPH_WALK;
 CORVANTA_API extern wchar_t const* const NE_PROJECTION_NODE;
 CORVANTA_API extern wchar_t const* const NE_KEY_FRAME_ANIMATION;
 CORVANTA_API extern wchar_t const* const NE_INTERPOLATOR;

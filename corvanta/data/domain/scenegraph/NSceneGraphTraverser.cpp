@@ -1,10 +1,13 @@
 #include "corvanta/data/domain/scenegraph/NSceneGraphTraverser.h"
 
 #include <algorithm>
+#include <optional>
 #include <unordered_set>
 #include <utility>
+#include <vector>
 
 #include "corvanta/core/detail/scope_exit.h"
+#include "corvanta/data/domain/scenegraph/detail/NWalkBounds.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphLightNode.h"
@@ -23,8 +26,6 @@ using item::NSceneGraphReferenceNode;
 using tree::NSceneGraphTreeNode;
 
 namespace {
-
-using Trees = std::vector<NSceneGraphTreeNode const*>;
 
 /// Calls `hook` with `item` as what it is; not for an item of another kind.
 template <class Hook>
@@ -46,8 +47,21 @@ void AsKind(NSceneGraphItemNode& item, Hook&& hook) {
 }  // namespace
 
 struct NSceneGraphTraverser::Block {
+  struct Walk {
+    detail::NWalkBounds bounds{};
+    NCheckPoints* points = nullptr;  // the list that the innermost trees' hooks get, if it is ours
+  };
+
+  /// Calls `walk` as a walk of its own, also in a hook of another walk.
+  template <class F>
+  void Run(F&& run) {
+    std::optional<Walk> outer = std::exchange(walk, std::optional<Walk>(std::in_place));
+    core::detail::ScopeExit const end([&] { walk = std::move(outer); });
+    run();
+  }
+
   core::node::NNodeReference<NSceneGraphTreeNode> tree;
-  Trees shown;  // what the walk stands in, outermost first
+  std::optional<Walk> walk;  // the running one
 };
 
 NSceneGraphTraverser::NSceneGraphTraverser() : m_block(new Block) {}
@@ -61,10 +75,7 @@ NSceneGraphTraverser::~NSceneGraphTraverser() = default;
 void NSceneGraphTraverser::Start(NSceneGraphTreeNode& tree, void const* data) {
   boost::intrusive_ptr<NSceneGraphTreeNode> const held(tree.TryAddRef() ? &tree : nullptr, false);
   m_block->tree = tree;
-  // A walk has a list of its own, also in a hook of another walk.
-  Trees outer = std::exchange(m_block->shown, {});
-  core::detail::ScopeExit const end([&] { m_block->shown = std::move(outer); });
-  Traverse(tree, data, {});
+  m_block->Run([&] { Traverse(tree, data, {}); });
 }
 
 void NSceneGraphTraverser::Start(NSceneGraphPath<NSceneGraphItemNode> const& path,
@@ -74,25 +85,44 @@ void NSceneGraphTraverser::Start(NSceneGraphPath<NSceneGraphItemNode> const& pat
   // A hook may change the path.
   NCheckPoints const checkPoints = path.GetCheckPoints();
   m_block->tree = path.GetTreeRef();
-  std::vector<boost::intrusive_ptr<NSceneGraphTreeNode const>> held{path.GetTreeRef().Get()};
-  for (auto const& checkPoint : checkPoints) {
-    auto const reference = checkPoint.Get();
-    held.emplace_back(reference ? reference->GetSceneGraph() : nullptr);
+  std::vector<boost::intrusive_ptr<NSceneGraphTreeNode const>> held;
+  if (IsValid(path)) {
+    held.push_back(m_block->tree.Get());
+    for (auto const& checkPoint : checkPoints) {
+      auto const reference = checkPoint.Get();
+      held.push_back(reference ? reference->GetSceneGraph() : nullptr);
+    }
   }
-  Trees outer = std::exchange(m_block->shown, {});
-  core::detail::ScopeExit const end([&] { m_block->shown = std::move(outer); });
-  for (auto const& tree : held) m_block->shown.push_back(tree.get());
-  Traverse(*item, data, checkPoints);
+  m_block->Run([&] {
+    for (auto const& tree : held) {
+      if (tree) m_block->walk->bounds.Enter(*tree);
+    }
+    Traverse(*item, data, checkPoints);
+  });
 }
 
 void NSceneGraphTraverser::TraverseExternal(NSceneGraphReferenceNode const& reference,
                                             void const* data, NCheckPoints const& checkPoints) {
+  if (!m_block->walk) {
+    m_block->Run([&] { TraverseExternal(reference, data, checkPoints); });
+    return;
+  }
   boost::intrusive_ptr<NSceneGraphTreeNode> const tree = reference.GetSceneGraph();
   if (!tree) return;
+  NCheckPoints*& points = m_block->walk->points;
+  if (&checkPoints == points && points->size() != points->capacity()) {
+    // One list serves many levels. It never moves, since hooks further out stand on it.
+    points->push_back(reference);
+    core::detail::ScopeExit const shorten([list = points] { list->pop_back(); });
+    Traverse(*tree, data, *points);
+    return;
+  }
   NCheckPoints inner;
-  inner.reserve(checkPoints.size() + 1);
+  inner.reserve(std::max<std::size_t>(8, 2 * checkPoints.size()));
   inner = checkPoints;
   inner.push_back(reference);
+  NCheckPoints* const outer = std::exchange(points, &inner);
+  core::detail::ScopeExit const restore([&points, outer] { points = outer; });
   Traverse(*tree, data, inner);
 }
 
@@ -103,10 +133,11 @@ core::node::NNodeReference<NSceneGraphTreeNode> const& NSceneGraphTraverser::Get
 
 void NSceneGraphTraverser::Traverse(NSceneGraphTreeNode& tree, void const* data,
                                     NCheckPoints const& checkPoints) {
-  auto& shown = m_block->shown;
-  if (std::find(shown.begin(), shown.end(), &tree) != shown.end()) return;
-  shown.push_back(&tree);
-  core::detail::ScopeExit const leave([&shown] { shown.pop_back(); });
+  detail::RequireStack();
+  detail::NWalkBounds& bounds = m_block->walk->bounds;
+  if (!bounds.Enter(tree)) return;
+  core::detail::ScopeExit const leave([&bounds] { bounds.Leave(); });
+  bounds.Visit();
   Before(tree, data, checkPoints);
   if (auto const root = tree.GetRoot()) Traverse(*root, data, checkPoints);
   After(tree, data, checkPoints);
@@ -131,6 +162,7 @@ void NSceneGraphTraverser::Traverse(NSceneGraphItemNode& item, void const* data,
     } else if (!entered.insert(current.get()).second) {
       steps.pop_back();
     } else {
+      m_block->walk->bounds.Visit();
       steps.back().isEntered = true;
       BeforeCommon(*current, data, checkPoints);
       AsKind(*current, [&](auto& node) { Before(node, data, checkPoints); });

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <vector>
 
 #include "corvanta/core/node/NNodeReference.h"
 #include "corvanta/data/domain/fwd.h"
@@ -17,15 +16,18 @@ namespace corvanta::data::domain::scenegraph {
 /// outermost first. Hidden items are walked too. A hook must not change the list of children that
 /// is being walked. A tree that shows itself is cut at its second showing, and an item that stands
 /// below itself at its second place: neither gets a hook there.
+///
+/// Fails: throws NSceneGraphWalkError beyond the budget of walk_budget.h, and where references are
+/// nested deeper than the stack carries: some 10,000 on 8 MiB.
 class CORVANTA_API NSceneGraphTraverser {
  public:
-  using NCheckPoints =
-      std::vector<core::node::NNodeReference<item::NSceneGraphReferenceNode const>>;
+  using NCheckPoints = scenegraph::NCheckPoints;
 
   /// Walks `tree`.
   void Start(tree::NSceneGraphTreeNode& tree, void const* data);
-  /// Walks the item of `path` and what is below it; the outermost tree gets no hook. Does nothing
-  /// if the item has gone.
+  /// Walks the item of `path` and what is below it; the outermost tree gets no hook. The trees on
+  /// the way down count as shown if the path is valid; if it isn't, its check points are handed to
+  /// the hooks and mean nothing else. Does nothing if the item has gone.
   void Start(NSceneGraphPath<item::NSceneGraphItemNode> const& path, void const* data);
 
  protected:
