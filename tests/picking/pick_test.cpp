@@ -6,8 +6,11 @@
 #include <random>
 #include <set>
 
+#include "corvanta/core/detail/scope_exit.h"
 #include "corvanta/data/domain/geometry/NSurface.h"
 #include "corvanta/data/domain/scene/NSceneDomain.h"
+#include "corvanta/data/domain/scenegraph/NSceneGraphWalkError.h"
+#include "corvanta/data/domain/scenegraph/walk_budget.h"
 #include "corvanta/data/operators/ray_picker/NRayPicker.h"
 #include "corvanta/data/operators/ray_picker/detail/least_hit.h"
 #include "corvanta/data/operators/ray_picker/pick.h"
@@ -164,6 +167,13 @@ TEST(Pick, ImpossibleRaysMiss) {
 TEST(Pick, ATreeThatShowsItselfAndADeepOneEnd) {
   Picked world;
   world.root->AddChild(*world.MakeReference(world.shown));
+  Item nested = world.MakeSquare(3);
+  for (int i = 0; i != 20000; ++i) {
+    Group const root = world.Make();
+    root->AddChild(*nested);
+    nested = world.MakeReference(world.MakeTree(root));
+  }
+  world.root->AddChild(*nested);
   Group last = world.root;
   for (int i = 0; i != 100000; ++i) {
     Group next = world.Make();
@@ -172,7 +182,121 @@ TEST(Pick, ATreeThatShowsItselfAndADeepOneEnd) {
   }
   last->AddChild(*world.MakeSquare(1));
   ASSERT_TRUE(world.Pick(0, 0));
-  EXPECT_EQ(world.paths.size(), 1u);
+  ASSERT_EQ(world.paths.size(), 2u);
+  EXPECT_EQ(world.paths[0].GetCheckPoints().size(), 20000u);
+}
+
+TEST(Pick, ReadOutsAreThereAfterAWalkFromAnItem) {
+  Picked world;
+  Model const model = world.MakeSquare(-3), own = world.MakeSquare(5);
+  Group const inner = world.Make();
+  inner->AddChild(*model);
+  Reference const reference = world.MakeReference(world.MakeTree(inner));
+  reference->AddChild(*own);
+  picker::NRayPicker walk;
+  walk.SetRay(Line({0, 0, 10}, {0, 0, 0}));
+  reference->Accept(walk);
+  picker::NRayPicker const& found = walk;
+  EXPECT_EQ(found.GetPickCount(), 2u);
+  EXPECT_EQ(found.GetCheckPoints(0), (scenegraph::NCheckPoints{*reference}));
+  walk.CheckDetail();
+  EXPECT_EQ(found.GetModelNode(0), own.get());
+  EXPECT_EQ(found.GetDistance(0), 5);
+  EXPECT_TRUE(found.GetCheckPoints(0).empty());
+  EXPECT_EQ(found.GetDistance(1), 13);
+  EXPECT_EQ(found.GetCheckPoints(1), (scenegraph::NCheckPoints{*reference}));
+  EXPECT_TRUE(Near(found.GetAbsHitPoint(1), {0, 0, -3}));
+  EXPECT_TRUE(Near(found.GetLocalHitPoint(1), {0, 0, -3}));
+  EXPECT_FALSE(found.GetItemPath(1).GetTreeRef());
+  found.DebugOutPut();
+}
+
+TEST(Pick, EqualDistancesStayInTheOrderOfTheWalk) {
+  Picked world;
+  std::vector<item::NSceneGraphModelNode const*> expected, models;
+  for (int i = 0; i != 40; ++i) {
+    Model const model = world.MakeSquare(0);
+    // Boxes of other depths: what a vertex without a triangle makes of them.
+    auto const depth = static_cast<float>(i * 7 % 5);
+    std::vector<float> const coords{-1, -1, 0, 1, -1, 0, 0, 1, 0, 0, 0, depth};
+    (*model->GetGeometryNode()->GetSurfaces().begin())
+        ->Assign(coords, coords, std::vector<unsigned>{0, 1, 2}, {});
+    world.root->AddChild(*model);
+    expected.push_back(model.get());
+  }
+  Vec2 const middle(0.5f, 0.5f);
+  ASSERT_TRUE(picker::PickDetail(*world.scene, &middle, &world.view, models));
+  EXPECT_EQ(models, expected);
+}
+
+TEST(Pick, TheControlTransformIsThatOfTheLastScenesTree) {
+  Picked world;
+  Group const group = world.Make();
+  Model const absolute = world.MakeSquare(0, 4);
+  absolute->SetTransformIsAbsoluteFlag(true);
+  group->AddChild(*absolute);
+  auto const empty = world.scenes->CreateNode(NNodeID());
+  picker::NRayPicker walk;
+  walk.SetRay(Line({3, 3, 10}, {3, 3, 0}));
+  // The group's box is computed with the control transform that the picker has.
+  auto const picks = [&] {
+    absolute->SetTranslationX(0);
+    auto const before = walk.GetPickCount();
+    group->Accept(walk);
+    return walk.GetPickCount() != before;
+  };
+  world.scene->Accept(walk);
+  EXPECT_TRUE(picks());
+  world.shown->SetUnit(0.1);
+  EXPECT_FALSE(picks()) << "the tree's as it is now";
+  empty->Accept(walk);
+  EXPECT_TRUE(picks()) << "no tree: the identity";
+}
+
+TEST(Pick, APlaneThatIsMissedLeavesThePlaneHit) {
+  picker::NRayPicker walk;
+  walk.SetRay(Line({0, 0, 10}, {0, 0, 0}));
+  EXPECT_EQ(walk.GetPlaneHit(), Vec3());
+  walk.SetPlane(Plane(Vec3(0, 0, 1), 4.0));
+  Vec3 const hit = walk.GetPlaneHit();
+  EXPECT_TRUE(Near(hit, {0, 0, 4}));
+  walk.SetPlane(Plane(Vec3(1, 0, 0), 7.0));
+  EXPECT_EQ(walk.GetPlaneHit(), hit);
+}
+
+TEST(Pick, EndsBeyondItsBudgetAsIfItHadNotBegun) {
+  Picked world;
+  Model const model = world.MakeSquare(0);
+  Group root = world.Make();
+  root->AddChild(*model);
+  Tree shown = world.MakeTree(root);
+  for (int level = 0; level != 26; ++level) {
+    root = world.Make();
+    for (int i = 0; i != 2; ++i) root->AddChild(*world.MakeReference(shown));
+    shown = world.MakeTree(root);
+  }
+  Tree const doubled = shown;
+  Group const other = world.Make();
+  other->AddChild(*world.MakeSquare(1));
+  core::detail::ScopeExit const reset(
+      [] { scenegraph::SetWalkBudget(scenegraph::kDefaultWalkBudget); });
+  scenegraph::SetWalkBudget(1000);
+  picker::NRayPicker walk;
+  walk.SetRay(Line({0, 0, 10}, {0, 0, 0}));
+  world.scene->SetSceneGraph(world.MakeTree(other));
+  world.scene->Accept(walk);
+  auto const path = walk.GetItemPath(0);
+  world.scene->SetSceneGraph(doubled);
+  EXPECT_THROW(world.scene->Accept(walk), scenegraph::NSceneGraphWalkError);
+  EXPECT_THROW(world.Pick(0, 0), scenegraph::NSceneGraphWalkError);
+  EXPECT_EQ(walk.GetPickCount(), 1u);
+  EXPECT_TRUE(walk.GetItemPath(0) == path) << "the first scene's tree";
+  other->Accept(walk);
+  walk.CheckDetail();
+  ASSERT_EQ(walk.GetPickCount(), 2u);
+  EXPECT_EQ(walk.GetDistance(0), 9);
+  EXPECT_EQ(walk.GetDistance(1), 9) << "no matrix of the walk that ended is left";
+  EXPECT_TRUE(walk.GetCheckPoints(1).empty());
 }
 
 /// A walk written down as it reads, without index, worklist or judging by parents' boxes.

@@ -65,8 +65,9 @@ void NRayPicker::SetPickFromPlane(bool isFromPlane) { m_state->isFromPlane = isF
 
 void NRayPicker::SortWithDistance() {
   auto& records = m_state->records;
-  std::sort(records.begin(), records.end(),
-            [](PickRecord const& a, PickRecord const& b) { return a.distance < b.distance; });
+  std::sort(records.begin(), records.end(), [](State::Record const& a, State::Record const& b) {
+    return a.distance == b.distance ? a.place < b.place : a.distance < b.distance;
+  });
   std::erase_if(records, [](PickRecord const& record) { return record.distance == kMissed; });
 }
 
@@ -91,7 +92,7 @@ void NRayPicker::CheckDetail() {
   SortWithDistance();
 }
 
-void NRayPicker::DebugOutPut() {
+void NRayPicker::DebugOutPut() const {
   platform::OutputDebugString(L"PickBB\n");
   for (PickRecord const& record : m_state->records) {
     platform::OutputDebugString(record.model->GetName());
@@ -105,15 +106,27 @@ NSceneGraphModelNode const* NRayPicker::GetModelNode(unsigned long index) const 
   return m_state->records[index].model;
 }
 
-NSceneGraphPath<NSceneGraphModelNode> const NRayPicker::GetItemPath(unsigned long index) {
+NSceneGraphPath<NSceneGraphModelNode> const NRayPicker::GetItemPath(unsigned long index) const {
   if (!m_state->tree) return {};
   PickRecord const& record = m_state->records[index];
   return {*record.model, *m_state->tree, record.checkPoints};
 }
 
-Vec3 NRayPicker::GetAbsHitPoint(unsigned long index) { return m_state->records[index].absHit; }
+domain::scenegraph::NCheckPoints const& NRayPicker::GetCheckPoints(unsigned long index) const {
+  return m_state->records[index].checkPoints;
+}
 
-Vec3 NRayPicker::GetLocalHitPoint(unsigned long index) { return m_state->records[index].localHit; }
+double NRayPicker::GetDistance(unsigned long index) const {
+  return m_state->records[index].distance;
+}
+
+Vec3 NRayPicker::GetAbsHitPoint(unsigned long index) const {
+  return m_state->records[index].absHit;
+}
+
+Vec3 NRayPicker::GetLocalHitPoint(unsigned long index) const {
+  return m_state->records[index].localHit;
+}
 
 Vec3 const& NRayPicker::GetPlaneHit() const { return m_state->planeHit; }
 

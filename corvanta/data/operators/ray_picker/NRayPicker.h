@@ -30,8 +30,7 @@ struct CORVANTA_API PickRecord {
   VX_Math::Vec3 localHit;  // in the model's own frame
   domain::scenegraph::item::NSceneGraphModelNode const* model;
   /// The references passed on the way to the model, outermost first.
-  std::vector<core::node::NNodeReference<domain::scenegraph::item::NSceneGraphReferenceNode const>>
-      checkPoints;
+  domain::scenegraph::NCheckPoints checkPoints;
 };
 
 /// Finds the models that a ray hits, nearest first, and where. Serves one pick.
@@ -42,6 +41,8 @@ struct CORVANTA_API PickRecord {
 /// for its children alone. Nothing below a camera or light item is reached.
 ///
 /// Raises: reading trees and geometries may subscribe late.
+/// Fails: a visit throws NSceneGraphWalkError beyond the budget of scenegraph/walk_budget.h; then,
+/// and when a listener throws, the picker is as it was before the visit.
 /// Cost: boxes prune the walk; the triangles of a mesh that is picked often are indexed.
 class CORVANTA_API NRayPicker : public domain::NNodeWatcher {
  public:
@@ -66,22 +67,30 @@ class CORVANTA_API NRayPicker : public domain::NNodeWatcher {
   void SetPickInArea(bool isInArea);
   void SetPickFromPlane(bool isFromPlane);
 
-  /// Sorts the records by distance, ascending, and drops those that were found to miss.
+  /// Sorts the records by distance, ascending, and drops those that were found to miss. Equal
+  /// distances stay in the order of the walk.
   void SortWithDistance();
   /// Tests the triangles of the records' models and keeps what is hit, sorted.
   void CheckDetail();
   /// Writes the names of the records' models to the platform's debug channel.
-  void DebugOutPut();
+  void DebugOutPut() const;
 
   unsigned long GetPickCount() const;
-  /// Requires: `index` below GetPickCount, as in the next three.
+  /// Requires: `index` below GetPickCount, as in the next five.
   domain::scenegraph::item::NSceneGraphModelNode const* GetModelNode(unsigned long index) const;
-  /// Fails: an empty path if no tree was visited through a scene.
+  /// Fails: an empty path if no tree was visited through a scene; see GetCheckPoints.
   domain::scenegraph::NSceneGraphPath<domain::scenegraph::item::NSceneGraphModelNode> const
-  GetItemPath(unsigned long index);
-  VX_Math::Vec3 GetAbsHitPoint(unsigned long index);
-  VX_Math::Vec3 GetLocalHitPoint(unsigned long index);
-  /// Where the ray meets the plane of SetPlane; (0, 0, 0) where it doesn't.
+  GetItemPath(unsigned long index) const;
+  /// The references passed on the way to the model, outermost first; also where the walk started
+  /// at a tree or an item.
+  domain::scenegraph::NCheckPoints const& GetCheckPoints(unsigned long index) const;
+  /// See PickRecord::distance.
+  double GetDistance(unsigned long index) const;
+  VX_Math::Vec3 GetAbsHitPoint(unsigned long index) const;
+  VX_Math::Vec3 GetLocalHitPoint(unsigned long index) const;
+  /// Where the ray met the plane at the last SetPlane at which it did, between the points that
+  /// SetRay took it from and to; (0, 0, 0) before that. A plane that it misses changes nothing
+  /// here.
   VX_Math::Vec3 const& GetPlaneHit() const;
 
  private:

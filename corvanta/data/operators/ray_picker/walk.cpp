@@ -19,41 +19,64 @@ using domain::scenegraph::tree::NSceneGraphTreeNode;
 using VX_Math::Matrix;
 using VX_Math::Vec3;
 
+namespace {
+
+/// What a record counts in the budget of a walk, beside its check points: it takes some 200 bytes.
+constexpr std::uint64_t kVisitsOfARecord = 16;
+
+}  // namespace
+
 /// What the visits do, on the state of their picker. A visit takes the matrix of its node, puts
 /// what follows on the list of steps, and the outermost visit works that list off.
 class NRayPicker::Walk {
  public:
   explicit Walk(NRayPicker& picker) : m_picker(picker), m_state(*picker.m_state) {}
 
-  /// Works the steps off, unless a visit further out does.
-  void Run() {
-    if (m_state.isWalking) return;
+  /// Enters `node`, and works the steps off unless a visit further out does.
+  template <class Node>
+  void Visit(Node const& node) {
+    if (m_state.isWalking) {
+      Enter(node);
+      return;
+    }
     m_state.isWalking = true;
     core::detail::ScopeExit const finish([this] {
       m_state.steps.clear();
       m_state.isWalking = false;
     });
-    while (!m_state.steps.empty()) {
-      State::Step const step = std::move(m_state.steps.back());
-      m_state.steps.pop_back();
-      Take(step);
+    auto const tree = m_state.tree;
+    std::size_t const recordCount = m_state.records.size();
+    std::size_t const modelCount = m_state.models.size();
+    try {
+      m_state.bounds = {};
+      m_state.bounds.Visit();
+      m_state.controls.front() = tree ? tree->GetControlTransform() : Matrix();
+      Enter(node);
+      while (!m_state.steps.empty()) {
+        State::Step const step = std::move(m_state.steps.back());
+        m_state.steps.pop_back();
+        Take(step);
+      }
+    } catch (...) {
+      m_state.tree = tree;
+      GiveUp(recordCount, modelCount);
+      throw;
     }
   }
 
-  void EnterScene(domain::scene::NSceneNode const& scene) {
+ private:
+  void Enter(domain::scene::NSceneNode const& scene) {
     m_state.tree = scene.GetSceneGraph();
-    if (!m_state.tree) return;
-    m_state.controls.front() = m_state.tree->GetControlTransform();
-    Push(State::Step::kVisit, *m_state.tree);
+    m_state.controls.front() = m_state.tree ? m_state.tree->GetControlTransform() : Matrix();
+    if (m_state.tree) Push(State::Step::kVisit, *m_state.tree);
   }
 
   /// The root stands for its children: its kind, visibility and geometry play no part.
-  void EnterTree(NSceneGraphTreeNode const& tree) {
+  void Enter(NSceneGraphTreeNode const& tree) {
     auto const root = tree.GetRoot();
     // A tree that shows itself is cut at the second showing.
-    if (!root || std::count(m_state.trees.begin(), m_state.trees.end(), &tree) != 0) return;
-    m_state.trees.push_back(&tree);
-    m_state.stack.Push();
+    if (!root || !m_state.bounds.Enter(tree)) return;
+    PushStack();
     m_state.stack.MultMatrixLocal(tree.GetControlTransform());
     PushMatrix(*root);
     Push(State::Step::kLeaveTree, tree);
@@ -61,7 +84,7 @@ class NRayPicker::Walk {
     if (MeetsBox(*root, ray)) PushChildren(*root, ray.bound ? &*ray.bound : nullptr);
   }
 
-  void EnterGroup(NSceneGraphItemNode const& group) {
+  void Enter(domain::scenegraph::item::NSceneGraphGroupNode const& group) {
     if (!group.IsVisible()) return;
     PushMatrix(group);
     Ray ray;
@@ -69,11 +92,11 @@ class NRayPicker::Walk {
       Push(State::Step::kLeave, group);
       PushChildren(group, ray.bound ? &*ray.bound : nullptr);
     } else {
-      m_state.stack.Pop();
+      PopStack();
     }
   }
 
-  void EnterModel(NSceneGraphModelNode const& model) {
+  void Enter(NSceneGraphModelNode const& model) {
     if (!model.IsVisible()) return;
     PushMatrix(model);
     if (model.GetChildren().empty()) {
@@ -84,10 +107,10 @@ class NRayPicker::Walk {
     PushChildren(model, nullptr);
   }
 
-  void EnterReference(NSceneGraphReferenceNode const& reference) {
+  void Enter(NSceneGraphReferenceNode const& reference) {
     auto const tree = reference.GetSceneGraph();
     PushMatrix(reference);
-    m_state.stack.Push();
+    PushStack();
     m_state.stack.MultMatrixLocal(m_state.controls.back().Inverse());
     m_state.checkPoints.push_back(reference);
     m_state.controls.push_back(tree ? tree->GetControlTransform() : Matrix());
@@ -95,7 +118,6 @@ class NRayPicker::Walk {
     if (tree) Push(State::Step::kVisit, *tree);
   }
 
- private:
   /// The ray in the frame of the item at the top of the stack.
   struct Ray {
     Vec3 origin, direction;
@@ -103,21 +125,32 @@ class NRayPicker::Walk {
     std::optional<NRayBound> bound;  // for the item's children
   };
 
+  /// Takes back what a walk that an exception ends has left.
+  void GiveUp(std::size_t recordCount, std::size_t modelCount) noexcept {
+    while (m_state.pushed != 0) PopStack();
+    m_state.checkPoints.clear();
+    m_state.controls.erase(m_state.controls.begin() + 1, m_state.controls.end());
+    m_state.records.erase(m_state.records.begin() + static_cast<std::ptrdiff_t>(recordCount),
+                          m_state.records.end());
+    m_state.models.resize(modelCount);
+  }
+
   void Take(State::Step const& step) {
     switch (step.kind) {
       case State::Step::kVisit:
+        m_state.bounds.Visit();
         step.node->Accept(m_picker);
         break;
       case State::Step::kLeave:
-        m_state.stack.Pop();
+        PopStack();
         break;
       case State::Step::kLeaveModel:
         LeaveModel(static_cast<NSceneGraphModelNode const&>(*step.node));
         break;
       case State::Step::kLeaveTree:
-        m_state.stack.Pop();
-        m_state.stack.Pop();
-        m_state.trees.pop_back();
+        PopStack();
+        PopStack();
+        m_state.bounds.Leave();
         break;
       case State::Step::kLeaveShown:
         LeaveShown(step.node);
@@ -128,17 +161,19 @@ class NRayPicker::Walk {
   void LeaveModel(NSceneGraphModelNode const& model) {
     Ray ray;
     if (MeetsBox(model, ray)) {
+      m_state.bounds.Visit(kVisitsOfARecord + m_state.checkPoints.size());
       m_state.models.emplace_back(&model);
-      m_state.records.push_back({ray.distance, ray.origin, ray.direction, m_state.stack.GetTop(),
-                                 Vec3(), Vec3(), &model, m_state.checkPoints});
+      m_state.records.push_back({{ray.distance, ray.origin, ray.direction, m_state.stack.GetTop(),
+                                  Vec3(), Vec3(), &model, m_state.checkPoints},
+                                 m_state.nextPlace++});
     }
-    m_state.stack.Pop();
+    PopStack();
   }
 
   /// The shown tree is done; the reference's own children follow.
   void LeaveShown(boost::intrusive_ptr<domain::NNode const> const& node) {
     auto const& reference = static_cast<NSceneGraphReferenceNode const&>(*node);
-    m_state.stack.Pop();
+    PopStack();
     m_state.checkPoints.pop_back();
     m_state.controls.pop_back();
     Push(State::Step::kLeave, reference);
@@ -166,8 +201,17 @@ class NRayPicker::Walk {
     });
   }
 
-  void PushMatrix(NSceneGraphItemNode const& item) {
+  void PushStack() {
     m_state.stack.Push();
+    ++m_state.pushed;
+  }
+  void PopStack() noexcept {
+    m_state.stack.Pop();
+    --m_state.pushed;
+  }
+
+  void PushMatrix(NSceneGraphItemNode const& item) {
+    PushStack();
     if (item.TransformIsAbsolute()) {
       m_state.stack.LoadMatrix(item.GetTransform());
     } else {
@@ -193,34 +237,18 @@ class NRayPicker::Walk {
   State& m_state;
 };
 
-void NRayPicker::VisitImpl(domain::scene::NSceneNode const& scene) {
-  Walk walk(*this);
-  walk.EnterScene(scene);
-  walk.Run();
-}
+void NRayPicker::VisitImpl(domain::scene::NSceneNode const& scene) { Walk(*this).Visit(scene); }
 
-void NRayPicker::VisitImpl(NSceneGraphTreeNode const& tree) {
-  Walk walk(*this);
-  walk.EnterTree(tree);
-  walk.Run();
-}
+void NRayPicker::VisitImpl(NSceneGraphTreeNode const& tree) { Walk(*this).Visit(tree); }
 
 void NRayPicker::VisitImpl(domain::scenegraph::item::NSceneGraphGroupNode const& group) {
-  Walk walk(*this);
-  walk.EnterGroup(group);
-  walk.Run();
+  Walk(*this).Visit(group);
 }
 
-void NRayPicker::VisitImpl(NSceneGraphModelNode const& model) {
-  Walk walk(*this);
-  walk.EnterModel(model);
-  walk.Run();
-}
+void NRayPicker::VisitImpl(NSceneGraphModelNode const& model) { Walk(*this).Visit(model); }
 
 void NRayPicker::VisitImpl(NSceneGraphReferenceNode const& reference) {
-  Walk walk(*this);
-  walk.EnterReference(reference);
-  walk.Run();
+  Walk(*this).Visit(reference);
 }
 
 void NRayPicker::VisitImpl(domain::light_env::NLightEnvNode const&) {}

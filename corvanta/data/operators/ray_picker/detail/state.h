@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "corvanta/data/domain/scenegraph/detail/NWalkBounds.h"
 #include "corvanta/data/operators/ray_picker/NRayPicker.h"
 
 namespace corvanta::data::operators::ray_picker {
@@ -15,13 +16,17 @@ struct NRayPicker::State {
     boost::intrusive_ptr<domain::NNode const> node;
   };
 
+  struct Record : PickRecord {
+    std::uint64_t place;  // in the order of the walk
+  };
+
   VX_Math::Line ray{};
   VX_Math::MatrixStack stack{};
-  std::vector<PickRecord> records{};
+  std::vector<Record> records{};
   std::vector<boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphModelNode const>>
       models{};  // keeps what the records point to
   boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeNode> tree{};
-  decltype(PickRecord::checkPoints) checkPoints{};
+  domain::scenegraph::NCheckPoints checkPoints{};
   bool isInArea = false;
   bool isFromPlane = false;
   VX_Math::Vec2 clip{};
@@ -32,9 +37,11 @@ struct NRayPicker::State {
   VX_Math::Vec3 planeHit{};
 
   std::vector<Step> steps{};
-  std::vector<domain::scenegraph::tree::NSceneGraphTreeNode const*> trees{};  // that it stands in
-  std::vector<VX_Math::Matrix> controls{
-      VX_Math::Matrix()};  // of the stored tree, then a check point
+  std::size_t pushed = 0;  // of the stack of matrices
+  std::uint64_t nextPlace = 0;
+  domain::scenegraph::detail::NWalkBounds bounds{};
+  // The control transform of the stored tree, then one a check point.
+  std::vector<VX_Math::Matrix> controls{VX_Math::Matrix()};
   bool isWalking = false;
 };
 
