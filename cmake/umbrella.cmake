@@ -6,8 +6,8 @@ list(SORT headers)
 set(text "#pragma once\n\n// Every public header of corvanta. Written by cmake/umbrella.cmake.\n\n")
 foreach(header ${headers})
   # Details belong to the headers that need them, but for the classes that callers see by name; the platform
-  # layer's picture side belongs to its decoder.
-  if(header MATCHES "(NNodeColorTranslator|NFIImage|NUnknownImage|NFIImageError)\\.h$" OR NOT header MATCHES "/detail/|/fwd\\.h$|corvanta/(corvanta|names)\\.h$|corvanta/platform/(narrow_path|picture|file)\\.h$")
+  # layer's picture side belongs to its decoder, and its processes to who starts them.
+  if(header MATCHES "(NNodeColorTranslator|NFIImage|NUnknownImage|NFIImageError)\\.h$" OR NOT header MATCHES "/detail/|/fwd\\.h$|corvanta/(corvanta|names)\\.h$|corvanta/platform/(child/.*|child_process|descriptor|file|narrow_path|picture|shared_memory)\\.h$")
     string(APPEND text "#include \"${header}\"\n")
   endif()
 endforeach()

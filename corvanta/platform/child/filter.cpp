@@ -1,0 +1,71 @@
+#include "corvanta/platform/child/filter.h"
+
+#include <fcntl.h>
+#include <sched.h>
+#include <seccomp.h>
+#include <sys/mman.h>
+
+#include <cerrno>
+#include <memory>
+
+namespace corvanta::platform::child {
+
+namespace {
+
+constexpr int kPlain[] = {
+    // the host, and the files that it hands over
+    SCMP_SYS(read), SCMP_SYS(pread64), SCMP_SYS(readv), SCMP_SYS(lseek), SCMP_SYS(fstat),
+    SCMP_SYS(close), SCMP_SYS(recvmsg), SCMP_SYS(sendto), SCMP_SYS(poll), SCMP_SYS(ppoll),
+    // memory
+    SCMP_SYS(brk), SCMP_SYS(munmap), SCMP_SYS(mremap), SCMP_SYS(madvise), SCMP_SYS(futex),
+    // time, chance, the process itself, its end
+    SCMP_SYS(clock_gettime), SCMP_SYS(gettimeofday), SCMP_SYS(time), SCMP_SYS(getrandom),
+    SCMP_SYS(sched_yield), SCMP_SYS(getpid), SCMP_SYS(gettid), SCMP_SYS(getrusage),
+    SCMP_SYS(rt_sigreturn), SCMP_SYS(rt_sigprocmask), SCMP_SYS(restart_syscall), SCMP_SYS(exit),
+    SCMP_SYS(exit_group)};
+
+constexpr int kForReading[] = {SCMP_SYS(newfstatat), SCMP_SYS(stat),      SCMP_SYS(lstat),
+                               SCMP_SYS(statx),      SCMP_SYS(readlink),  SCMP_SYS(readlinkat),
+                               SCMP_SYS(access),     SCMP_SYS(faccessat), SCMP_SYS(faccessat2),
+                               SCMP_SYS(getdents64), SCMP_SYS(getcwd),    SCMP_SYS(fadvise64)};
+
+struct Release {
+  void operator()(void* filter) const { seccomp_release(filter); }
+};
+
+class Filter {
+ public:
+  // A call that this machine doesn't have is left out by the library itself.
+  template <typename... Conditions>
+  void Allow(int call, Conditions... conditions) {
+    if (m_filter)
+      m_good &= seccomp_rule_add(m_filter.get(), SCMP_ACT_ALLOW, call, sizeof...(conditions),
+                                 conditions...) == 0;
+  }
+  bool Load() { return m_filter && m_good && seccomp_load(m_filter.get()) == 0; }
+
+ private:
+  std::unique_ptr<void, Release> const m_filter{seccomp_init(SCMP_ACT_ERRNO(EPERM))};
+  bool m_good = true;
+};
+
+}  // namespace
+
+bool ApplyFilter(NRights rights) {
+  Filter filter;
+  for (int const call : kPlain) filter.Allow(call);
+  // Nothing new is to be run.
+  for (int const call : {SCMP_SYS(mmap), SCMP_SYS(mprotect)})
+    filter.Allow(call, SCMP_A2(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0));
+  for (std::uint64_t const command : {F_GETFD, F_GETFL, F_SETFL, F_SETOWN})
+    filter.Allow(SCMP_SYS(fcntl), SCMP_A1(SCMP_CMP_EQ, command));
+  if ((rights & kRightsReadFiles) != 0) {
+    for (int const call : kForReading) filter.Allow(call);
+    constexpr std::uint64_t kWriting = O_ACCMODE | O_CREAT | O_TRUNC | O_APPEND;
+    filter.Allow(SCMP_SYS(open), SCMP_A1(SCMP_CMP_MASKED_EQ, kWriting, 0));
+    filter.Allow(SCMP_SYS(openat), SCMP_A2(SCMP_CMP_MASKED_EQ, kWriting, 0));
+  }
+  return filter.Load();
+}
+
+}  // namespace corvanta::platform::child
