@@ -3,6 +3,7 @@ line: path, line, kind, new text, parted by tabs; at most one of a source line. 
 
 import random
 import re
+import signal
 import sys
 
 # What may stand in for what: a pattern, its replacements, the kind. The blanks are clang-format's,
@@ -90,6 +91,7 @@ def faults(line, before):
 
 
 def main():
+    signal.signal(signal.SIGPIPE, signal.SIG_DFL)  # who reads may stop early
     seed, *paths = sys.argv[1:]
     if seed == '--apply':
         path, number, new = paths

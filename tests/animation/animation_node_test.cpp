@@ -1,24 +1,10 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <boost/intrusive_ptr.hpp>
-#include <functional>
-#include <limits>
-#include <stdexcept>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "corvanta/data/domain/animation/NAnimationDomain.h"
-#include "corvanta/data/domain/animation/NNodeAnimationTarget.h"
-#include "corvanta/data/domain/light/NLightDomain.h"
-#include "corvanta/data/timeline/NTimeLineManager.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::domain::animation {
 namespace {
 
-using operators::animation::NKeyData;
-using operators::animation::NKeyFrameAnimation;
+using data::operators::animation::NKeyData;
+using data::operators::animation::NKeyFrameAnimation;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using CurvePointer = boost::intrusive_ptr<NKeyFrameAnimation>;

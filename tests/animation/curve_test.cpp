@@ -1,18 +1,5 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <boost/intrusive_ptr.hpp>
-#include <cmath>
-#include <limits>
-#include <map>
-#include <random>
-#include <string>
-#include <vector>
-
-#include "corvanta/data/operators/animation/NInterpolatorError.h"
-#include "corvanta/data/operators/animation/NKeyFrameAnimation.h"
 #include "corvanta/data/operators/animation/detail/NTimeIndex.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::operators::animation {
 namespace {

@@ -1,11 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-#include <stdexcept>
-#include <vector>
-
 #include "tests/animation/presentation_world.h"
 
 namespace corvanta::data::animation {

@@ -1,17 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
-#include <boost/make_shared.hpp>
-#include <cmath>
-#include <limits>
-#include <random>
-#include <vector>
-
-#include "corvanta/data/animation/CubicSplineInterpolator.h"
-#include "corvanta/data/animation/SquadInterpolator.h"
-#include "corvanta/vx_math/euler_angles.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::animation {
 namespace {

@@ -1,28 +1,6 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <boost/intrusive_ptr.hpp>
-#include <functional>
-#include <set>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "corvanta/core/domain/NDomainManager.h"
-#include "corvanta/data/animation/NAnimation.h"
-#include "corvanta/data/animation/NAnimationEngineArgs.h"
-#include "corvanta/data/domain/environment/NEnvironmentDomain.h"
-#include "corvanta/data/domain/material/NMaterialDomain.h"
-#include "corvanta/data/domain/scene/NSceneDomain.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphItemDomain.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
-#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeDomain.h"
-#include "corvanta/data/events/attribute_change/NMultiplexer.h"
-#include "corvanta/data/switches/NMaterialSwitch.h"
-#include "corvanta/data/switches/NModelSwitch.h"
+#include "tests/support/test.h"
 
 /// A small world that presentations play in: a tree with a root group, and everything written down
 /// that happens to items.

@@ -1,11 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <stdexcept>
-#include <string>
-#include <vector>
-
-#include "corvanta/data/animation/NAnimationManager.h"
 #include "tests/animation/presentation_world.h"
 
 namespace corvanta::data::animation {

@@ -1,19 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <boost/make_shared.hpp>
-#include <boost/shared_ptr.hpp>
-#include <cmath>
-#include <limits>
-#include <map>
-#include <random>
-#include <vector>
-
-#include "corvanta/data/animation/CubicSplineInterpolator.h"
-#include "corvanta/data/animation/SquadInterpolator.h"
 #include "corvanta/data/animation/detail/plateaus.h"
-#include "corvanta/vx_math/euler_angles.h"
 #include "tests/animation/presentation_world.h"
 
 namespace corvanta::data::animation {

@@ -1,13 +1,6 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <numbers>
-#include <random>
-#include <vector>
 
-#include "corvanta/data/domain/camera/NCameraDomain.h"
-#include "corvanta/vx_math/Vec3.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::domain::camera {
 namespace {

@@ -1,16 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <string>
-#include <vector>
-
-#include "corvanta/core/color/ColorTransform.h"
-#include "corvanta/data/domain/detail/NNodeColorTranslator.h"
-#include "corvanta/data/domain/environment/NEnvironmentDomain.h"
-#include "corvanta/data/domain/light/NLightDomain.h"
-#include "corvanta/data/domain/material/NMaterialDomain.h"
-#include "corvanta/data/domain/texture/NTextureDomain.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::domain::detail {
 namespace {

@@ -1,13 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "corvanta/data/domain/image/NImageDomain.h"
-#include "corvanta/data/environment_map/NEnvironmentMap.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::environment_map {
 namespace {

@@ -1,16 +1,6 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "corvanta/core/error/NException.h"
-#include "corvanta/data/domain/image/NImageDomain.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::domain::image {
 namespace {

@@ -1,10 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <functional>
-
-#include "corvanta/data/domain/image/NImageDomain.h"
-#include "corvanta/data/domain/texture/NTextureDomain.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::domain::texture {
 namespace {

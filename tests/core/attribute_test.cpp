@@ -1,15 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <functional>
-#include <limits>
-#include <string>
-#include <vector>
-
-#include "corvanta/core/attribute/NAttributeContainerError.h"
-#include "corvanta/core/attribute/NAttributeHost.h"
-#include "corvanta/core/attribute/NTypedAttribute.h"
+#include "tests/support/test.h"
 
 namespace corvanta::core::attribute {
 namespace {

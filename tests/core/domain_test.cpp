@@ -1,18 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <map>
-#include <random>
-#include <set>
-#include <string>
-#include <vector>
-
-#include "corvanta/core/domain/NDomainManager.h"
-#include "corvanta/core/node/NNodeReference.h"
-#include "corvanta/data/domain/camera/NCameraDomain.h"
-#include "corvanta/data/domain/domain_types.h"
-#include "corvanta/data/domain/light/NLightDomain.h"
+#include "tests/support/test.h"
 
 namespace corvanta::core::domain {
 namespace {

@@ -1,15 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <functional>
-#include <map>
-#include <memory>
-#include <random>
-#include <string>
-#include <vector>
-
-#include "corvanta/core/name/NNameListener.h"
-#include "corvanta/core/name/NStrictNamespace.h"
+#include "tests/support/test.h"
 
 namespace corvanta::core::name {
 namespace {

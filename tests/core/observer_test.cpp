@@ -1,18 +1,8 @@
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <atomic>
 #include <cstdlib>
-#include <functional>
-#include <map>
-#include <memory>
-#include <optional>
-#include <random>
-#include <stdexcept>
 #include <thread>
-#include <vector>
 
-#include "corvanta/core/observer/NObservable.h"
+#include "tests/support/test.h"
 
 namespace corvanta::core::observer {
 namespace {

@@ -1,12 +1,5 @@
-#include <gtest/gtest.h>
-
-#include <set>
-#include <tuple>
-#include <utility>
-
-#include "corvanta/core/locator/NLocator.h"
-#include "corvanta/data/internal/built_in_images.h"
 #include "tests/support/temporary_files.h"
+#include "tests/support/test.h"
 
 namespace corvanta::core {
 namespace {

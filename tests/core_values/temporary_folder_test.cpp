@@ -1,9 +1,7 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "corvanta/platform/temporary.h"
 #include "tests/support/temporary_files.h"
+#include "tests/support/test.h"
 
 namespace corvanta::platform {
 namespace {

@@ -1,13 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "corvanta/core/attribute/NAttributeHost.h"
-#include "corvanta/core/color/ColorTransform.h"
-#include "corvanta/core/color/translate_rgb.h"
-#include "corvanta/core/error/NException.h"
-#include "corvanta/core/string_table/string_table.h"
-#include "corvanta/core/text/convert.h"
-#include "corvanta/platform/debug.h"
+#include "tests/support/test.h"
 
 namespace corvanta::core {
 namespace {

@@ -1,17 +1,7 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <algorithm>
-#include <cstdint>
-#include <cstring>
-
-#include "corvanta/core/uri/NUri.h"
-#include "corvanta/core/zip/NUnzipToTemporary.h"
-#include "corvanta/core/zip/NZipError.h"
-#include "corvanta/core/zip/pass.h"
-#include "corvanta/platform/temporary.h"
 #include "tests/support/temporary_files.h"
+#include "tests/support/test.h"
 #include "tests/support/zip_archive.h"
 
 namespace corvanta::core::zip {

@@ -1,19 +1,7 @@
-#include "corvanta/data/document/NDocument.h"
-
-#include <gtest/gtest.h>
-
-#include <functional>
-
-#include <memory>
-#include <set>
-#include <string>
 #include <thread>
 
-#include "corvanta/data/domain/light/NLightNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
-#include "corvanta/data/internal/internal_data.h"
 #include "corvanta/names.h"
+#include "tests/support/test.h"
 
 namespace corvanta {
 namespace {

@@ -1,18 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-#include "corvanta/data/domain/environment/NEnvironmentDomain.h"
-#include "corvanta/data/domain/light/NLightDomain.h"
-#include "corvanta/data/domain/light_env/NLightEnvDomain.h"
-#include "corvanta/data/domain/scenegraph/NSceneGraphPathError.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphItemDomain.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphLightNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
-#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeDomain.h"
-#include "corvanta/data/operators/convert_to_light_env.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::operators {
 namespace {

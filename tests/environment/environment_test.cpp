@@ -1,22 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <stdexcept>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "corvanta/data/domain/environment/NEnvironmentDomain.h"
-#include "corvanta/data/domain/geometry/NGeometryDomain.h"
-#include "corvanta/data/domain/image/NImageDomain.h"
-#include "corvanta/data/domain/light_env/NLightEnvDomain.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphItemDomain.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphLightNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
-#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeDomain.h"
-#include "corvanta/data/environment_map/NEnvironmentMap.h"
-#include "corvanta/vx_math/euler_angles.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::domain::environment {
 namespace {

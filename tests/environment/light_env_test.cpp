@@ -1,14 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <functional>
-#include <stdexcept>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "corvanta/data/domain/light_env/NLightEnvDomain.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::domain::light_env {
 namespace {

@@ -1,13 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "corvanta/data/domain/environment/NEnvironmentDomain.h"
-#include "corvanta/data/domain/scene/NSceneDomain.h"
-#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeDomain.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::domain::scene {
 namespace {

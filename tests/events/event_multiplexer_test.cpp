@@ -1,27 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "corvanta/core/attribute/NAttribute.h"
-#include "corvanta/core/locator/NLocator.h"
-#include "corvanta/data/domain/light/NLightDomain.h"
-#include "corvanta/data/events/NEventMultiplexer.h"
-#include "corvanta/data/events/attribute_change/NMultiplexer.h"
-#include "corvanta/data/events/environment/NMultiplexer.h"
-#include "corvanta/data/events/environment_map_change/NMultiplexer.h"
-#include "corvanta/data/events/geometry_change/NMultiplexer.h"
-#include "corvanta/data/events/light_env/NMultiplexer.h"
-#include "corvanta/data/events/material/NMultiplexer.h"
-#include "corvanta/data/events/scene/NMultiplexer.h"
-#include "corvanta/data/events/scene_graph_hierarchy/NMultiplexer.h"
-#include "corvanta/data/events/scene_graph_model/NMultiplexer.h"
-#include "corvanta/data/events/scene_graph_tree/NMultiplexer.h"
-#include "corvanta/data/events/scene_graph_tree_host/NMultiplexer.h"
-#include "corvanta/data/events/texture/NMultiplexer.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::events {
 namespace {

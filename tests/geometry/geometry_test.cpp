@@ -1,13 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <map>
-#include <utility>
-#include <vector>
-
-#include "corvanta/data/domain/geometry/NGeometryDomain.h"
-#include "corvanta/data/domain/geometry/NPolygonSurface.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::domain::geometry {
 namespace {

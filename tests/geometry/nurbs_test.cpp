@@ -1,11 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <limits>
-#include <vector>
-
-#include "corvanta/data/domain/geometry/NGeometryDomain.h"
-#include "corvanta/data/domain/geometry/NNurbsSurface.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::domain::geometry {
 namespace {

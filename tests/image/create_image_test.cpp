@@ -1,18 +1,8 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
-
 #include <atomic>
 #include <chrono>
-#include <stdexcept>
 #include <thread>
 
-#include "corvanta/core/error/NFileError.h"
-#include "corvanta/core/zip/NZipError.h"
-#include "corvanta/core/zip/pass.h"
-#include "corvanta/data/internal/built_in_images.h"
-#include "corvanta/data/resource/image/NNestedCreationError.h"
-#include "corvanta/data/resource/image/create_image.h"
 #include "tests/image/picture_files.h"
 #include "tests/support/temporary_files.h"
 #include "tests/support/zip_archive.h"

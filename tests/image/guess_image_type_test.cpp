@@ -1,6 +1,3 @@
-#include <gtest/gtest.h>
-
-#include "corvanta/data/environment_map/guess_image_type.h"
 #include "tests/image/picture_files.h"
 #include "tests/support/temporary_files.h"
 

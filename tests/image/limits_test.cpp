@@ -1,6 +1,4 @@
-#include <gtest/gtest.h>
 #include <sys/resource.h>
-
 #include <chrono>
 
 #include "corvanta/platform/picture.h"

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <cstdint>
-#include <string>
+#include "tests/support/test.h"
 
 namespace corvanta::pictures {
 

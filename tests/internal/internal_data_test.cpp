@@ -1,19 +1,10 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <atomic>
-#include <functional>
-#include <optional>
-#include <set>
-#include <stdexcept>
-#include <string>
 #include <thread>
-#include <vector>
 
-#include "corvanta/corvanta.h"
 #include "corvanta/data/internal/detail/primitives/primitive.h"
 #include "corvanta/platform/picture.h"
 #include "tests/support/temporary_files.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::internal {
 namespace {

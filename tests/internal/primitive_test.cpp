@@ -1,10 +1,7 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <numbers>
 
 #include "corvanta/data/internal/detail/primitives/primitive.h"
-#include "corvanta/data/structs/convert.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::internal::detail {
 namespace {

@@ -1,13 +1,6 @@
 #pragma once
 
-#include <cmath>
-#include <string>
-#include <vector>
-
-#include "corvanta/data/structs/UVW.h"
-#include "corvanta/data/structs/XYZ.h"
-#include "corvanta/vx_math/Matrix.h"
-#include "corvanta/vx_math/Vec3.h"
+#include "tests/support/test.h"
 
 /// The mapping of a mesh written down a second time: vertex by vertex, in plain arithmetic.
 namespace corvanta::mapping::oracle {

@@ -1,16 +1,5 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <bit>
-#include <cmath>
-#include <cstdint>
-#include <limits>
-#include <random>
-#include <string>
-#include <vector>
 
-#include "corvanta/data/domain/material/texture_mapping/NProjectionMapping.h"
-#include "corvanta/data/domain/projection/NProjectionNodeError.h"
 #include "tests/mapping/oracle.h"
 #include "tests/mapping/world.h"
 

@@ -1,12 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <array>
-#include <functional>
-
-#include "corvanta/data/domain/projection/NProjectionNodeError.h"
-#include "corvanta/data/domain/scenegraph/NSceneGraphPathError.h"
-#include "corvanta/data/events/attribute_change/NListener.h"
 #include "tests/mapping/world.h"
 
 namespace corvanta::mapping {

@@ -1,20 +1,6 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <array>
 #include <bit>
-#include <cmath>
-#include <cstdint>
-#include <limits>
-#include <random>
-#include <vector>
 
-#include "corvanta/data/operators/projector/NBoxProjector.h"
-#include "corvanta/data/operators/projector/NCylinderProjector.h"
-#include "corvanta/data/operators/projector/NPlaneProjector.h"
-#include "corvanta/data/operators/projector/NSphereProjector.h"
-#include "corvanta/data/operators/projector/NTriplanarProjector.h"
-#include "corvanta/vx_math/Vec3.h"
+#include "tests/support/test.h"
 
 namespace corvanta::mapping {
 namespace {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "corvanta/data/domain/projection/NProjectionDomain.h"
 #include "tests/scenegraph/graph.h"
 
 namespace corvanta::mapping {

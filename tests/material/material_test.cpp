@@ -1,16 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <functional>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "corvanta/data/domain/image/NImageDomain.h"
-#include "corvanta/data/domain/material/NMaterialDomain.h"
-#include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
-#include "corvanta/data/domain/texture/NTextureDomain.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::domain::material {
 namespace {

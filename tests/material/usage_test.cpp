@@ -1,12 +1,5 @@
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <random>
-#include <vector>
-
-#include "corvanta/core/domain/NDomainManager.h"
-#include "corvanta/data/domain/material/NMaterialDomain.h"
 #include "corvanta/data/domain/material/detail/usage.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::domain::material {
 namespace {

@@ -1,13 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <random>
-#include <vector>
-
-#include "corvanta/data/domain/geometry/NPolygonSurface.h"
-#include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
-#include "corvanta/vx_math/Matrix.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::domain::material::texture_mapping {
 namespace {

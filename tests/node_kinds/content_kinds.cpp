@@ -1,10 +1,3 @@
-#include "corvanta/data/domain/camera/NCameraDomain.h"
-#include "corvanta/data/domain/domain_types.h"
-#include "corvanta/data/domain/image/NImageDomain.h"
-#include "corvanta/data/domain/light/NLightDomain.h"
-#include "corvanta/data/domain/movie/NMovieDomain.h"
-#include "corvanta/data/domain/sound/NSoundDomain.h"
-#include "corvanta/data/domain/texture/NTextureDomain.h"
 #include "tests/node_kinds/node_kind.h"
 
 namespace corvanta::node_kinds {

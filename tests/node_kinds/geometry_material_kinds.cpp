@@ -1,6 +1,3 @@
-#include "corvanta/data/domain/domain_types.h"
-#include "corvanta/data/domain/geometry/NGeometryDomain.h"
-#include "corvanta/data/domain/material/NMaterialDomain.h"
 #include "tests/node_kinds/node_kind.h"
 
 namespace corvanta::node_kinds {

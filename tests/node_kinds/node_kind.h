@@ -1,18 +1,9 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <boost/intrusive_ptr.hpp>
-#include <functional>
 #include <ostream>
-#include <string>
 #include <type_traits>
-#include <vector>
 
-#include "corvanta/core/attribute/NAttributeHost.h"
-#include "corvanta/core/domain/NDomainBase.h"
-#include "corvanta/data/domain/NNode.h"
-#include "corvanta/data/events/attribute_change/NMultiplexer.h"
+#include "tests/support/test.h"
 
 /// The golden list: what the callers see of every node kind, written down a second time, by hand.
 /// The rows stand in <group>_kinds.cpp, a file for each group of kinds, which never includes the

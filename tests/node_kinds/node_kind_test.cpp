@@ -1,13 +1,6 @@
-#include "tests/node_kinds/node_kind.h"
-
-#include <gmock/gmock.h>
-
-#include <set>
 #include <string_view>
-#include <utility>
 
-#include "corvanta/data/domain/domain_types.h"
-#include "corvanta/data/domain/fwd.h"
+#include "tests/node_kinds/node_kind.h"
 
 namespace corvanta::node_kinds {
 

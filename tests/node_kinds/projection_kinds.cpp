@@ -1,5 +1,3 @@
-#include "corvanta/data/domain/domain_types.h"
-#include "corvanta/data/domain/projection/NProjectionDomain.h"
 #include "tests/node_kinds/node_kind.h"
 
 namespace corvanta::node_kinds {

@@ -1,11 +1,3 @@
-#include "corvanta/data/domain/domain_types.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphItemDomain.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphLightNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
-#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeDomain.h"
 #include "tests/node_kinds/node_kind.h"
 
 namespace corvanta::node_kinds {

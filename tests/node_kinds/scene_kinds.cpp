@@ -1,7 +1,3 @@
-#include "corvanta/data/domain/domain_types.h"
-#include "corvanta/data/domain/environment/NEnvironmentDomain.h"
-#include "corvanta/data/domain/scene/NSceneDomain.h"
-#include "corvanta/data/view/NViewManager.h"
 #include "tests/node_kinds/node_kind.h"
 
 namespace corvanta::node_kinds {

@@ -1,13 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-#include "corvanta/data/domain/environment/NEnvironmentDomain.h"
-#include "corvanta/data/domain/light_env/NLightEnvDomain.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphItemDomain.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphLightNode.h"
-#include "corvanta/data/view/NViewManager.h"
 #include "tests/out_of_memory/failing_allocations.h"
 
 namespace corvanta::out_of_memory {

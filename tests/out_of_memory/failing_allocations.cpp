@@ -1,6 +1,6 @@
-#include "tests/out_of_memory/failing_allocations.h"
-
 #include <cstdlib>
+
+#include "tests/out_of_memory/failing_allocations.h"
 
 namespace {
 std::size_t g_successes = std::numeric_limits<std::size_t>::max();

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <cstddef>
-#include <limits>
 #include <new>
+
+#include "tests/support/test.h"
 
 /// This binary replaces operator new: it counts, and fails when it is told to.
 namespace corvanta::out_of_memory {

@@ -1,11 +1,3 @@
-#include "corvanta/data/internal/internal_data.h"
-
-#include <gtest/gtest.h>
-
-#include "corvanta/core/domain/NDomainBase.h"
-#include "corvanta/core/domain/NDomainManager.h"
-#include "corvanta/data/domain/geometry/NGeometryNode.h"
-#include "corvanta/data/events/NEventMultiplexer.h"
 #include "tests/out_of_memory/failing_allocations.h"
 #include "tests/support/temporary_files.h"
 

@@ -1,14 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "corvanta/core/attribute/NAttributeHost.h"
-#include "corvanta/core/domain/NDomainManager.h"
-#include "corvanta/data/domain/light/NLightDomain.h"
-#include "corvanta/data/events/NEventMultiplexer.h"
-#include "corvanta/data/events/attribute_change/NMultiplexer.h"
 #include "tests/out_of_memory/failing_allocations.h"
 
 namespace corvanta::out_of_memory {

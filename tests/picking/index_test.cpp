@@ -1,13 +1,6 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-#include <random>
-#include <vector>
-
-#include "corvanta/data/domain/geometry/NPolygonSurface.h"
 #include "corvanta/data/domain/geometry/detail/NTriangleIndex.h"
 #include "corvanta/data/operators/ray_picker/detail/least_hit.h"
+#include "tests/support/test.h"
 
 namespace corvanta::test {
 namespace {

@@ -1,19 +1,5 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-#include <optional>
-#include <random>
-#include <set>
-
 #include "corvanta/core/detail/scope_exit.h"
-#include "corvanta/data/domain/geometry/NSurface.h"
-#include "corvanta/data/domain/scene/NSceneDomain.h"
-#include "corvanta/data/domain/scenegraph/NSceneGraphWalkError.h"
-#include "corvanta/data/domain/scenegraph/walk_budget.h"
-#include "corvanta/data/operators/ray_picker/NRayPicker.h"
 #include "corvanta/data/operators/ray_picker/detail/least_hit.h"
-#include "corvanta/data/operators/ray_picker/pick.h"
 #include "tests/scenegraph/graph.h"
 
 namespace corvanta::test {

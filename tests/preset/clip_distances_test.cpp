@@ -1,10 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
-#include "corvanta/data/domain/scenegraph/item/view.h"
-#include "corvanta/data/domain/scenegraph/item/view_clip_distances.h"
-#include "corvanta/data/internal/internal_data.h"
 #include "tests/preset/view_world.h"
 #include "tests/support/temporary_files.h"
 

@@ -1,14 +1,3 @@
-#include "corvanta/data/preset/preset.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <cmath>
-
-#include "corvanta/core/configuration/NConfiguration.h"
-#include "corvanta/data/domain/light/NLightNode.h"
-#include "corvanta/data/internal/built_in_images.h"
-#include "corvanta/data/internal/internal_data.h"
 #include "tests/preset/view_world.h"
 #include "tests/support/temporary_files.h"
 

@@ -1,13 +1,5 @@
 #pragma once
 
-#include "corvanta/data/domain/camera/NCameraNode.h"
-#include "corvanta/data/domain/environment/NEnvironmentDomain.h"
-#include "corvanta/data/domain/image/NImageDomain.h"
-#include "corvanta/data/domain/light/NLightDomain.h"
-#include "corvanta/data/domain/scene/NSceneDomain.h"
-#include "corvanta/data/environment_map/NEnvironmentMap.h"
-#include "corvanta/data/events/environment/NMultiplexer.h"
-#include "corvanta/data/view/NView.h"
 #include "tests/scenegraph/graph.h"
 
 namespace corvanta::test {

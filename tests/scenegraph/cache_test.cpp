@@ -1,10 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <random>
-
-#include "corvanta/data/domain/material/NMaterialNode.h"
-#include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
 #include "tests/scenegraph/graph.h"
 
 namespace corvanta::test {

@@ -1,28 +1,6 @@
 #pragma once
 
-#include <boost/intrusive_ptr.hpp>
-#include <string>
-#include <vector>
-
-#include "corvanta/core/domain/NDomainManager.h"
-#include "corvanta/data/domain/camera/NCameraDomain.h"
-#include "corvanta/data/domain/geometry/NGeometryDomain.h"
-#include "corvanta/data/domain/geometry/NPolygonSurface.h"
-#include "corvanta/data/domain/material/NMaterialDomain.h"
-#include "corvanta/data/domain/scenegraph/NSceneGraphPath.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphItemDomain.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphLightNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
-#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeDomain.h"
-#include "corvanta/data/events/NEventListener.h"
-#include "corvanta/data/events/NEventMultiplexer.h"
-#include "corvanta/data/events/attribute_change/NMultiplexer.h"
-#include "corvanta/data/events/environment_map_change/NMultiplexer.h"
-#include "corvanta/data/events/geometry_change/NMultiplexer.h"
-#include "corvanta/data/events/material/NMultiplexer.h"
+#include "tests/support/test.h"
 
 namespace corvanta::test {
 

@@ -1,10 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <functional>
-#include <random>
-#include <utility>
-
 #include "tests/scenegraph/graph.h"
 
 namespace corvanta::test {

@@ -1,12 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <random>
-
-#include "corvanta/data/domain/scenegraph/NSceneGraphPathError.h"
-#include "corvanta/data/domain/scenegraph/coord_conversion.h"
-#include "corvanta/data/domain/scenegraph/item/view.h"
-#include "corvanta/data/domain/scenegraph/transform.h"
 #include "tests/scenegraph/graph.h"
 
 namespace corvanta::test {

@@ -1,24 +1,7 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <pthread.h>
 
-#include <algorithm>
-#include <functional>
-#include <stdexcept>
-#include <string>
-#include <vector>
-
 #include "corvanta/core/detail/scope_exit.h"
-#include "corvanta/data/domain/scenegraph/NSceneGraphTraverser.h"
-#include "corvanta/data/domain/scenegraph/NSceneGraphWalkError.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphItemDomain.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphLightNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
-#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeDomain.h"
-#include "corvanta/data/domain/scenegraph/walk_budget.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::domain::scenegraph {
 namespace {

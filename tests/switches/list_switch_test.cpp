@@ -1,10 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphItemDomain.h"
-#include "corvanta/data/switches/NCameraSwitch.h"
-#include "corvanta/data/switches/NEnvironmentSwitch.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::switches {
 namespace {

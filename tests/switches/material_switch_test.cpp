@@ -1,15 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <boost/intrusive_ptr.hpp>
-#include <functional>
-#include <stdexcept>
-#include <vector>
-
-#include "corvanta/data/domain/material/NMaterialDomain.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphItemDomain.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
-#include "corvanta/data/switches/NMaterialSwitch.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::switches {
 namespace {

@@ -1,14 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <boost/intrusive_ptr.hpp>
-#include <functional>
-#include <stdexcept>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "corvanta/data/switches/NModelSwitch.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::switches {
 namespace {

@@ -1,8 +1,4 @@
-#include <gtest/gtest.h>
-
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
-#include "corvanta/data/posture/NPosture3D.h"
-#include "corvanta/vx_math/Matrix.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::posture {
 namespace {

@@ -1,17 +1,4 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include "corvanta/data/domain/scene/NSceneDomain.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphItemDomain.h"
-#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeDomain.h"
-#include "corvanta/data/events/attribute_change/NMultiplexer.h"
-#include "corvanta/data/view/NViewManager.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::view {
 namespace {

@@ -1,9 +1,3 @@
-#include "corvanta/platform/d3dx9.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
-
 #include "tests/vx_math/near.h"
 
 namespace {

@@ -1,12 +1,3 @@
-#include "corvanta/vx_math/Matrix.h"
-
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-#include <random>
-
-#include "corvanta/vx_math/MatrixStack.h"
 #include "tests/vx_math/near.h"
 
 namespace {

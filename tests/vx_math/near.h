@@ -1,8 +1,6 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <cmath>
+#include "tests/support/test.h"
 
 /// Compares two vectors, quaternions or matrices float by float; NaN is near to nothing.
 template <class T>

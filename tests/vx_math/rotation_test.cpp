@@ -1,11 +1,5 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
 #include <numbers>
-#include <random>
 
-#include "corvanta/vx_math/euler_angles.h"
 #include "tests/vx_math/near.h"
 
 namespace {

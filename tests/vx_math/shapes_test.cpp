@@ -1,13 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-#include <random>
-
-#include "corvanta/vx_math/Box3.h"
-#include "corvanta/vx_math/Line.h"
-#include "corvanta/vx_math/Matrix.h"
-#include "corvanta/vx_math/Plane.h"
 #include "tests/vx_math/near.h"
 
 namespace {
