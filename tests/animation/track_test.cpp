@@ -169,7 +169,7 @@ TEST_F(Tracks, EqualInterpolatorsOfTheirOwnInAMap) {
 }
 
 TEST_F(Tracks, WriteInOrderAndOnlyWhereTheirKeysAre) {
-  MoveAlongX(root, {{10, 1.0}, {20, 2.0}});
+  MoveAlongX(root, {{20, 2.0}, {10, 1.0}});  // made in another order than they play
   Writes const writes = PlayAt(1.5);
   std::vector<std::wstring> names;
   for (auto const& [name, value] : writes) names.push_back(name);

@@ -309,6 +309,15 @@ TEST(Observers, CopiesStartWithoutObserversAndAssignmentChangesNothing) {
   boost::intrusive_ptr<Subject> const copy(new Subject(*subject));
   EXPECT_TRUE(copy->AddObserver(*listener));
   copy->AssignObservers(*subject);
+  detail::NObservableImpl entries;
+  EXPECT_EQ(entries.GetBegin(), entries.GetEnd());
+  for (auto const& added :
+       {listener, ListenerPointer(new Listener), ListenerPointer(new Listener)}) {
+    entries.AddObserver(*added, subject.get());
+  }
+  EXPECT_EQ(std::count_if(entries.GetBegin(), entries.GetEnd(),
+                          [&](auto const& entry) { return entry.listener == subject.get(); }),
+            3);
   copy->Raise();
   subject->Raise();
   EXPECT_EQ(listener->heard, 2);

@@ -111,6 +111,8 @@ TEST(Nurbs, ClonesShareNothingButTheCurvesOfTheLoops) {
   surface->AddTrimLoop();
   surface->AddTrimCurve(0, *new NurbsCurve2d);
   surface->GetTessNurbsSurface().ClearGeometry();
+  EXPECT_FALSE(surface->GetTessNurbsSurface().GetBasisU().IsValid() ||
+               surface->GetTessNurbsSurface().GetBasisV().IsValid());
   curve->ClearGeometry();
   surface.reset();
 

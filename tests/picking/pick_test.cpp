@@ -142,12 +142,34 @@ TEST(Pick, ImpossibleRaysMiss) {
   Vec2 const middle(0.5f, 0.5f), nowhere(nan, 0);
   EXPECT_FALSE(picker::PickDetail(*world.scene, &middle, &singular, world.paths, world.points));
   EXPECT_FALSE(picker::PickDetail(*world.scene, &nowhere, &world.view, world.paths, world.points));
-  EXPECT_FALSE(picker::PickDetail(*world.scene, nullptr, &world.view, world.paths, world.points));
   std::vector<item::NSceneGraphModelNode const*> models;
+  for (auto const& [point, view] :
+       {std::pair<Vec2 const*, Matrix const*>(nullptr, &world.view), {&middle, nullptr}}) {
+    EXPECT_FALSE(picker::PickDetail(*world.scene, point, view, world.paths, world.points));
+    EXPECT_FALSE(picker::PickDetail(*world.scene, point, view, models));
+    EXPECT_FALSE(picker::PickDetailInArea(*world.scene, point, view, Box3({-1, -1, -1}, {1, 1, 1}),
+                                          world.paths, world.points));
+    EXPECT_FALSE(picker::PickDetailFromPlane(*world.scene, point, view, Plane(Vec3(0, 0, 1), 1.0),
+                                             world.paths, world.points));
+  }
   Line const still({0, 0, 5}, {0, 0, 5});
   EXPECT_FALSE(picker::PickModel(*world.root, &still, models));
   EXPECT_TRUE(world.Pick(0, 0));
   EXPECT_EQ(world.paths.size(), 1u);
+}
+
+TEST(Pick, InPerspectiveAndOfAnItemInTwoLists) {
+  Picked world;
+  Model const square = world.MakeSquare(0, 8);
+  Group const former = world.Make();
+  for (Group const& group : {former, world.Make()}) world.root->AddChild(*group);
+  former->AddChild(*square);
+  world.root->AddChild(*square, 0);  // its former parent keeps it in its list
+  world.view = platform::MatrixLookAtRH({0, 0, 10}, {}, {0, 1, 0});
+  world.view.MultRight(platform::MatrixPerspectiveOffCenterRH(-1, 1, -1, 1, 1, 100));
+  ASSERT_TRUE(world.Pick(0.5f, -0.25f));
+  EXPECT_EQ(world.paths.size(), 2u);
+  EXPECT_TRUE(Near(world.points[0], {5, -2.5f, 0}));
 }
 
 TEST(Pick, ATreeThatShowsItselfAndADeepOneEnd) {

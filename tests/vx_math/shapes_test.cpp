@@ -59,8 +59,11 @@ TEST(Box3Test, TransformIsTheBoxOfTheEightCorners) {
     for (int i = 0; i != 2; ++i) box.ExtendBy(Vec3(unit(random), unit(random), unit(random)));
     Matrix m;
     for (int i = 0; i != 16; ++i) m[0][i] = unit(random);
-    bool const isAffine = trial % 4 != 0;
-    for (int row = 0; row != 4 && isAffine; ++row) m(row, 3) = row == 3 ? 1.0f : 0.0f;
+    // Affine, with one element that isn't and no translation, or any.
+    for (int row = 0; row != 4 && trial % 16 != 0; ++row) {
+      if (row != trial % 8) m(row, 3) = row == 3 ? 1.0f : 0.0f;
+      if (trial % 8 < 4 && row != 3) m(3, row) = 0;
+    }
     Box3 expected;
     for (float const x : {box.min.x, box.max.x}) {
       for (float const y : {box.min.y, box.max.y}) {
