@@ -281,6 +281,7 @@ TEST(Pick, EndsBeyondItsBudgetAsIfItHadNotBegun) {
   for (int level = 0; level != 26; ++level) {
     root = world.Make();
     for (int i = 0; i != 2; ++i) root->AddChild(*world.MakeReference(shown));
+    root->GetChildren().front()->SetTranslationZ(-1);
     shown = world.MakeTree(root);
   }
   Tree const doubled = shown;

@@ -32,13 +32,18 @@ class NRayPicker::Walk {
  public:
   explicit Walk(NRayPicker& picker) : m_picker(picker), m_state(*picker.m_state) {}
 
-  /// Enters `node`, and works the steps off unless a visit further out does.
   template <class Node>
   void Visit(Node const& node) {
     if (m_state.isWalking) {
       Enter(node);
-      return;
+    } else {
+      Start(node);
     }
+  }
+
+ private:
+  /// Enters `node` and works the steps off.
+  void Start(domain::NNode const& node) {
     m_state.isWalking = true;
     core::detail::ScopeExit const finish([this] {
       m_state.steps.clear();
@@ -51,7 +56,7 @@ class NRayPicker::Walk {
       m_state.bounds = {};
       m_state.bounds.Visit();
       m_state.controls.front() = tree ? tree->GetControlTransform() : Matrix();
-      Enter(node);
+      node.Accept(m_picker);
       while (!m_state.steps.empty()) {
         State::Step const step = std::move(m_state.steps.back());
         m_state.steps.pop_back();
@@ -64,7 +69,6 @@ class NRayPicker::Walk {
     }
   }
 
- private:
   void Enter(domain::scene::NSceneNode const& scene) {
     m_state.tree = scene.GetSceneGraph();
     m_state.controls.front() = m_state.tree ? m_state.tree->GetControlTransform() : Matrix();

@@ -69,10 +69,10 @@ struct NSceneGraphItemNode::BoxWalk {
     Matrix accumulated;
     std::size_t firstPending;  // of this item's children
     bool mayShow;              // a reference whose shown root wasn't looked at yet
-    bool isShown;              // a root that a reference shows; its tree's control ends `bases`
+    bool isShown;              // a root that a reference shows; the last of `shownBases` is its own
   };
 
-  explicit BoxWalk(Matrix const& controlTransform) : bases{controlTransform} {}
+  explicit BoxWalk(Matrix const& controlTransform) : outermostBase(controlTransform) {}
   BoxWalk(BoxWalk const&) = delete;
   BoxWalk& operator=(BoxWalk const&) = delete;
   ~BoxWalk() {
@@ -103,7 +103,7 @@ struct NSceneGraphItemNode::BoxWalk {
     if (!IsWanted(*child)) return;
     Matrix const& local = child->GetTransform();
     Matrix const accumulated =
-        local * (child->TransformIsAbsolute() ? bases.back() : frames.back().accumulated);
+        local * (child->TransformIsAbsolute() ? GetBase() : frames.back().accumulated);
     NSceneGraphItemNode const& item = *child;
     Enter(item, std::move(child), accumulated);
   }
@@ -112,9 +112,9 @@ struct NSceneGraphItemNode::BoxWalk {
     frames.back().mayShow = false;
     auto const& reference = static_cast<NSceneGraphReferenceNode const&>(*frames.back().node);
     detail::ShownRoot const shown =
-        detail::FindShownRoot(reference, frames.back().accumulated, bases.back());
+        detail::FindShownRoot(reference, frames.back().accumulated, GetBase());
     if (!shown.item || !NeedsBox(*shown.item)) return;
-    bases.push_back(shown.base);
+    shownBases.push_back(shown.base);
     Enter(*shown.item, shown.item, shown.accumulated, true);
   }
 
@@ -137,16 +137,20 @@ struct NSceneGraphItemNode::BoxWalk {
     Frame const& frame = frames.back();
     Block& block = *frame.node->m_block;
     Box3 box;
-    frame.node->CalculateBoundingBox(box, frame.accumulated, bases.back());
+    frame.node->CalculateBoundingBox(box, frame.accumulated, GetBase());
     block.box = box;
     block.isBoxDirty = false;
     block.isBeingBoxed = false;
     NoteCleaning();
-    if (frame.isShown) bases.pop_back();
+    if (frame.isShown) shownBases.pop_back();
     frames.pop_back();
   }
 
-  std::vector<Matrix> bases;  // the control transforms of the trees on the way, the innermost last
+  /// The control transform of the innermost tree.
+  Matrix const& GetBase() const { return shownBases.empty() ? outermostBase : shownBases.back(); }
+
+  Matrix const& outermostBase;
+  std::vector<Matrix> shownBases;  // of the trees shown on the way
   std::vector<Frame> frames;
   std::vector<boost::intrusive_ptr<NSceneGraphItemNode const>> pending;
 };
