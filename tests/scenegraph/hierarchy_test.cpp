@@ -62,6 +62,24 @@ TEST(Hierarchy, AnInsertByIndexStealsAChildAndBothListsHoldIt) {
   EXPECT_FALSE(child->GetParent());
 }
 
+TEST(Hierarchy, ABoxFollowsAChildBeforeItsEvent) {
+  Graph graph;
+  Group const parent = graph.Make(), taker = graph.Make();
+  Model const model = graph.MakeModel({0, 0, 0}, {5, 5, 5});
+  taker->AddChild(*graph.Make());
+  boost::intrusive_ptr<HierarchyLog> const log(new HierarchyLog);
+  graph.events->AddObserver(*log);
+  auto const reach = [](Group const& of) { return of->GetBoundingBox({}, {}).max.x; };
+  reach(parent);
+  log->onAdd = [&] { EXPECT_EQ(reach(parent), 5.0f); };
+  parent->AddChild(*model);
+  EXPECT_FALSE(log->onAdd);
+  taker->AddChild(*model, 0);
+  model->SetTranslationX(2);
+  EXPECT_EQ(reach(taker), 7.0f);
+  EXPECT_EQ(reach(parent), 5.0f) << "who lost the child isn't marked";
+}
+
 TEST(Hierarchy, AgainstANaiveModel) {
   unsigned const seed = std::random_device()();
   SCOPED_TRACE("seed " + std::to_string(seed));

@@ -87,7 +87,7 @@ class CORVANTA_API NAttributeHost
   /// Makes room for `count` attributes, so that they stand in one piece.
   void ReserveAttributes(unsigned count);
 
-  /// Called after a value was set with notification.
+  /// Called after a value was set with notification: rules 1 to 8 of docs/events.md.
   virtual void OnAttributeChangeImpl(NAttribute const& attribute);
 
  private:

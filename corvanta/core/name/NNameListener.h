@@ -9,6 +9,7 @@ class NNamedObject;
 class NNamespace;
 
 /// Hears of every SetName in a namespace. Held weakly: hold it by `boost::intrusive_ptr`.
+/// Rules: docs/events.md.
 class CORVANTA_API NNameListener
     : public virtual reference_countable::NReferenceCountableWithWeakReference {
  public:

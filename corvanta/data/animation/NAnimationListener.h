@@ -8,7 +8,7 @@ namespace corvanta::data::animation {
 class NAnimation;
 
 /// Hears of the animations of a manager, or of the changes of one animation. Held weakly: hold it
-/// by `boost::intrusive_ptr`.
+/// by `boost::intrusive_ptr`. Rules: docs/events.md.
 class CORVANTA_API NAnimationListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {
  public:

@@ -20,6 +20,7 @@ namespace corvanta::data::events {
 ///
 /// Signals come inside the changing call, on its thread; the change is in place, and a signal of a
 /// replacement carries the old value. Held weakly: hold it by `boost::intrusive_ptr`.
+/// Rules: docs/events.md.
 class CORVANTA_API NEventListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {
  public:

@@ -59,7 +59,7 @@ class NMultiplexer;
 /// The one object of an event system: makes the twelve multiplexers of the event kinds, hands them
 /// out to whoever builds domains, hears them all, and passes everything on to its NEventListeners.
 ///
-/// It may end before the domains and nodes do: they hold the multiplexers.
+/// It may end before the domains and nodes do: they hold the multiplexers. Rules: docs/events.md.
 class CORVANTA_API NEventMultiplexer final
     : public attribute_change::NListener,
       public environment::NListener,

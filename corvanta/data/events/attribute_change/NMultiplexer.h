@@ -7,6 +7,7 @@
 namespace corvanta::data::events::attribute_change {
 
 /// Passes every attribute change on to whoever registered here. Nodes hold and call it directly.
+/// Rules: docs/events.md.
 class CORVANTA_API NMultiplexer final : public core::observer::NObservable<NMultiplexer, NListener>,
                                         public core::reference_countable::NReferenceCountable {
  public:

@@ -6,6 +6,7 @@
 namespace corvanta::data::events::geometry_change {
 
 /// Passes every change of a geometry's surfaces on to whoever registered here.
+/// Rules: docs/events.md.
 class CORVANTA_API NMultiplexer final
     : public domain::geometry::NGeometryChangeListener,
       public core::observer::NObservable<NMultiplexer, domain::geometry::NGeometryChangeListener> {

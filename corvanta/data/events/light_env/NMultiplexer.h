@@ -5,7 +5,7 @@
 
 namespace corvanta::data::events::light_env {
 
-/// Passes every signal of the kind on to whoever registered here.
+/// Passes every signal of the kind on to whoever registered here. Rules: docs/events.md.
 class CORVANTA_API NMultiplexer final
     : public NListener,
       public core::observer::NObservable<NMultiplexer, NListener> {

@@ -29,7 +29,7 @@ namespace corvanta::data::domain::scenegraph::item {
 /// Not marked dirty are they by a silent write, by an insert by index (the old parent), by CopyTo
 /// (it hands the box over), by an ancestor's move above an absolute item, and by the death of a
 /// geometry, tree or root. A listener of an attribute that reads a cache inside the event gets the
-/// value from before.
+/// value from before: rules 27 to 31 of docs/events.md.
 ///
 /// Units: row vectors; single precision; rotations in degrees.
 class CORVANTA_API NSceneGraphItemNode

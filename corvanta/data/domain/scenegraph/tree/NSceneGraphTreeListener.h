@@ -9,6 +9,7 @@
 namespace corvanta::data::domain::scenegraph::tree {
 
 /// What a host is towards the tree that it shows. The change is in place when a signal comes.
+/// Rules: docs/events.md.
 class CORVANTA_API NSceneGraphTreeListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {
  public:
