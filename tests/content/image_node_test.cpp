@@ -1,6 +1,7 @@
 #include <unistd.h>
 
 #include "tests/support/test.h"
+#include "tests/support/zip_archive.h"
 
 namespace corvanta::data::domain::image {
 namespace {
@@ -94,14 +95,32 @@ TEST_F(ImageNode, GivesTheNotFoundPictureForWhatItCannotLoad) {
   }
 }
 
-TEST_F(ImageNode, StaysAsItWasWhereTheArchiveCannotBeRead) {
-  NLocator const picture = Write("picture.png", "raw bytes");
-  node->SetImageLocator(picture);
+TEST_F(ImageNode, HasItsLocatorBeforeTheFileIsJudged) {
+  node->SetImageLocator(Write("photo.jpg", "none"));
   Heard();
-  NLocator const entry(Write("broken.zip", "no archive").GetUri(), NPath(L"photo.jpg"));
+  NLocator entry(Write("broken.zip", "no archive").GetUri(), NPath(L"picture.png"));
+  auto* const raw = node.get();
+  std::function<void()> act = [] {};
+  core::zip::SetPassProvider([&](NPath const&, core::zip::NPassType) {
+    EXPECT_TRUE(raw->GetImageLocator() == entry);
+    act();
+    return std::wstring();
+  });
   EXPECT_THROW(node->SetImageLocator(entry), core::error::NException);
-  EXPECT_TRUE(node->GetImageLocator() == picture);
+  EXPECT_TRUE(node->GetImageLocator() == entry);
+  EXPECT_EQ(GetHint(), 1);
   EXPECT_THAT(Heard(), IsEmpty());
+
+  // Who knows the pass may let go of the node.
+  support::WriteZip(NPath((folder / "good.zip").wstring()), {{"photo.jpg", "none"}});
+  entry = NLocator(Locate("good.zip").GetUri(), NPath(L"photo.jpg"));
+  act = [&] {
+    domain->RemoveNode(*node);
+    node.reset();
+  };
+  raw->SetImageLocator(entry);
+  EXPECT_THAT(Heard(), ElementsAre(L"formatHint 1"));
+  core::zip::SetPassProvider(nullptr);
 }
 
 TEST_F(ImageNode, CopiesTheHintWithoutAskingTheFileAndTheLocatorLast) {

@@ -32,10 +32,11 @@ NImageNode::~NImageNode() = default;
 NLocator const& NImageNode::GetImageLocator() const { return m_block->locator; }
 
 void NImageNode::SetImageLocator(NLocator const& locator) {
-  // Judged first: it may throw.
-  resource::image::NImageFormat const format = resource::image::LocatorToFormat(locator);
-  m_block->locator = locator;
-  m_block->AN_FORMAT_HINT.Set(format);
+  // Who is asked for the pass of an archive may let go of the node, and edit it.
+  boost::intrusive_ptr<NImageNode> const held(TryAddRef() ? this : nullptr, false);
+  NLocator const judged = locator;
+  m_block->locator = NLocator(judged);
+  m_block->AN_FORMAT_HINT.Set(resource::image::LocatorToFormat(judged));
 }
 
 boost::intrusive_ptr<resource::image::NImage> NImageNode::GetImage() const {

@@ -25,8 +25,8 @@ class CORVANTA_API NImageNode : public NNode {
   core::locator::NLocator const& GetImageLocator() const;
   /// Sets the locator, and "formatHint" to what its file asks for.
   /// Raises: the attribute change of "formatHint", also where neither is new.
-  /// Fails: as resource::image::LocatorToFormat for an entry of an archive; nothing is changed
-  /// then.
+  /// Fails: as resource::image::LocatorToFormat for an entry of an archive; the locator is in place
+  /// then, "formatHint" as it was, and nothing is raised.
   void SetImageLocator(core::locator::NLocator const& locator);
 
   /// Loads the picture; never null, and a new object at every call.
