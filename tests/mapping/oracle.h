@@ -87,6 +87,7 @@ inline void CutSeam(Mesh const& mesh, std::vector<UVW>& coords, std::vector<unsi
   for (std::size_t first = 0; first + 3 <= indices.size(); first += 3) {
     bool isThere = true;
     for (std::size_t k = 0; k != 3; ++k) isThere &= mesh.indices[first + k] < mesh.GetCount();
+    for (std::size_t k = 0; !isThere && k != 3; ++k) indices[first + k] = 0xFFFFFFFF;
     for (std::size_t k = 0; isThere && k != 3; ++k) {
       std::size_t const at[2] = {first + k, first + (k + 1) % 3};
       float const u[2] = {coords[indices[at[0]]].u, coords[indices[at[1]]].u};

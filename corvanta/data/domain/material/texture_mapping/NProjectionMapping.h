@@ -57,7 +57,8 @@ class CORVANTA_API NProjectionMapping : public NTextureMapping {
   ///
   /// Where the projection runs around and has a seam, each triangle on it gets copies of its lower
   /// corners, a turn further on, behind the vertices: `newIndices` replaces the indices, and
-  /// `vertexMap` has the source of each vertex. Without a seam both become empty.
+  /// `vertexMap` has the source of each vertex. Without a seam both become empty. In `newIndices` a
+  /// triangle with an index outside the vertices is three times 0xFFFFFFFF.
   ///
   /// The first use of a path takes its frame; see NProjectionNode::GetModelToProjectionTransform.
   /// Fails: false for an empty map, no vertices or no indices, a path that names no model, an

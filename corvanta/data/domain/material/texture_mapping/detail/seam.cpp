@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstddef>
+#include <limits>
 #include <numeric>
 
 namespace corvanta::data::domain::material::texture_mapping::detail {
@@ -41,6 +42,8 @@ void CutSeam(std::vector<UVW>& coords, std::vector<unsigned int>& indices,
   for (std::size_t i = 0; i + 2 < indices.size(); i += 3) {
     unsigned int* const corners = &indices[i];
     if (corners[0] >= vertexCount || corners[1] >= vertexCount || corners[2] >= vertexCount) {
+      // It must not come to name a copy.
+      corners[0] = corners[1] = corners[2] = std::numeric_limits<unsigned int>::max();
       continue;
     }
     float const u0 = coords[corners[0]].u;
