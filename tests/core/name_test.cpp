@@ -62,6 +62,10 @@ class Model {
     if (owner == nullptr || owner == own) return name;
     int& number = m_numbers.try_emplace(name, 1).first->second;
     std::wstring numbered;
+    for (int i = 2; own != nullptr && i <= std::max(number, 4); ++i) {
+      numbered = name + L" (" + std::to_wstring(i) + L")";
+      if (own->GetName() == numbered) return numbered;  // what it has already will do
+    }
     do {
       numbered = name + L" (" + std::to_wstring(++number) + L")";
     } while (Owner(numbered) != nullptr);
@@ -120,6 +124,22 @@ TEST(Names, RandomEditsOfAStrictNamespace) {
     SCOPED_TRACE(testing::Message() << "seed " << seed);
     Model(seed).Run();
     if (HasFailure()) return;
+  }
+}
+
+TEST(Names, ATextThatIsTakenLeavesTheObjectANumberOfItsOwn) {
+  boost::intrusive_ptr<NStrictNamespace> const space(new NStrictNamespace);
+  NamedPointer const owner(new Named(L"a"));
+  space->AddNamedObject(*owner);
+  int number = 1;
+  for (std::wstring const name :
+       {L"a (12)", L"a (9)", L"a (10000000000000000000)", L"a (1)", L"a (0)", L"a (02)", L"a ()",
+        L"a (7", L"a (7) ", L"a (7x)", L"a(7)", L"b (7)", L"a (-7)", L"a ", L""}) {
+    NamedPointer const object(new Named(name));
+    ASSERT_TRUE(space->AddNamedObject(*object));
+    object->SetName(L"a");
+    bool const keeps = name == L"a (12)" || name == L"a (9)" || name.size() > 20;
+    EXPECT_EQ(object->GetName(), keeps ? name : L"a (" + std::to_wstring(++number) + L")");
   }
 }
 

@@ -165,6 +165,7 @@ TEST_P(NodeKindTest, CopiesItsNameAndItsValues) {
   GetParam().copy(*world.node, *target);
   ExpectDefaults(*target, rows);
   EXPECT_EQ(world.recorder->names, told);
+  GetParam().copy(*world.node, *target);        // which counts no name up
   EXPECT_EQ(target->GetName(), L"copied (2)");  // the source bears the name in the same domain
   EXPECT_TRUE(target->GetID() == id);
   EXPECT_EQ(target->GetDomain(), world.domain.get());

@@ -74,6 +74,7 @@ TEST_F(Domain, AddNodeLeavesTheNodeAsItWas) {
 
 TEST_F(Domain, SetNameKeepsTheOldNameOrGivesTheNew) {
   auto const light = domain->CreateNode(NNodeID());
+  light->SetName(L"lamp");
   auto const before = Contents(*domain);
   FailEverywhere([&] { light->SetName(L"light"); }, [&] { ASSERT_EQ(Contents(*domain), before); });
   EXPECT_EQ(light->GetName(), L"light (3)");

@@ -15,8 +15,9 @@ class CORVANTA_API NNamedObject
  public:
   std::wstring const& GetName() const noexcept { return m_name; }
   /// Gives the object `name`. Where its namespace is strict and the name is another object's, it
-  /// gets the name with a number behind it: "light (2)". Raises: SetName on the namespace's name
-  /// listeners, always.
+  /// gets the name with a number behind it, "light (2)", or keeps such a name if it has one.
+  /// Raises: SetName on the namespace's name listeners, always.
+  /// Cost: its own name takes no memory.
   void SetName(std::wstring const& name);
 
   /// Null outside every namespace.

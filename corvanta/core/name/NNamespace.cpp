@@ -4,6 +4,7 @@
 #include <boost/intrusive_ptr.hpp>
 #include <charconv>
 #include <limits>
+#include <string_view>
 #include <utility>
 
 namespace corvanta::core::name {
@@ -17,6 +18,16 @@ void AppendNumber(std::wstring& name, unsigned long number) {
   char const* const end = std::to_chars(digits.begin(), digits.end(), number).ptr;
   name.reserve(name.size() + static_cast<std::size_t>(end - begin) + 3);
   name.append(L" (").append(begin, end).push_back(L')');
+}
+
+/// Whether `name` is `text` with a number behind it that AppendNumber may have put there.
+bool IsNumbered(std::wstring_view name, std::wstring_view text) noexcept {
+  if (!name.starts_with(text)) return false;
+  name.remove_prefix(text.size());
+  if (name.size() < 4 || !name.starts_with(L" (") || name.back() != L')') return false;
+  std::wstring_view const digits = name.substr(2, name.size() - 3);
+  bool const isCounted = digits.front() != L'0' && digits != L"1";
+  return isCounted && digits.find_first_not_of(L"0123456789") == digits.npos;
 }
 
 }  // namespace
@@ -43,6 +54,7 @@ bool NNamespace::AddUnderFreeName(NNamedObject& object) {
     // In the object's own text, which has room for a number: see node::NNode.
     std::size_t const length = object.m_name.size();
     unsigned long& number = LastNumberOf(object.m_name);
+    unsigned long const before = number;
     try {
       do {
         object.m_name.resize(length);
@@ -51,6 +63,7 @@ bool NNamespace::AddUnderFreeName(NNamedObject& object) {
       } while (QueryNamedObject(object.m_name) != nullptr);
       m_objects.Insert(object);
     } catch (...) {
+      number = before;
       object.m_name.resize(length);
       throw;
     }
@@ -92,10 +105,10 @@ void NNamespace::Rename(NNamedObject& object, std::wstring const& name) {
   boost::intrusive_ptr<NNamespace const> const held(TryAddRef() ? this : nullptr, false);
   boost::intrusive_ptr<NNamedObject const> const heldObject(object.TryAddRef() ? &object : nullptr,
                                                             false);
-  bool const isFree =
-      !AreNamesUniqueImpl() || name == object.m_name || QueryNamedObject(name) == nullptr;
-  std::wstring given = isFree ? name : MakeNumberedName(name);
-  if (given != object.m_name) {
+  bool const isFree = !AreNamesUniqueImpl() || QueryNamedObject(name) == nullptr;
+  bool const isKept = name == object.m_name || (!isFree && IsNumbered(object.m_name, name));
+  if (!isKept) {
+    std::wstring given = isFree ? name : MakeNumberedName(name);
     m_objects.Remove(object);
     object.m_name = std::move(given);
     m_objects.Insert(object);

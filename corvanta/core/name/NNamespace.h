@@ -38,6 +38,8 @@ class CORVANTA_API NNamespace
   /// Cost: amortised constant.
   std::wstring MakeFreeName(std::wstring const& name);
 
+  /// A listener whose count is 0 receives nothing until somebody holds it by
+  /// `boost::intrusive_ptr`.
   /// Fails: false if `listener` is registered already.
   bool AddNameListener(NNameListener& listener);
   /// Fails: false if `listener` isn't registered.
