@@ -138,6 +138,18 @@ TEST_F(LightEnv, CreationSurvivesItsListeners) {
   };
   EXPECT_THROW(node->CreateLamp(L"a"), std::runtime_error);
   EXPECT_THAT(Names(*node), ElementsAre(L"a"));
+
+  // It stays also if the listener names it first, the empty name among others.
+  for (std::wstring const name : {L"", L"a", L"b"}) {
+    bool isNested = false;
+    recorder->react = [&](NLightEnvNode const&, NLamp const&, NLampEventType) {
+      if (std::exchange(isNested, true)) return;
+      node->GetLamps().back()->SetName(name);
+      throw std::runtime_error("listener");
+    };
+    EXPECT_THROW(node->CreateLamp(L"c"), std::runtime_error);
+  }
+  EXPECT_THAT(Names(*node), ElementsAre(L"a", L"", L"a (2)", L"b"));
 }
 
 TEST_F(LightEnv, ALampOutlivesItsOwner) {
@@ -190,6 +202,9 @@ TEST_F(LightEnv, ACopyAddsToWhatTheTargetHas) {
   EXPECT_EQ(target->GetLamps()[1]->GetType(), LAMP_TYPE_SPOT);
   EXPECT_FALSE(target->GetLamps()[2]->IsEnabled());
   EXPECT_THAT(Names(*node), ElementsAre(L"a", L"b"));
+  node->CopyTo(*target);
+  EXPECT_EQ(target->GetName(), L"rig (2)");
+  EXPECT_THAT(Names(*target), ElementsAre(L"own", L"a", L"b", L"a (2)", L"b (2)"));
 
   node->CopyTo(*node);
   EXPECT_EQ(node->GetName(), L"rig");

@@ -35,22 +35,16 @@ NLightEnvNode::~NLightEnvNode() {
 boost::intrusive_ptr<NLamp> NLightEnvNode::CreateLamp(std::wstring const& name) {
   boost::intrusive_ptr<NLightEnvNode> const held(TryAddRef() ? this : nullptr, false);
   boost::intrusive_ptr<NLamp> const lamp(new NLamp(this));
+  lamp->SetName(name);
   m_block->lamps.push_back(lamp);
-  std::wstring provisional;
   try {
-    // Any name that nobody has and nobody hears of, so that the number behind the true name isn't
-    // spent twice.
-    while (!AddNamedObject(*lamp)) {
-      provisional = core::node::NNodeID().ToString();
-      lamp->SetName(provisional);
-    }
-    lamp->SetName(name);
+    AddUnderFreeName(*lamp);
   } catch (...) {
-    bool const isNamed =
-        lamp->GetNamespace() != nullptr && (lamp->GetName() != provisional || name == provisional);
-    if (!isNamed) TakeOut(*lamp);
+    TakeOut(*lamp);
     throw;
   }
+  // Listeners hear of the name that it has. From here on only they can throw, and the lamp stays.
+  lamp->SetName(lamp->GetName());
   if (lamp->GetOwner() == this) SignalLampChange(*lamp, events::light_env::NLET_LAMP_CREATED);
   return lamp;
 }
