@@ -231,7 +231,8 @@ void ExpectNothing(NDomainManager const& manager) {
 TEST_F(InternalData, ComesGoesAndComesAgain) {
   EXPECT_FALSE(Uninitialize(m_manager));
   ExpectNothing(m_manager);
-  EXPECT_TRUE(Uninitialize(m_manager));  // the readers' entry
+  EXPECT_TRUE(Uninitialize(m_manager));  // the readers have asked
+  EXPECT_FALSE(Uninitialize(m_manager));
   ExpectNothing(m_manager);
   EXPECT_TRUE(Initialize(m_manager, *m_events));
   auto const plane = GetPlane(m_manager).Get();

@@ -24,5 +24,13 @@ TEST(InternalData, InitializeLeavesTheDomainsThatWereThere) {
   }
 }
 
+TEST(InternalData, ReadersFindWithoutEntering) {
+  core::domain::NDomainManager const manager;
+  std::size_t const before = CountAllocations();
+  EXPECT_FALSE(data::internal::GetPlane(manager));
+  EXPECT_EQ(data::internal::GetPostureSceneRoot(manager), nullptr);
+  EXPECT_EQ(CountAllocations(), before);
+}
+
 }  // namespace
 }  // namespace corvanta::out_of_memory

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <boost/intrusive_ptr.hpp>
 #include <map>
 #include <string>
@@ -45,10 +46,14 @@ class CORVANTA_API NDomainManager : public reference_countable::NReferenceCounta
 
   /// What the domains of this manager hold to find it.
   detail::NLinkPointer<NDomainManager const> const& GetLink() const noexcept { return m_link; }
+  /// For the library: whether somebody has asked for the built-in nodes of this manager, which are
+  /// kept elsewhere.
+  std::atomic<bool>& GetBuiltInMark() const noexcept { return m_builtInMark; }
 
  private:
   std::map<locator::NLocator, Entry> m_domains;
   detail::NLinkPointer<NDomainManager const> const m_link;
+  mutable std::atomic<bool> m_builtInMark{false};
 };
 
 }  // namespace corvanta::core::domain

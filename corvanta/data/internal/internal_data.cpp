@@ -21,11 +21,11 @@ bool Initialize(NDomainManager& manager, events::NEventMultiplexer& events) {
   std::vector<detail::NRegistration::Entry> entries;
   detail::DataPointer released;
   detail::NRegistryLock const lock;
-  if (!lock || FindInternalData(manager, released) != nullptr) return false;
+  if (!lock || FindInternalData(manager) != nullptr) return false;
   detail::NRegistration registration(manager, entries);
   try {
     detail::NInternalDomains const domains(registration, manager, events);
-    detail::SetInternalData(manager, boost::make_shared<NInternalDataManager>(domains));
+    detail::SetInternalData(manager, boost::make_shared<NInternalDataManager>(domains), released);
   } catch (detail::NRefusal const&) {
     return false;
   }

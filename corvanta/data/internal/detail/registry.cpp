@@ -1,5 +1,6 @@
 #include "corvanta/data/internal/detail/registry.h"
 
+#include <atomic>
 #include <boost/thread/mutex.hpp>
 #include <map>
 
@@ -45,32 +46,34 @@ NRegistryLock::~NRegistryLock() {
   GetRegistry().mutex.unlock();
 }
 
-NInternalDataManager const* FindInternalData(NDomainManager const& manager, DataPointer& released) {
-  Entry& entry = GetRegistry().entries[&manager];
-  if (entry.manager != manager.GetLink()) {
-    entry.manager = manager.GetLink();
-    released.swap(entry.data);
-  }
-  return entry.data.get();
-}
-
 NInternalDataManager const* FindInternalData(NDomainManager const& manager) {
-  DataPointer released;
-  return FindInternalData(manager, released);
+  auto const& entries = GetRegistry().entries;
+  auto const found = entries.find(&manager);
+  if (found != entries.end() && found->second.manager == manager.GetLink()) {
+    return found->second.data.get();
+  }
+  // Read first: of many readers only the first writes.
+  std::atomic<bool>& isAsked = manager.GetBuiltInMark();
+  if (!isAsked.load(std::memory_order_relaxed)) isAsked.store(true, std::memory_order_relaxed);
+  return nullptr;
 }
 
-void SetInternalData(NDomainManager const& manager, DataPointer const& data) {
-  GetRegistry().entries.at(&manager).data = data;
+void SetInternalData(NDomainManager const& manager, DataPointer data, DataPointer& released) {
+  Entry& entry = GetRegistry().entries[&manager];
+  entry.manager = manager.GetLink();
+  released.swap(entry.data);
+  entry.data.swap(data);
 }
 
 bool EraseInternalData(NDomainManager const& manager, DataPointer& released) {
+  bool const isAsked = manager.GetBuiltInMark().exchange(false, std::memory_order_relaxed);
   auto& entries = GetRegistry().entries;
   auto const found = entries.find(&manager);
-  if (found == entries.end()) return false;
+  if (found == entries.end()) return isAsked;
   bool const isLive = found->second.manager == manager.GetLink();
   released.swap(found->second.data);
   entries.erase(found);
-  return isLive;
+  return isLive || isAsked;
 }
 
 }  // namespace corvanta::data::internal::detail

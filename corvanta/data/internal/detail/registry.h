@@ -27,20 +27,19 @@ class NRegistryLock {
 
 using DataPointer = boost::shared_ptr<NInternalDataManager const>;
 
-/// Enters an empty entry for a manager that has none. An entry of a manager that has gone doesn't
-/// count for a later one in its place; its content goes to `released`.
-/// Fails: null for an empty entry.
-NInternalDataManager const* FindInternalData(core::domain::NDomainManager const& manager,
-                                             DataPointer& released);
+/// Enters nothing: a manager without an entry is marked as asked for. An entry of a manager that
+/// has gone doesn't count for a later one in its place. Fails: null without an entry.
 NInternalDataManager const* FindInternalData(core::domain::NDomainManager const& manager);
 
-/// Fills the manager's entry, which is there.
+/// Enters `data` for the manager; what a manager that has gone left in its place goes to
+/// `released`.
 /// Requires: the lock.
-void SetInternalData(core::domain::NDomainManager const& manager, DataPointer const& data);
+void SetInternalData(core::domain::NDomainManager const& manager, DataPointer data,
+                     DataPointer& released);
 
-/// Takes the manager's entry out, whose content goes to `released`.
+/// Takes the manager's entry and mark away; the entry's content goes to `released`.
 /// Requires: the lock.
-/// Fails: false if there is none.
+/// Fails: false if there is neither.
 bool EraseInternalData(core::domain::NDomainManager const& manager, DataPointer& released);
 
 }  // namespace corvanta::data::internal::detail
