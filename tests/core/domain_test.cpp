@@ -32,6 +32,26 @@ std::vector<std::wstring> Names(NLightDomain const& domain) {
   return names;
 }
 
+TEST(NodeIDs, AreNewInEveryChildProcess) {
+  (void)NNodeID();  // the generator is there before the processes part
+  std::set<std::wstring> ids;
+  for (int i = 0; i != 3; ++i) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    pid_t const child = fork();
+    std::wstring id = NNodeID().ToString();
+    std::size_t const size = id.size() * sizeof(wchar_t);
+    ids.insert(id);
+    if (child == 0) _exit(write(ends[1], id.data(), size) < 0 ? 1 : 0);
+    close(ends[1]);
+    EXPECT_EQ(read(ends[0], id.data(), size), static_cast<ssize_t>(size));
+    close(ends[0]);
+    waitpid(child, nullptr, 0);
+    ids.insert(id);
+  }
+  EXPECT_EQ(ids.size(), 6u);
+}
+
 /// Two domains that fight for the same nodes, against plain lists of them.
 class Model {
  public:

@@ -1,9 +1,13 @@
 #include "corvanta/core/node/NNodeID.h"
 
+#include <pthread.h>
+
 #include <algorithm>
+#include <atomic>
 #include <boost/uuid/random_generator.hpp>
 #include <boost/uuid/uuid_io.hpp>
 #include <cstring>
+#include <new>
 #include <optional>
 
 namespace corvanta::core::node {
@@ -40,11 +44,34 @@ std::optional<boost::uuids::uuid> ParseGuid(std::wstring const& text) noexcept {
   return uuid;
 }
 
+std::atomic<unsigned> g_forks{0};  // in the line of processes down to this one
+
+/// A thread's source of ids, made of the system's entropy, and again in the child of a fork.
+class Generator {
+ public:
+  boost::uuids::uuid Next() {
+    unsigned const forks = g_forks.load(std::memory_order_relaxed);
+    if (!m_generator || m_forks != forks) {
+      static bool const isCounting = pthread_atfork(nullptr, nullptr, [] {
+                                       g_forks.fetch_add(1, std::memory_order_relaxed);
+                                     }) == 0;
+      if (!isCounting) throw std::bad_alloc();
+      m_generator.emplace();
+      m_forks = forks;
+    }
+    return (*m_generator)();
+  }
+
+ private:
+  std::optional<boost::uuids::random_generator_mt19937> m_generator;
+  unsigned m_forks = 0;
+};
+
 }  // namespace
 
 NNodeID::NNodeID() {
-  thread_local boost::uuids::random_generator_mt19937 generator;
-  m_uuid = generator();
+  thread_local Generator generator;
+  m_uuid = generator.Next();
 }
 
 NNodeID::NNodeID(std::wstring const& text) : m_uuid{} {

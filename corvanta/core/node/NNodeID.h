@@ -16,7 +16,7 @@ namespace corvanta::core::node {
 /// in upper case. Any other text is kept as it stands.
 class CORVANTA_API NNodeID {
  public:
-  /// A new id, unique from nothing.
+  /// A new id, unique from nothing; processes that a fork has parted make different ones.
   NNodeID();
   NNodeID(std::wstring const& text);
   NNodeID(wchar_t const* text);
