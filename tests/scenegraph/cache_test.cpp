@@ -39,6 +39,10 @@ TEST(LocalTransform, FollowsAttributesAndTryTransform) {
 
   Matrix const m = item::CalcTransformMatrix({2, 3, 4}, {}, {10, 20, 30}, {5, 6, 7});
   Group const other = graph.Make();
+  for (wchar_t const* const name :
+       {item::AN_TRANSLATION_X, item::AN_ROTATION_Y, item::AN_SCALE_Z}) {
+    other->QueryAttribute(name)->SetValue(5, true);  // a long, in place of a double
+  }
   other->TryTransform(m);
   item::SetTransform(*group, m);
   group->SetRotationPivotY(0);

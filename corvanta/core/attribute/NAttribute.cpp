@@ -39,7 +39,11 @@ void NAttribute::SetValue(NVariant const& value, bool notify) {
 }
 
 bool NAttribute::Try(NVariant const& value, bool notify) {
-  if (value.GetKind() != m_kind) return false;
+  auto const isNumber = [](variant::NVariantKind kind) {
+    return kind == variant::NVK_DOUBLE || kind == variant::NVK_LONG;
+  };
+  bool const isTaken = value.GetKind() == m_kind || (isNumber(value.GetKind()) && isNumber(m_kind));
+  if (!isTaken) return false;
   SetValue(value, notify);
   return true;
 }

@@ -30,7 +30,8 @@ class CORVANTA_API NAttribute {
   /// Stores `value`, whatever its kind.
   /// Raises: with `notify`, the host's OnAttributeChangeImpl; the value is in place.
   void SetValue(variant::NVariant const& value, bool notify);
-  /// Like SetValue, but only for a value of the kind that the attribute holds.
+  /// Like SetValue, but only for a value of the kind that the attribute holds; where that is a
+  /// number, for any double or long, which it then holds.
   /// Fails: false, and no change, for a value of another kind.
   bool Try(variant::NVariant const& value, bool notify);
 
