@@ -37,6 +37,10 @@ class CORVANTA_API Matrix {
   constexpr float* operator[](int row) noexcept { return m_values + 4 * row; }
   constexpr float const* operator[](int row) const noexcept { return m_values + 4 * row; }
 
+  /// All sixteen floats, row after row.
+  constexpr float* data() noexcept { return m_values; }
+  constexpr float const* data() const noexcept { return m_values; }
+
   friend Matrix operator*(Matrix const& a, Matrix const& b) noexcept;
   friend constexpr bool operator==(Matrix const&, Matrix const&) noexcept = default;
 

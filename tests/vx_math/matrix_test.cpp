@@ -21,6 +21,14 @@ Vec3 Direction(Vec3 const& in, Matrix const& m) {
   return out;
 }
 
+TEST(MatrixTest, IsSixteenFloatsRowAfterRow) {
+  Matrix m = kCount;
+  EXPECT_EQ(std::vector<float>(kCount.data(), kCount.data() + 16),
+            std::vector<float>({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16}));
+  m.data()[6] = 0;
+  EXPECT_EQ(m(1, 2), 0);
+}
+
 TEST(MatrixTest, ProductAppliesTheLeftFactorFirst) {
   Matrix scale;
   scale.SetScale(Vec3(2, 3, 4));

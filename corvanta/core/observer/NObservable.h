@@ -9,13 +9,14 @@ namespace corvanta::core::observer {
 /// The observer side of a subject: listeners of class `Listener`, held weakly.
 ///
 /// A base of `Subject`, which alone can deliver. Copies start without observers. Listeners hear in
-/// the order of registration, but must not rely on it. Hold a listener by `boost::intrusive_ptr`:
-/// one that nobody holds hears nothing until its count rises. One that a handler removes and adds
-/// again hears the running event exactly once. Adding, removing, dying, editing, throwing: rules 8
-/// to 26 of docs/events.md.
+/// the order of registration, but must not rely on it. One that a handler removes and adds again
+/// hears the running event exactly once. Adding, removing, dying, editing, throwing: rules 8 to 26
+/// of docs/events.md.
 template <class Subject, class Listener>
 class CORVANTA_API NObservable {
  public:
+  /// Registers `listener`, weakly. One whose count is 0, such as an object on the stack, is
+  /// registered as well, but receives nothing until somebody holds it by `boost::intrusive_ptr`.
   /// Fails: false if `listener` is registered already.
   bool AddObserver(Listener& listener) { return m_observers.AddObserver(listener, &listener); }
   /// Fails: false if `listener` isn't registered.
