@@ -1,5 +1,12 @@
-# With CORVANTA_SANITIZE every target is built with the address and undefined-behaviour sanitizers, and a finding ends the program.
-if(CORVANTA_SANITIZE)
-  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  add_link_options(-fsanitize=address,undefined)
+# A finding of a sanitizer ends the program. The variable corvanta_sanitizers has the flags, for projects that are built beside this one.
+if(CORVANTA_SANITIZE AND CORVANTA_SANITIZE_THREAD)
+  message(FATAL_ERROR "CORVANTA_SANITIZE and CORVANTA_SANITIZE_THREAD exclude each other.")
+elseif(CORVANTA_SANITIZE)
+  set(corvanta_sanitizers -fsanitize=address,undefined)
+elseif(CORVANTA_SANITIZE_THREAD)
+  set(corvanta_sanitizers -fsanitize=thread)
+endif()
+if(corvanta_sanitizers)
+  add_compile_options(${corvanta_sanitizers} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(${corvanta_sanitizers})
 endif()

@@ -4,7 +4,8 @@
 /// A function marked CORVANTA_VECTOR_CLONES is compiled for several instruction sets, and the
 /// widest that the machine has is chosen when the library loads. Only operations that IEEE 754
 /// rounds correctly may stand in it; since nothing is fused, the clones then agree to the bit.
-#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__)
+/// Not under the thread sanitizer: the choice is made before the sanitizer's run time is there.
+#if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && !defined(__SANITIZE_THREAD__)
 #define CORVANTA_VECTOR_CLONES \
   __attribute__((target_clones("avx512f", "avx2", "default"), visibility("hidden")))
 #else
