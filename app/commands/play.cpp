@@ -43,7 +43,7 @@ how many items moved, and how many events a listener of the model heard. It ends
 with the run; with --repeat after two, or when --seconds are over.
 
 -o writes the frames as pictures, through the tour's camera or, for an animation,
-one that shows the whole scene; each file is there as a whole or not at all.
+one that shows the whole scene as it is in that frame; each file is there as a whole or not at all.
 
 --csv writes a row for each frame and a column for each attribute that is
 animated; for the tour, the camera's global position, its interest and its up.
@@ -94,6 +94,10 @@ class Play {
     }
     return Commit(m_options.csv, csv.get()) && Commit(m_options.plot, plot.get()) ? NS_DONE
                                                                                   : NS_FILE;
+  bool IsTour() const {
+    return m_options.isTour || (!m_options.timeline && m_model.animations.empty());
+  }
+
   }
 
  private:
@@ -101,7 +105,7 @@ class Play {
   std::unique_ptr<NPlayer> CreatePlayer(NStage& stage) {
     auto const& animations = m_model.animations;
     bool const repeats = m_options.pace.repeats;
-    if (m_options.isTour || (!m_options.timeline && animations.empty())) {
+    if (IsTour()) {
       return std::make_unique<NTourPlayer>(stage, m_model, m_options.isReverse, repeats);
     }
     unsigned const number = m_options.timeline.value_or(1);
@@ -122,6 +126,8 @@ class Play {
       auto const camera = stage.FindCamera(core::text::ToWide(m_options.camera));
       if (!camera.GetNode()) {
         PrintError("--camera", "there is no camera " + Quoted(m_options.camera));
+    } else if (!IsTour()) {
+      m_overview = &stage.GetOverview();
         return NS_OPTIONS;
       }
       stage.GetView().SetCamera(camera);
@@ -136,6 +142,7 @@ class Play {
     return NS_FILE;
   }
 
+    if (m_overview != nullptr) m_overview->FrameAll();
   /// False if it can't be written.
   bool WriteFrame(std::size_t number) {
     if (!m_frames) return true;
@@ -204,6 +211,7 @@ class Play {
   }
 
   Options const& m_options;
+  NOverview* m_overview = nullptr;  // whose camera sees the frames; null for another
   NDocument m_document;
   NImportedModel m_model;
   std::unique_ptr<NFrameWriter> m_frames;

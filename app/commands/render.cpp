@@ -33,8 +33,8 @@ namespace {
 
 constexpr char kFooter[] = R"(
 Draws the scene of the files as a PNG file, through a camera that shows the whole
-of it or one of the files' cameras. It needs no display and no window. --set, as
-in watch, also reaches the node "environment", such as
+of it, with --time as it is then, or one of the files' cameras. It needs no
+display and no window. --set, as in watch, also reaches the node "environment", such as
   --set environment.floor.isVisible=true
 --ids makes each pixel's colour the number of the model seen there, red its
 highest byte, and prints the models in the order of their numbers.)";
@@ -112,7 +112,10 @@ class Render {
       ThrowTextures(m_document, tree, core::text::ToWide(m_options.method));
     }
     if (m_options.time) PlayTo(*m_options.time);
-    if (m_options.camera.empty()) return NS_DONE;
+    if (m_options.camera.empty()) {
+      if (m_options.time) stage.GetOverview().FrameAll();
+      return NS_DONE;
+    }
     if (auto const camera = stage.FindCamera(core::text::ToWide(m_options.camera));
         camera.GetNode()) {
       stage.GetView().SetCamera(camera);

@@ -26,8 +26,15 @@ NOverview::NOverview(NDocument& document, Tree const& tree)
   view->SetScene(*m_scene);
   data::preset::PresetCamera(m_lens, true);
   data::preset::PresetSceneGraphCamera(camera, view, tree, true);
-  Frame(GetModelBox(tree));
+  m_sight = item::GetFocalVec(m_camera);
+  // A box that isn't finite has left the camera nowhere: it looks as the preset does.
+  float const square = m_sight.Dot(m_sight);
+  if (!std::isfinite(square) || square == 0) m_sight = {-0.433f, -0.5f, -0.75f};
+  m_sight.Normalize();
+  FrameAll();
 }
+
+void NOverview::FrameAll() { Frame(GetModelBox(m_tree)); }
 
 void NOverview::Frame(VX_Math::Box3 const& box) {
   auto const camera = m_camera.GetNode();
@@ -36,12 +43,7 @@ void NOverview::Frame(VX_Math::Box3 const& box) {
   // The ball around the box fills the narrower angle of the view.
   double const half = m_lens->GetVerticalViewAngle() / 2 * 3.14159265358979324 / 180;
   auto const distance = static_cast<float>(radius / std::sin(half));
-  Vec3 sight = item::GetFocalVec(m_camera);
-  // A box that isn't finite has left the camera nowhere: it looks as the preset does.
-  float const square = sight.Dot(sight);
-  if (!std::isfinite(square) || square == 0) sight = {-0.433f, -0.5f, -0.75f};
-  sight.Normalize();
-  Vec3 eye = center - sight * distance;
+  Vec3 eye = center - m_sight * distance;
   m_tree->GetControlTransform().Inverse().MultVecMatrix(eye, eye);
   camera->SetTranslationX(eye.x);
   camera->SetTranslationY(eye.y);

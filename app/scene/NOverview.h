@@ -24,8 +24,12 @@ class NOverview {
 
   data::domain::scene::NSceneNode& GetScene() const { return *m_scene; }
   Camera const& GetCamera() const { return m_camera; }
-  /// Moves the camera along its line of sight so that it sees the whole of `box`, and no farther.
+  /// Moves the camera along the preset's line of sight so that it sees the whole of `box`, and no
+  /// farther.
   void Frame(VX_Math::Box3 const& box);
+  /// The same for what is in the tree now.
+  /// Cost: linear in the items.
+  void FrameAll();
   /// Whether a box that isn't finite has left the camera nowhere.
   bool IsLost() const;
   /// Makes all that is framed seen at that aspect.
@@ -41,6 +45,7 @@ class NOverview {
   boost::intrusive_ptr<data::domain::scene::NSceneNode> m_scene;
   boost::intrusive_ptr<data::domain::camera::NCameraNode> m_lens;
   Camera m_camera;
+  VX_Math::Vec3 m_sight;
 };
 
 }  // namespace corvanta::app

@@ -172,6 +172,21 @@ TEST_F(RenderTest, FramesOfABrokenOffRunAreWhole) {
   if (Render({"-o", "a.png", "--size", "4x4"}).HasOneError("render", "EGL")) GTEST_SKIP();
   for (int const signal : {SIGTERM, SIGHUP}) {
     std::filesystem::path const second =
+TEST_F(RenderTest, TheDefaultCameraFramesWhatIsThereAtThatTime) {
+  m_files.Write("model.gltf",
+                AddAnimation(MakeGltf({Triangle()}, {{{"name", "part"}, {"mesh", 0}}}), "away",
+                             {{0, "translation", {0, 1}, {0, 0, 0, 30, 0, 0}}}));
+  Result const drawn = Render({"--time", "1", "--clip-report", "-o", "a.png", "--size", "40x30"});
+  if (drawn.HasOneError("render", "EGL")) GTEST_SKIP() << drawn.err;
+  ASSERT_EQ(drawn.Lines().size(), 3u) << drawn.err;
+  EXPECT_EQ(drawn.Lines()[1].find("seen from "), 0u) << drawn.Lines()[1];
+  EXPECT_EQ(RunProgram(m_files,
+                       {"play", "model.gltf", "-o", "frame%d.png", "--fps", "2", "--size", "40x30"})
+                .status,
+            0);
+  EXPECT_EQ(support::ReadBytes(m_files.At("a.png")), support::ReadBytes(m_files.At("frame2.png")));
+}
+
         m_files.GetFolder() / ("frame" + std::to_string(signal) + "-2.png");
     pid_t const program = StartProgram(
         m_files, {"play", "model.gltf", "--tour", "--repeat", "--seconds", "1e6", "--size", "40x30",
