@@ -19,9 +19,11 @@ int main(int argc, char** argv) {
       program.parse(argc, argv);
     } catch (CLI::ParseError const& error) {
       // Asking for help is no error.
-      if (error.get_exit_code() == 0) return program.exit(error);
-      PrintError("options", error.what());
-      return NS_OPTIONS;
+      if (error.get_exit_code() != 0) {
+        PrintError("options", error.what());
+        return NS_OPTIONS;
+      }
+      program.exit(error);
     }
   } catch (std::exception const& error) {
     PrintError("error", error.what());

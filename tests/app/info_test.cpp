@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 
 #include "tests/app/program.h"
@@ -186,6 +188,45 @@ TEST(InfoTest, RefusesImpossibleOptionsInOneLine) {
 
 TEST(InfoTest, WalksAHierarchyOfAHundredThousandLevels) {
   constexpr int kLevels = 100000;
+TEST(InfoTest, EveryCommandPassesTheNotesOnOnce) {
+  TemporaryFiles const files;
+  json gltf = json::parse(MakeGltf(
+      {Triangle(), Triangle(), Triangle()},
+      {{{"name", "only"}, {"mesh", 0}, {"children", {1, 2}}}, {{"mesh", 1}}, {{"mesh", 2}}}));
+  for (int const lines : {1, 2}) gltf["meshes"][lines]["primitives"][0]["mode"] = 3;
+  files.Write("flat.gltf", gltf.dump());
+  std::string const note =
+      "corvanta: flat.gltf: note: 2 meshes have no triangles and were left out\n";
+  for (auto row : std::vector<std::vector<std::string>>{{"info"},
+                                                        {"info", "--json"},
+                                                        {"watch", "--set", "only.scale.x=1"},
+                                                        {"pick", "--at", "1,1"},
+                                                        {"map", "--method", "plane"},
+                                                        {"play", "--seconds", "0.1"},
+                                                        {"render", "--clip-report"},
+                                                        {"demo"}}) {
+    row.insert(row.begin() + 1, "flat.gltf");
+    EXPECT_EQ(RunProgram(files, row).err.substr(0, note.size()), note) << row[0];
+  }
+  EXPECT_EQ(RunProgram(files, {"info", "flat.gltf"}).err, note);
+  gltf["meshes"].erase(2);
+  gltf["nodes"][2].erase("mesh");
+  files.Write("flat.gltf", gltf.dump());
+  EXPECT_THAT(RunProgram(files, {"info", "flat.gltf"}).err,
+              HasSubstr("1 mesh has no triangles and was left out"));
+}
+
+TEST(InfoTest, HelpThatCannotBeWrittenIsAFailure) {
+  TemporaryFiles const files;
+  std::string const err = (files.GetFolder() / "stderr").string();
+  for (std::string const options : {"--help", "map --help"}) {
+    int const status =
+        std::system(("'" CORVANTA_PROGRAM "' " + options + " >/dev/full 2>'" + err + "'").c_str());
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << status;
+    EXPECT_EQ(support::ReadBytes(files.At("stderr")), "corvanta: output: can't be written\n");
+  }
+}
+
   json nodes = json::array();
   for (int i = 0; i != kLevels; ++i) {
     nodes.push_back({{"name", "n"}, {"translation", {1, 0, 0}}, {"children", {i + 1}}});
