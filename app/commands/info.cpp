@@ -1,6 +1,5 @@
-#include <cmath>
-#include <exception>
 #include <iostream>
+#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,6 +13,7 @@
 #include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
 #include "app/scene/common_tree.h"
+#include "app/scene/float_range.h"
 #include "app/scene/walk.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
@@ -118,8 +118,10 @@ class Info {
 
 std::string CheckUnit(std::string const& text) {
   double unit = 0.0;
-  bool const isNumber = CLI::detail::lexical_cast(text, unit);
-  return isNumber && std::isfinite(unit) && unit > 0.0 ? "" : "needs a number above 0";
+  bool const isNumber = CLI::detail::lexical_cast(text, unit) && IsInFloatRange(unit);
+  // Below that a float's inverse is none.
+  bool const isAbove = unit >= static_cast<double>(std::numeric_limits<float>::min());
+  return isNumber && isAbove ? "" : "needs a number above 0 that a float can hold";
 }
 
 }  // namespace

@@ -18,6 +18,7 @@
 #include "app/output/text.h"
 #include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
+#include "app/scene/float_range.h"
 #include "app/scene/map_surface.h"
 #include "app/scene/walk.h"
 #include "corvanta/core/text/convert.h"
@@ -50,7 +51,7 @@ struct Options {
   bool asJson = false;
 };
 
-/// Numbers with commas between, one for each axis; one alone counts for all.
+/// Numbers that floats can hold, with commas between, one for each axis; one alone counts for all.
 /// Fails: an empty list for anything else.
 Numbers ParseNumbers(std::string const& text) {
   Numbers numbers;
@@ -58,7 +59,7 @@ Numbers ParseNumbers(std::string const& text) {
   char const* const end = at + text.size();
   for (;;) {
     auto const [next, fault] = std::from_chars(at, end, numbers.emplace_back());
-    if (fault != std::errc() || !std::isfinite(numbers.back())) return {};
+    if (fault != std::errc() || !IsInFloatRange(numbers.back())) return {};
     if (next == end) break;
     if (*next != ',') return {};
     at = next + 1;
@@ -204,18 +205,23 @@ class Map {
 };
 
 std::string CheckSpace(std::string const& text) {
-  return ParseNumbers(text).size() == 3 ? "" : "needs X,Y,Z, three numbers";
+  return ParseNumbers(text).size() == 3 ? "" : "needs X,Y,Z, three numbers that floats can hold";
 }
 
 std::string CheckScale(std::string const& text) {
   Numbers const numbers = ParseNumbers(text);
-  bool const isFlat = std::count(numbers.begin(), numbers.end(), 0.0) != 0;
-  return numbers.size() == 3 && !isFlat ? "" : "needs X,Y,Z or one number, none of them 0";
+  bool const isFlat = std::any_of(numbers.begin(), numbers.end(),
+                                  [](double number) { return static_cast<float>(number) == 0; });
+  return numbers.size() == 3 && !isFlat
+             ? ""
+             : "needs X,Y,Z or one number, such as floats can hold and none of them 0";
 }
 
 std::string CheckCoords(std::string const& text) {
   Numbers const numbers = ParseNumbers(text);
-  return numbers.size() == 2 || numbers.size() == 3 ? "" : "needs U,V or one number";
+  return numbers.size() == 2 || numbers.size() == 3
+             ? ""
+             : "needs U,V or one number, such as floats can hold";
 }
 
 std::string CheckFlip(std::string const& text) {

@@ -20,6 +20,7 @@
 #include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
 #include "app/scene/common_tree.h"
+#include "app/scene/float_range.h"
 #include "app/scene/hit_marks.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
@@ -231,7 +232,7 @@ std::string FindFault(Options const& options) {
   if (ways != 1) return "one of --at, --ray and --grid is needed";
   for (auto const* const numbers : {&options.at, &options.ray, &options.area, &options.plane}) {
     for (double const number : *numbers) {
-      if (!std::isfinite(number)) return "numbers must be finite";
+      if (!IsInFloatRange(number)) return "numbers must be such as a float can hold";
     }
   }
   if (!options.ray.empty() && ToVec3(options.ray, 3) == Vec3()) return "the ray has no direction";

@@ -1,7 +1,6 @@
 #include <CLI/CLI.hpp>
 #include <array>
 #include <charconv>
-#include <cmath>
 #include <cstdint>
 #include <exception>
 #include <iostream>
@@ -39,6 +38,8 @@ display and no window. --set, as in watch, also reaches the node "environment", 
 --ids makes each pixel's colour the number of the model seen there, red its
 highest byte, and prints the models in the order of their numbers.)";
 
+constexpr double kLatest = 1e9;  // seconds
+
 struct Options {
   std::vector<std::string> files, assignments;
   std::string output, ids, camera, method, texture, choice;
@@ -64,7 +65,7 @@ std::optional<double> ParseTour(std::string const& text) {
   if (text.rfind(kPrefix, 0) != 0) return std::nullopt;
   char const* const end = text.data() + text.size();
   auto const [rest, fault] = std::from_chars(text.data() + kPrefix.size(), end, seconds);
-  bool const isTime = fault == std::errc() && rest == end && seconds >= 0 && std::isfinite(seconds);
+  bool const isTime = fault == std::errc() && rest == end && seconds >= 0 && seconds <= kLatest;
   return isTime ? std::optional(seconds) : std::nullopt;
 }
 
@@ -231,7 +232,7 @@ std::string CheckTime(std::string const& text) {
   double seconds = 0;
   char const* const end = text.data() + text.size();
   auto const [rest, fault] = std::from_chars(text.data(), end, seconds);
-  bool const isTime = fault == std::errc() && rest == end && seconds >= 0 && seconds <= 1e9;
+  bool const isTime = fault == std::errc() && rest == end && seconds >= 0 && seconds <= kLatest;
   return isTime ? "" : "needs seconds from 0 to 1e9";
 }
 

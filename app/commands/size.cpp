@@ -1,18 +1,23 @@
 #include "app/commands/size.h"
 
+#include <charconv>
 #include <cstdint>
-#include <cstdio>
+#include <system_error>
 
 #include "app/render/NTarget.h"
 
 namespace corvanta::app {
 
 std::optional<std::array<unsigned, 2>> ParseSize(std::string const& text) {
-  unsigned width = 0, height = 0;
-  char end = 0;
-  if (std::sscanf(text.c_str(), "%6ux%6u%c", &width, &height, &end) != 2) return std::nullopt;
-  if (width == 0 || height == 0) return std::nullopt;
-  return std::array<unsigned, 2>{width, height};
+  constexpr unsigned kMost = 999999;
+  std::array<unsigned, 2> size{};
+  char const* const end = text.data() + text.size();
+  auto const [middle, fault] = std::from_chars(text.data(), end, size[0]);
+  if (fault != std::errc() || middle == end || *middle != 'x') return std::nullopt;
+  auto const [rest, secondFault] = std::from_chars(middle + 1, end, size[1]);
+  if (secondFault != std::errc() || rest != end) return std::nullopt;
+  auto const isSide = [](unsigned side) { return side != 0 && side <= kMost; };
+  return isSide(size[0]) && isSide(size[1]) ? std::optional(size) : std::nullopt;
 }
 
 std::string CheckSize(std::string const& text) {

@@ -1,9 +1,11 @@
 #include "app/watch/assignment.h"
 
 #include <charconv>
+#include <cmath>
 #include <map>
 
 #include "app/output/text.h"
+#include "app/scene/float_range.h"
 #include "corvanta/core/text/convert.h"
 
 namespace corvanta::app {
@@ -26,6 +28,10 @@ NAssignment Find(NDocument const& document, std::wstring const& target, bool& ha
   return {};
 }
 
+// What isn't finite was meant; what a float can't hold would become so.
+bool CanBeSet(double number) { return !std::isfinite(number) || IsInFloatRange(number); }
+bool CanBeSet(long) { return true; }
+
 template <class Number>
 Number ParseNumber(std::wstring const& text, char const* what) {
   std::string const narrow = ToNarrow(text);
@@ -35,6 +41,10 @@ Number ParseNumber(std::wstring const& text, char const* what) {
   if (begin != end && *begin == '+' && begin + 1 != end && begin[1] != '-') ++begin;
   Number number{};
   auto const [rest, error] = std::from_chars(begin, end, number);
+  bool const isNumber = rest == end && begin != end;
+  if (isNumber && (error == std::errc::result_out_of_range || !CanBeSet(number))) {
+    throw NAssignmentError(Quoted(narrow) + " isn't " + what + " in range");
+  }
   if (error != std::errc() || rest != end) {
     throw NAssignmentError(Quoted(narrow) + " isn't " + what);
   }

@@ -29,7 +29,7 @@ struct NAssignment {
 /// longest attribute; of several nodes of one name the first in the order of the domains that has
 /// the attribute.
 /// Fails: throws NAssignmentError for an unknown name and for a value that isn't of the
-/// attribute's kind.
+/// attribute's kind, or is a number that no float can hold; "inf" and "nan" can be set.
 NAssignment ParseAssignment(NDocument const& document, std::wstring const& text);
 
 }  // namespace corvanta::app

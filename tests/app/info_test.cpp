@@ -171,6 +171,8 @@ TEST(InfoTest, RefusesImpossibleOptionsInOneLine) {
       {"info", "good.gltf", "--unit", "-1"},
       {"info", "good.gltf", "--unit", "nan"},
       {"info", "good.gltf", "--unit", "inch"},
+      {"info", "good.gltf", "--unit", "1e39"},
+      {"info", "good.gltf", "--unit", "1e-42"},
       {"watch", "good.gltf"},
       {"watch", "good.gltf", "extra.gltf", "--set", "only.scale.x=1"},
   };

@@ -114,3 +114,6 @@ TEST_F(MapTest, RefusesInOneLine) {
 
 }  // namespace
 }  // namespace corvanta::app_tests
+                                             {"--method", "plane", "--scale", "1,1e-60,1"},
+                                             {"--method", "plane", "--translate", "0,1e39,0"},
+                                             {"--method", "plane", "--repeat", "-1e39"},

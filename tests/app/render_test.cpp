@@ -136,6 +136,8 @@ TEST_F(RenderTest, RefusesInOneLineAndLeavesNothing) {
            {{"-o", "a.png", "--camera", "tour:-1"}, 2, "--camera"},
            {{"-o", "a.png", "--time", "soon"}, 2, "options"},
            {{"-o", "a.png", "--time", "nan"}, 2, "options"},
+           {{"-o", "a.png", "--camera", "tour:1e39"}, 2, "--camera"},
+           {{"-o", "a.png", "--set", "left.scale.x=1e39"}, 2, "--set"},
            {{"-o", "a.png", "--texture", "model.gltf"}, 1, "model.gltf"},
        }) {
     Result const result = Render(row.arguments);

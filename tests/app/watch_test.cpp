@@ -115,7 +115,9 @@ TEST_F(WatchTest, RefusesInOneLineAndWritesNothing) {
       {"part.scale.x=+-1", "isn't a number"},
       {"part.isVisible=maybe", "isn't true or false"},
       {"part.billboardType=1.5", "isn't a whole number"},
-      {"part.billboardType=99999999999999999999", "isn't a whole number"},
+      {"part.billboardType=99999999999999999999", "isn't a whole number in range"},
+      {"part.scale.x=1e39", "isn't a number in range"},
+      {"part.scale.x=-1e999", "isn't a number in range"},
   };
   for (Row const& row : rows) {
     SCOPED_TRACE(row.text);
