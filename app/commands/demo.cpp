@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "app/commands/commands.h"
-#include "app/import/import.h"
+#include "app/commands/open_model.h"
 #include "app/output/text.h"
 #include "app/play/NPlayback.h"
 #include "app/play/NTourPlayer.h"
@@ -66,10 +66,11 @@ std::string Name(core::node::NNode const& node) { return Quoted(ToNarrow(node.Ge
 
 class Demo {
  public:
-  explicit Demo(std::string const& file)
-      : m_start(Clock::now()),
-        m_model(ImportModel(m_document, file)),
-        m_stage(m_document, m_model.tree) {}
+  using Clock = std::chrono::steady_clock;
+
+  /// Requires: `model` is in `document`.
+  Demo(NDocument& document, NImportedModel const& model, Clock::time_point start)
+      : m_start(start), m_document(document), m_model(model), m_stage(document, model.tree) {}
 
   void Run() {
     ShowImport();
@@ -92,7 +93,6 @@ class Demo {
   }
 
  private:
-  using Clock = std::chrono::steady_clock;
   using ModelPath = domain::material::texture_mapping::NProjectionMapping::ModelPath;
 
   static std::ostream& Title(char const* title) {
@@ -109,8 +109,9 @@ class Demo {
         triangles += surface->GetIndices().size() / 3;
       }
     }
-    Title("import") << Name(*m_model.tree) << ": " << vertices << " vertices, " << triangles
-                    << " triangles, read in " << Text(m_model.readMilliseconds) << " ms, built in "
+    Title("import") << Name(*m_model.tree) << ": " << Plural(vertices, "vertex", "vertices") << ", "
+                    << Plural(triangles, "triangle", "triangles") << ", read in "
+                    << Text(m_model.readMilliseconds) << " ms, built in "
                     << Text(m_model.buildMilliseconds) << " ms\n";
     auto const box = GetBoundingBox(*m_model.tree);
     if (!box.IsEmpty()) NextLine() << "box " << Text(box.min) << " .. " << Text(box.max) << '\n';
@@ -125,10 +126,10 @@ class Demo {
       if (found->IsReadOnly()) builtIn += found->GetNodeCount();
     }
     Title("presets") << "camera at " << Text(m_stage.GetOverview().GetEye()) << ", "
-                     << environment.GetLights().size() << " lights, a sphere "
+                     << Plural(environment.GetLights().size(), "light", "lights") << ", a sphere "
                      << Text(environment.GetEnvironmentMapModel()->GetScaleX())
                      << " in radius about the scene\n";
-    NextLine() << "built in: " << builtIn << " nodes in read-only domains\n";
+    NextLine() << "built in: " << Plural(builtIn, "node", "nodes") << " in read-only domains\n";
   }
 
   void ShowEvents() {
@@ -173,8 +174,10 @@ class Demo {
                 " from the camera";
     }
     std::chrono::duration<double> const time = Clock::now() - start;
-    Title("pick") << hitRays << " of " << kSide * kSide << " rays hit, "
-                  << Text(kSide * kSide / time.count()) << " rays a second\n";
+    std::string const rays = Plural(kSide * kSide, "ray", "rays");
+    Title("pick") << Plural(hitRays, ("of " + rays + " hits").c_str(),
+                            ("of " + rays + " hit").c_str())
+                  << ", " << Text(kSide * kSide / time.count()) << " rays a second\n";
     NextLine() << "nearest: " << nearest << '\n';
   }
 
@@ -194,7 +197,8 @@ class Demo {
                 << MapSurface(*mapping, path, surface).coords.size();
       gap = ", ";
     }
-    std::cout << " texture coordinates for " << surface.GetCoords().size() << " vertices\n";
+    std::cout << " texture coordinates for "
+              << Plural(surface.GetCoords().size(), "vertex", "vertices") << '\n';
   }
 
   void ShowPresentation() {
@@ -214,15 +218,16 @@ class Demo {
       return Vec3(static_cast<float>(values[0]), static_cast<float>(values[1]),
                   static_cast<float>(values[2]));
     };
-    Title("presentation") << frames << " frames of a " << player.GetTitle() << ", " << events
-                          << " events\n";
+    Title("presentation") << Plural(frames, "frame", "frames") << " of a " << player.GetTitle()
+                          << ", " << Plural(events, "event", "events") << '\n';
     NextLine() << "camera " << Text(eye(first)) << " -> " << Text(eye(last)) << '\n';
   }
 
   void ShowLightEnvironment() {
     for (auto const& reference : m_stage.GetEnvironment().GetLightEnvs()) {
       auto const lightEnv = reference.Get();
-      Title("lights") << Name(*lightEnv) << ": " << lightEnv->GetLamps().size() << " lamps";
+      Title("lights") << Name(*lightEnv) << ": "
+                      << Plural(lightEnv->GetLamps().size(), "lamp", "lamps");
       double red = 0, green = 0, blue = 0;
       for (auto const& lamp : lightEnv->GetLamps()) {
         red += lamp->GetColorR();
@@ -248,22 +253,27 @@ class Demo {
       for (auto const& model : paints->GetModels()) model.Get()->SetMaterial(paint.Get());
     }
     for (auto const& paint : paints->GetMaterials()) usedCount += IsUsed(*paint.Get());
-    Title("switch") << Name(*m_shown) << " went through " << paints->GetMaterials().size()
-                    << " materials; " << usedCount << " is in use, "
+    Title("switch") << Name(*m_shown) << " went through "
+                    << Plural(paints->GetMaterials().size(), "material", "materials") << "; "
+                    << Plural(usedCount, "is", "are") << " in use, "
                     << Name(*m_shown->GetMaterialNode()) << '\n';
   }
 
   Clock::time_point const m_start;
-  NDocument m_document;
-  NImportedModel const m_model;
+  NDocument& m_document;
+  NImportedModel const& m_model;
   NStage m_stage;
   boost::intrusive_ptr<item::NSceneGraphModelNode> m_shown;  // the first model with a geometry
 };
 
 int Show(std::string file) {
   try {
+    auto const start = Demo::Clock::now();
     if (file.empty()) file = FindSample();
-    Demo(file).Run();
+    NDocument document;
+    auto const model = OpenModel(document, file);
+    if (!model) return NS_FILE;
+    Demo(document, *model, start).Run();
   } catch (std::exception const& error) {
     PrintError(file, error.what());
     return NS_FILE;

@@ -7,7 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include "app/commands/commands.h"
-#include "app/import/import.h"
+#include "app/commands/open_model.h"
 #include "app/output/NReport.h"
 #include "app/output/text.h"
 #include "app/scene/NDocument.h"
@@ -53,16 +53,13 @@ class Info {
 
  private:
   void Import(std::string const& file) {
-    try {
-      NImportedModel model = ImportModel(m_document, file);
-      model.tree->SetUnit(m_options.unit);
-      if (m_options.isZup) {
-        model.tree->SetCoordConversion(data::domain::scenegraph::tree::CCV_ZUP_TO_YUP);
-      }
-      m_models.push_back(std::move(model));
-    } catch (std::exception const& error) {
-      PrintError(file, error.what());
+    auto const model = OpenModel(m_document, file);
+    if (!model) return;
+    model->tree->SetUnit(m_options.unit);
+    if (m_options.isZup) {
+      model->tree->SetCoordConversion(data::domain::scenegraph::tree::CCV_ZUP_TO_YUP);
     }
+    m_models.push_back(*model);
   }
 
   void Print() {

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "app/commands/commands.h"
+#include "app/commands/open_model.h"
 #include "app/commands/size.h"
-#include "app/import/import.h"
 #include "app/output/NPixels.h"
 #include "app/output/record.h"
 #include "app/output/text.h"
@@ -66,11 +66,7 @@ class Pick {
   int Run() {
     std::vector<boost::intrusive_ptr<data::domain::scenegraph::tree::NSceneGraphTreeNode>> trees;
     for (std::string const& file : m_options.files) {
-      try {
-        trees.push_back(ImportModel(m_document, file).tree);
-      } catch (std::exception const& error) {
-        PrintError(file, error.what());
-      }
+      if (auto const model = OpenModel(m_document, file)) trees.push_back(model->tree);
     }
     if (!trees.empty()) {
       NStage stage(m_document, CreateCommonTree(m_document, trees));
@@ -213,8 +209,9 @@ class Pick {
     if (m_options.asJson) {
       std::cout << record.dump(2) << '\n';
     } else {
-      std::cout << NumberText(rays) << " rays, " << rayHits << " of them hit, " << hitCount
-                << " hits\n"
+      std::cout << Plural(std::size_t{side} * side, "ray", "rays") << ", "
+                << Plural(rayHits, "of them hits", "of them hit") << ", "
+                << Plural(hitCount, "hit", "hits") << '\n'
                 << NumberText(record["raysPerSecond"].get<double>()) << " rays a second, index in "
                 << NumberText(static_cast<float>(build * 1e3)) << " ms\n";
     }

@@ -9,8 +9,8 @@
 #include <system_error>
 
 #include "app/commands/commands.h"
+#include "app/commands/open_model.h"
 #include "app/commands/size.h"
-#include "app/import/import.h"
 #include "app/output/NInterruption.h"
 #include "app/output/NProgressBar.h"
 #include "app/output/NWholeFile.h"
@@ -67,12 +67,9 @@ class Play {
   explicit Play(Options const& options) : m_options(options) {}
 
   int Run() {
-    try {
-      m_model = ImportModel(m_document, m_options.file);
-    } catch (std::exception const& error) {
-      PrintError(m_options.file, error.what());
-      return NS_FILE;
-    }
+    auto const model = OpenModel(m_document, m_options.file);
+    if (!model) return NS_FILE;
+    m_model = *model;
     NStage stage(m_document, m_model.tree);
     auto const player = CreatePlayer(stage);
     if (!player) return NS_FILE;
@@ -94,13 +91,13 @@ class Play {
     }
     return Commit(m_options.csv, csv.get()) && Commit(m_options.plot, plot.get()) ? NS_DONE
                                                                                   : NS_FILE;
+  }
+
+ private:
   bool IsTour() const {
     return m_options.isTour || (!m_options.timeline && m_model.animations.empty());
   }
 
-  }
-
- private:
   /// Fails: null, with the reason printed.
   std::unique_ptr<NPlayer> CreatePlayer(NStage& stage) {
     auto const& animations = m_model.animations;
@@ -126,11 +123,11 @@ class Play {
       auto const camera = stage.FindCamera(core::text::ToWide(m_options.camera));
       if (!camera.GetNode()) {
         PrintError("--camera", "there is no camera " + Quoted(m_options.camera));
-    } else if (!IsTour()) {
-      m_overview = &stage.GetOverview();
         return NS_OPTIONS;
       }
       stage.GetView().SetCamera(camera);
+    } else if (!IsTour()) {
+      m_overview = &stage.GetOverview();
     }
     try {
       auto const [width, height] = *ParseSize(m_options.size);
@@ -142,10 +139,10 @@ class Play {
     return NS_FILE;
   }
 
-    if (m_overview != nullptr) m_overview->FrameAll();
   /// False if it can't be written.
   bool WriteFrame(std::size_t number) {
     if (!m_frames) return true;
+    if (m_overview != nullptr) m_overview->FrameAll();
     try {
       m_frames->Write(number);
       return true;
@@ -211,10 +208,10 @@ class Play {
   }
 
   Options const& m_options;
-  NOverview* m_overview = nullptr;  // whose camera sees the frames; null for another
   NDocument m_document;
   NImportedModel m_model;
   std::unique_ptr<NFrameWriter> m_frames;
+  NOverview* m_overview = nullptr;  // whose camera sees the frames; null for another
   bool m_hasFailed = false;
 };
 

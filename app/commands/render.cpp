@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "app/commands/commands.h"
+#include "app/commands/open_model.h"
 #include "app/commands/size.h"
-#include "app/import/import.h"
 #include "app/output/NPixels.h"
 #include "app/output/text.h"
 #include "app/play/NTimeLinePlayer.h"
@@ -76,11 +76,9 @@ class Render {
   int Run() {
     std::vector<NOverview::Tree> trees;
     for (std::string const& file : m_options.files) {
-      try {
-        m_models.push_back(ImportModel(m_document, file));
-        trees.push_back(m_models.back().tree);
-      } catch (std::exception const& error) {
-        PrintError(file, error.what());
+      if (auto const model = OpenModel(m_document, file)) {
+        m_models.push_back(*model);
+        trees.push_back(model->tree);
       }
     }
     if (trees.empty()) return NS_FILE;
@@ -176,8 +174,8 @@ class Render {
     } else {
       std::cout << "nothing seen\n";
     }
-    std::cout << report.vertices << " vertices, " << report.before << " of them before near, "
-              << report.beyond << " beyond far\n";
+    std::cout << Plural(report.vertices, "vertex", "vertices") << ", " << report.before
+              << " of them before near, " << report.beyond << " beyond far\n";
   }
 
   NPixels ToPixels(std::vector<std::uint32_t> const& numbers) const {

@@ -1,12 +1,11 @@
 #include <CLI/CLI.hpp>
-#include <exception>
 #include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "app/commands/commands.h"
-#include "app/import/import.h"
+#include "app/commands/open_model.h"
 #include "app/output/text.h"
 #include "app/scene/NDocument.h"
 #include "app/watch/NEventPrinter.h"
@@ -52,12 +51,9 @@ class Watch {
   explicit Watch(Options const& options) : m_options(options) {}
 
   int Run() {
-    try {
-      m_tree = ImportModel(m_document, m_options.file).tree;
-    } catch (std::exception const& error) {
-      PrintError(m_options.file, error.what());
-      return NS_FILE;
-    }
+    auto const model = OpenModel(m_document, m_options.file);
+    if (!model) return NS_FILE;
+    m_tree = model->tree;
     std::vector<NAssignment> assignments;
     for (std::string const& text : m_options.assignments) {
       try {

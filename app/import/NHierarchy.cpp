@@ -232,22 +232,20 @@ boost::intrusive_ptr<data::domain::geometry::NGeometryNode> NHierarchy::GetGeome
 std::vector<std::string> NHierarchy::GetNotes() const {
   std::vector<std::string> notes;
   if (m_shearedCount != 0) {
-    notes.push_back(Plural(m_shearedCount, "transform holds", "transforms hold") +
-                    " shear, which is lost; the first is that of \"" + m_firstSheared + '"');
+    notes.push_back(Plural(m_shearedCount, "transform holds shear, which is lost: that of \"",
+                           "transforms hold shear, which is lost; the first is that of \"") +
+                    m_firstSheared + '"');
   }
-  if (m_flatCount != 0) {
-    notes.push_back(Plural(m_flatCount, "mesh has", "meshes have") +
-                    " no triangles and was left out");
-  }
-  if (m_lampCount != 0) {
-    notes.push_back(Plural(m_lampCount, "light is", "lights are") +
-                    " neither directional, point nor spot and was left out");
-  }
-  std::size_t const strayCount = m_lightsByNode.size() + m_camerasByNode.size();
-  if (strayCount != 0) {
-    notes.push_back(Plural(strayCount, "light or camera stands", "lights or cameras stand") +
-                    " at no node and was left out");
-  }
+  auto const note = [&notes](std::size_t count, char const* one, char const* many) {
+    if (count != 0) notes.push_back(Plural(count, one, many));
+  };
+  note(m_flatCount, "mesh has no triangles and was left out",
+       "meshes have no triangles and were left out");
+  note(m_lampCount, "light is neither directional, point nor spot and was left out",
+       "lights are neither directional, point nor spot and were left out");
+  note(m_lightsByNode.size() + m_camerasByNode.size(),
+       "light or camera stands at no node and was left out",
+       "lights or cameras stand at no node and were left out");
   return notes;
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/import/NImportError.h"
+#include "app/output/text.h"
 
 namespace corvanta::app {
 
@@ -31,8 +32,9 @@ void CheckMesh(aiScene const& scene, aiMesh const& mesh) {
     for (unsigned corner = 0; corner != face.mNumIndices; ++corner) {
       if (face.mIndices[corner] >= mesh.mNumVertices) {
         Refuse("mesh", mesh.mName,
-               "index " + std::to_string(face.mIndices[corner]) + " is out of range, there are " +
-                   std::to_string(mesh.mNumVertices) + " vertices");
+               "index " + std::to_string(face.mIndices[corner]) +
+                   " is out of range, the mesh has " +
+                   Plural(mesh.mNumVertices, "vertex", "vertices"));
       }
     }
   }

@@ -15,7 +15,6 @@ class TextReport : public NReport {
   void AddFile(NImportedModel const& model) override {
     m_out << "file " << Quoted(model.file) << " read " << Time(model.readMilliseconds) << " built "
           << Time(model.buildMilliseconds) << '\n';
-    for (std::string const& note : model.notes) m_out << "  note: " << OneLine(note) << '\n';
   }
   void AddTree(NRecord const& tree) override { Write(tree, ""); }
   void AddItem(NRecord const& item, std::size_t depth) override {

@@ -68,4 +68,8 @@ void PrintError(std::string_view subject, std::string_view reason) {
   std::cerr << "corvanta: " << OneLine(subject) << ": " << OneLine(reason) << std::endl;
 }
 
+void PrintNote(std::string_view subject, std::string_view note) {
+  PrintError(subject, "note: " + std::string(note));
+}
+
 }  // namespace corvanta::app

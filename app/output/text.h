@@ -17,10 +17,12 @@ std::string Quoted(std::string_view text);
 std::string NumberText(double value);
 std::string NumberText(float value);
 
-/// "1 mesh has", "3 meshes have".
+/// "1 mesh has", "3 meshes have": all that agrees with a number is put by this.
 std::string Plural(std::size_t count, char const* one, char const* many);
 
 /// Prints "corvanta: subject: reason" on stderr, as one line.
 void PrintError(std::string_view subject, std::string_view reason);
+/// Prints "corvanta: subject: note: note" in the same way: nothing has failed.
+void PrintNote(std::string_view subject, std::string_view note);
 
 }  // namespace corvanta::app

@@ -329,7 +329,7 @@ TEST_F(ImportTest, ShearIsToldOnce) {
                                             {{"name", "y"}, {"matrix", sheared}},
                                             {{"name", "z"}, {"matrix", mirrored}}}));
   EXPECT_THAT(model.notes,
-              ElementsAre(testing::AllOf(HasSubstr("2 transforms"), HasSubstr("\"x\""))));
+              ElementsAre(testing::AllOf(HasSubstr("2 transforms hold"), HasSubstr("\"x\""))));
   auto const& exact = Find<item::NSceneGraphItemNode>(L"z")->GetTransform();
   for (int i = 0; i != 16; ++i) {
     EXPECT_NEAR(exact(i / 4, i % 4), mirrored[static_cast<std::size_t>(i)].get<float>(), 1e-5);

@@ -188,8 +188,6 @@ TEST(InfoTest, RefusesImpossibleOptionsInOneLine) {
   EXPECT_THAT(help.out, HasSubstr("--attributes"));
 }
 
-TEST(InfoTest, WalksAHierarchyOfAHundredThousandLevels) {
-  constexpr int kLevels = 100000;
 TEST(InfoTest, EveryCommandPassesTheNotesOnOnce) {
   TemporaryFiles const files;
   json gltf = json::parse(MakeGltf(
@@ -229,6 +227,8 @@ TEST(InfoTest, HelpThatCannotBeWrittenIsAFailure) {
   }
 }
 
+TEST(InfoTest, WalksAHierarchyOfAHundredThousandLevels) {
+  constexpr int kLevels = 100000;
   json nodes = json::array();
   for (int i = 0; i != kLevels; ++i) {
     nodes.push_back({{"name", "n"}, {"translation", {1, 0, 0}}, {"children", {i + 1}}});

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "app/import/import.h"
+#include "app/scene/NDocument.h"
+
+namespace corvanta::app {
+
+/// Imports the model file `file` into `document` and prints the importer's notes on stderr, each
+/// once.
+/// Fails: nothing, with the reason printed, for a file that can't be used.
+std::optional<NImportedModel> OpenModel(NDocument& document, std::string const& file);
+
+}  // namespace corvanta::app
