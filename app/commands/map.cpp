@@ -3,17 +3,17 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <exception>
-#include <fstream>
 #include <iostream>
 #include <limits>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "app/commands/commands.h"
-#include "app/import/import.h"
+#include "app/commands/open_model.h"
 #include "app/output/NObjWriter.h"
+#include "app/output/NWholeFile.h"
 #include "app/output/record.h"
 #include "app/output/text.h"
 #include "app/scene/NDocument.h"
@@ -43,7 +43,7 @@ Lays one projection on every model. The projector is a unit box at the origin of
 the global space, which is scaled, turned about x, y and z, and moved. Prints the
 vertices of each model before and after the cut at the seam of a cylinder or a
 sphere, and the ranges of u and v. -o writes the mapped models as an OBJ file in
-global coordinates.)";
+global coordinates; it is there as a whole or not at all.)";
 
 struct Options {
   std::string file, method, flip, output;
@@ -91,29 +91,18 @@ class Map {
   explicit Map(Options const& options) : m_options(options) {}
 
   int Run() {
-    try {
-      m_tree = ImportModel(m_document, m_options.file).tree;
-    } catch (std::exception const& error) {
-      PrintError(m_options.file, error.what());
-      return NS_FILE;
-    }
+    auto const model = OpenModel(m_document, m_options.file);
+    if (!model) return NS_FILE;
+    m_tree = model->tree;
     NStage const stage(m_document, m_tree);
     AddModels(*CreateProjection());
-    std::ofstream file;
-    if (!m_options.output.empty()) {
-      file.open(m_options.output, std::ios::binary);
-      file << "# Texture coordinates by a projection: " << m_options.method << '\n';
+    try {
+      Print(m_options.output.empty() ? MapModels(nullptr) : WriteModels());
+    } catch (std::runtime_error const& error) {
+      PrintError(m_options.output, error.what());
+      return NS_FILE;
     }
-    NObjWriter writer(file);
-    NRecord models = NRecord::array();
-    for (auto const& path : m_paths)
-      models.push_back(MapModel(path, file.is_open() ? &writer : nullptr));
-    Print(models);
-    if (m_options.output.empty()) return NS_DONE;
-    file.close();
-    if (file) return NS_DONE;
-    PrintError(m_options.output, "can't be written");
-    return NS_FILE;
+    return NS_DONE;
   }
 
  private:
@@ -157,6 +146,22 @@ class Map {
     });
   }
 
+  NRecord MapModels(NObjWriter* writer) const {
+    NRecord models = NRecord::array();
+    for (auto const& path : m_paths) models.push_back(MapModel(path, writer));
+    return models;
+  }
+
+  /// Fails: throws std::runtime_error if the file can't be written.
+  NRecord WriteModels() const {
+    NWholeFile file(m_options.output);
+    file.GetStream() << "# Texture coordinates by a projection: " << m_options.method << '\n';
+    NObjWriter writer(file.GetStream());
+    NRecord models = MapModels(&writer);
+    file.Commit();
+    return models;
+  }
+
   NRecord MapModel(ModelPath const& path, NObjWriter* writer) const {
     auto const model = path.GetNode();
     std::string const name = ToNarrow(model->GetName());
@@ -165,6 +170,7 @@ class Map {
     Range u;
     Range v;
     auto const geometry = model->GetGeometryNode();
+    if (writer != nullptr) writer->Begin(name);
     if (geometry) {
       for (auto const& surface : geometry->GetSurfaces()) {
         NMappedCoords const mapped = MapSurface(*m_mapping, path, *surface);
@@ -174,7 +180,7 @@ class Map {
           u.Add(c.u);
           v.Add(c.v);
         }
-        if (writer != nullptr) writer->Add(name, *surface, mapped, path.GetGlobalTransform());
+        if (writer != nullptr) writer->Add(*surface, mapped, path.GetGlobalTransform());
       }
     }
     return {{"name", name},

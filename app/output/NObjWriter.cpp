@@ -12,6 +12,15 @@ using VX_Math::Vec3;
 
 namespace {
 
+std::string ToPlainName(std::string const& name) {
+  std::string plain = name.empty() ? "model" : OneLine(name);
+  if (plain.empty()) plain = "_";
+  for (char& c : plain) {
+    if (c == ' ' || c == '\\' || c == '#') c = '_';
+  }
+  return plain;
+}
+
 bool Mirrors(VX_Math::Matrix const& m) {
   Vec3 const x(m(0, 0), m(0, 1), m(0, 2));
   Vec3 const y(m(1, 0), m(1, 1), m(1, 2));
@@ -21,9 +30,17 @@ bool Mirrors(VX_Math::Matrix const& m) {
 
 }  // namespace
 
-void NObjWriter::Add(std::string const& name, data::domain::geometry::NSurface const& surface,
-                     NMappedCoords const& mapped, VX_Math::Matrix const& global) {
-  m_out << "o " << OneLine(name) << '\n';
+void NObjWriter::Begin(std::string const& name) {
+  std::string const plain = ToPlainName(name);
+  std::string free = plain;
+  for (std::size_t number = 2; !m_names.insert(free).second; ++number) {
+    free = plain + '_' + std::to_string(number);
+  }
+  m_out << "o " << free << '\n';
+}
+
+void NObjWriter::Add(data::domain::geometry::NSurface const& surface, NMappedCoords const& mapped,
+                     VX_Math::Matrix const& global) {
   VX_Math::Matrix const forNormals = global.Inverse().Transpose();
   for (std::size_t i = 0; i != mapped.coords.size(); ++i) {
     std::size_t const source = mapped.vertexMap.empty() ? i : mapped.vertexMap[i];

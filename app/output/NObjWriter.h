@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <ostream>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "app/scene/map_surface.h"
@@ -18,10 +19,14 @@ class NObjWriter {
   NObjWriter(NObjWriter const&) = delete;
   NObjWriter& operator=(NObjWriter const&) = delete;
 
+  /// Begins an object, to which the surfaces that follow belong. A reader takes a name up to its
+  /// first blank, and what has the same name for the same object: blanks and what else such a file
+  /// gives a meaning to become '_', and a name that was there already gets a number behind.
+  void Begin(std::string const& name);
   /// Numbers that aren't finite are written as 0; triangles with an index outside the vertices are
   /// left out.
-  void Add(std::string const& name, data::domain::geometry::NSurface const& surface,
-           NMappedCoords const& mapped, VX_Math::Matrix const& global);
+  void Add(data::domain::geometry::NSurface const& surface, NMappedCoords const& mapped,
+           VX_Math::Matrix const& global);
 
  private:
   void WriteLine(char const* keyword, float const* numbers, int count);
@@ -29,6 +34,7 @@ class NObjWriter {
                       bool isMirrored);
 
   std::ostream& m_out;
+  std::unordered_set<std::string> m_names;
   std::string m_line;
   std::size_t m_written = 0;  // vertices; the file counts them from 1
 };

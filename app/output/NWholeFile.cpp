@@ -1,59 +1,104 @@
 #include "app/output/NWholeFile.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <stdexcept>
 #include <string>
 #include <system_error>
 
+#include "app/output/text.h"
+
 namespace corvanta::app {
 
 namespace {
 
-[[noreturn]] void Refuse() { throw std::runtime_error("can't be written"); }
+namespace fs = std::filesystem;
+
+[[noreturn]] void Refuse(std::string const& reason = "") {
+  throw std::runtime_error("can't be written" + (reason.empty() ? "" : ": " + reason));
+}
 
 std::string GetDescriptorPath(int descriptor) {
   return "/proc/self/fd/" + std::to_string(descriptor);
 }
 
+fs::path GetFolder(fs::path const& place) {
+  return place.has_parent_path() ? place.parent_path() : ".";
+}
+
+// Where links lead, also if there is nothing yet.
+fs::path FollowLinks(fs::path place) {
+  constexpr int kMostLinks = 40;
+  std::error_code error;
+  for (int i = 0; i != kMostLinks && fs::is_symlink(fs::symlink_status(place, error)); ++i) {
+    fs::path const target = fs::read_symlink(place, error);
+    if (error) break;
+    place = GetFolder(place) / target;  // an absolute one stands alone
+  }
+  return place;
+}
+
 }  // namespace
 
-NWholeFile::NWholeFile(std::filesystem::path const& path) : m_place(path) {
-  std::error_code error;
-  auto const status = std::filesystem::status(m_place, error);
-  if (std::filesystem::is_directory(status)) Refuse();
-  if (std::filesystem::exists(status)) {
-    // A link stays one; what it leads to is replaced.
-    auto const real = std::filesystem::canonical(m_place, error);
-    if (!error) m_place = real;
-  }
-  if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+NWholeFile::NWholeFile(fs::path const& path) : m_place(FollowLinks(path)) {
+  struct stat before = {};
+  bool const isThere = stat(m_place.c_str(), &before) == 0;
+  if (isThere && S_ISDIR(before.st_mode)) Refuse("it is a folder");
+  if (isThere && !S_ISREG(before.st_mode)) {
     m_stream.open(m_place, std::ios::binary);
-  } else {
-    m_aside = m_place;
-    m_aside += '.' + std::to_string(getpid()) + ".part";
-    OpenNameless();
-    if (m_nameless < 0) m_stream.open(m_aside, std::ios::binary | std::ios::trunc);
+    if (!m_stream) Refuse();
+    return;
   }
-  if (!m_stream) Refuse();
+  constexpr mode_t kWritable = S_IWUSR | S_IWGRP | S_IWOTH;
+  bool const isWritable = (before.st_mode & kWritable) != 0 &&
+                          faccessat(AT_FDCWD, m_place.c_str(), W_OK, AT_EACCESS) == 0;
+  if (isThere && !isWritable) Refuse("it is read-only");
+  std::error_code error;
+  if (fs::path const folder = GetFolder(m_place); !fs::is_directory(folder, error)) {
+    Refuse("there is no folder " + Quoted(folder.string()));
+  }
+  OpenAside();
+  if (!m_stream) {
+    Close();
+    Refuse();
+  }
+  if (!isThere) return;
+  // The owner first: a change of it may take bits of the mode.
+  if (fchown(m_descriptor, before.st_uid, before.st_gid) != 0) {
+    Close();
+    Refuse("its owner can't be kept");
+  }
+  if (fchmod(m_descriptor, before.st_mode & 07777) != 0) {
+    Close();
+    Refuse("its mode can't be kept");
+  }
 }
 
-NWholeFile::~NWholeFile() {
+NWholeFile::~NWholeFile() { Close(); }
+
+void NWholeFile::OpenAside() {
+  m_aside = m_place;
+  m_aside += '.' + std::to_string(getpid()) + ".part";
+  m_descriptor = open(GetFolder(m_place).c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666);
+  if (m_descriptor >= 0) {
+    m_stream.open(GetDescriptorPath(m_descriptor), std::ios::binary);
+    if (m_stream) return;
+    m_stream.clear();
+    close(m_descriptor);
+  }
+  m_descriptor = open(m_aside.c_str(), O_CREAT | O_TRUNC | O_WRONLY | O_NOFOLLOW | O_CLOEXEC, 0666);
+  m_isNamed = m_descriptor >= 0;
+  m_stream.open(m_aside, std::ios::binary);
+}
+
+void NWholeFile::Close() {
   m_stream.close();
-  if (m_nameless >= 0) close(m_nameless);
-  if (!m_aside.empty()) unlink(m_aside.c_str());
-}
-
-void NWholeFile::OpenNameless() {
-  std::filesystem::path const folder = m_place.has_parent_path() ? m_place.parent_path() : ".";
-  m_nameless = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666);
-  if (m_nameless < 0) return;
-  m_stream.open(GetDescriptorPath(m_nameless), std::ios::binary);
-  if (m_stream) return;
-  m_stream.clear();
-  close(m_nameless);
-  m_nameless = -1;
+  if (m_descriptor >= 0) close(m_descriptor);
+  m_descriptor = -1;
+  if (m_isNamed) unlink(m_aside.c_str());
+  m_isNamed = false;
 }
 
 void NWholeFile::Commit() {
@@ -61,13 +106,15 @@ void NWholeFile::Commit() {
   if (!m_stream) Refuse();
   if (m_aside.empty()) return;
   // A name is given to what has none, and then that of the place.
-  if (m_nameless >= 0 && linkat(AT_FDCWD, GetDescriptorPath(m_nameless).c_str(), AT_FDCWD,
-                                m_aside.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+  if (!m_isNamed && linkat(AT_FDCWD, GetDescriptorPath(m_descriptor).c_str(), AT_FDCWD,
+                           m_aside.c_str(), AT_SYMLINK_FOLLOW) != 0) {
     Refuse();
   }
+  m_isNamed = true;
   std::error_code error;
-  std::filesystem::rename(m_aside, m_place, error);
+  fs::rename(m_aside, m_place, error);
   if (error) Refuse();
+  m_isNamed = false;
 }
 
 }  // namespace corvanta::app

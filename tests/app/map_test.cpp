@@ -1,5 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <tuple>
 
 #include "tests/app/program.h"
 
@@ -91,7 +98,71 @@ TEST_F(MapTest, WritesWhatItMapped) {
 
   Result const refused = Map({"--method", "plane", "-o", "no/such/folder.obj"});
   EXPECT_EQ(refused.status, 1);
-  EXPECT_TRUE(refused.HasOneError("no/such/folder.obj", "written"));
+  EXPECT_TRUE(refused.HasOneError("no/such/folder.obj", "there is no folder \"no/such\""));
+}
+
+TEST_F(MapTest, ModelsStayApartWhateverTheirNames) {
+  nlohmann::json nodes = {{{"name", "top"}, {"children", nlohmann::json::array()}}};
+  for (char const* const name : {"big part", "big hull", "big\tpart", "big_part", "back\\", "#5",
+                                 " ", "g 2", "big_part_2"}) {
+    nodes[0]["children"].push_back(nodes.size());
+    nodes.push_back({{"name", name}, {"mesh", 0}});
+  }
+  m_files.Write("names.gltf", MakeGltf({Triangle()}, nodes));
+  Result const result =
+      RunProgram(m_files, {"map", "names.gltf", "--method", "plane", "-o", "names.obj", "--json"});
+  ASSERT_EQ(result.status, 0) << result.err;
+  auto const again =
+      RunProgram(m_files, {"map", "names.obj", "--method", "plane", "--json"}).Json()["models"];
+  EXPECT_EQ(again.size(), nodes.size() - 1);
+  for (auto const& model : again) EXPECT_EQ(model["vertices"], 3) << model;
+  EXPECT_FALSE(Named(again, "big_hull").is_null()) << again;
+}
+
+TEST_F(MapTest, WhatReplacesAFileIsWholeAndKeepsItsModeAndOwner) {
+  namespace fs = std::filesystem;
+  fs::path const old = m_files.GetFolder() / "old.obj";
+  auto const write = [&](std::string const& place) {
+    return Map({"--method", "plane", "-o", place});
+  };
+  auto const state = [&] {
+    struct stat found = {};
+    stat(old.c_str(), &found);
+    return std::tuple(found.st_mode & 07777u, found.st_uid, found.st_gid);
+  };
+  fs::create_symlink("old.obj", m_files.GetFolder() / "link.obj");
+  ASSERT_EQ(write("link.obj").status, 0) << "of a file that isn't there yet";
+  for (mode_t const mode : {0600u, 0646u, 0755u}) {
+    m_files.Write("old.obj", "before");
+    fs::permissions(old, fs::perms(mode));
+    if (geteuid() == 0) {
+      ASSERT_EQ(chown(old.c_str(), 12345, 54321), 0);
+    }
+    auto const before = state();
+    EXPECT_EQ(write("link.obj").status, 0);
+    EXPECT_EQ(state(), before);
+    EXPECT_NE(support::ReadBytes(m_files.At("old.obj")), "before");
+    EXPECT_TRUE(fs::is_symlink(m_files.GetFolder() / "link.obj"));
+  }
+  m_files.Write("old.obj", "before");
+  fs::permissions(old, fs::perms(0444));
+  EXPECT_TRUE(write("old.obj").HasOneError("old.obj", "read-only"));
+  fs::permissions(old, fs::perms(0644));
+  // What breaks off on the way, here by a limit to the size of files, changes nothing.
+  struct rlimit before = {};
+  getrlimit(RLIMIT_FSIZE, &before);
+  struct rlimit const small = {200, before.rlim_max};
+  signal(SIGXFSZ, SIG_IGN);
+  setrlimit(RLIMIT_FSIZE, &small);
+  Result const full = write("old.obj");
+  setrlimit(RLIMIT_FSIZE, &before);
+  signal(SIGXFSZ, SIG_DFL);
+  EXPECT_EQ(full.status, 1);
+  EXPECT_THAT(full.err, HasSubstr("old.obj: can't be written"));
+  EXPECT_EQ(support::ReadBytes(m_files.At("old.obj")), "before");
+  for (auto const& entry : fs::directory_iterator(m_files.GetFolder())) {
+    EXPECT_NE(entry.path().extension(), ".part");
+  }
 }
 
 TEST_F(MapTest, RefusesInOneLine) {
@@ -100,6 +171,9 @@ TEST_F(MapTest, RefusesInOneLine) {
                                              {"--method", "cone"},
                                              {"--method", "plane", "--scale", "1,0,1"},
                                              {"--method", "plane", "--scale", "1,2"},
+                                             {"--method", "plane", "--scale", "1,1e-60,1"},
+                                             {"--method", "plane", "--translate", "0,1e39,0"},
+                                             {"--method", "plane", "--repeat", "-1e39"},
                                              {"--method", "plane", "--translate", "1,2,nan"},
                                              {"--method", "plane", "--rotate", "1,2,3,4"},
                                              {"--method", "plane", "--repeat", "1,"},
@@ -114,6 +188,3 @@ TEST_F(MapTest, RefusesInOneLine) {
 
 }  // namespace
 }  // namespace corvanta::app_tests
-                                             {"--method", "plane", "--scale", "1,1e-60,1"},
-                                             {"--method", "plane", "--translate", "0,1e39,0"},
-                                             {"--method", "plane", "--repeat", "-1e39"},
