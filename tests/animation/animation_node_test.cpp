@@ -5,10 +5,8 @@ namespace {
 
 using data::operators::animation::NKeyData;
 using data::operators::animation::NKeyFrameAnimation;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using CurvePointer = boost::intrusive_ptr<NKeyFrameAnimation>;
-using TargetPointer = boost::intrusive_ptr<NAnimationTarget>;
+using CurvePointer = Pointer<NKeyFrameAnimation>;
+using TargetPointer = Pointer<NAnimationTarget>;
 using Writes = std::vector<std::pair<std::wstring, double>>;
 
 /// Writes down every attribute change; `react` runs after that.
@@ -35,20 +33,19 @@ CurvePointer MakeCurve(std::vector<NKeyData> const& keys) {
 
 class Animation : public testing::Test {
  protected:
-  boost::intrusive_ptr<events::attribute_change::NMultiplexer> multiplexer{
+  Pointer<events::attribute_change::NMultiplexer> multiplexer{
       new events::attribute_change::NMultiplexer};
-  boost::intrusive_ptr<light::NLightDomain> lights{
-      new light::NLightDomain(nullptr, multiplexer.get())};
-  boost::intrusive_ptr<NAnimationDomain> animations{new NAnimationDomain(nullptr, nullptr)};
-  boost::intrusive_ptr<light::NLightNode> light = lights->CreateNode(core::node::NNodeID());
-  boost::intrusive_ptr<NAnimationNode> node = animations->CreateNode(core::node::NNodeID());
-  boost::intrusive_ptr<Recorder> recorder{new Recorder};
+  Pointer<light::NLightDomain> lights{new light::NLightDomain(nullptr, multiplexer.get())};
+  Pointer<NAnimationDomain> animations{new NAnimationDomain(nullptr, nullptr)};
+  Pointer<light::NLightNode> light = lights->CreateNode(NNodeID());
+  Pointer<NAnimationNode> node = animations->CreateNode(NNodeID());
+  Pointer<Recorder> recorder{new Recorder};
   TargetPointer target = MakeTarget();
   CurvePointer line = MakeCurve({{0.0, 0.0}, {100.0, 1.0}});
 
   void SetUp() override { multiplexer->AddObserver(*recorder); }
   TargetPointer MakeTarget() const {
-    return new NNodeAnimationTarget(core::node::NNodeReference<NNode>(light));
+    return new NNodeAnimationTarget(NNodeReference<NNode>(light));
   }
   bool Bind(wchar_t const* name, CurvePointer const& curve) {
     return node->AddAnimation({name, target}, *curve);
@@ -137,7 +134,7 @@ TEST_F(Animation, EditsDuringAFrameCountFromTheNext) {
 
 TEST_F(Animation, CopiesShareCurvesAndTargets) {
   Bind(L"color.r", line);
-  auto const copy = animations->CreateNode(core::node::NNodeID());
+  auto const copy = animations->CreateNode(NNodeID());
   copy->AddAnimation({L"color.g", target}, *line);
   node->CopyTo(*copy);
   node->CopyTo(*node);
@@ -164,7 +161,7 @@ TEST_F(Animation, ContextsOrderByTargetAndName) {
 
 class TimeLine : public Animation {
  protected:
-  boost::intrusive_ptr<timeline::NTimeLine> player{new timeline::NTimeLine(node)};
+  Pointer<timeline::NTimeLine> player{new timeline::NTimeLine(node)};
 
   void SetUp() override {
     Animation::SetUp();
@@ -251,14 +248,14 @@ TEST_F(TimeLine, WithoutItsAnimationNothingMoves) {
 
 TEST_F(TimeLine, ManagerHoldsEachOnceInOrderOfCreation) {
   timeline::NTimeLineManager manager;
-  boost::intrusive_ptr<timeline::NTimeLine> const second(new timeline::NTimeLine(node));
+  Pointer<timeline::NTimeLine> const second(new timeline::NTimeLine(node));
   EXPECT_TRUE(manager.AddTimeLine(*second));
   EXPECT_TRUE(manager.AddTimeLine(*player));
   EXPECT_FALSE(manager.AddTimeLine(*player));
   EXPECT_THAT(manager.GetTimeLines(), ElementsAre(player, second));
   auto* const unheld = new timeline::NTimeLine(node);
   EXPECT_FALSE(manager.RemoveTimeLine(*unheld));  // and it lives on
-  boost::intrusive_ptr<timeline::NTimeLine> const held(unheld);
+  Pointer<timeline::NTimeLine> const held(unheld);
   EXPECT_TRUE(manager.RemoveTimeLine(*player));
   EXPECT_FALSE(manager.RemoveTimeLine(*player));
   manager.ClearAll();

@@ -4,10 +4,7 @@
 namespace corvanta::data::operators::animation {
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
-using CurvePointer = boost::intrusive_ptr<NKeyFrameAnimation>;
+using CurvePointer = Pointer<NKeyFrameAnimation>;
 
 CurvePointer MakeCurve(std::vector<NKeyData> const& keys) {
   CurvePointer curve(new NKeyFrameAnimation);

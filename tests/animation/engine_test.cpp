@@ -3,12 +3,6 @@
 namespace corvanta::data::animation {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
 using Engine = World;
 
 TEST_F(Engine, StepsClampOrWrapOnceAtTheEnds) {
@@ -71,19 +65,19 @@ TEST_F(Engine, SurvivesTimesThatAreNone) {
 
 class Discrete : public World {
  protected:
-  boost::intrusive_ptr<domain::material::NMaterialDomain> materials{
+  Pointer<domain::material::NMaterialDomain> materials{
       new domain::material::NMaterialDomain(manager.get(), nullptr, nullptr, nullptr)};
-  boost::intrusive_ptr<domain::environment::NEnvironmentDomain> environments{
+  Pointer<domain::environment::NEnvironmentDomain> environments{
       new domain::environment::NEnvironmentDomain(manager.get(), nullptr, nullptr, nullptr)};
-  boost::intrusive_ptr<domain::scene::NSceneDomain> scenes{
+  Pointer<domain::scene::NSceneDomain> scenes{
       new domain::scene::NSceneDomain(manager.get(), nullptr, nullptr, nullptr)};
-  boost::intrusive_ptr<domain::material::NMaterialNode> a = materials->CreateNode(NNodeID());
-  boost::intrusive_ptr<domain::material::NMaterialNode> b = materials->CreateNode(NNodeID());
-  boost::intrusive_ptr<item::NSceneGraphModelNode> model =
+  Pointer<domain::material::NMaterialNode> a = materials->CreateNode(NNodeID());
+  Pointer<domain::material::NMaterialNode> b = materials->CreateNode(NNodeID());
+  Pointer<item::NSceneGraphModelNode> model =
       items->CreateNode<item::NSceneGraphModelNode>(NNodeID());
-  boost::intrusive_ptr<item::NSceneGraphModelNode> other =
+  Pointer<item::NSceneGraphModelNode> other =
       items->CreateNode<item::NSceneGraphModelNode>(NNodeID());
-  boost::intrusive_ptr<switches::NMaterialSwitch> chooser{new switches::NMaterialSwitch};
+  Pointer<switches::NMaterialSwitch> chooser{new switches::NMaterialSwitch};
 
   void SetUp() override {
     chooser->AddMaterial(a, 0);
@@ -140,13 +134,13 @@ TEST_F(Discrete, SmallStepsFireEachKeyOnceEitherWay) {
   struct Counter final : events::scene_graph_model::NListener {
     int count = 0;
     void OnGeometryChange(item::NSceneGraphModelNode const&,
-                          boost::intrusive_ptr<domain::geometry::NGeometryNode> const&) override {}
+                          Pointer<domain::geometry::NGeometryNode> const&) override {}
     void OnMaterialChange(item::NSceneGraphModelNode const&,
-                          boost::intrusive_ptr<domain::material::NMaterialNode> const&) override {
+                          Pointer<domain::material::NMaterialNode> const&) override {
       ++count;
     }
   };
-  boost::intrusive_ptr<Counter> const counter(new Counter);
+  Pointer<Counter> const counter(new Counter);
   model->AddObserver(*counter);
   for (int time = 1; time <= 290; ++time) AddMaterialKey(static_cast<unsigned>(time % 2), time);
   for (double const delta : {0.1, -0.1, 1.0 / 30.0, -1.0 / 30.0, 0.7, -0.7}) {
@@ -194,8 +188,8 @@ TEST_F(Discrete, ChoicesAreLookedUpWhenTheKeysAreTakenOver) {
 
 TEST_F(Discrete, ModelKeysShowOneSetAndHideTheOthers) {
   using Set = switches::detail::NModelSet;
-  boost::intrusive_ptr<switches::NModelSwitch> const sets(new switches::NModelSwitch);
-  boost::intrusive_ptr<Set> const first(new Set), second(new Set);
+  Pointer<switches::NModelSwitch> const sets(new switches::NModelSwitch);
+  Pointer<Set> const first(new Set), second(new Set);
   first->SetName(L"first");
   first->AddNode(model);
   second->AddNode(other);
@@ -235,7 +229,7 @@ TEST_F(Discrete, ModelKeysShowOneSetAndHideTheOthers) {
 }
 
 TEST_F(Discrete, TheEnvironmentCrossedLastComesToEveryScene) {
-  std::vector<boost::intrusive_ptr<domain::environment::NEnvironmentNode>> made;
+  std::vector<Pointer<domain::environment::NEnvironmentNode>> made;
   for (int i = 0; i != 3; ++i) {
     made.push_back(environments->CreateNode(NNodeID()));
     KeyPointer const key(new NAnimationKey);
@@ -310,7 +304,7 @@ TEST_F(Engine, StepsNestAndOutliveTheirAnimation) {
   // The same from within the signal, with another listener behind.
   recorder->react = nullptr;
   animation.reset(new NAnimation);
-  boost::intrusive_ptr<TimeRecorder> const behind(new TimeRecorder);
+  Pointer<TimeRecorder> const behind(new TimeRecorder);
   animation->GetEngine().AddObserver(*times);
   animation->GetEngine().AddObserver(*behind);
   times->react = [&](double) { animation.reset(); };

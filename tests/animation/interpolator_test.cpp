@@ -4,10 +4,6 @@ namespace corvanta::data::animation {
 namespace {
 
 using Spline = CubicSplineInterpolator<double, double>;
-using VX_Math::Quaternion;
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 boost::shared_ptr<std::vector<double>> Times(std::vector<double> const& times) {
   return boost::make_shared<std::vector<double>>(times);
@@ -165,7 +161,7 @@ TEST(Squad, EqualsTheClosedForm) {
   for (std::size_t const n : {2u, 3u, 5u, 100u}) {
     std::vector<Quaternion> keys;
     std::vector<double> times;
-    VX_Math::Vec3 angles;
+    Vec3 angles;
     for (std::size_t i = 0; i != n; ++i) {
       angles += {turn(random), 0.5f * turn(random), turn(random)};
       Quaternion q = VX_Math::CreateQuaternion(angles, false);

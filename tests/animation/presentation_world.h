@@ -7,10 +7,9 @@
 namespace corvanta::data::animation {
 
 namespace item = domain::scenegraph::item;
-using core::node::NNodeID;
-using KeyPointer = boost::intrusive_ptr<NAnimationKey>;
-using Group = boost::intrusive_ptr<item::NSceneGraphGroupNode>;
-using Camera = boost::intrusive_ptr<item::NSceneGraphCameraNode>;
+using KeyPointer = Pointer<NAnimationKey>;
+using Group = Pointer<item::NSceneGraphGroupNode>;
+using Camera = Pointer<item::NSceneGraphCameraNode>;
 using Writes = std::vector<std::pair<std::wstring, double>>;
 using Triple = NAnimationKey::Triple;
 
@@ -55,20 +54,19 @@ class Args final : public NAnimationEngineArgs {
 
 class World : public testing::Test {
  protected:
-  boost::intrusive_ptr<core::domain::NDomainManager> manager{new core::domain::NDomainManager};
-  boost::intrusive_ptr<events::attribute_change::NMultiplexer> attributes{
+  Pointer<core::domain::NDomainManager> manager{new core::domain::NDomainManager};
+  Pointer<events::attribute_change::NMultiplexer> attributes{
       new events::attribute_change::NMultiplexer};
-  boost::intrusive_ptr<item::NSceneGraphItemDomain> items{
+  Pointer<item::NSceneGraphItemDomain> items{
       new item::NSceneGraphItemDomain(manager.get(), attributes.get(), nullptr, nullptr, nullptr)};
-  boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeDomain> trees{
+  Pointer<domain::scenegraph::tree::NSceneGraphTreeDomain> trees{
       new domain::scenegraph::tree::NSceneGraphTreeDomain(manager.get(), nullptr, nullptr)};
-  boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeNode> tree =
-      trees->CreateNode(NNodeID());
+  Pointer<domain::scenegraph::tree::NSceneGraphTreeNode> tree = trees->CreateNode(NNodeID());
   Group root = MakeGroup();
-  boost::intrusive_ptr<NAnimation> animation{new NAnimation};
+  Pointer<NAnimation> animation{new NAnimation};
   NAnimationEngine& engine = animation->GetEngine();
-  boost::intrusive_ptr<AttributeRecorder> recorder{new AttributeRecorder};
-  boost::intrusive_ptr<TimeRecorder> times{new TimeRecorder};
+  Pointer<AttributeRecorder> recorder{new AttributeRecorder};
+  Pointer<TimeRecorder> times{new TimeRecorder};
   Args args;
 
   World() {
@@ -79,7 +77,7 @@ class World : public testing::Test {
 
   Group MakeGroup() { return items->CreateNode<item::NSceneGraphGroupNode>(NNodeID()); }
   template <class T>
-  domain::scenegraph::NSceneGraphPath<T> MakePath(boost::intrusive_ptr<T> const& node) const {
+  domain::scenegraph::NSceneGraphPath<T> MakePath(Pointer<T> const& node) const {
     return domain::scenegraph::NSceneGraphPath<T>(node, tree);
   }
   KeyPointer MakeItemKey(Group const& group, Triple const& translation) const {

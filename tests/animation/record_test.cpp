@@ -3,9 +3,7 @@
 namespace corvanta::data::animation {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-using AnimationPointer = boost::intrusive_ptr<NAnimation>;
+using AnimationPointer = Pointer<NAnimation>;
 
 /// Writes down what it hears by name; `react` runs after that.
 class Recorder final : public NAnimationListener {
@@ -58,7 +56,7 @@ TEST(AnimationKey, StartsWithNothingAndCopiesEverything) {
 class Record : public testing::Test {
  protected:
   AnimationPointer animation = MakeAnimation(L"tour");
-  boost::intrusive_ptr<Recorder> recorder{new Recorder};
+  Pointer<Recorder> recorder{new Recorder};
 
   void SetUp() override { animation->AddObserver(*recorder); }
 };
@@ -134,7 +132,7 @@ TEST_F(Record, AListenerMayThrowOrEndTheAnimation) {
 class Manager : public testing::Test {
  protected:
   NAnimationManager manager;
-  boost::intrusive_ptr<Recorder> recorder{new Recorder};
+  Pointer<Recorder> recorder{new Recorder};
   AnimationPointer a = MakeAnimation(L"a");
   AnimationPointer b = MakeAnimation(L"b");
 

@@ -4,9 +4,6 @@
 namespace corvanta::data::animation {
 namespace {
 
-using testing::IsEmpty;
-using VX_Math::Quaternion;
-
 /// One channel the plain way: a map from each segment's first time to an interpolator of its own,
 /// the entry before the time asked for. Times must differ.
 template <class Made, class Value>
@@ -160,8 +157,7 @@ TEST_F(Tracks, EqualInterpolatorsOfTheirOwnInAMap) {
       ASSERT_EQ(Read(moved, L"translation.z"), zMap(now)) << now;
       ASSERT_EQ(Read(moved, L"scale.y"), scaleMap(now)) << now;
       ASSERT_EQ(Read(moved, L"rotation.pivot.z"), pivotMap(now)) << now;
-      VX_Math::Vec3 const radians =
-          VX_Math::DecomposeToEulerAngles(VX_Math::Matrix(rotationMap(now)));
+      Vec3 const radians = VX_Math::DecomposeToEulerAngles(Matrix(rotationMap(now)));
       ASSERT_EQ(Read(moved, L"rotation.x"), radians.x * 57.2957763671875f) << now;
       ASSERT_EQ(Read(moved, L"rotation.z"), radians.z * 57.2957763671875f) << now;
     }
@@ -173,10 +169,9 @@ TEST_F(Tracks, WriteInOrderAndOnlyWhereTheirKeysAre) {
   Writes const writes = PlayAt(1.5);
   std::vector<std::wstring> names;
   for (auto const& [name, value] : writes) names.push_back(name);
-  EXPECT_THAT(names, testing::ElementsAre(L"translation.x", L"translation.y", L"translation.z",
-                                          L"scale.x", L"scale.y", L"scale.z", L"rotation.pivot.x",
-                                          L"rotation.pivot.y", L"rotation.pivot.z", L"rotation.x",
-                                          L"rotation.y", L"rotation.z"));
+  EXPECT_THAT(names, ElementsAre(L"translation.x", L"translation.y", L"translation.z", L"scale.x",
+                                 L"scale.y", L"scale.z", L"rotation.pivot.x", L"rotation.pivot.y",
+                                 L"rotation.pivot.z", L"rotation.x", L"rotation.y", L"rotation.z"));
   EXPECT_EQ(writes.front().second, 1.5);
   struct Row {
     double from, to;

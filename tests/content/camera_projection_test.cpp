@@ -5,9 +5,6 @@
 namespace corvanta::data::domain::camera {
 namespace {
 
-using VX_Math::Matrix;
-using VX_Math::Vec3;
-
 constexpr double kDegree = std::numbers::pi / 180.0;
 
 // Everything that a projection depends on.
@@ -89,8 +86,8 @@ void ExpectMatrix(Matrix const& m, Expected const& e) {
 
 class CameraProjection : public testing::Test {
  protected:
-  boost::intrusive_ptr<NCameraDomain> domain{new NCameraDomain(nullptr, nullptr)};
-  boost::intrusive_ptr<NCameraNode> camera = domain->CreateNode(core::node::NNodeID());
+  Pointer<NCameraDomain> domain{new NCameraDomain(nullptr, nullptr)};
+  Pointer<NCameraNode> camera = domain->CreateNode(NNodeID());
 };
 
 TEST_F(CameraProjection, IsThatOfTheViewsFourSides) {
@@ -191,7 +188,7 @@ TEST_F(CameraProjection, ShiftsAreNotCopied) {
 
   Case const shifted{.vertical = 50.0, .shiftY = 0.25, .stereoX = 0.5, .screen = 4.0};
   Project(*camera, shifted);
-  auto const target = domain->CreateNode(core::node::NNodeID());
+  auto const target = domain->CreateNode(NNodeID());
   camera->CopyTo(*target);
   EXPECT_EQ(target->GetStereoShiftX(), 0.0);
   EXPECT_EQ(target->GetStereoScreenDistance(), 1.0);

@@ -3,9 +3,7 @@
 namespace corvanta::data::domain::detail {
 namespace {
 
-using core::node::NNodeID;
 using testing::ElementsAreArray;
-using testing::IsEmpty;
 
 // Turns the three around and adds to each, so that no two of them can be mistaken for each other.
 class Turn final : public core::color::ColorTransform {
@@ -33,9 +31,9 @@ class Recorder final : public events::attribute_change::NListener {
 
 class ColorTranslator : public testing::Test {
  protected:
-  boost::intrusive_ptr<events::attribute_change::NMultiplexer> multiplexer{
+  Pointer<events::attribute_change::NMultiplexer> multiplexer{
       new events::attribute_change::NMultiplexer};
-  boost::intrusive_ptr<Recorder> recorder{new Recorder};
+  Pointer<Recorder> recorder{new Recorder};
   Turn turn;
   NNodeColorTranslator translator{turn};
 
@@ -67,11 +65,10 @@ class ColorTranslator : public testing::Test {
 };
 
 TEST_F(ColorTranslator, TranslatesTheColorsOfThreeKinds) {
-  boost::intrusive_ptr<light::NLightDomain> const lights(
-      new light::NLightDomain(nullptr, multiplexer.get()));
-  boost::intrusive_ptr<environment::NEnvironmentDomain> const environments(
+  Pointer<light::NLightDomain> const lights(new light::NLightDomain(nullptr, multiplexer.get()));
+  Pointer<environment::NEnvironmentDomain> const environments(
       new environment::NEnvironmentDomain(nullptr, multiplexer.get(), nullptr, nullptr));
-  boost::intrusive_ptr<material::NMaterialDomain> const materials(
+  Pointer<material::NMaterialDomain> const materials(
       new material::NMaterialDomain(nullptr, multiplexer.get(), nullptr, nullptr));
   ExpectTranslated(*lights->CreateNode(NNodeID()), {L"color"});
   ExpectTranslated(*environments->CreateNode(NNodeID()),
@@ -81,7 +78,7 @@ TEST_F(ColorTranslator, TranslatesTheColorsOfThreeKinds) {
 }
 
 TEST_F(ColorTranslator, LeavesOtherKindsAloneWhateverTheirAttributes) {
-  boost::intrusive_ptr<texture::NTextureDomain> const textures(
+  Pointer<texture::NTextureDomain> const textures(
       new texture::NTextureDomain(nullptr, multiplexer.get(), nullptr));
   auto const texture = textures->CreateNode(NNodeID());
   for (wchar_t const* const name : {L"color.r", L"color.g", L"color.b"}) {
@@ -93,7 +90,7 @@ TEST_F(ColorTranslator, LeavesOtherKindsAloneWhateverTheirAttributes) {
 }
 
 TEST_F(ColorTranslator, OutlivesAHandlerThatLetsTheNodeGo) {
-  boost::intrusive_ptr<material::NMaterialDomain> const materials(
+  Pointer<material::NMaterialDomain> const materials(
       new material::NMaterialDomain(nullptr, multiplexer.get(), nullptr, nullptr));
   NNode& node = *materials->CreateNode(NNodeID());
   recorder->react = [&] { materials->RemoveNode(static_cast<material::NMaterialNode&>(node)); };

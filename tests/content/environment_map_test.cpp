@@ -4,8 +4,6 @@ namespace corvanta::data::environment_map {
 namespace {
 
 using domain::image::NImageDomain;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class Recorder final : public NEnvironmentMapListener {
  public:
@@ -28,8 +26,8 @@ class Scaling final : public NEnvironmentMapTransform {
   explicit Scaling(float const& factor) : m_factor(factor) {}
 
  private:
-  VX_Math::Matrix GetTransformImpl() const override {
-    VX_Math::Matrix m;
+  Matrix GetTransformImpl() const override {
+    Matrix m;
     m.SetScale(m_factor);
     return m;
   }
@@ -38,9 +36,9 @@ class Scaling final : public NEnvironmentMapTransform {
 
 class EnvironmentMap : public testing::Test {
  protected:
-  boost::intrusive_ptr<NEnvironmentMap> map{new NEnvironmentMap};
-  boost::intrusive_ptr<Recorder> recorder{new Recorder};
-  boost::intrusive_ptr<NImageDomain> images{new NImageDomain(nullptr, nullptr)};
+  Pointer<NEnvironmentMap> map{new NEnvironmentMap};
+  Pointer<Recorder> recorder{new Recorder};
+  Pointer<NImageDomain> images{new NImageDomain(nullptr, nullptr)};
 
   void SetUp() override { EXPECT_TRUE(map->AddObserver(*recorder)); }
   std::vector<std::string> Heard() { return std::exchange(recorder->heard, {}); }
@@ -54,7 +52,7 @@ TEST_F(EnvironmentMap, StartsAsACubeMapOfNothing) {
 }
 
 TEST_F(EnvironmentMap, TellsOfEveryTypeAndImageThatItIsGiven) {
-  auto image = images->CreateNode(core::node::NNodeID());
+  auto image = images->CreateNode(NNodeID());
   recorder->react = [&](NEnvironmentMap const& changed) {
     EXPECT_EQ(&changed, map.get());
     EXPECT_EQ(changed.GetImage(), image);
@@ -75,7 +73,7 @@ TEST_F(EnvironmentMap, TellsOfEveryTypeAndImageThatItIsGiven) {
 
 TEST_F(EnvironmentMap, AsksItsTransformAnewAndSaysNothingOfIt) {
   float factor = 2.0f;
-  boost::intrusive_ptr<Scaling> scaling(new Scaling(factor));
+  Pointer<Scaling> scaling(new Scaling(factor));
   map->SetTransform(*scaling);
   scaling.reset();
   map->SetTransform(*map->GetTransform());
@@ -85,7 +83,7 @@ TEST_F(EnvironmentMap, AsksItsTransformAnewAndSaysNothingOfIt) {
 }
 
 TEST_F(EnvironmentMap, OutlivesAHandlerThatLetsItGo) {
-  boost::intrusive_ptr<Recorder> const second(new Recorder);
+  Pointer<Recorder> const second(new Recorder);
   map->AddObserver(*second);
   recorder->react = [&](NEnvironmentMap const&) { map.reset(); };
   map->SetImageType(NEMIT_RECTANGULAR);

@@ -9,8 +9,6 @@ namespace {
 using core::locator::NLocator;
 using core::uri::NPath;
 using core::uri::NUri;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class Recorder final : public events::attribute_change::NListener {
  public:
@@ -30,11 +28,11 @@ class ImageNode : public testing::Test {
   std::filesystem::path folder =
       std::filesystem::path(testing::TempDir()) /
       ("corvanta_image_node." + std::to_string(getpid()));  // tests run side by side
-  boost::intrusive_ptr<events::attribute_change::NMultiplexer> multiplexer{
+  Pointer<events::attribute_change::NMultiplexer> multiplexer{
       new events::attribute_change::NMultiplexer};
-  boost::intrusive_ptr<Recorder> recorder{new Recorder};
-  boost::intrusive_ptr<NImageDomain> domain{new NImageDomain(nullptr, multiplexer.get())};
-  boost::intrusive_ptr<NImageNode> node = domain->CreateNode(core::node::NNodeID());
+  Pointer<Recorder> recorder{new Recorder};
+  Pointer<NImageDomain> domain{new NImageDomain(nullptr, multiplexer.get())};
+  Pointer<NImageNode> node = domain->CreateNode(NNodeID());
 
   void SetUp() override {
     std::filesystem::create_directories(folder);
@@ -57,7 +55,7 @@ class ImageNode : public testing::Test {
   std::vector<std::wstring> Heard() { return std::exchange(recorder->heard, {}); }
 };
 
-std::string Content(boost::intrusive_ptr<resource::image::NImage> const& image) {
+std::string Content(Pointer<resource::image::NImage> const& image) {
   return {static_cast<char const*>(image->GetData()), image->GetDataByteLength()};
 }
 
@@ -127,7 +125,7 @@ TEST_F(ImageNode, CopiesTheHintWithoutAskingTheFileAndTheLocatorLast) {
   NLocator const photo = Write("photo.jpg", "none");
   node->SetImageLocator(photo);
   std::filesystem::remove(folder / "photo.jpg");
-  auto target = domain->CreateNode(core::node::NNodeID());
+  auto target = domain->CreateNode(NNodeID());
   Heard();
   recorder->react = [&] { EXPECT_TRUE(target->GetImageLocator() == NLocator()); };
   node->CopyTo(*target);

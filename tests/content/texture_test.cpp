@@ -3,14 +3,13 @@
 namespace corvanta::data::domain::texture {
 namespace {
 
-using core::node::NNodeID;
-using ImageReference = core::node::NNodeReference<image::NImageNode>;
+using ImageReference = NNodeReference<image::NImageNode>;
 
 class Recorder final : public events::texture::NListener {
  public:
   int count = 0;
   NTextureNode const* texture = nullptr;
-  boost::intrusive_ptr<image::NImageNode> image;  // as the handler reads it
+  Pointer<image::NImageNode> image;  // as the handler reads it
   std::function<void()> react;
 
  private:
@@ -24,14 +23,12 @@ class Recorder final : public events::texture::NListener {
 
 class Texture : public testing::Test {
  protected:
-  boost::intrusive_ptr<events::texture::NMultiplexer> multiplexer{
-      new events::texture::NMultiplexer};
-  boost::intrusive_ptr<Recorder> recorder{new Recorder};
-  boost::intrusive_ptr<image::NImageDomain> images{new image::NImageDomain(nullptr, nullptr)};
-  boost::intrusive_ptr<NTextureDomain> domain{
-      new NTextureDomain(nullptr, nullptr, multiplexer.get())};
-  boost::intrusive_ptr<image::NImageNode> image = images->CreateNode(NNodeID());
-  boost::intrusive_ptr<NTextureNode> node = domain->CreateNode(NNodeID());
+  Pointer<events::texture::NMultiplexer> multiplexer{new events::texture::NMultiplexer};
+  Pointer<Recorder> recorder{new Recorder};
+  Pointer<image::NImageDomain> images{new image::NImageDomain(nullptr, nullptr)};
+  Pointer<NTextureDomain> domain{new NTextureDomain(nullptr, nullptr, multiplexer.get())};
+  Pointer<image::NImageNode> image = images->CreateNode(NNodeID());
+  Pointer<NTextureNode> node = domain->CreateNode(NNodeID());
 
   void SetUp() override { multiplexer->AddObserver(*recorder); }
 };
@@ -70,7 +67,7 @@ TEST_F(Texture, CopiesItsImageWithoutASignal) {
 }
 
 TEST_F(Texture, WithoutAMultiplexerTellsItsOwnObservers) {
-  boost::intrusive_ptr<NTextureDomain> const quiet(new NTextureDomain(nullptr, nullptr, nullptr));
+  Pointer<NTextureDomain> const quiet(new NTextureDomain(nullptr, nullptr, nullptr));
   auto const texture = quiet->CreateNode(NNodeID());
   ASSERT_TRUE(texture);
   texture->SetImage(image);

@@ -3,13 +3,10 @@
 namespace corvanta::core::attribute {
 namespace {
 
-using testing::ElementsAre;
 using variant::NVariant;
 
 constexpr long kMost = std::numeric_limits<long>::max();
 constexpr long kLeast = std::numeric_limits<long>::min();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// A host that writes down what changed; `react` runs after that.
 class Host : public NAttributeHost {
@@ -25,7 +22,7 @@ class Host : public NAttributeHost {
     if (react) react(attribute);
   }
 };
-using HostPointer = boost::intrusive_ptr<Host>;
+using HostPointer = Pointer<Host>;
 
 TEST(Variants, ConvertWhenTheyAreRead) {
   enum Plain : long { kPlain = 7 };

@@ -7,12 +7,9 @@ using data::domain::camera::NCameraDomain;
 using data::domain::camera::NCameraNode;
 using data::domain::light::NLightDomain;
 using data::domain::light::NLightNode;
-using node::NNodeID;
-using node::NNodeReference;
-using testing::ElementsAre;
 
-using LightPointer = boost::intrusive_ptr<NLightNode>;
-using DomainPointer = boost::intrusive_ptr<NLightDomain>;
+using LightPointer = Pointer<NLightNode>;
+using DomainPointer = Pointer<NLightDomain>;
 
 DomainPointer MakeDomain(NDomainManager const* manager = nullptr) {
   return new NLightDomain(manager, nullptr);
@@ -208,7 +205,7 @@ TEST(Domains, RefusedNodeIsNeitherDestroyedNorRenamed) {
   EXPECT_EQ(other->QueryNode(named->GetID()), nullptr);
   EXPECT_TRUE(elsewhere.RemoveNamedObject(*named));
   EXPECT_TRUE(other->AddNode(*named));
-  boost::intrusive_ptr<NCameraNode> const camera(new NCameraNode(NNodeID(), nullptr, nullptr));
+  Pointer<NCameraNode> const camera(new NCameraNode(NNodeID(), nullptr, nullptr));
   EXPECT_FALSE(static_cast<NDomainBase&>(*other).AddNode(*camera)) << "another kind of node";
   EXPECT_EQ(camera->GetDomain(), nullptr);
   EXPECT_EQ(Order(*other).size(), 2u);
@@ -259,7 +256,7 @@ TEST(Domains, NodesMayAskForDomainAndManagerInTheirEnd) {
       manager.RegisterDomain(
           *domain, locator::NLocator(uri::NUri::CreateInternalUri(uri::NPath(name))), L"");
       for (int i = 0; i != 2; ++i) {
-        boost::intrusive_ptr<LastWords> const node(new LastWords(NNodeID(), domain.get(), log));
+        Pointer<LastWords> const node(new LastWords(NNodeID(), domain.get(), log));
         ASSERT_TRUE(domain->AddNode(*node));
       }
     }

@@ -7,7 +7,7 @@ class Named : public NNamedObject {
  public:
   explicit Named(std::wstring const& name) : NNamedObject(name) {}
 };
-using NamedPointer = boost::intrusive_ptr<Named>;
+using NamedPointer = Pointer<Named>;
 
 class SharedNamespace : public NNamespace {};
 
@@ -113,8 +113,8 @@ class Model {
   }
 
   std::mt19937 m_random;
-  boost::intrusive_ptr<NStrictNamespace> const m_space{new NStrictNamespace};
-  boost::intrusive_ptr<Hearing> const m_listener{new Hearing};
+  Pointer<NStrictNamespace> const m_space{new NStrictNamespace};
+  Pointer<Hearing> const m_listener{new Hearing};
   std::vector<std::pair<NamedPointer, std::wstring>> m_names;
   std::map<std::wstring, int> m_numbers;
 };
@@ -144,7 +144,7 @@ TEST(Names, ATextThatIsTakenLeavesTheObjectANumberOfItsOwn) {
 }
 
 TEST(Names, AnObjectStandsInOneNamespace) {
-  boost::intrusive_ptr<NStrictNamespace> first(new NStrictNamespace), second(new NStrictNamespace);
+  Pointer<NStrictNamespace> first(new NStrictNamespace), second(new NStrictNamespace);
   NamedPointer const object(new Named(L"a")), copy(new Named(*object));
   EXPECT_TRUE(first->AddNamedObject(*object));
   EXPECT_FALSE(second->AddNamedObject(*object));
@@ -159,7 +159,7 @@ TEST(Names, AnObjectStandsInOneNamespace) {
 }
 
 TEST(Names, AreSharedWhereTheNamespaceIsNotStrict) {
-  boost::intrusive_ptr<SharedNamespace> const space(new SharedNamespace);
+  Pointer<SharedNamespace> const space(new SharedNamespace);
   NamedPointer const a(new Named(L"x")), b(new Named(L"x")), c(new Named(L"y"));
   EXPECT_TRUE(space->AddNamedObject(*a));
   EXPECT_TRUE(space->AddUnderFreeName(*b));
@@ -172,9 +172,9 @@ TEST(Names, AreSharedWhereTheNamespaceIsNotStrict) {
 }
 
 TEST(Names, HandlerMayRenameAgainAndDropNamespaceAndObject) {
-  boost::intrusive_ptr<NStrictNamespace> space(new NStrictNamespace);
+  Pointer<NStrictNamespace> space(new NStrictNamespace);
   NamedPointer object(new Named(L"a"));
-  boost::intrusive_ptr<Hearing> const listener(new Hearing);
+  Pointer<Hearing> const listener(new Hearing);
   EXPECT_TRUE(space->AddNameListener(*listener));
   EXPECT_FALSE(space->AddNameListener(*listener));
   space->AddNamedObject(*object);
@@ -190,10 +190,10 @@ TEST(Names, HandlerMayRenameAgainAndDropNamespaceAndObject) {
 }
 
 TEST(Names, ListenersAreHeldWeaklyAndCanBeRemoved) {
-  boost::intrusive_ptr<NStrictNamespace> const space(new NStrictNamespace);
+  Pointer<NStrictNamespace> const space(new NStrictNamespace);
   NamedPointer const object(new Named(L"a"));
   space->AddNamedObject(*object);
-  boost::intrusive_ptr<Hearing> removed(new Hearing), dead(new Hearing);
+  Pointer<Hearing> removed(new Hearing), dead(new Hearing);
   space->AddNameListener(*removed);
   space->AddNameListener(*dead);
   dead.reset();

@@ -29,7 +29,7 @@ class Listener : public virtual NReferenceCountableWithWeakReference {
  private:
   int* const m_alive;
 };
-using ListenerPointer = boost::intrusive_ptr<Listener>;
+using ListenerPointer = Pointer<Listener>;
 
 class Subject : public NObservable<Subject, Listener>,
                 public virtual NReferenceCountableWithWeakReference {
@@ -193,7 +193,7 @@ class Model {
   std::mt19937 m_random;
   int m_listenersAlive = 0;
   int m_subjectsAlive = 0;
-  boost::intrusive_ptr<Subject> m_subject;
+  Pointer<Subject> m_subject;
   Subject* const m_subjectAddress = m_subject.get();  // good while it is held or delivers
   std::map<int, ListenerPointer> m_pool;
   std::map<int, int> m_running;
@@ -214,7 +214,7 @@ TEST(Observers, RandomEditsFromWithinNestedDeliveries) {
 
 TEST(Observers, ComeAndGoByTheHundredThousandInAnyOrder) {
   constexpr int kCount = 100000;
-  boost::intrusive_ptr<Subject> const subject(new Subject);
+  Pointer<Subject> const subject(new Subject);
   std::vector<ListenerPointer> listeners;
   for (int i = 0; i != kCount; ++i) listeners.emplace_back(new Listener(i));
   for (auto const& listener : listeners) ASSERT_TRUE(subject->AddObserver(*listener));
@@ -261,7 +261,7 @@ TEST(Observers, ComeAndGoByTheHundredThousandInAnyOrder) {
 TEST(Observers, RemovedAndAddedAgainDuringADeliveryIsCalledOnceInItsPlace) {
   for (int count : {3, 20}) {
     for (int moved = 0; moved != count; ++moved) {
-      boost::intrusive_ptr<Subject> const subject(new Subject);
+      Pointer<Subject> const subject(new Subject);
       std::vector<ListenerPointer> listeners;
       std::vector<int> order, expected;
       for (int i = 0; i != count; ++i) {
@@ -303,10 +303,10 @@ TEST(Observers, SubjectOnTheStackMayEndDuringItsDelivery) {
 }
 
 TEST(Observers, CopiesStartWithoutObserversAndAssignmentChangesNothing) {
-  boost::intrusive_ptr<Subject> const subject(new Subject);
+  Pointer<Subject> const subject(new Subject);
   ListenerPointer const listener(new Listener);
   subject->AddObserver(*listener);
-  boost::intrusive_ptr<Subject> const copy(new Subject(*subject));
+  Pointer<Subject> const copy(new Subject(*subject));
   EXPECT_TRUE(copy->AddObserver(*listener));
   copy->AssignObservers(*subject);
   detail::NObservableImpl entries;
@@ -325,7 +325,7 @@ TEST(Observers, CopiesStartWithoutObserversAndAssignmentChangesNothing) {
 
 /// Nobody holds it yet: it hears nothing, isn't destroyed by being asked for, and hears once held.
 TEST(Observers, ListenerWhoseCountIsZeroIsLeftAloneAndHeardFromLater) {
-  boost::intrusive_ptr<Subject> const subject(new Subject);
+  Pointer<Subject> const subject(new Subject);
   int alive = 0;
   auto* const listener = new Listener(0, &alive);
   EXPECT_FALSE(subject->RemoveObserver(*listener));
@@ -352,10 +352,10 @@ class Counted : public NReferenceCountableWithWeakReference {
 
 TEST(Counts, CountedPointerInTheDestructorDoesNothing) {
   int ends = 0;
-  boost::intrusive_ptr<reference_countable::NWeakReferenceImpl const> weak;
-  boost::intrusive_ptr<Counted> object(new Counted([&](Counted& dying) {
+  Pointer<reference_countable::NWeakReferenceImpl const> weak;
+  Pointer<Counted> object(new Counted([&](Counted& dying) {
     ++ends;
-    boost::intrusive_ptr<Counted> const passing(&dying);
+    Pointer<Counted> const passing(&dying);
     EXPECT_EQ(weak->GetReference(), nullptr);
     EXPECT_FALSE(dying.TryAddRef());
     EXPECT_TRUE(weak->IsExpired());
@@ -371,14 +371,14 @@ TEST(Counts, CountedPointerInTheDestructorDoesNothing) {
 /// Counts are plain numbers until the first thread starts; what was counted before still counts.
 TEST(Counts, HoldWhenThreadsStartAndShareAnObject) {
   std::atomic<int> ends = 0;
-  boost::intrusive_ptr<Counted> object(new Counted([&](Counted&) { ++ends; }));
+  Pointer<Counted> object(new Counted([&](Counted&) { ++ends; }));
   auto const weak = object->GetWeakReference();
   {
     std::vector<std::jthread> threads;
     for (int i = 0; i != 4; ++i) {
       threads.emplace_back([held = object, weak] {
         for (int k = 0; k != 100000; ++k) {
-          boost::intrusive_ptr<Counted> const copy(held);
+          Pointer<Counted> const copy(held);
           if (weak->GetReference() != copy) std::abort();
         }
       });
@@ -391,7 +391,7 @@ TEST(Counts, HoldWhenThreadsStartAndShareAnObject) {
 
 TEST(Counts, WeakReferencesOrderByFirstUse) {
   auto const doNothing = [](Counted&) {};
-  boost::intrusive_ptr<Counted> const a(new Counted(doNothing)), b(new Counted(doNothing));
+  Pointer<Counted> const a(new Counted(doNothing)), b(new Counted(doNothing));
   auto const ofB = b->GetWeakReference();
   auto const ofA = a->GetWeakReference();
   reference_countable::NWeakReferenceLess const less;

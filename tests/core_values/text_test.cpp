@@ -96,13 +96,13 @@ class Rotation : public color::ColorTransform {
 };
 
 TEST(Color, AllThreeAreReadBeforeTheFirstIsWrittenOrNothingIs) {
-  boost::intrusive_ptr<Lamp> const lamp(new Lamp{L"r", L"g", L"b"});
+  Pointer<Lamp> const lamp(new Lamp{L"r", L"g", L"b"});
   color::utility::TranslateRGB(*lamp, L"x", L"g", L"b", Rotation());
   color::utility::TranslateRGB(*lamp, L"r", L"x", L"b", Rotation());
   color::utility::TranslateRGB(*lamp, L"r", L"g", L"x", Rotation());
   EXPECT_TRUE(lamp->heard.empty());
   color::utility::TranslateRGB(*lamp, L"r", L"g", L"b", Rotation());
-  EXPECT_THAT(lamp->heard, testing::ElementsAre(L"r", L"g", L"b"));
+  EXPECT_THAT(lamp->heard, ElementsAre(L"r", L"g", L"b"));
   EXPECT_EQ(lamp->Get(L"r"), 0.5);
   EXPECT_EQ(lamp->Get(L"g"), 0.75);
   EXPECT_EQ(lamp->Get(L"b"), 0.25);

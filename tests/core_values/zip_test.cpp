@@ -8,7 +8,6 @@ namespace corvanta::core::zip {
 namespace {
 
 using support::ReadBytes;
-using testing::IsEmpty;
 using uri::NPath;
 
 class Zip : public testing::Test {

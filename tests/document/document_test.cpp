@@ -31,7 +31,7 @@ TEST(Document, HasADomainOfEachKindAtItsLocatorThatReportsToItsEvents) {
   EXPECT_EQ(15u, types.size());
 
   int calls = 0;
-  boost::intrusive_ptr<Listener> const listener(new Listener([&] { ++calls; }));
+  Pointer<Listener> const listener(new Listener([&] { ++calls; }));
   document.GetEvents().AddObserver(*listener);
   auto const group = document.GetItems().CreateNode<NSceneGraphGroupNode>();
   auto const model = document.GetItems().CreateNode<NSceneGraphModelNode>();
@@ -58,9 +58,9 @@ TEST(Document, EndsBeforeItsNodesDomainsAndEvents) {
   group->AddChild(*model);
   model->SetMaterial(*material);
   int calls = 0;
-  boost::intrusive_ptr<Listener> const listener(new Listener([&] { ++calls; }));
-  boost::intrusive_ptr<NEventMultiplexer> const events(&document->GetEvents());
-  boost::intrusive_ptr<data::domain::light::NLightDomain> const lights(&document->GetLights());
+  Pointer<Listener> const listener(new Listener([&] { ++calls; }));
+  Pointer<NEventMultiplexer> const events(&document->GetEvents());
+  Pointer<data::domain::light::NLightDomain> const lights(&document->GetLights());
   events->AddObserver(*listener);
   document.reset();
   EXPECT_EQ(nullptr, model->GetDomain());
@@ -76,7 +76,7 @@ TEST(Document, MayEndInsideAnEventOfItsOwn) {
     auto& items = document->GetItems();
     NSceneGraphItemNode& group = *items.CreateNode<NSceneGraphGroupNode>();
     NSceneGraphItemNode& model = *items.CreateNode<NSceneGraphModelNode>();
-    boost::intrusive_ptr<Listener> const listener(new Listener([&] { document.reset(); }));
+    Pointer<Listener> const listener(new Listener([&] { document.reset(); }));
     document->GetEvents().AddObserver(*listener);
     if (byChild) {
       group.AddChild(model);

@@ -3,34 +3,30 @@
 namespace corvanta::data::operators {
 namespace {
 
-using core::node::NNodeID;
 using domain::environment::NEnvironmentNode;
 using domain::light::NLightNode;
 using domain::light_env::NLamp;
 using domain::light_env::NLightEnvNode;
 using domain::scenegraph::item::NSceneGraphLightNode;
 using domain::scenegraph::item::NSceneGraphReferenceNode;
-using testing::ElementsAre;
-using testing::IsEmpty;
 using LightPath = domain::scenegraph::NSceneGraphPath<NSceneGraphLightNode>;
 
 class ConvertToLightEnvTest : public testing::Test {
  protected:
-  boost::intrusive_ptr<domain::environment::NEnvironmentDomain> environments{
+  Pointer<domain::environment::NEnvironmentDomain> environments{
       new domain::environment::NEnvironmentDomain(nullptr, nullptr, nullptr, nullptr)};
-  boost::intrusive_ptr<domain::light_env::NLightEnvDomain> lightEnvs{
+  Pointer<domain::light_env::NLightEnvDomain> lightEnvs{
       new domain::light_env::NLightEnvDomain(nullptr, nullptr, nullptr)};
-  boost::intrusive_ptr<domain::light::NLightDomain> lights{
-      new domain::light::NLightDomain(nullptr, nullptr)};
-  boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemDomain> items{
+  Pointer<domain::light::NLightDomain> lights{new domain::light::NLightDomain(nullptr, nullptr)};
+  Pointer<domain::scenegraph::item::NSceneGraphItemDomain> items{
       new domain::scenegraph::item::NSceneGraphItemDomain(nullptr, nullptr, nullptr, nullptr,
                                                           nullptr)};
-  boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeDomain> trees{
+  Pointer<domain::scenegraph::tree::NSceneGraphTreeDomain> trees{
       new domain::scenegraph::tree::NSceneGraphTreeDomain(nullptr, nullptr, nullptr)};
-  boost::intrusive_ptr<NEnvironmentNode> environment = environments->CreateNode(NNodeID());
+  Pointer<NEnvironmentNode> environment = environments->CreateNode(NNodeID());
 
   /// A light item named `name` at the root of a tree of its own, listed by the environment.
-  boost::intrusive_ptr<NSceneGraphLightNode> AddLight(wchar_t const* name) {
+  Pointer<NSceneGraphLightNode> AddLight(wchar_t const* name) {
     auto const item = items->CreateNode<NSceneGraphLightNode>(NNodeID());
     item->SetName(name);
     item->SetLightNode(*lights->CreateNode(NNodeID()));
@@ -39,7 +35,7 @@ class ConvertToLightEnvTest : public testing::Test {
     environment->AddLight(LightPath(*item, *tree));
     return item;
   }
-  boost::intrusive_ptr<NLightEnvNode> Converted() {
+  Pointer<NLightEnvNode> Converted() {
     return environment->GetLightEnvs().empty() ? nullptr : environment->GetLightEnvs()[0].Get();
   }
 };

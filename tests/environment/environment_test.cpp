@@ -3,12 +3,9 @@
 namespace corvanta::data::domain::environment {
 namespace {
 
-using core::node::NNodeID;
 using light_env::NLightEnvNode;
 using scenegraph::item::NSceneGraphLightNode;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using LightEnvRef = core::node::NNodeReference<NLightEnvNode>;
+using LightEnvRef = NNodeReference<NLightEnvNode>;
 using LightPath = scenegraph::NSceneGraphPath<NSceneGraphLightNode>;
 
 class Recorder final : public events::environment::NListener,
@@ -46,29 +43,28 @@ class Recorder final : public events::environment::NListener,
 
 class Environment : public testing::Test {
  protected:
-  boost::intrusive_ptr<events::environment_map_change::NMultiplexer> maps{
+  Pointer<events::environment_map_change::NMultiplexer> maps{
       new events::environment_map_change::NMultiplexer};
-  boost::intrusive_ptr<events::environment::NMultiplexer> environments{
-      new events::environment::NMultiplexer};
-  boost::intrusive_ptr<NEnvironmentDomain> domain{
+  Pointer<events::environment::NMultiplexer> environments{new events::environment::NMultiplexer};
+  Pointer<NEnvironmentDomain> domain{
       new NEnvironmentDomain(nullptr, nullptr, maps.get(), environments.get())};
-  boost::intrusive_ptr<light_env::NLightEnvDomain> lightEnvs{
+  Pointer<light_env::NLightEnvDomain> lightEnvs{
       new light_env::NLightEnvDomain(nullptr, nullptr, nullptr)};
-  boost::intrusive_ptr<image::NImageDomain> images{new image::NImageDomain(nullptr, nullptr)};
-  boost::intrusive_ptr<geometry::NGeometryDomain> geometries{
+  Pointer<image::NImageDomain> images{new image::NImageDomain(nullptr, nullptr)};
+  Pointer<geometry::NGeometryDomain> geometries{
       new geometry::NGeometryDomain(nullptr, nullptr, nullptr)};
-  boost::intrusive_ptr<scenegraph::item::NSceneGraphItemDomain> items{
+  Pointer<scenegraph::item::NSceneGraphItemDomain> items{
       new scenegraph::item::NSceneGraphItemDomain(nullptr, nullptr, nullptr, nullptr, nullptr)};
-  boost::intrusive_ptr<scenegraph::tree::NSceneGraphTreeDomain> trees{
+  Pointer<scenegraph::tree::NSceneGraphTreeDomain> trees{
       new scenegraph::tree::NSceneGraphTreeDomain(nullptr, nullptr, nullptr)};
-  boost::intrusive_ptr<NEnvironmentNode> node = domain->CreateNode(NNodeID());
-  boost::intrusive_ptr<Recorder> recorder{new Recorder};
+  Pointer<NEnvironmentNode> node = domain->CreateNode(NNodeID());
+  Pointer<Recorder> recorder{new Recorder};
 
   void SetUp() override {
     environments->AddObserver(*recorder);
     maps->AddObserver(*recorder);
   }
-  boost::intrusive_ptr<NLightEnvNode> MakeLightEnv() { return lightEnvs->CreateNode(NNodeID()); }
+  Pointer<NLightEnvNode> MakeLightEnv() { return lightEnvs->CreateNode(NNodeID()); }
 };
 
 TEST_F(Environment, ListsLightEnvironmentsOnceInOrderOfAdding) {
@@ -112,7 +108,7 @@ TEST_F(Environment, AListenerMayUndoWhatItHearsOrDropTheNode) {
   EXPECT_THAT(node->GetLightEnvs(), IsEmpty());
   EXPECT_THAT(recorder->Take(), ElementsAre("add", "remove"));
 
-  boost::intrusive_ptr<environment_map::NEnvironmentMap> const map(&node->GetEnvironmentMap());
+  Pointer<environment_map::NEnvironmentMap> const map(&node->GetEnvironmentMap());
   node->SetEnvironmentMapRotationX(30.0);
   recorder->react = [&](NEnvironmentNode const& dropped) {
     domain->RemoveNode(*node);
@@ -122,7 +118,7 @@ TEST_F(Environment, AListenerMayUndoWhatItHearsOrDropTheNode) {
   EXPECT_TRUE(node.get()->AddLightEnv(*lightEnv));
   EXPECT_EQ(node, nullptr);
   // The map lives on, and nobody turns it or hears of it.
-  EXPECT_EQ(map->GetTransform()->GetTransform(), VX_Math::Matrix());
+  EXPECT_EQ(map->GetTransform()->GetTransform(), Matrix());
   recorder->react = nullptr;
   recorder->Take();
   map->SetImageType(environment_map::NEMIT_SQUARE);
@@ -131,12 +127,11 @@ TEST_F(Environment, AListenerMayUndoWhatItHearsOrDropTheNode) {
 
 TEST_F(Environment, TurnsItsMapByItsAttributes) {
   environment_map::NEnvironmentMap& map = node->GetEnvironmentMap();
-  EXPECT_EQ(map.GetTransform()->GetTransform(), VX_Math::Matrix());
+  EXPECT_EQ(map.GetTransform()->GetTransform(), Matrix());
   node->SetEnvironmentMapRotationX(30.0);
   node->SetEnvironmentMapRotationY(-45.0);
   node->SetEnvironmentMapRotationZ(10.0);
-  VX_Math::Matrix const expected(
-      VX_Math::CreateQuaternion(VX_Math::Vec3(30.0f, -45.0f, 10.0f), false));
+  Matrix const expected(VX_Math::CreateQuaternion(Vec3(30.0f, -45.0f, 10.0f), false));
   EXPECT_EQ(map.GetTransform()->GetTransform(), expected);
   EXPECT_THAT(recorder->Take(), IsEmpty());
   map.SetImageType(map.GetImageType());
@@ -221,12 +216,12 @@ TEST_F(Environment, ACopyTakesEverythingAndTellsOfTheMapAlone) {
 }
 
 TEST(EnvironmentDomain, AttachesTheMultiplexersThatItHas) {
-  boost::intrusive_ptr<events::environment_map_change::NMultiplexer> const maps(
+  Pointer<events::environment_map_change::NMultiplexer> const maps(
       new events::environment_map_change::NMultiplexer);
-  boost::intrusive_ptr<events::environment::NMultiplexer> const environments(
+  Pointer<events::environment::NMultiplexer> const environments(
       new events::environment::NMultiplexer);
   for (int which = 0; which != 4; ++which) {
-    boost::intrusive_ptr<NEnvironmentDomain> const domain(
+    Pointer<NEnvironmentDomain> const domain(
         new NEnvironmentDomain(nullptr, nullptr, which & 1 ? maps.get() : nullptr,
                                which & 2 ? environments.get() : nullptr));
     auto const node = domain->CreateNode(NNodeID());

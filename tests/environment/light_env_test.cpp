@@ -4,7 +4,6 @@ namespace corvanta::data::domain::light_env {
 namespace {
 
 using events::light_env::NLampEventType;
-using testing::ElementsAre;
 
 /// Writes down what it hears, with the lamp's name at that moment; `react` runs after that.
 class Recorder final : public events::light_env::NListener {
@@ -23,12 +22,10 @@ class Recorder final : public events::light_env::NListener {
 
 class LightEnv : public testing::Test {
  protected:
-  boost::intrusive_ptr<events::light_env::NMultiplexer> multiplexer{
-      new events::light_env::NMultiplexer};
-  boost::intrusive_ptr<NLightEnvDomain> domain{
-      new NLightEnvDomain(nullptr, nullptr, multiplexer.get())};
-  boost::intrusive_ptr<NLightEnvNode> node = domain->CreateNode(core::node::NNodeID());
-  boost::intrusive_ptr<Recorder> recorder{new Recorder};
+  Pointer<events::light_env::NMultiplexer> multiplexer{new events::light_env::NMultiplexer};
+  Pointer<NLightEnvDomain> domain{new NLightEnvDomain(nullptr, nullptr, multiplexer.get())};
+  Pointer<NLightEnvNode> node = domain->CreateNode(NNodeID());
+  Pointer<Recorder> recorder{new Recorder};
 
   void SetUp() override { multiplexer->AddObserver(*recorder); }
   std::vector<std::wstring> Heard() { return std::exchange(recorder->heard, {}); }
@@ -40,13 +37,13 @@ std::vector<std::wstring> Names(NLightEnvNode const& node) {
   return names;
 }
 
-VX_Math::Vec3 Shines(VX_Math::Matrix const& transform) {
-  VX_Math::Vec3 direction;
-  transform.MultDirMatrix(VX_Math::Vec3(0.0f, 0.0f, -1.0f), direction);
+Vec3 Shines(Matrix const& transform) {
+  Vec3 direction;
+  transform.MultDirMatrix(Vec3(0.0f, 0.0f, -1.0f), direction);
   return direction;
 }
 
-void ExpectVec3(VX_Math::Vec3 const& v, float x, float y, float z) {
+void ExpectVec3(Vec3 const& v, float x, float y, float z) {
   EXPECT_NEAR(v.x, x, 1e-6f);
   EXPECT_NEAR(v.y, y, 1e-6f);
   EXPECT_NEAR(v.z, z, 1e-6f);
@@ -73,7 +70,7 @@ TEST_F(LightEnv, TellsOfALampFromItsNamingToItsEnd) {
 
   EXPECT_FALSE(node->DeleteLamp(lamp));
   EXPECT_FALSE(node->DeleteLamp(nullptr));
-  EXPECT_FALSE(node->DeleteLamp(domain->CreateNode(core::node::NNodeID())->CreateLamp(L"")));
+  EXPECT_FALSE(node->DeleteLamp(domain->CreateNode(NNodeID())->CreateLamp(L"")));
   Heard();
   lamp->SetColorR(0.25);
   lamp->SetName(L"gone");
@@ -91,7 +88,7 @@ TEST_F(LightEnv, LampsShareNoNameWithinOneNode) {
   node->GetLamps()[3]->SetName(L"a (2)");
   EXPECT_THAT(Names(*node), ElementsAre(L"", L" (2)", L"a (2) (2)", L"a (2)"));
 
-  auto const other = domain->CreateNode(core::node::NNodeID());
+  auto const other = domain->CreateNode(NNodeID());
   EXPECT_EQ(other->CreateLamp(L"a (2)")->GetName(), L"a (2)");
   EXPECT_THAT(Heard(), testing::Contains(L"renamed  (2)"));
 }
@@ -177,15 +174,15 @@ TEST_F(LightEnv, LampsStandInTheFrameOfTheirNode) {
   for (auto set : {&NLamp::SetPositionX, &NLamp::SetPositionY, &NLamp::SetPositionZ}) {
     (*lamp.*set)(0.0);
   }
-  EXPECT_EQ(lamp->GetTransform(), VX_Math::Matrix());
+  EXPECT_EQ(lamp->GetTransform(), Matrix());
 
   lamp->SetPositionX(1.0);
   node->SetLampsRotationY(90.0);
   node->SetLampsScale(2.0);
   node->SetLampsCoefficient(17.0);
-  VX_Math::Matrix const turned = lamp->GetTransform();
+  Matrix const turned = lamp->GetTransform();
   ExpectVec3(Shines(turned), -2.0f, 0.0f, 0.0f);
-  ExpectVec3(VX_Math::Vec3(turned(3, 0), turned(3, 1), turned(3, 2)), 0.0f, 0.0f, -2.0f);
+  ExpectVec3(Vec3(turned(3, 0), turned(3, 1), turned(3, 2)), 0.0f, 0.0f, -2.0f);
 }
 
 TEST_F(LightEnv, ACopyAddsToWhatTheTargetHas) {
@@ -193,7 +190,7 @@ TEST_F(LightEnv, ACopyAddsToWhatTheTargetHas) {
   node->SetLampsScale(4.0);
   node->CreateLamp(L"a")->SetType(LAMP_TYPE_SPOT);
   node->CreateLamp(L"b")->SetEnabled(false);
-  auto const target = domain->CreateNode(core::node::NNodeID());
+  auto const target = domain->CreateNode(NNodeID());
   target->CreateLamp(L"own");
   node->CopyTo(*target);
   EXPECT_EQ(target->GetName(), L"rig (2)");
@@ -214,9 +211,8 @@ TEST_F(LightEnv, ACopyAddsToWhatTheTargetHas) {
 }
 
 TEST(LightEnvDomain, WorksWithoutItsMultiplexer) {
-  boost::intrusive_ptr<NLightEnvDomain> const domain(
-      new NLightEnvDomain(nullptr, nullptr, nullptr));
-  auto const node = domain->CreateNode(core::node::NNodeID());
+  Pointer<NLightEnvDomain> const domain(new NLightEnvDomain(nullptr, nullptr, nullptr));
+  auto const node = domain->CreateNode(NNodeID());
   ASSERT_NE(node, nullptr);
   EXPECT_EQ(node->CreateLamp(L"a")->GetName(), L"a");
 }

@@ -3,12 +3,10 @@
 namespace corvanta::data::domain::scene {
 namespace {
 
-using core::node::NNodeID;
 using environment::NEnvironmentNode;
 using scenegraph::tree::NSceneGraphTreeHost;
 using scenegraph::tree::NSceneGraphTreeNode;
-using testing::ElementsAre;
-using Environment = boost::intrusive_ptr<NEnvironmentNode>;
+using Environment = Pointer<NEnvironmentNode>;
 
 class Recorder final : public events::scene::NListener,
                        public events::scene_graph_tree_host::NListener {
@@ -21,26 +19,24 @@ class Recorder final : public events::scene::NListener,
     environments.emplace_back(old, scene.GetEnvironment());
   }
   void OnSceneGraphTreeChange(NSceneGraphTreeHost const&,
-                              boost::intrusive_ptr<NSceneGraphTreeNode> const&) override {
+                              Pointer<NSceneGraphTreeNode> const&) override {
     ++trees;
   }
-  void OnSceneGraphTreeRootChange(
-      NSceneGraphTreeHost const&, NSceneGraphTreeNode const&,
-      boost::intrusive_ptr<scenegraph::item::NSceneGraphItemNode> const&) override {}
+  void OnSceneGraphTreeRootChange(NSceneGraphTreeHost const&, NSceneGraphTreeNode const&,
+                                  Pointer<scenegraph::item::NSceneGraphItemNode> const&) override {}
 };
 
 TEST(Scene, TellsOfTreeAndEnvironmentWithTheOldOne) {
-  boost::intrusive_ptr<events::scene_graph_tree_host::NMultiplexer> const hosts(
+  Pointer<events::scene_graph_tree_host::NMultiplexer> const hosts(
       new events::scene_graph_tree_host::NMultiplexer);
-  boost::intrusive_ptr<events::scene::NMultiplexer> const scenes(new events::scene::NMultiplexer);
-  boost::intrusive_ptr<Recorder> const recorder(new Recorder);
+  Pointer<events::scene::NMultiplexer> const scenes(new events::scene::NMultiplexer);
+  Pointer<Recorder> const recorder(new Recorder);
   hosts->AddObserver(*recorder);
   scenes->AddObserver(*recorder);
-  boost::intrusive_ptr<NSceneDomain> const domain(
-      new NSceneDomain(nullptr, nullptr, hosts.get(), scenes.get()));
-  boost::intrusive_ptr<environment::NEnvironmentDomain> const environments(
+  Pointer<NSceneDomain> const domain(new NSceneDomain(nullptr, nullptr, hosts.get(), scenes.get()));
+  Pointer<environment::NEnvironmentDomain> const environments(
       new environment::NEnvironmentDomain(nullptr, nullptr, nullptr, nullptr));
-  boost::intrusive_ptr<scenegraph::tree::NSceneGraphTreeDomain> const trees(
+  Pointer<scenegraph::tree::NSceneGraphTreeDomain> const trees(
       new scenegraph::tree::NSceneGraphTreeDomain(nullptr, nullptr, nullptr));
   auto const scene = domain->CreateNode(NNodeID());
   EXPECT_EQ(scene->GetEnvironment(), nullptr);
@@ -65,11 +61,11 @@ TEST(Scene, TellsOfTreeAndEnvironmentWithTheOldOne) {
 }
 
 TEST(SceneDomain, AttachesTheMultiplexersThatItHas) {
-  boost::intrusive_ptr<events::scene_graph_tree_host::NMultiplexer> const hosts(
+  Pointer<events::scene_graph_tree_host::NMultiplexer> const hosts(
       new events::scene_graph_tree_host::NMultiplexer);
-  boost::intrusive_ptr<events::scene::NMultiplexer> const scenes(new events::scene::NMultiplexer);
+  Pointer<events::scene::NMultiplexer> const scenes(new events::scene::NMultiplexer);
   for (int which = 0; which != 4; ++which) {
-    boost::intrusive_ptr<NSceneDomain> const domain(new NSceneDomain(
+    Pointer<NSceneDomain> const domain(new NSceneDomain(
         nullptr, nullptr, which & 1 ? hosts.get() : nullptr, which & 2 ? scenes.get() : nullptr));
     auto const scene = domain->CreateNode(NNodeID());
     ASSERT_NE(scene, nullptr);

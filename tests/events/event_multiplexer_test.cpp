@@ -20,8 +20,6 @@ using domain::scenegraph::item::NSceneGraphModelNode;
 using domain::scenegraph::tree::NSceneGraphTreeHost;
 using domain::scenegraph::tree::NSceneGraphTreeNode;
 using domain::texture::NTextureNode;
-template <class T>
-using Pointer = boost::intrusive_ptr<T>;
 
 /// A signal and its arguments: objects by address, so that a copied or exchanged one is seen.
 struct Call {
@@ -230,8 +228,8 @@ TEST(EventMultiplexers, PassEverySignalOnOnceAsItCame) {
   events->AddObserver(*second);
   for (Row const& row : MakeRows(*events)) {
     row.raise();
-    EXPECT_THAT(std::exchange(first->calls, {}), testing::ElementsAre(row.expected));
-    EXPECT_THAT(std::exchange(second->calls, {}), testing::ElementsAre(row.expected));
+    EXPECT_THAT(std::exchange(first->calls, {}), ElementsAre(row.expected));
+    EXPECT_THAT(std::exchange(second->calls, {}), ElementsAre(row.expected));
   }
 }
 
@@ -273,7 +271,7 @@ class LightEvents : public testing::Test {
       &events->GetAttributeChangeEventMultiplexer()};
   Pointer<domain::light::NLightDomain> domain{
       new domain::light::NLightDomain(nullptr, multiplexer.get())};
-  Pointer<domain::light::NLightNode> light = domain->CreateNode(core::node::NNodeID());
+  Pointer<domain::light::NLightNode> light = domain->CreateNode(NNodeID());
   Pointer<Direct> direct{new Direct};
   Pointer<Recorder> recorder{new Recorder};
 
@@ -287,8 +285,8 @@ TEST_F(LightEvents, ReachDirectAndCentralListenersOnceWhileAttached) {
   light->SetColorR(2);
   EXPECT_EQ(direct->names.size(), 1u);
   EXPECT_THAT(recorder->calls,
-              testing::ElementsAre(Call{"attribute", At(static_cast<NAttributeHost&>(*light),
-                                                        *light->QueryAttribute(L"color.r"))}));
+              ElementsAre(Call{"attribute", At(static_cast<NAttributeHost&>(*light),
+                                               *light->QueryAttribute(L"color.r"))}));
   events->Detach();
   light->SetColorR(3);
   EXPECT_EQ(direct->names.size(), 2u);
@@ -304,7 +302,7 @@ TEST_F(LightEvents, GoOnWithoutTheCentralMultiplexerAndTheDomain) {
   EXPECT_EQ(direct->names.size(), 1u);
   EXPECT_TRUE(recorder->calls.empty());
   Pointer<domain::light::NLightNode> const unheard(
-      new domain::light::NLightNode(core::node::NNodeID(), nullptr, nullptr));
+      new domain::light::NLightNode(NNodeID(), nullptr, nullptr));
   unheard->SetColorR(2);
   EXPECT_EQ(unheard->GetColorR(), 2);
   EXPECT_EQ(direct->names.size(), 1u);
@@ -318,8 +316,8 @@ TEST_F(LightEvents, NestDepthFirst) {
     if (attribute.GetName() == L"color.r") light->SetColorG(7);
   };
   light->SetColorR(5);
-  EXPECT_THAT(direct->names, testing::ElementsAre(L"color.r 5", L"color.g 7"));
-  EXPECT_THAT(later->names, testing::ElementsAre(L"color.g 7", L"color.r 5"));
+  EXPECT_THAT(direct->names, ElementsAre(L"color.r 5", L"color.g 7"));
+  EXPECT_THAT(later->names, ElementsAre(L"color.g 7", L"color.r 5"));
 }
 
 TEST_F(LightEvents, ExceptionReachesTheSetterWithTheValueInPlace) {

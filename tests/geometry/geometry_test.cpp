@@ -6,8 +6,6 @@ namespace {
 using material::texture_mapping::NUVWID_FLAT;
 using material::texture_mapping::NUVWID_PRIMITIVE;
 using material::texture_mapping::NUVWMappingID;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 struct Change {
   NGeometryNode const* geometry;
@@ -35,8 +33,8 @@ class CountedSurface final : public NSurface {
  public:
   CountedSurface() { ++s_alive; }
   ~CountedSurface() override { --s_alive; }
-  boost::intrusive_ptr<NSurface> CloneSurface() const override {
-    boost::intrusive_ptr<CountedSurface> const clone(new CountedSurface);
+  Pointer<NSurface> CloneSurface() const override {
+    Pointer<CountedSurface> const clone(new CountedSurface);
     CopyTo(*clone);
     return clone;
   }
@@ -53,16 +51,15 @@ std::vector<float> Floats(NSurface const& surface) {
 
 class Geometry : public testing::Test {
  protected:
-  using SurfacePointer = boost::intrusive_ptr<NSurface>;
+  using SurfacePointer = Pointer<NSurface>;
 
-  boost::intrusive_ptr<events::geometry_change::NMultiplexer> multiplexer{
+  Pointer<events::geometry_change::NMultiplexer> multiplexer{
       new events::geometry_change::NMultiplexer};
-  boost::intrusive_ptr<NGeometryDomain> domain{
-      new NGeometryDomain(nullptr, nullptr, multiplexer.get())};
-  boost::intrusive_ptr<NGeometryNode> node = domain->CreateNode(core::node::NNodeID());
-  boost::intrusive_ptr<NGeometryNode> other = domain->CreateNode(core::node::NNodeID());
+  Pointer<NGeometryDomain> domain{new NGeometryDomain(nullptr, nullptr, multiplexer.get())};
+  Pointer<NGeometryNode> node = domain->CreateNode(NNodeID());
+  Pointer<NGeometryNode> other = domain->CreateNode(NNodeID());
   SurfacePointer surface{new NPolygonSurface};
-  boost::intrusive_ptr<Recorder> recorder{new Recorder};
+  Pointer<Recorder> recorder{new Recorder};
 
   void SetUp() override { multiplexer->AddObserver(*recorder); }
   std::vector<Change> Heard() { return std::exchange(recorder->heard, {}); }

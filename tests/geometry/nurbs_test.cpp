@@ -3,17 +3,10 @@
 namespace corvanta::data::domain::geometry {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::SizeIs;
-using VX_Math::Vec2;
-using VX_Math::Vec3;
 using VX_Tess::NurbsBasis;
 using VX_Tess::NurbsCurve2d;
 using VX_Tess::NurbsSurface;
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 NurbsBasis const kLine{2, {0, 0, 1, 1}};
 
@@ -45,7 +38,7 @@ TEST(Nurbs, RefusesWhatIsInconsistent) {
   };
   for (Row const& row : rows) {
     SCOPED_TRACE(row.name);
-    boost::intrusive_ptr<NurbsSurface> const surface(new NurbsSurface);
+    Pointer<NurbsSurface> const surface(new NurbsSurface);
     std::vector<Vec3> const old(4, Vec3(1, 2, 3));
     std::vector<Vec3> const points(row.pointCount, Vec3(4, 5, 6));
     ASSERT_TRUE(surface->SetGeometry(kLine, kLine, old, {1, 2, 3, 4}));
@@ -55,7 +48,7 @@ TEST(Nurbs, RefusesWhatIsInconsistent) {
     EXPECT_EQ(surface->GetControlPoints(), row.isTaken ? points : old);
     EXPECT_EQ(surface->GetWeights(), row.isTaken ? row.weights : (std::vector<double>{1, 2, 3, 4}));
 
-    boost::intrusive_ptr<NurbsCurve2d> const curve(new NurbsCurve2d);
+    Pointer<NurbsCurve2d> const curve(new NurbsCurve2d);
     std::vector<double> weights = row.weights;
     if (weights.size() == 4) weights.resize(2);
     ASSERT_TRUE(curve->SetGeometry(kLine, std::vector<Vec2>(2), {1, 2}));
@@ -67,10 +60,10 @@ TEST(Nurbs, RefusesWhatIsInconsistent) {
 }
 
 TEST(Nurbs, KeepsTrimCurvesByLoop) {
-  boost::intrusive_ptr<NNurbsSurface> const surface(new NNurbsSurface);
+  Pointer<NNurbsSurface> const surface(new NNurbsSurface);
   EXPECT_EQ(surface->GetNurbsSaveType(), NNST_DEFAULT);
-  boost::intrusive_ptr<NurbsCurve2d> const a(new NurbsCurve2d);
-  boost::intrusive_ptr<NurbsCurve2d> const b(new NurbsCurve2d);
+  Pointer<NurbsCurve2d> const a(new NurbsCurve2d);
+  Pointer<NurbsCurve2d> const b(new NurbsCurve2d);
   EXPECT_FALSE(surface->AddTrimCurve(0, *a));
   EXPECT_THAT(surface->GetTrimLoops(), IsEmpty());
   EXPECT_EQ(surface->AddTrimLoop(), 0u);
@@ -94,8 +87,8 @@ TEST(Nurbs, KeepsTrimCurvesByLoop) {
 }
 
 TEST(Nurbs, ClonesShareNothingButTheCurvesOfTheLoops) {
-  boost::intrusive_ptr<NNurbsSurface> surface(new NNurbsSurface);
-  boost::intrusive_ptr<NurbsCurve2d> const curve(new NurbsCurve2d);
+  Pointer<NNurbsSurface> surface(new NNurbsSurface);
+  Pointer<NurbsCurve2d> const curve(new NurbsCurve2d);
   std::vector<Vec3> const points(4, Vec3(1, 2, 3));
   curve->SetGeometry(kLine, {Vec2(0, 0), Vec2(1, 1)});
   surface->GetTessNurbsSurface().SetGeometry(kLine, kLine, points, {1, 2, 3, 4});
@@ -106,7 +99,7 @@ TEST(Nurbs, ClonesShareNothingButTheCurvesOfTheLoops) {
 
   auto const clone = boost::dynamic_pointer_cast<NNurbsSurface>(surface->CloneSurface());
   ASSERT_TRUE(clone);
-  boost::intrusive_ptr<NurbsSurface> const shallow(surface->GetTessNurbsSurface().Clone(false));
+  Pointer<NurbsSurface> const shallow(surface->GetTessNurbsSurface().Clone(false));
   EXPECT_EQ(shallow->GetTrimCurves().at(0)[0], curve);
   surface->AddTrimLoop();
   surface->AddTrimCurve(0, *new NurbsCurve2d);

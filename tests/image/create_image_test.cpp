@@ -22,16 +22,16 @@ std::string GetBytes(NImage const& image) {
 class CreateImageTest : public testing::Test {
  protected:
   ~CreateImageTest() override {
-    EXPECT_THAT(m_files.GetLeftovers(), testing::IsEmpty());
+    EXPECT_THAT(m_files.GetLeftovers(), IsEmpty());
     SetPassProvider({});
   }
 
-  boost::intrusive_ptr<NImage> Load(NPath const& path, NImageFormat format) {
+  Pointer<NImage> Load(NPath const& path, NImageFormat format) {
     return CreateImage(NLocator(NUri::CreateFileUri(path)), format);
   }
 
   void ExpectNotFound(NPath const& path, NImageFormat format) {
-    boost::intrusive_ptr<NImage> const image = Load(path, format);
+    Pointer<NImage> const image = Load(path, format);
     EXPECT_EQ(image->GetType(), NIT_RAW);
     EXPECT_EQ(GetBytes(*image),
               support::ReadBytes(core::uri::GetFile(internal::GetNotFoundImage().GetUri())));
@@ -89,8 +89,7 @@ TEST_F(CreateImageTest, RawBytesComeWhole) {
     std::string content;
     for (std::size_t i = 0; i < length; ++i) content += static_cast<char>(i * i >> 3);
     NPath const path = m_files.Write("picture.png", content);
-    boost::intrusive_ptr<NImage> const image =
-        Load(path, length % 2 ? NIF_RAW : static_cast<NImageFormat>(7));
+    Pointer<NImage> const image = Load(path, length % 2 ? NIF_RAW : static_cast<NImageFormat>(7));
     EXPECT_EQ(image->GetType(), NIT_RAW);
     ASSERT_EQ(image->GetDataByteLength(), length);
     EXPECT_TRUE(GetBytes(*image) == content);

@@ -12,10 +12,8 @@ namespace {
 using core::domain::NDomainBase;
 using core::domain::NDomainManager;
 using core::locator::NLocator;
-using core::node::NNodeID;
 using core::uri::NUri;
 using domain::material::NMaterialNode;
-using testing::ElementsAre;
 using testing::SizeIs;
 
 /// Does something at every attribute change.
@@ -35,15 +33,15 @@ class InternalData : public testing::Test {
   InternalData() { m_events->AddObserver(*m_listener); }
   ~InternalData() override { Uninitialize(m_manager); }
 
-  boost::intrusive_ptr<NDomainBase> GetDomain(std::wstring const& type) const {
+  Pointer<NDomainBase> GetDomain(std::wstring const& type) const {
     return m_manager.QueryDomain(NLocator(NUri::CreateInternalUri(L"/" + type)));
   }
   std::size_t CountDomains() const { return std::distance(m_manager.begin(), m_manager.end()); }
 
   support::TemporaryFiles const m_files;
   NDomainManager m_manager;
-  boost::intrusive_ptr<events::NEventMultiplexer> const m_events{new events::NEventMultiplexer};
-  boost::intrusive_ptr<Listener> const m_listener{new Listener};
+  Pointer<events::NEventMultiplexer> const m_events{new events::NEventMultiplexer};
+  Pointer<Listener> const m_listener{new Listener};
 };
 
 struct DomainRow {
@@ -310,8 +308,7 @@ TEST_F(InternalData, TwoThreadsMayComeAtOnce) {
     NDomainManager shared;
     std::atomic<int> made = 0;
     auto const work = [&] {
-      boost::intrusive_ptr<events::NEventMultiplexer> const multiplexer(
-          new events::NEventMultiplexer);
+      Pointer<events::NEventMultiplexer> const multiplexer(new events::NEventMultiplexer);
       NDomainManager own;
       made += Initialize(own, *multiplexer);
       made += 100 * Initialize(shared, *multiplexer);

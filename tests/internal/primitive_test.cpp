@@ -8,7 +8,6 @@ namespace {
 
 using domain::geometry::NSurface;
 using structs::ToVec3;
-using VX_Math::Vec3;
 
 /// What a mesh adds up to. Each vertex and index counts with its place, modulo 31, plus 1; of a
 /// vector the components count once, twice and three times.

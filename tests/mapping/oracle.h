@@ -7,8 +7,6 @@ namespace corvanta::mapping::oracle {
 
 using data::structs::UVW;
 using data::structs::XYZ;
-using VX_Math::Matrix;
-using VX_Math::Vec3;
 
 struct Mesh {
   std::vector<float> coords;

@@ -12,9 +12,7 @@ using data::domain::projection::NUVWO_VUW;
 using data::structs::UVW;
 using data::structs::XYZ;
 using oracle::Mesh;
-using testing::ElementsAre;
 using testing::SizeIs;
-using VX_Math::Matrix;
 
 constexpr wchar_t const* kMethods[] = {L"plane", L"cylinder", L"sphere", L"triplanar", L"box"};
 
@@ -64,7 +62,7 @@ struct Single : World {
   Tree tree = MakeTree(model);
   Path path{*model, *tree};
   Projection node;
-  boost::intrusive_ptr<NProjectionMapping> mapping{new NProjectionMapping};
+  Pointer<NProjectionMapping> mapping{new NProjectionMapping};
 };
 
 /// Vertices around the axis of a cylinder, at these u, and one triangle a run of three.
@@ -268,7 +266,7 @@ TEST(ProjectionMapping, GivesFalseWithoutWhatItNeeds) {
   EXPECT_FALSE(MapCoords(*world.mapping, world.path, {}).isMapped);
   EXPECT_FALSE(MapTangents(*world.mapping, world.path, {}).isMapped);
   EXPECT_FALSE(MapCoords(*world.mapping, world.path, {{1, 2, 3}, {0, 1, 0}, {}}).isMapped);
-  boost::intrusive_ptr<NProjectionMapping> const empty(new NProjectionMapping);
+  Pointer<NProjectionMapping> const empty(new NProjectionMapping);
   EXPECT_FALSE(MapCoords(*empty, world.path, mesh).isMapped);
   EXPECT_FALSE(MapTangents(*empty, world.path, mesh).isMapped);
 

@@ -4,9 +4,6 @@ namespace corvanta::mapping {
 namespace {
 
 using namespace data::domain::projection;
-using testing::ElementsAre;
-using VX_Math::Matrix;
-using VX_Math::Vec3;
 
 /// Hears a projection's attributes and its method, in one list.
 class Recorder final : public NProjectionChangeListener,
@@ -29,7 +26,7 @@ class Recorder final : public NProjectionChangeListener,
 TEST(ProjectionNode, TellsOfItsMethodAfterTheAttribute) {
   World world;
   Projection const node = world.MakeProjection(L"plane");
-  boost::intrusive_ptr<Recorder> const recorder(new Recorder);
+  Pointer<Recorder> const recorder(new Recorder);
   world.attributes->AddObserver(*recorder);
   node->AddObserver(*recorder);
   node->SetProjectionMethod(PM_SPHERE);
@@ -51,7 +48,7 @@ TEST(ProjectionNode, ScalesThenTurnsThenMoves) {
   EXPECT_NEAR(out.y, 2, 1e-5);
 
   // The value from before is read inside the event, and the new one after it, thrown or not.
-  boost::intrusive_ptr<Recorder> const recorder(new Recorder);
+  Pointer<Recorder> const recorder(new Recorder);
   world.attributes->AddObserver(*recorder);
   recorder->react = [&] {
     EXPECT_EQ(node->GetTransform()(3, 1), 0.0f);

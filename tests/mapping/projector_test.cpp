@@ -9,9 +9,7 @@ using namespace data::domain::operators::projector;
 using data::operators::projector::NProjector;
 using data::operators::projector::NVertices;
 using data::structs::UVW;
-using testing::ElementsAre;
 using testing::FloatEq;
-using VX_Math::Vec3;
 
 std::array<float, 3> Project(NProjector const& projector, Vec3 const& p, Vec3 const& n = {}) {
   std::array<float, 3> c{-9, -9, -9};

@@ -4,17 +4,16 @@
 
 namespace corvanta::mapping {
 
-using core::node::NNodeID;
 using data::domain::projection::NProjectionNode;
 using data::domain::scenegraph::item::NSceneGraphModelNode;
 using test::Model;
 using test::Tree;
 using Path = NProjectionNode::ModelPath;
-using Projection = boost::intrusive_ptr<NProjectionNode>;
+using Projection = Pointer<NProjectionNode>;
 
 /// Models, each the root of a tree, and projections.
 struct World : test::Graph {
-  boost::intrusive_ptr<data::domain::projection::NProjectionDomain> projections{
+  Pointer<data::domain::projection::NProjectionDomain> projections{
       new data::domain::projection::NProjectionDomain(&manager, attributes)};
 
   Model MakeModel() { return Make<NSceneGraphModelNode>(); }

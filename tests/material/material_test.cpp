@@ -4,11 +4,8 @@ namespace corvanta::data::domain::material {
 namespace {
 
 using core::locator::NLocator;
-using core::node::NNodeID;
 using core::uri::NUri;
 using environment_map::NEnvironmentMap;
-using testing::ElementsAre;
-using testing::IsEmpty;
 using texture_mapping::NTextureMapping;
 using texture_mapping::NUVWMapping;
 using texture_mapping::NUVWMappingType;
@@ -19,8 +16,8 @@ class Recorder final : public events::material::NListener,
  public:
   std::vector<std::string> heard;
   NMaterialNode const* material = nullptr;
-  boost::intrusive_ptr<texture::NTextureNode> texture;
-  boost::intrusive_ptr<NTextureMapping> mapping;
+  Pointer<texture::NTextureNode> texture;
+  Pointer<NTextureMapping> mapping;
   std::function<void(std::string const&)> react;
 
  private:
@@ -32,9 +29,8 @@ class Recorder final : public events::material::NListener,
   void OnAddTexture(NMaterialNode const& node, unsigned int index) override {
     Hear(node, "add " + std::to_string(index) + " of " + std::to_string(node.GetTextures().size()));
   }
-  void OnRemoveTexture(NMaterialNode const& node,
-                       boost::intrusive_ptr<texture::NTextureNode> const& oldTexture,
-                       boost::intrusive_ptr<NTextureMapping> const& oldMapping) override {
+  void OnRemoveTexture(NMaterialNode const& node, Pointer<texture::NTextureNode> const& oldTexture,
+                       Pointer<NTextureMapping> const& oldMapping) override {
     texture = oldTexture;
     mapping = oldMapping;
     Hear(node, "remove, left " + std::to_string(node.GetTextures().size()));
@@ -61,19 +57,18 @@ class Material : public testing::Test {
  protected:
   using MapMultiplexer = events::environment_map_change::NMultiplexer;
   using MaterialMultiplexer = events::material::NMultiplexer;
-  using TexturePointer = boost::intrusive_ptr<texture::NTextureNode>;
+  using TexturePointer = Pointer<texture::NTextureNode>;
 
-  boost::intrusive_ptr<MapMultiplexer> mapMultiplexer{new MapMultiplexer};
-  boost::intrusive_ptr<MaterialMultiplexer> materialMultiplexer{new MaterialMultiplexer};
-  boost::intrusive_ptr<NMaterialDomain> domain{
+  Pointer<MapMultiplexer> mapMultiplexer{new MapMultiplexer};
+  Pointer<MaterialMultiplexer> materialMultiplexer{new MaterialMultiplexer};
+  Pointer<NMaterialDomain> domain{
       new NMaterialDomain(nullptr, nullptr, mapMultiplexer.get(), materialMultiplexer.get())};
-  boost::intrusive_ptr<texture::NTextureDomain> textures{
-      new texture::NTextureDomain(nullptr, nullptr, nullptr)};
-  boost::intrusive_ptr<image::NImageDomain> images{new image::NImageDomain(nullptr, nullptr)};
-  boost::intrusive_ptr<NMaterialNode> node = domain->CreateNode(NNodeID());
-  boost::intrusive_ptr<NUVWMapping> mappings[3];
+  Pointer<texture::NTextureDomain> textures{new texture::NTextureDomain(nullptr, nullptr, nullptr)};
+  Pointer<image::NImageDomain> images{new image::NImageDomain(nullptr, nullptr)};
+  Pointer<NMaterialNode> node = domain->CreateNode(NNodeID());
+  Pointer<NUVWMapping> mappings[3];
   TexturePointer layers[4];
-  boost::intrusive_ptr<Recorder> recorder{new Recorder};
+  Pointer<Recorder> recorder{new Recorder};
 
   void SetUp() override {
     for (auto& layer : layers) layer = textures->CreateNode(NNodeID());
@@ -156,7 +151,7 @@ TEST_F(Material, SurvivesWhatListenersDo) {
   EXPECT_TRUE(dying->RemoveTexture(0));
 
   node = domain->CreateNode(NNodeID());
-  boost::intrusive_ptr<NEnvironmentMap> const map(&node->GetEnvironmentMap());
+  Pointer<NEnvironmentMap> const map(&node->GetEnvironmentMap());
   recorder->react = [&](std::string const&) {
     if (node) domain->RemoveNode(*std::exchange(node, nullptr));
   };
@@ -168,11 +163,11 @@ TEST_F(Material, SurvivesWhatListenersDo) {
 }
 
 TEST_F(Material, TheEnvironmentMapTurnsByTheAttributes) {
-  boost::intrusive_ptr<NEnvironmentMap> const map(&node->GetEnvironmentMap());
+  Pointer<NEnvironmentMap> const map(&node->GetEnvironmentMap());
   auto const transform = map->GetTransform();
   ASSERT_TRUE(transform);
-  EXPECT_EQ(transform->GetTransform(), VX_Math::Matrix());
-  auto const turned = [&](VX_Math::Vec3 v) {
+  EXPECT_EQ(transform->GetTransform(), Matrix());
+  auto const turned = [&](Vec3 v) {
     transform->GetTransform().MultDirMatrix(v, v);
     return v;
   };
@@ -193,7 +188,7 @@ TEST_F(Material, TheEnvironmentMapTurnsByTheAttributes) {
 
   domain->RemoveNode(*node);
   node.reset();
-  EXPECT_EQ(transform->GetTransform(), VX_Math::Matrix());
+  EXPECT_EQ(transform->GetTransform(), Matrix());
   map->SetImageType(environment_map::NEMIT_CUBE);
   EXPECT_THAT(Heard(), IsEmpty());
 }
@@ -220,7 +215,7 @@ TEST_F(Material, CopiesShareMappingsAndNothingElse) {
   EXPECT_EQ(target->GetBrdfTextureLocator(), brdf);
   EXPECT_EQ(target->GetEnvironmentMap().GetTransform(), transform);
   node->SetEnvironmentMapRotationY(0.0);
-  EXPECT_NE(transform->GetTransform(), VX_Math::Matrix());
+  EXPECT_NE(transform->GetTransform(), Matrix());
   node->RemoveAllTextures();
   EXPECT_THAT(List(*target), ElementsAre(Entry(0, 0), Entry(1, 0)));
 
@@ -232,9 +227,9 @@ TEST_F(Material, CopiesShareMappingsAndNothingElse) {
 }
 
 TEST_F(Material, DomainsAttachBothMultiplexersOrNone) {
-  boost::intrusive_ptr<NMaterialDomain> const withoutMap(
+  Pointer<NMaterialDomain> const withoutMap(
       new NMaterialDomain(nullptr, nullptr, nullptr, materialMultiplexer.get()));
-  boost::intrusive_ptr<NMaterialDomain> const mapOnly(
+  Pointer<NMaterialDomain> const mapOnly(
       new NMaterialDomain(nullptr, nullptr, mapMultiplexer.get(), nullptr));
   for (auto const& [made, heard] :
        {std::pair(domain, "add 0 of 1 image type 2 "), std::pair(withoutMap, ""),

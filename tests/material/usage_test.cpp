@@ -5,9 +5,8 @@ namespace corvanta::data::domain::material {
 namespace {
 
 using core::domain::NDomainManager;
-using core::node::NNodeID;
 
-boost::intrusive_ptr<NMaterialDomain> MakeDomain(NDomainManager const* manager) {
+Pointer<NMaterialDomain> MakeDomain(NDomainManager const* manager) {
   return new NMaterialDomain(manager, nullptr, nullptr, nullptr);
 }
 
@@ -15,10 +14,10 @@ TEST(MaterialUsage, CountsLikeAPlainTable) {
   unsigned const seed = 31;
   SCOPED_TRACE(seed);
   std::mt19937 random(seed);
-  boost::intrusive_ptr<NDomainManager> const managers[3] = {new NDomainManager, new NDomainManager,
-                                                            new NDomainManager};
-  std::vector<boost::intrusive_ptr<NMaterialDomain>> domains;
-  std::vector<boost::intrusive_ptr<NMaterialNode>> materials;
+  Pointer<NDomainManager> const managers[3] = {new NDomainManager, new NDomainManager,
+                                               new NDomainManager};
+  std::vector<Pointer<NMaterialDomain>> domains;
+  std::vector<Pointer<NMaterialNode>> materials;
   for (auto const& manager : managers) {
     domains.push_back(MakeDomain(manager.get()));
     for (int i = 0; i != 3; ++i) materials.push_back(domains.back()->CreateNode(NNodeID()));

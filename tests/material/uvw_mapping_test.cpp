@@ -5,13 +5,12 @@ namespace {
 
 using structs::UVW;
 using structs::XYZ;
-using VX_Math::Vec3;
 
 NUVWMappingType const kFlat{1};
 
 class UVWMapping : public testing::Test {
  protected:
-  boost::intrusive_ptr<geometry::NPolygonSurface> surface{new geometry::NPolygonSurface};
+  Pointer<geometry::NPolygonSurface> surface{new geometry::NPolygonSurface};
   std::vector<float> coords;
   std::vector<float> normals;
   std::vector<UVW> uvws;
@@ -87,8 +86,8 @@ TEST_F(UVWMapping, TangentsFollowUAndBinormalsV) {
     coords.clear();
     normals.clear();
     uvws.clear();
-    VX_Math::Quaternion const turn(Vec3(any(random), any(random), any(random)), 3 * any(random));
-    VX_Math::Matrix const m(turn);
+    Quaternion const turn(Vec3(any(random), any(random), any(random)), 3 * any(random));
+    Matrix const m(turn);
     Vec3 const u(m[0][0], m[0][1], m[0][2]);
     Vec3 const v(m[1][0], m[1][1], m[1][2]);
     Vec3 const normal(m[2][0], m[2][1], m[2][2]);

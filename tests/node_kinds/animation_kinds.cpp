@@ -18,8 +18,8 @@ INSTANTIATE_TEST_SUITE_P(Animation, NodeKindTest, testing::Values(Animation()), 
 
 TEST(TimeLineAttributes, AreListed) {
   using T = data::timeline::NTimeLine;
-  core::node::NNodeReference<data::domain::animation::NAnimationNode> const none;
-  boost::intrusive_ptr<T> const timeline(new T(none));
+  NNodeReference<data::domain::animation::NAnimationNode> const none;
+  Pointer<T> const timeline(new T(none));
   ExpectDefaults(*timeline, {Both(L"repeats", false, &T::Repeats, &T::SetRepeatsFlag),
                              Both(L"currentFrame", 0.0, &T::GetCurrentFrame, &T::SetCurrentFrame)});
 }

@@ -44,9 +44,9 @@ std::vector<Row> LampRows() {
 INSTANTIATE_TEST_SUITE_P(LightEnv, NodeKindTest, testing::Values(LightEnv()), NameOfKind);
 
 TEST(Lamp, StartsAsListedAndIsReachedByItsAccessors) {
-  boost::intrusive_ptr<light_env::NLightEnvDomain> const domain(
+  Pointer<light_env::NLightEnvDomain> const domain(
       new light_env::NLightEnvDomain(nullptr, nullptr, nullptr));
-  auto const lamp = domain->CreateNode(core::node::NNodeID())->CreateLamp(L"lamp");
+  auto const lamp = domain->CreateNode(NNodeID())->CreateLamp(L"lamp");
   std::vector<Row> rows = LampRows();
   ExpectDefaults(*lamp, rows);
   for (std::size_t i = 0; i != rows.size(); ++i) {

@@ -85,10 +85,8 @@ struct NodeKind {
   wchar_t const* nodeName;
   bool isCopied;  // whether the kind offers CopyTo
   std::vector<Row> rows;
-  std::function<boost::intrusive_ptr<core::domain::NDomainBase>(AttributeMultiplexer*)> makeDomain =
-      {};
-  std::function<boost::intrusive_ptr<data::domain::NNode>(core::domain::NDomainBase&)> makeNode =
-      {};
+  std::function<Pointer<core::domain::NDomainBase>(AttributeMultiplexer*)> makeDomain = {};
+  std::function<Pointer<data::domain::NNode>(core::domain::NDomainBase&)> makeNode = {};
   /// Empty where the class offers no CopyTo.
   std::function<void(data::domain::NNode const&, data::domain::NNode&)> copy = {};
 };
@@ -112,11 +110,11 @@ NodeKind MakeKind(NodeKind kind) {
     } else {
       domain = new Domain(manager, multiplexer, nullptr, nullptr, nullptr);
     }
-    return boost::intrusive_ptr<core::domain::NDomainBase>(domain);
+    return Pointer<core::domain::NDomainBase>(domain);
   };
   kind.makeNode = [](core::domain::NDomainBase& domain) {
-    return boost::intrusive_ptr<data::domain::NNode>(
-        dynamic_cast<Domain&>(domain).template CreateNode<Node>(core::node::NNodeID()));
+    return Pointer<data::domain::NNode>(
+        dynamic_cast<Domain&>(domain).template CreateNode<Node>(NNodeID()));
   };
   if constexpr (requires(Node const& source, Node& target) { source.CopyTo(target); }) {
     kind.copy = [](data::domain::NNode const& source, data::domain::NNode& target) {

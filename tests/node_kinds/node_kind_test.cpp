@@ -5,8 +5,6 @@
 namespace corvanta::node_kinds {
 
 using data::domain::NNode;
-using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::UnorderedElementsAreArray;
 
 void ExpectDefaults(NAttributeHost const& host, std::vector<Row> const& rows) {
@@ -109,10 +107,10 @@ struct World {
     node = kind.makeNode(*domain);
   }
 
-  boost::intrusive_ptr<AttributeMultiplexer> const multiplexer{new AttributeMultiplexer};
-  boost::intrusive_ptr<Recorder> const recorder{new Recorder};
-  boost::intrusive_ptr<core::domain::NDomainBase> const domain;
-  boost::intrusive_ptr<NNode> node;
+  Pointer<AttributeMultiplexer> const multiplexer{new AttributeMultiplexer};
+  Pointer<Recorder> const recorder{new Recorder};
+  Pointer<core::domain::NDomainBase> const domain;
+  Pointer<NNode> node;
 };
 
 TEST_P(NodeKindTest, StartsAsListed) {

@@ -71,7 +71,7 @@ std::vector<Row> ViewManagerRows() {
 INSTANTIATE_TEST_SUITE_P(Scene, NodeKindTest, testing::Values(Environment(), Scene()), NameOfKind);
 
 TEST(View, StartsAsListedAndIsReachedByItsAccessors) {
-  boost::intrusive_ptr<data::view::NView> const view(new data::view::NView);
+  Pointer<data::view::NView> const view(new data::view::NView);
   std::vector<Row> rows = ViewRows();
   ExpectDefaults(*view, rows);
   for (std::size_t i = 0; i != rows.size(); ++i) {
@@ -79,8 +79,7 @@ TEST(View, StartsAsListedAndIsReachedByItsAccessors) {
     rows[i].set(*view, rows[i].value);
   }
   ExpectDefaults(*view, rows);
-  boost::intrusive_ptr<data::view::NViewManager> const manager(
-      new data::view::NViewManager(nullptr));
+  Pointer<data::view::NViewManager> const manager(new data::view::NViewManager(nullptr));
   ExpectDefaults(*manager, ViewManagerRows());
 }
 

@@ -3,15 +3,12 @@
 namespace corvanta::out_of_memory {
 namespace {
 
-using core::node::NNodeID;
 using data::domain::environment::NEnvironmentDomain;
 using data::domain::light_env::NLightEnvDomain;
 using data::domain::light_env::NLightEnvNode;
 using data::domain::scenegraph::item::NSceneGraphItemDomain;
 using data::domain::scenegraph::item::NSceneGraphLightNode;
 
-template <class T>
-using Pointer = boost::intrusive_ptr<T>;
 using LightPath = data::domain::scenegraph::NSceneGraphPath<NSceneGraphLightNode>;
 
 std::vector<std::wstring> Lamps(NLightEnvNode const& node) {

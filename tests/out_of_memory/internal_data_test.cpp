@@ -7,8 +7,7 @@ namespace {
 TEST(InternalData, InitializeLeavesTheDomainsThatWereThere) {
   support::TemporaryFiles const files;
   core::domain::NDomainManager manager;
-  boost::intrusive_ptr<data::events::NEventMultiplexer> const events(
-      new data::events::NEventMultiplexer);
+  Pointer<data::events::NEventMultiplexer> const events(new data::events::NEventMultiplexer);
   for (std::ptrdiff_t const domains : {0, 10}) {
     auto const first = manager.begin() == manager.end() ? nullptr : manager.begin()->second.domain;
     int const failures =

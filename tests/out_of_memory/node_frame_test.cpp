@@ -3,13 +3,9 @@
 namespace corvanta::out_of_memory {
 namespace {
 
-using core::node::NNodeID;
 using data::domain::light::NLightDomain;
 using data::domain::light::NLightNode;
 using data::events::attribute_change::NMultiplexer;
-
-template <class T>
-using Pointer = boost::intrusive_ptr<T>;
 
 class Listener final : public data::events::attribute_change::NListener {
  public:

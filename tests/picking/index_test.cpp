@@ -8,11 +8,10 @@ namespace {
 using data::domain::geometry::NPolygonSurface;
 using data::domain::geometry::detail::NTriangleIndex;
 using data::operators::ray_picker::detail::FindLeastHitExhaustively;
-using VX_Math::Vec3;
 
 /// A soup of triangles of very different sizes, some of them degenerate, twice there, huge, not
 /// finite or with indices out of range.
-boost::intrusive_ptr<NPolygonSurface> MakeSoup(std::mt19937& random, int count) {
+Pointer<NPolygonSurface> MakeSoup(std::mt19937& random, int count) {
   std::uniform_real_distribution<float> any(-1, 1);
   std::vector<float> coords;
   std::vector<unsigned> indices;
@@ -33,7 +32,7 @@ boost::intrusive_ptr<NPolygonSurface> MakeSoup(std::mt19937& random, int count) 
     if (i % 100 == 13) indices.insert(indices.end(), {first, 0xFFFFFFFFu, first + 2});
   }
   indices.push_back(0);  // a last run of one
-  boost::intrusive_ptr<NPolygonSurface> surface(new NPolygonSurface);
+  Pointer<NPolygonSurface> surface(new NPolygonSurface);
   surface->Assign(coords, coords, indices, {});
   return surface;
 }
@@ -128,7 +127,7 @@ TEST(TriangleIndex, OfAThousandTrianglesAtOnePoint) {
     coords.insert(coords.end(), {i % 3 == 1 ? 1.0f : 0.0f, i % 3 == 2 ? 1.0f : 0.0f, 0});
     indices.push_back(i);
   }
-  boost::intrusive_ptr<NPolygonSurface> surface(new NPolygonSurface);
+  Pointer<NPolygonSurface> surface(new NPolygonSurface);
   surface->Assign(coords, coords, indices, {});
   NTriangleIndex const index(*surface);
   EXPECT_EQ(index.GetTriangleCount(), 1000u);

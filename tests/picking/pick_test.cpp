@@ -8,16 +8,14 @@ namespace {
 namespace picker = data::operators::ray_picker;
 using VX_Math::Line;
 using VX_Math::Plane;
-using VX_Math::Vec2;
 
 struct Picked : Graph {
-  boost::intrusive_ptr<data::domain::scene::NSceneDomain> scenes{
-      new data::domain::scene::NSceneDomain(&manager, attributes,
-                                            &events->GetSceneGraphTreeHostEventMultiplexer(),
-                                            &events->GetSceneEventMultiplexer())};
+  Pointer<data::domain::scene::NSceneDomain> scenes{new data::domain::scene::NSceneDomain(
+      &manager, attributes, &events->GetSceneGraphTreeHostEventMultiplexer(),
+      &events->GetSceneEventMultiplexer())};
   Group root = Make();
   Tree shown = MakeTree(root);
-  boost::intrusive_ptr<data::domain::scene::NSceneNode> scene = scenes->CreateNode(NNodeID());
+  Pointer<data::domain::scene::NSceneNode> scene = scenes->CreateNode(NNodeID());
   std::vector<picker::ModelPath> paths;
   std::vector<Vec3> points;
 

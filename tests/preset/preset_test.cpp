@@ -6,9 +6,7 @@ namespace {
 
 namespace preset = data::preset;
 using data::domain::light::NLightNode;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using LightItem = boost::intrusive_ptr<item::NSceneGraphLightNode>;
+using LightItem = Pointer<item::NSceneGraphLightNode>;
 using Triple = std::array<double, 3>;
 
 class AttributeNames final : public data::events::NEventListener {
@@ -41,7 +39,7 @@ class Preset : public testing::Test, protected ViewWorld {
         Vec3());
   }
 
-  boost::intrusive_ptr<AttributeNames> const m_names{new AttributeNames};
+  Pointer<AttributeNames> const m_names{new AttributeNames};
   support::TemporaryFiles const m_files;
 };
 
@@ -78,7 +76,7 @@ TEST_F(Preset, TheScaleIsFiveTimesTheLongestSideOfTheScene) {
 }
 
 TEST_F(Preset, LightsGetTheColorsOfTheRig) {
-  std::vector<boost::intrusive_ptr<NLightNode>> rig;
+  std::vector<Pointer<NLightNode>> rig;
   for (int i = 0; i != 9; ++i) rig.push_back(lights->CreateNode(NNodeID()));
   preset::PresetLight(rig, false);
   preset::PresetLight(rig[0], true);
@@ -213,7 +211,7 @@ TEST_F(Preset, WhatIsMissingHasNoEffect) {
   preset::PresetSceneGraphLight(Make<item::NSceneGraphLightNode>(), view, shown, true);
   preset::PresetSceneGraphLight(std::vector<LightItem>{nullptr}, view, shown, true);
   preset::PresetSceneGraphLight(std::vector{MakeLight()}, view, nullptr, true);
-  preset::PresetLight(std::vector<boost::intrusive_ptr<NLightNode>>{nullptr}, true);
+  preset::PresetLight(std::vector<Pointer<NLightNode>>{nullptr}, true);
   EXPECT_THAT(m_names->heard, ElementsAre(L"type"));  // of the light that was made
 }
 

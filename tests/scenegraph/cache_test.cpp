@@ -69,7 +69,7 @@ TEST(Caches, AreReadOldInsideTheEventAndMarkedAlsoWhenAListenerThrows) {
   parent->AddChild(*model);
   EXPECT_EQ(parent->GetBoundingBox({}, {}).max.x, 1.0f);
   (void)model->GetTransform();
-  boost::intrusive_ptr<ReadInside> const listener(new ReadInside);
+  Pointer<ReadInside> const listener(new ReadInside);
   graph.attributes->AddObserver(*listener);
   float inside = -1;
   listener->read = [&] {
@@ -229,7 +229,7 @@ struct LateHosts : data::events::NEventListener {
 
  private:
   void OnSceneGraphTreeChange(tree::NSceneGraphTreeHost const& host,
-                              boost::intrusive_ptr<tree::NSceneGraphTreeNode> const&) override {
+                              Pointer<tree::NSceneGraphTreeNode> const&) override {
     met.push_back(&host);
   }
 };
@@ -257,7 +257,7 @@ TEST(Boxes, AreComputedInListOrder) {
     for (Reference const& child : {early, meets}) arm->AddChild(*child);
     expected.push_back(meets.get());
   }
-  boost::intrusive_ptr<LateHosts> const log(new LateHosts);
+  Pointer<LateHosts> const log(new LateHosts);
   graph.events->AddObserver(*log);
   Box3 const box = tree::GetBoundingBox(*shown);
   EXPECT_TRUE(Near(box.min, {0, 0, 0})) << "the first reference decides the shown tree's own box";

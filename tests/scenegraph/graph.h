@@ -7,42 +7,37 @@ namespace corvanta::test {
 namespace item = data::domain::scenegraph::item;
 namespace scenegraph = data::domain::scenegraph;
 namespace tree = data::domain::scenegraph::tree;
-using core::node::NNodeID;
-using core::node::NNodeReference;
-using VX_Math::Box3;
-using VX_Math::Matrix;
-using VX_Math::Vec3;
-using Item = boost::intrusive_ptr<item::NSceneGraphItemNode>;
-using Group = boost::intrusive_ptr<item::NSceneGraphGroupNode>;
-using Model = boost::intrusive_ptr<item::NSceneGraphModelNode>;
-using Reference = boost::intrusive_ptr<item::NSceneGraphReferenceNode>;
-using Camera = boost::intrusive_ptr<item::NSceneGraphCameraNode>;
-using Tree = boost::intrusive_ptr<tree::NSceneGraphTreeNode>;
+using Item = Pointer<item::NSceneGraphItemNode>;
+using Group = Pointer<item::NSceneGraphGroupNode>;
+using Model = Pointer<item::NSceneGraphModelNode>;
+using Reference = Pointer<item::NSceneGraphReferenceNode>;
+using Camera = Pointer<item::NSceneGraphCameraNode>;
+using Tree = Pointer<tree::NSceneGraphTreeNode>;
 
 /// The domains that a hierarchy needs, wired to one event multiplexer.
 struct Graph {
   core::domain::NDomainManager manager;
-  boost::intrusive_ptr<data::events::NEventMultiplexer> events{new data::events::NEventMultiplexer};
+  Pointer<data::events::NEventMultiplexer> events{new data::events::NEventMultiplexer};
   data::events::attribute_change::NMultiplexer* attributes =
       &events->GetAttributeChangeEventMultiplexer();
-  boost::intrusive_ptr<item::NSceneGraphItemDomain> items{new item::NSceneGraphItemDomain(
+  Pointer<item::NSceneGraphItemDomain> items{new item::NSceneGraphItemDomain(
       &manager, attributes, &events->GetSceneGraphModelEventMultiplexer(),
       &events->GetSceneGraphHierarchyEventMultiplexer(),
       &events->GetSceneGraphTreeHostEventMultiplexer())};
-  boost::intrusive_ptr<tree::NSceneGraphTreeDomain> trees{new tree::NSceneGraphTreeDomain(
+  Pointer<tree::NSceneGraphTreeDomain> trees{new tree::NSceneGraphTreeDomain(
       &manager, attributes, &events->GetSceneGraphTreeEventMultiplexer())};
-  boost::intrusive_ptr<data::domain::geometry::NGeometryDomain> geometries{
+  Pointer<data::domain::geometry::NGeometryDomain> geometries{
       new data::domain::geometry::NGeometryDomain(&manager, attributes,
                                                   &events->GetGeometryChangeEventMultiplexer())};
-  boost::intrusive_ptr<data::domain::material::NMaterialDomain> materials{
+  Pointer<data::domain::material::NMaterialDomain> materials{
       new data::domain::material::NMaterialDomain(
           &manager, attributes, &events->GetEnvironmentMapChangeEventMultiplexer(),
           &events->GetMaterialEventMultiplexer())};
-  boost::intrusive_ptr<data::domain::camera::NCameraDomain> cameras{
+  Pointer<data::domain::camera::NCameraDomain> cameras{
       new data::domain::camera::NCameraDomain(&manager, attributes)};
 
   template <class T = item::NSceneGraphGroupNode>
-  boost::intrusive_ptr<T> Make() {
+  Pointer<T> Make() {
     return items->CreateNode<T>(NNodeID());
   }
   Tree MakeTree(Item const& root) {
@@ -58,7 +53,7 @@ struct Graph {
   /// A model of one triangle from corner to corner of a box.
   Model MakeModel(Vec3 const& min, Vec3 const& max) {
     auto geometry = geometries->CreateNode(NNodeID());
-    boost::intrusive_ptr<data::domain::geometry::NPolygonSurface> surface(
+    Pointer<data::domain::geometry::NPolygonSurface> surface(
         new data::domain::geometry::NPolygonSurface);
     std::vector<float> const coords{min.x, min.y, min.z, max.x, max.y, max.z, min.x, max.y, min.z};
     surface->Assign(coords, coords, std::vector<unsigned int>{0, 1, 2}, {});

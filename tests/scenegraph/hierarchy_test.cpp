@@ -26,7 +26,7 @@ TEST(Hierarchy, RefusalsChangeNothingAndRaiseNothing) {
   Graph other;
   Group const parent = graph.Make(), child = graph.Make(), elsewhere = graph.Make();
   ASSERT_TRUE(parent->AddChild(*child));
-  boost::intrusive_ptr<HierarchyLog> const log(new HierarchyLog);
+  Pointer<HierarchyLog> const log(new HierarchyLog);
   graph.events->AddObserver(*log);
 
   EXPECT_FALSE(parent->AddChild(*child)) << "it is here";
@@ -67,7 +67,7 @@ TEST(Hierarchy, ABoxFollowsAChildBeforeItsEvent) {
   Group const parent = graph.Make(), taker = graph.Make();
   Model const model = graph.MakeModel({0, 0, 0}, {5, 5, 5});
   taker->AddChild(*graph.Make());
-  boost::intrusive_ptr<HierarchyLog> const log(new HierarchyLog);
+  Pointer<HierarchyLog> const log(new HierarchyLog);
   graph.events->AddObserver(*log);
   auto const reach = [](Group const& of) { return of->GetBoundingBox({}, {}).max.x; };
   reach(parent);
@@ -124,7 +124,7 @@ TEST(Hierarchy, AgainstANaiveModel) {
 TEST(Hierarchy, ListenersMayUndoWhatTheyHear) {
   Graph graph;
   Group const parent = graph.Make();
-  boost::intrusive_ptr<HierarchyLog> const log(new HierarchyLog);
+  Pointer<HierarchyLog> const log(new HierarchyLog);
   graph.events->AddObserver(*log);
   Group child = graph.Make();
   auto* const raw = child.get();

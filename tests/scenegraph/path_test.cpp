@@ -182,7 +182,7 @@ struct HostLog : data::events::NEventListener {
 
  private:
   void OnSceneGraphTreeChange(tree::NSceneGraphTreeHost const&,
-                              boost::intrusive_ptr<tree::NSceneGraphTreeNode> const& old) override {
+                              Pointer<tree::NSceneGraphTreeNode> const& old) override {
     lines.push_back(old ? "tree, old" : "tree");
   }
   void OnSceneGraphTreeRootChange(tree::NSceneGraphTreeNode const&, Item const& old) override {
@@ -199,7 +199,7 @@ TEST(TreeHosts, TellOfTreesAndRoots) {
   Group const root = graph.Make(), other = graph.Make();
   Tree const shown = graph.MakeTree(root);
   Reference const reference = graph.Make<item::NSceneGraphReferenceNode>();
-  boost::intrusive_ptr<HostLog> const log(new HostLog);
+  Pointer<HostLog> const log(new HostLog);
   graph.events->AddObserver(*log);
   using Lines = std::vector<std::string>;
   auto const take = [&] { return std::exchange(log->lines, {}); };
@@ -225,7 +225,7 @@ TEST(TreeHosts, SubscribeLate) {
   Graph graph;
   Group const root = graph.Make();
   Reference const reference = graph.Make<item::NSceneGraphReferenceNode>();
-  boost::intrusive_ptr<HostLog> const log(new HostLog);
+  Pointer<HostLog> const log(new HostLog);
   graph.events->AddObserver(*log);
   NNodeReference<tree::NSceneGraphTreeNode> early;
   {

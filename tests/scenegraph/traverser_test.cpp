@@ -6,15 +6,12 @@
 namespace corvanta::data::domain::scenegraph {
 namespace {
 
-using core::node::NNodeID;
 using item::NSceneGraphCameraNode;
 using item::NSceneGraphGroupNode;
 using item::NSceneGraphItemNode;
 using item::NSceneGraphLightNode;
 using item::NSceneGraphModelNode;
 using item::NSceneGraphReferenceNode;
-using testing::ElementsAre;
-using testing::IsEmpty;
 using tree::NSceneGraphTreeNode;
 
 /// Writes down every hook as "<kind of hook><name>[<check points>]".
@@ -102,21 +99,20 @@ class Counter final : public NSceneGraphTraverser {
 
 class Traverser : public testing::Test {
  protected:
-  boost::intrusive_ptr<item::NSceneGraphItemDomain> items{
+  Pointer<item::NSceneGraphItemDomain> items{
       new item::NSceneGraphItemDomain(nullptr, nullptr, nullptr, nullptr, nullptr)};
-  boost::intrusive_ptr<tree::NSceneGraphTreeDomain> trees{
+  Pointer<tree::NSceneGraphTreeDomain> trees{
       new tree::NSceneGraphTreeDomain(nullptr, nullptr, nullptr)};
   Recorder recorder;
 
   template <class T = NSceneGraphGroupNode>
-  boost::intrusive_ptr<T> Make(wchar_t const* name, NSceneGraphItemNode* parent = nullptr) {
+  Pointer<T> Make(wchar_t const* name, NSceneGraphItemNode* parent = nullptr) {
     auto const made = items->CreateNode<T>(NNodeID());
     made->SetName(name);
     if (parent != nullptr) parent->AddChild(*made);
     return made;
   }
-  boost::intrusive_ptr<NSceneGraphTreeNode> MakeTree(wchar_t const* name,
-                                                     NSceneGraphItemNode const* root) {
+  Pointer<NSceneGraphTreeNode> MakeTree(wchar_t const* name, NSceneGraphItemNode const* root) {
     auto const made = trees->CreateNode(NNodeID());
     made->SetName(name);
     if (root != nullptr) made->SetRoot(*root);
@@ -276,7 +272,7 @@ TEST_F(Traverser, EndsBeyondItsBudgetAndItsStack) {
     }
     return "";
   };
-  std::vector<boost::intrusive_ptr<NSceneGraphTreeNode>> doubled{MakeTree(L"", Make(L"").get())};
+  std::vector<Pointer<NSceneGraphTreeNode>> doubled{MakeTree(L"", Make(L"").get())};
   for (int level = 0; level != 26; ++level) {
     auto const root = Make(L"");
     for (int i = 0; i != 2; ++i) {
@@ -307,9 +303,9 @@ TEST_F(Traverser, EndsBeyondItsBudgetAndItsStack) {
 }
 
 TEST_F(Traverser, WalksWhatIsDeep) {
-  boost::intrusive_ptr<NSceneGraphItemNode> root = Make(L"root");
+  Pointer<NSceneGraphItemNode> root = Make(L"root");
   for (int i = 0; i != 100000; ++i) {
-    boost::intrusive_ptr<NSceneGraphItemNode> const parent(
+    Pointer<NSceneGraphItemNode> const parent(
         new NSceneGraphGroupNode(NNodeID(), nullptr, nullptr));
     parent->AddChild(*root);
     root = parent;
@@ -320,7 +316,7 @@ TEST_F(Traverser, WalksWhatIsDeep) {
   EXPECT_EQ(counter.items, 100001);
   EXPECT_EQ(counter.open, 0);
 
-  boost::intrusive_ptr<NSceneGraphTreeNode> outer = tree;
+  Pointer<NSceneGraphTreeNode> outer = tree;
   for (int i = 0; i != 1000; ++i) {
     auto const reference = Make<NSceneGraphReferenceNode>(L"");
     reference->SetSceneGraph(*outer);

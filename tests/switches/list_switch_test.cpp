@@ -5,16 +5,15 @@ namespace {
 
 using domain::scenegraph::item::NSceneGraphCameraNode;
 using domain::scenegraph::item::NSceneGraphItemDomain;
-using testing::ElementsAre;
 using CameraPath = domain::scenegraph::NSceneGraphPath<NSceneGraphCameraNode>;
 
 TEST(Switches, InsertBeforeTheIndexAndRefuseBeyondTheEnd) {
-  boost::intrusive_ptr<NSceneGraphItemDomain> const items(
+  Pointer<NSceneGraphItemDomain> const items(
       new NSceneGraphItemDomain(nullptr, nullptr, nullptr, nullptr, nullptr));
-  auto const camera = items->CreateNode<NSceneGraphCameraNode>(core::node::NNodeID());
+  auto const camera = items->CreateNode<NSceneGraphCameraNode>(NNodeID());
   CameraPath const a(*camera, {});
   CameraPath const b;
-  boost::intrusive_ptr<NCameraSwitch> const cameras(new NCameraSwitch);
+  Pointer<NCameraSwitch> const cameras(new NCameraSwitch);
   EXPECT_EQ(cameras->GetName(), L"");
   EXPECT_FALSE(cameras->AddCamera(a, 1));
   EXPECT_FALSE(cameras->RemoveCamera(0));
@@ -26,12 +25,12 @@ TEST(Switches, InsertBeforeTheIndexAndRefuseBeyondTheEnd) {
   EXPECT_FALSE(cameras->RemoveCamera(3));
   EXPECT_THAT(cameras->GetCameras(), ElementsAre(a, b, a));
 
-  using EnvironmentRef = core::node::NNodeReference<domain::environment::NEnvironmentNode>;
+  using EnvironmentRef = NNodeReference<domain::environment::NEnvironmentNode>;
   // What an entry refers to doesn't matter.
   EnvironmentRef const full(static_cast<core::node::detail::NNodeReferenceImpl const&>(
-      core::node::NNodeReference<NSceneGraphCameraNode>(*camera)));
+      NNodeReference<NSceneGraphCameraNode>(*camera)));
   EnvironmentRef const empty;
-  boost::intrusive_ptr<NEnvironmentSwitch> const environments(new NEnvironmentSwitch);
+  Pointer<NEnvironmentSwitch> const environments(new NEnvironmentSwitch);
   EXPECT_FALSE(environments->AddEnvironment(full, 1));
   EXPECT_FALSE(environments->RemoveEnvironment(0));
   EXPECT_TRUE(environments->AddEnvironment(full, 0));

@@ -3,13 +3,10 @@
 namespace corvanta::data::switches {
 namespace {
 
-using core::node::NNodeID;
 using domain::material::NMaterialNode;
 using domain::scenegraph::item::NSceneGraphModelNode;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using MaterialPointer = boost::intrusive_ptr<NMaterialNode>;
-using ModelPointer = boost::intrusive_ptr<NSceneGraphModelNode>;
+using MaterialPointer = Pointer<NMaterialNode>;
+using ModelPointer = Pointer<NSceneGraphModelNode>;
 
 constexpr unsigned kNone = 0xFFFFFFFF;
 
@@ -34,13 +31,13 @@ class Recorder final : public NMaterialSwitchListener {
 
 class MaterialSwitch : public testing::Test {
  protected:
-  boost::intrusive_ptr<domain::material::NMaterialDomain> materials{
+  Pointer<domain::material::NMaterialDomain> materials{
       new domain::material::NMaterialDomain(nullptr, nullptr, nullptr, nullptr)};
-  boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemDomain> items{
+  Pointer<domain::scenegraph::item::NSceneGraphItemDomain> items{
       new domain::scenegraph::item::NSceneGraphItemDomain(nullptr, nullptr, nullptr, nullptr,
                                                           nullptr)};
-  boost::intrusive_ptr<NMaterialSwitch> chooser{new NMaterialSwitch};
-  boost::intrusive_ptr<Recorder> recorder{new Recorder(*chooser)};
+  Pointer<NMaterialSwitch> chooser{new NMaterialSwitch};
+  Pointer<Recorder> recorder{new Recorder(*chooser)};
   MaterialPointer a = materials->CreateNode(NNodeID());
   MaterialPointer b = materials->CreateNode(NNodeID());
 
@@ -82,7 +79,7 @@ TEST_F(MaterialSwitch, DeadEntriesCountAsPositions) {
   EXPECT_FALSE(chooser->RemoveModel(second));
   EXPECT_TRUE(chooser->AddModel(second));
   items->RemoveNode(*first);
-  core::node::NNodeReference<NSceneGraphModelNode> const dead(first);
+  NNodeReference<NSceneGraphModelNode> const dead(first);
   first.reset();
   EXPECT_EQ(chooser->GetModelIndex(*second), 1u);
   EXPECT_TRUE(chooser->RemoveModel(dead));

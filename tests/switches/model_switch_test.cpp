@@ -4,9 +4,7 @@ namespace corvanta::data::switches {
 namespace {
 
 using detail::NModelSet;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using SetPointer = boost::intrusive_ptr<NModelSet>;
+using SetPointer = Pointer<NModelSet>;
 
 constexpr unsigned kNone = 0xFFFFFFFF;
 
@@ -40,8 +38,8 @@ SetPointer MakeSet(wchar_t const* name) {
 
 class ModelSwitch : public testing::Test {
  protected:
-  boost::intrusive_ptr<NModelSwitch> chooser{new NModelSwitch};
-  boost::intrusive_ptr<Recorder> recorder{new Recorder(*chooser)};
+  Pointer<NModelSwitch> chooser{new NModelSwitch};
+  Pointer<Recorder> recorder{new Recorder(*chooser)};
   SetPointer a = MakeSet(L"a");
   SetPointer b = MakeSet(L"b");
 
@@ -59,7 +57,7 @@ TEST_F(ModelSwitch, KeepsAnOrderWithUniqueNames) {
   EXPECT_THAT(recorder->Take(), ElementsAre(L"added a at 0", L"added b at 0"));
   EXPECT_FALSE(chooser->AddModelSet(*MakeSet(L"b"), 0));
   EXPECT_FALSE(chooser->AddModelSet(*a, 2));
-  boost::intrusive_ptr<NModelSwitch> const other(new NModelSwitch);
+  Pointer<NModelSwitch> const other(new NModelSwitch);
   EXPECT_FALSE(other->AddModelSet(*a, 0));
   EXPECT_TRUE(other->AddModelSet(*MakeSet(L"a"), 0));
   EXPECT_FALSE(chooser->RemoveModelSet(**other->GetModelSets().begin()));

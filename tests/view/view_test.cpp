@@ -3,14 +3,11 @@
 namespace corvanta::data::view {
 namespace {
 
-using core::node::NNodeID;
 using domain::scene::NSceneNode;
 using domain::scenegraph::item::NSceneGraphCameraNode;
 using domain::scenegraph::tree::NSceneGraphTreeNode;
-using testing::ElementsAre;
-using testing::IsEmpty;
 using CameraPath = domain::scenegraph::NSceneGraphPath<NSceneGraphCameraNode>;
-using SceneRef = core::node::NNodeReference<NSceneNode>;
+using SceneRef = NNodeReference<NSceneNode>;
 
 class Recorder final : public NViewListener, public NViewManagerListener {
  public:
@@ -56,24 +53,23 @@ class AttributeRecorder final : public events::attribute_change::NListener {
 
 /// A scene with a camera at the root of a tree.
 struct Stage {
-  boost::intrusive_ptr<domain::scene::NSceneDomain> scenes{
+  Pointer<domain::scene::NSceneDomain> scenes{
       new domain::scene::NSceneDomain(nullptr, nullptr, nullptr, nullptr)};
-  boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemDomain> items{
+  Pointer<domain::scenegraph::item::NSceneGraphItemDomain> items{
       new domain::scenegraph::item::NSceneGraphItemDomain(nullptr, nullptr, nullptr, nullptr,
                                                           nullptr)};
-  boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeDomain> trees{
+  Pointer<domain::scenegraph::tree::NSceneGraphTreeDomain> trees{
       new domain::scenegraph::tree::NSceneGraphTreeDomain(nullptr, nullptr, nullptr)};
-  boost::intrusive_ptr<NSceneNode> scene = scenes->CreateNode(NNodeID());
-  boost::intrusive_ptr<NSceneGraphCameraNode> camera =
-      items->CreateNode<NSceneGraphCameraNode>(NNodeID());
-  boost::intrusive_ptr<NSceneGraphTreeNode> tree = trees->CreateNode(NNodeID());
+  Pointer<NSceneNode> scene = scenes->CreateNode(NNodeID());
+  Pointer<NSceneGraphCameraNode> camera = items->CreateNode<NSceneGraphCameraNode>(NNodeID());
+  Pointer<NSceneGraphTreeNode> tree = trees->CreateNode(NNodeID());
   CameraPath path{*camera, *tree};
 };
 
 TEST(View, TellsOfSceneAndCameraAlsoWhenTheyStay) {
   Stage stage;
-  boost::intrusive_ptr<NView> const view(new NView);
-  boost::intrusive_ptr<Recorder> const recorder(new Recorder);
+  Pointer<NView> const view(new NView);
+  Pointer<Recorder> const recorder(new Recorder);
   view->AddObserver(*recorder);
   EXPECT_EQ(view->GetScene(), nullptr);
   EXPECT_EQ(view->GetCamera().GetNode(), nullptr);
@@ -96,9 +92,9 @@ TEST(View, TellsOfSceneAndCameraAlsoWhenTheyStay) {
 
 TEST(View, ListenersMayReplaceTheCameraAndDropTheView) {
   Stage stage;
-  boost::intrusive_ptr<NView> view(new NView);
-  boost::intrusive_ptr<Recorder> const first(new Recorder);
-  boost::intrusive_ptr<Recorder> const last(new Recorder);
+  Pointer<NView> view(new NView);
+  Pointer<Recorder> const first(new Recorder);
+  Pointer<Recorder> const last(new Recorder);
   view->SetCamera(stage.path);
   view->AddObserver(*first);
   view->AddObserver(*last);
@@ -116,12 +112,12 @@ TEST(View, ListenersMayReplaceTheCameraAndDropTheView) {
 }
 
 TEST(ViewManager, KeepsViewsInOrder) {
-  boost::intrusive_ptr<NViewManager> const manager(new NViewManager(nullptr));
-  boost::intrusive_ptr<Recorder> const recorder(new Recorder);
+  Pointer<NViewManager> const manager(new NViewManager(nullptr));
+  Pointer<Recorder> const recorder(new Recorder);
   manager->AddObserver(*recorder);
-  boost::intrusive_ptr<NView> const a(new NView);
-  boost::intrusive_ptr<NView> const b(new NView);
-  boost::intrusive_ptr<NView> const c(new NView);
+  Pointer<NView> const a(new NView);
+  Pointer<NView> const b(new NView);
+  Pointer<NView> const c(new NView);
   EXPECT_FALSE(manager->AddView(*a, 1));
   EXPECT_TRUE(manager->AddView(*a, 0));
   EXPECT_TRUE(manager->AddView(*b, 1));
@@ -143,11 +139,11 @@ TEST(ViewManager, KeepsViewsInOrder) {
 }
 
 TEST(ViewManager, TellsItsMultiplexerOfItsAttributesAndNobodyOfThoseOfViews) {
-  boost::intrusive_ptr<events::attribute_change::NMultiplexer> const multiplexer(
+  Pointer<events::attribute_change::NMultiplexer> const multiplexer(
       new events::attribute_change::NMultiplexer);
-  boost::intrusive_ptr<AttributeRecorder> const recorder(new AttributeRecorder);
+  Pointer<AttributeRecorder> const recorder(new AttributeRecorder);
   multiplexer->AddObserver(*recorder);
-  boost::intrusive_ptr<NViewManager> const manager(new NViewManager(multiplexer.get()));
+  Pointer<NViewManager> const manager(new NViewManager(multiplexer.get()));
   EXPECT_FALSE(manager->FixesAspect());
   EXPECT_EQ(manager->GetAspect(), 1.0);
   manager->QueryAttribute(AN_ASPECT)->SetValue(1.5, true);
@@ -157,9 +153,9 @@ TEST(ViewManager, TellsItsMultiplexerOfItsAttributesAndNobodyOfThoseOfViews) {
   EXPECT_THAT(recorder->heard, ElementsAre(L"aspect", L"fixesAspect"));
   EXPECT_EQ(recorder->host, manager.get());
 
-  boost::intrusive_ptr<NViewManager> const silent(new NViewManager(nullptr));
+  Pointer<NViewManager> const silent(new NViewManager(nullptr));
   silent->QueryAttribute(AN_ASPECT)->SetValue(2.0, true);
-  boost::intrusive_ptr<NView> const view(new NView);
+  Pointer<NView> const view(new NView);
   manager->AddView(*view, 0);
   view->SetTop(0.5);
   EXPECT_EQ(recorder->heard.size(), 2u);
