@@ -1,5 +1,7 @@
 #include "corvanta/data/domain/image/NImageNode.h"
 
+#include <utility>
+
 #include "corvanta/core/attribute/NAttributeContainerError.h"
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/string_table/string_table.h"
@@ -39,15 +41,20 @@ void NImageNode::SetImageLocator(NLocator const& locator) {
   m_block->AN_FORMAT_HINT.Set(resource::image::LocatorToFormat(judged));
 }
 
+void NImageNode::SetImageLocator(NLocator&& locator, resource::image::NImageFormat format) {
+  m_block->locator = std::move(locator);
+  m_block->AN_FORMAT_HINT.Set(format);
+}
+
 boost::intrusive_ptr<resource::image::NImage> NImageNode::GetImage() const {
   return resource::image::CreateImage(m_block->locator, m_block->AN_FORMAT_HINT.Get());
 }
 
 void NImageNode::CopyTo(NImageNode& target) const {
   boost::intrusive_ptr<NImageNode> const held(target.TryAddRef() ? &target : nullptr, false);
-  NLocator const locator = m_block->locator;
+  NLocator locator = m_block->locator;
   CopyNodeTo(target);
-  target.m_block->locator = locator;
+  target.m_block->locator = std::move(locator);
 }
 
 }  // namespace corvanta::data::domain::image
