@@ -7,7 +7,7 @@ set(text "#pragma once\n\n// Every public header of corvanta. Written by cmake/u
 foreach(header ${headers})
   # Details belong to the headers that need them, but for the classes that callers see by name; the platform
   # layer's picture side belongs to its decoder, and its processes to who starts them.
-  if(header MATCHES "(NNodeColorTranslator|NFIImage|NUnknownImage|NFIImageError)\\.h$" OR NOT header MATCHES "/detail/|/fwd\\.h$|corvanta/(corvanta|names)\\.h$|corvanta/platform/(child/.*|child_process|descriptor|file|narrow_path|picture|shared_memory)\\.h$")
+  if(header MATCHES "(NNodeColorTranslator|NFIImage|NUnknownImage|NFIImageError)\\.h$" OR NOT header MATCHES "/detail/|/fwd\\.h$|corvanta/(corvanta|names)\\.h$|corvanta/platform/(child/.*|child_process|decode_.*|decoded_picture|decoder_client|descriptor|file|narrow_path|picture|picture_header|shared_memory)\\.h$")
     string(APPEND text "#include \"${header}\"\n")
   endif()
 endforeach()

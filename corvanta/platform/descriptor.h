@@ -20,6 +20,8 @@ class NDescriptor {
   }
 
   int Get() const { return m_descriptor; }
+  /// Hands it over to the caller, who closes it.
+  int Release() { return std::exchange(m_descriptor, -1); }
   explicit operator bool() const { return m_descriptor >= 0; }
 
  private:

@@ -32,7 +32,25 @@ enum NPictureFormat : int {
   PF_JP2 = 31,
 };
 
-/// A decoded picture: a device-independent bitmap in memory.
+/// What a pixel of a decoded picture is. The numbers are the decoder's.
+enum NPixelType : int {
+  PT_UNKNOWN = 0,
+  PT_BITMAP =
+      1,  ///< 1 to 8 bits of a palette, 16 bits by masks, blue green red, with a fourth byte
+  PT_UINT16 = 2,
+  PT_INT16 = 3,
+  PT_UINT32 = 4,
+  PT_INT32 = 5,
+  PT_FLOAT = 6,
+  PT_DOUBLE = 7,
+  PT_COMPLEX = 8,  ///< two doubles
+  PT_RGB16 = 9,
+  PT_RGBA16 = 10,
+  PT_RGBF = 11,
+  PT_RGBAF = 12,
+};
+
+/// A decoded picture: a device-independent bitmap in memory, as the decoder made it.
 class CORVANTA_API NPicture {
  public:
   NPicture() = default;
@@ -40,30 +58,36 @@ class CORVANTA_API NPicture {
   NPicture& operator=(NPicture const&) = delete;
   virtual ~NPicture();
 
-  /// The info header, which the palette and the rows follow.
+  /// The info header, which the palette, three masks in a picture of 16 bits that has them, and the
+  /// rows follow without a gap. The first row's address is divisible by 16.
   virtual void const* GetInfoHeader() const = 0;
   /// All of it, from the header on.
   virtual unsigned int GetByteLength() const = 0;
+  virtual NPixelType GetPixelType() const = 0;
+  /// 12 in a picture that has masks, else 0.
+  unsigned int GetMasksByteLength() const;
 };
 
 /// The format that the name of a file tells; the file isn't looked at.
 CORVANTA_API NPictureFormat GetFIFFromFilename(std::wstring const& path);
 
-/// Decodes the file at `path`, whatever its name says.
-/// Fails: null if it isn't a picture, is broken, or is beyond the limits: 16,384 pixels a side, 256
-/// megapixels, 16 MiB in a format without a way to read the size alone. What is beyond them costs
-/// no memory. IFF, MNG, JNG, PICT and XBM files count as unreadable, since they can't be held to
-/// that, and so do ICO, PSD and JPEG XR files, whose decoders end the program over a damaged one.
-CORVANTA_API std::unique_ptr<NPicture const> LoadPicture(std::wstring const& path);
+/// Decodes the file at `path`, whatever its name says, in a process of its own; PNG, JPEG and BMP
+/// in this one where that can't be (limits.h has the setters and the limits).
+/// Fails: null, with `reason` set in a few words, if it isn't a picture, is broken, is beyond the
+/// limits, or takes its decoder down. Cost: a picture beyond the limits costs no memory, a damaged
+/// one at most the time limit.
+CORVANTA_API std::unique_ptr<NPicture const> LoadPicture(std::wstring const& path,
+                                                         std::string* reason = nullptr);
 
 /// The same for the content of a file in memory; `name` is what the file's path would tell of its
 /// format.
 CORVANTA_API std::unique_ptr<NPicture const> DecodePicture(void const* bytes, std::size_t length,
-                                                           std::wstring const& name);
+                                                           std::wstring const& name,
+                                                           std::string* reason = nullptr);
 
-/// Reads the size of the picture in the file at `path`, in pixels.
-/// Fails: false, with nothing written, where `LoadPicture` gives null for the file's kind or
-/// limits.
+/// Reads the size of the picture in the file at `path`, in pixels; no limit on it holds. The
+/// headers of PNG, JPEG, BMP, GIF, DDS, SGI, EXR and JPEG 2000 are read in this process, others by
+/// the decoding program. Fails: false, with nothing written, if the file tells none.
 CORVANTA_API bool GetPictureSize(std::wstring const& path, unsigned int& width,
                                  unsigned int& height);
 

@@ -4,7 +4,7 @@
 
 #include "corvanta/core/text/convert.h"
 #include "corvanta/core/uri/NPath.h"
-#include "corvanta/platform/picture.h"
+#include "corvanta/platform/decode_here.h"
 
 namespace corvanta::platform {
 
@@ -70,13 +70,10 @@ NPictureFormat GetFIFFromFilename(std::wstring const& path) {
   return PF_UNKNOWN;
 }
 
-std::unique_ptr<NPicture const> LoadPicture(std::wstring const&) { return nullptr; }
-
-std::unique_ptr<NPicture const> DecodePicture(void const*, std::size_t, std::wstring const&) {
+std::unique_ptr<NPicture const> DecodeHere(std::vector<unsigned char>, std::string& reason) {
+  reason += "; this build decodes nothing itself";
   return nullptr;
 }
-
-bool GetPictureSize(std::wstring const&, unsigned int&, unsigned int&) { return false; }
 
 }  // namespace corvanta::platform
 

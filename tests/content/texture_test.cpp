@@ -1,4 +1,4 @@
-#include "tests/support/world.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::domain::texture {
 namespace {
@@ -21,13 +21,16 @@ class Recorder final : public events::texture::NListener {
   }
 };
 
-class Texture : public testing::Test, protected support::World {
+class Texture : public testing::Test {
  protected:
+  Pointer<events::texture::NMultiplexer> multiplexer{new events::texture::NMultiplexer};
   Pointer<Recorder> recorder{new Recorder};
+  Pointer<image::NImageDomain> images{new image::NImageDomain(nullptr, nullptr)};
+  Pointer<NTextureDomain> domain{new NTextureDomain(nullptr, nullptr, multiplexer.get())};
   Pointer<image::NImageNode> image = images->CreateNode(NNodeID());
-  Pointer<NTextureNode> node = textures->CreateNode(NNodeID());
+  Pointer<NTextureNode> node = domain->CreateNode(NNodeID());
 
-  void SetUp() override { events->GetTextureEventMultiplexer().AddObserver(*recorder); }
+  void SetUp() override { multiplexer->AddObserver(*recorder); }
 };
 
 TEST_F(Texture, TellsOfEveryImageThatItIsGiven) {
@@ -57,7 +60,7 @@ TEST_F(Texture, SaysNothingWhenItsImageGoes) {
 
 TEST_F(Texture, CopiesItsImageWithoutASignal) {
   node->SetImage(image);
-  auto const target = textures->CreateNode(NNodeID());
+  auto const target = domain->CreateNode(NNodeID());
   node->CopyTo(*target);
   EXPECT_EQ(target->GetImage(), image);
   EXPECT_EQ(recorder->count, 1);
@@ -76,7 +79,7 @@ TEST_F(Texture, WithoutAMultiplexerTellsItsOwnObservers) {
 
 TEST_F(Texture, OutlivesAHandlerThatLetsItGo) {
   recorder->react = [&] {
-    textures->RemoveNode(*node);
+    domain->RemoveNode(*node);
     node.reset();
   };
   node->SetImage(image);

@@ -1,4 +1,4 @@
-#include "tests/support/world.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::domain::environment {
 namespace {
@@ -41,14 +41,28 @@ class Recorder final : public events::environment::NListener,
   }
 };
 
-class Environment : public testing::Test, protected support::World {
+class Environment : public testing::Test {
  protected:
-  Pointer<NEnvironmentNode> node = environments->CreateNode(NNodeID());
+  Pointer<events::environment_map_change::NMultiplexer> maps{
+      new events::environment_map_change::NMultiplexer};
+  Pointer<events::environment::NMultiplexer> environments{new events::environment::NMultiplexer};
+  Pointer<NEnvironmentDomain> domain{
+      new NEnvironmentDomain(nullptr, nullptr, maps.get(), environments.get())};
+  Pointer<light_env::NLightEnvDomain> lightEnvs{
+      new light_env::NLightEnvDomain(nullptr, nullptr, nullptr)};
+  Pointer<image::NImageDomain> images{new image::NImageDomain(nullptr, nullptr)};
+  Pointer<geometry::NGeometryDomain> geometries{
+      new geometry::NGeometryDomain(nullptr, nullptr, nullptr)};
+  Pointer<scenegraph::item::NSceneGraphItemDomain> items{
+      new scenegraph::item::NSceneGraphItemDomain(nullptr, nullptr, nullptr, nullptr, nullptr)};
+  Pointer<scenegraph::tree::NSceneGraphTreeDomain> trees{
+      new scenegraph::tree::NSceneGraphTreeDomain(nullptr, nullptr, nullptr)};
+  Pointer<NEnvironmentNode> node = domain->CreateNode(NNodeID());
   Pointer<Recorder> recorder{new Recorder};
 
   void SetUp() override {
-    events->GetEnvironmentEventMultiplexer().AddObserver(*recorder);
-    events->GetEnvironmentMapChangeEventMultiplexer().AddObserver(*recorder);
+    environments->AddObserver(*recorder);
+    maps->AddObserver(*recorder);
   }
   Pointer<NLightEnvNode> MakeLightEnv() { return lightEnvs->CreateNode(NNodeID()); }
 };
@@ -97,7 +111,7 @@ TEST_F(Environment, AListenerMayUndoWhatItHearsOrDropTheNode) {
   Pointer<environment_map::NEnvironmentMap> const map(&node->GetEnvironmentMap());
   node->SetEnvironmentMapRotationX(30.0);
   recorder->react = [&](NEnvironmentNode const& dropped) {
-    environments->RemoveNode(*node);
+    domain->RemoveNode(*node);
     node.reset();
     EXPECT_EQ(dropped.GetLightEnvs().size(), 1u);
   };
@@ -167,7 +181,7 @@ TEST_F(Environment, ACopyTakesEverythingAndTellsOfTheMapAlone) {
   node->GetEnvironmentMap().SetImageType(environment_map::NEMIT_RECTANGULAR);
   node->SetFloorImage(*floor);
   node->SetFloorGeometry(*geometry);
-  auto const target = environments->CreateNode(NNodeID());
+  auto const target = domain->CreateNode(NNodeID());
   target->AddLight(LightPath(*light, {}));
   target->AddLightEnv(*MakeLightEnv());
   recorder->Take();

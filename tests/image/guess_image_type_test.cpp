@@ -6,7 +6,6 @@ namespace {
 
 using pictures::Bmp;
 using pictures::Dds;
-using pictures::kDecodes;
 
 class GuessImageType : public testing::Test {
  protected:
@@ -41,8 +40,12 @@ TEST_F(GuessImageType, GoesByTheSizeAndTheCubeBit) {
     EXPECT_EQ(Guess(Dds(width, height)), type) << width << " " << height;
     EXPECT_EQ(Guess(Dds(width, height, 0x200)), NEMIT_CUBE);
     EXPECT_EQ(Guess(Dds(width, height, 0xfdff)), type);
-    EXPECT_EQ(Guess(Bmp(width, height)), kDecodes ? type : NEMIT_RECTANGULAR);
+    EXPECT_EQ(Guess(Bmp(width, height)), type);
   }
+  std::string const png = std::string("\x89PNG\r\n\x1a\n") + pictures::Big(13, 4) + "IHDR";
+  std::string const rest(9, '\2');
+  EXPECT_EQ(Guess(png + pictures::Big(17000, 4) + pictures::Big(17000, 4) + rest), NEMIT_SQUARE);
+  EXPECT_EQ(Guess(png + pictures::Big(40000, 4) + pictures::Big(200, 4) + rest), NEMIT_RECTANGULAR);
   EXPECT_EQ(Guess(Dds(0xffffffff, 0xfffffff0)), NEMIT_SQUARE)
       << "a size in a DDS file has no limit";
 }

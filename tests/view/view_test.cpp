@@ -1,4 +1,4 @@
-#include "tests/support/world.h"
+#include "tests/support/test.h"
 
 namespace corvanta::data::view {
 namespace {
@@ -52,7 +52,14 @@ class AttributeRecorder final : public events::attribute_change::NListener {
 };
 
 /// A scene with a camera at the root of a tree.
-struct Stage : support::World {
+struct Stage {
+  Pointer<domain::scene::NSceneDomain> scenes{
+      new domain::scene::NSceneDomain(nullptr, nullptr, nullptr, nullptr)};
+  Pointer<domain::scenegraph::item::NSceneGraphItemDomain> items{
+      new domain::scenegraph::item::NSceneGraphItemDomain(nullptr, nullptr, nullptr, nullptr,
+                                                          nullptr)};
+  Pointer<domain::scenegraph::tree::NSceneGraphTreeDomain> trees{
+      new domain::scenegraph::tree::NSceneGraphTreeDomain(nullptr, nullptr, nullptr)};
   Pointer<NSceneNode> scene = scenes->CreateNode(NNodeID());
   Pointer<NSceneGraphCameraNode> camera = items->CreateNode<NSceneGraphCameraNode>(NNodeID());
   Pointer<NSceneGraphTreeNode> tree = trees->CreateNode(NNodeID());

@@ -1,7 +1,5 @@
 #include "corvanta/data/animation/NAnimation.h"
 
-#include <utility>
-
 #include "corvanta/core/name/NStrictNamespace.h"
 #include "corvanta/core/reference_countable/NUncounted.h"
 
@@ -30,7 +28,6 @@ struct NAnimation::Entering {
   Entering& operator=(Entering const&) = delete;
   ~Entering() {
     for (NAnimationKey* const key : entered) {
-      if (key == nullptr) continue;
       block.names->RemoveNamedObject(*key);
       block.keys.erase(Uncounted(*key));
     }
@@ -39,9 +36,8 @@ struct NAnimation::Entering {
   /// Fails: false for a key that is there.
   bool Enter(NAnimationKey& key, int time) {
     if (block.keys.count(Uncounted(key)) != 0) return false;
-    entered.push_back(nullptr);  // not the key: it may end with a failure of the next line
+    entered.push_back(&key);
     block.keys.emplace(&key, time);
-    entered.back() = &key;
     // A key whose name is taken stays, outside the namespace.
     block.names->AddNamedObject(key);
     return true;
@@ -104,16 +100,10 @@ bool NAnimation::RemoveKey(NAnimationKey& key) {
   auto const found = m_block->keys.find(Uncounted(key));
   if (found == m_block->keys.end()) return false;
   boost::intrusive_ptr<NAnimationKey> const held = found->first;
-  auto entry = m_block->keys.extract(found);
-  try {
-    m_block->engine.Initialize(*this);
-  } catch (...) {
-    m_block->keys.insert(std::move(entry));
-    throw;
-  }
+  m_block->keys.erase(found);
   m_block->names->RemoveNamedObject(key);
   if (m_block->selectedKey == &key) m_block->selectedKey = nullptr;
-  Notify();
+  SignalModification();
   return true;
 }
 
@@ -129,14 +119,8 @@ int NAnimation::GetTime(NAnimationKey& key) const {
 bool NAnimation::SetTime(NAnimationKey& key, int time) {
   auto const found = m_block->keys.find(Uncounted(key));
   if (found == m_block->keys.end()) return false;
-  int const before = std::exchange(found->second, time);
-  try {
-    m_block->engine.Initialize(*this);
-  } catch (...) {
-    found->second = before;
-    throw;
-  }
-  Notify();
+  found->second = time;
+  SignalModification();
   return true;
 }
 

@@ -1,6 +1,5 @@
 #include "corvanta/data/domain/NNode.h"
 
-#include "corvanta/core/attribute/NAttributeValues.h"
 #include "corvanta/data/events/attribute_change/NMultiplexer.h"
 
 namespace corvanta::data::domain {
@@ -14,9 +13,8 @@ NNode::~NNode() = default;
 void NNode::CopyNodeTo(NNode& target) const {
   boost::intrusive_ptr<NNode const> const held(TryAddRef() ? this : nullptr, false);
   boost::intrusive_ptr<NNode> const heldTarget(target.TryAddRef() ? &target : nullptr, false);
-  core::attribute::NAttributeValues values(*this);
   target.SetName(GetName());
-  values.MoveTo(target);
+  CopyAttributesTo(target);
 }
 
 void NNode::OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) {

@@ -1,6 +1,6 @@
 #include "corvanta/data/operators/convert_to_light_env.h"
 
-#include <new>
+#include <boost/format.hpp>
 
 #include "corvanta/data/domain/environment/NEnvironmentNode.h"
 #include "corvanta/data/domain/light/NLightNode.h"
@@ -46,25 +46,6 @@ void CopyLight(NLightNode const& light, NLamp& lamp) {
   lamp.SetFalloffAngle(light.GetFallOffAngle());
 }
 
-/// Makes `node` the lights of `environment` as lamps, and gives it to that.
-bool Fill(NLightEnvNode& node, NEnvironmentNode& environment) {
-  node.SetName(L"converted " + environment.GetName() + L"'s lights");
-
-  // Listeners may change the set.
-  auto const paths = environment.GetLights();
-  for (auto const& path : paths) {
-    auto const item = path.GetNode();
-    if (!item) continue;
-    boost::intrusive_ptr<NLightNode> const light = item->GetLightNode();
-    if (!light) continue;
-    VX_Math::Matrix const transform = path.GetGlobalTransform();
-    boost::intrusive_ptr<NLamp> const lamp = node.CreateLamp(item->GetName());
-    Place(*lamp, transform);
-    CopyLight(*light, *lamp);
-  }
-  return environment.AddLightEnv(node);
-}
-
 }  // namespace
 
 bool ConvertToLightEnv(NEnvironmentNode& environment, NLightEnvDomain& domain) {
@@ -74,12 +55,21 @@ bool ConvertToLightEnv(NEnvironmentNode& environment, NLightEnvDomain& domain) {
       environment.TryAddRef() ? &environment : nullptr, false);
   boost::intrusive_ptr<NLightEnvNode> const node = domain.CreateNode(environment.GetID());
   if (!node) return false;
-  try {
-    return Fill(*node, environment);
-  } catch (std::bad_alloc const&) {
-    domain.RemoveNode(*node);
-    throw;
+  node->SetName((boost::wformat(L"converted %1%'s lights") % environment.GetName()).str());
+
+  // Listeners may change the set.
+  auto const paths = environment.GetLights();
+  for (auto const& path : paths) {
+    auto const item = path.GetNode();
+    if (!item) continue;
+    boost::intrusive_ptr<NLightNode> const light = item->GetLightNode();
+    if (!light) continue;
+    VX_Math::Matrix const transform = path.GetGlobalTransform();
+    boost::intrusive_ptr<NLamp> const lamp = node->CreateLamp(item->GetName());
+    Place(*lamp, transform);
+    CopyLight(*light, *lamp);
   }
+  return environment.AddLightEnv(*node);
 }
 
 }  // namespace corvanta::data::operators

@@ -67,7 +67,8 @@ void NAnimationNode::CopyTo(NAnimationNode& target) const {
                                                         false);
   Animations animations;
   if (&target != this) animations = m_block->animations;
-  CopyNodeTo(target);
+  target.SetName(GetName());
+  CopyAttributesTo(target);
   if (&target == this) return;
   target.m_block->animations.swap(animations);
   target.m_block->parts.reset();

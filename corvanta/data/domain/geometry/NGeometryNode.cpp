@@ -36,29 +36,20 @@ std::set<boost::intrusive_ptr<NSurface>>::iterator NGeometryNode::Find(
   return found;
 }
 
-/// An entry of the set of surfaces to come. It is made by hand: nothing is counted before all is
-/// over that may fail.
-NGeometryNode::Entry NGeometryNode::MakeEntry() {
-  std::set<boost::intrusive_ptr<NSurface>> made;
-  made.emplace();
-  return made.extract(made.begin());
-}
-
 bool NGeometryNode::AddSurface(NSurface& surface) {
   if (Find(surface) != m_block->surfaces.end()) return false;
-  Entry entry = MakeEntry();
+  // The entry is made by hand: nothing is counted before all is over that may fail.
+  std::set<boost::intrusive_ptr<NSurface>> made;
+  made.emplace();
+  auto entry = made.extract(made.begin());
   bool const isNewOwner = surface.AddOwnerNode(*this);
   boost::intrusive_ptr<NSurface> const held(&surface);
-  Enter(*held, std::move(entry));
+  entry.value() = held;
+  m_block->surfaces.insert(std::move(entry));
+  m_block->pickIndex.Drop();
   if (!isNewOwner) return false;
   OnSurfaceChange(surface, NGCT_SURFACE_ADDED);
   return true;
-}
-
-void NGeometryNode::Enter(NSurface& surface, Entry entry) {
-  entry.value() = &surface;
-  m_block->surfaces.insert(std::move(entry));
-  m_block->pickIndex.Drop();
 }
 
 bool NGeometryNode::RemoveSurface(NSurface& surface) {
@@ -79,19 +70,12 @@ void NGeometryNode::OnSurfaceChange(NSurface const& surface, NGeometryChangeType
 }
 
 void NGeometryNode::CopyTo(NGeometryNode& target) const {
-  // All that takes memory comes before the first change.
-  std::vector<std::pair<boost::intrusive_ptr<NSurface>, Entry>> clones;
+  std::vector<boost::intrusive_ptr<NSurface>> clones;
   clones.reserve(m_block->surfaces.size());
-  for (auto const& surface : m_block->surfaces) {
-    clones.emplace_back(surface->CloneSurface(), MakeEntry());
-    clones.back().first->AddOwnerNode(target);
-  }
+  for (auto const& surface : m_block->surfaces) clones.push_back(surface->CloneSurface());
   boost::intrusive_ptr<NGeometryNode> const held(target.TryAddRef() ? &target : nullptr, false);
   CopyNodeTo(target);
-  for (auto& [clone, entry] : clones) {
-    target.Enter(*clone, std::move(entry));
-    target.OnSurfaceChange(*clone, NGCT_SURFACE_ADDED);
-  }
+  for (auto const& clone : clones) target.AddSurface(*clone);
 }
 
 }  // namespace corvanta::data::domain::geometry

@@ -1,6 +1,6 @@
 #include "corvanta/data/domain/image/NImageNode.h"
 
-#include <utility>
+#include <mutex>
 
 #include "corvanta/core/attribute/NAttributeContainerError.h"
 #include "corvanta/core/attribute/NTypedAttribute.h"
@@ -16,6 +16,8 @@ struct NImageNode::Block {
 #define CORVANTA_ROWS_SLOTS
 #include "corvanta/data/domain/image/image_attributes.def"
   NLocator locator = {};
+  std::mutex mutex = {};  // of the error alone: images are loaded from any thread
+  std::wstring error = {};
 };
 
 #define CORVANTA_ROWS_BODIES NImageNode
@@ -41,20 +43,24 @@ void NImageNode::SetImageLocator(NLocator const& locator) {
   m_block->AN_FORMAT_HINT.Set(resource::image::LocatorToFormat(judged));
 }
 
-void NImageNode::SetImageLocator(NLocator&& locator, resource::image::NImageFormat format) {
-  m_block->locator = std::move(locator);
-  m_block->AN_FORMAT_HINT.Set(format);
+boost::intrusive_ptr<resource::image::NImage> NImageNode::GetImage() const {
+  std::wstring error;
+  auto image = resource::image::CreateImage(m_block->locator, m_block->AN_FORMAT_HINT.Get(), error);
+  std::scoped_lock const lock(m_block->mutex);
+  m_block->error.swap(error);
+  return image;
 }
 
-boost::intrusive_ptr<resource::image::NImage> NImageNode::GetImage() const {
-  return resource::image::CreateImage(m_block->locator, m_block->AN_FORMAT_HINT.Get());
+std::wstring NImageNode::GetImageError() const {
+  std::scoped_lock const lock(m_block->mutex);
+  return m_block->error;
 }
 
 void NImageNode::CopyTo(NImageNode& target) const {
   boost::intrusive_ptr<NImageNode> const held(target.TryAddRef() ? &target : nullptr, false);
-  NLocator locator = m_block->locator;
+  NLocator const locator = m_block->locator;
   CopyNodeTo(target);
-  target.m_block->locator = std::move(locator);
+  target.m_block->locator = locator;
 }
 
 }  // namespace corvanta::data::domain::image

@@ -2,6 +2,7 @@
 
 #include <boost/intrusive_ptr.hpp>
 #include <memory>
+#include <string>
 
 #include "corvanta/core/locator/NLocator.h"
 #include "corvanta/data/domain/NNode.h"
@@ -28,12 +29,14 @@ class CORVANTA_API NImageNode : public NNode {
   /// Fails: as resource::image::LocatorToFormat for an entry of an archive; the locator is in place
   /// then, "formatHint" as it was, and nothing is raised.
   void SetImageLocator(core::locator::NLocator const& locator);
-  /// The same for a file that LocatorToFormat has judged. Cost: no memory.
-  void SetImageLocator(core::locator::NLocator&& locator, resource::image::NImageFormat format);
 
   /// Loads the picture; never null, and a new object at every call.
   /// Fails: see resource::image::CreateImage.
   boost::intrusive_ptr<resource::image::NImage> GetImage() const;
+
+  /// Why this node's last GetImage gave the not-found picture, in a few words; empty if it gave the
+  /// picture, and before the first. May be called from any thread, as GetImage may.
+  std::wstring GetImageError() const;
 
   /// Gives `target` this node's name, attribute values and locator; its id and domain stay.
   /// Raises: no more than the attributes do, before the locator is there.

@@ -2,14 +2,18 @@
 
 #include <boost/thread/locks.hpp>
 #include <boost/thread/mutex.hpp>
+#include <exception>
+#include <new>
 #include <optional>
 #include <string_view>
 
+#include "corvanta/core/text/convert.h"
 #include "corvanta/core/zip/NUnzipToTemporary.h"
 #include "corvanta/core/zip/pass.h"
 #include "corvanta/data/internal/built_in_images.h"
 #include "corvanta/data/resource/image/NNestedCreationError.h"
 #include "corvanta/data/resource/image/detail/NFIImage.h"
+#include "corvanta/data/resource/image/detail/NFIImageError.h"
 #include "corvanta/data/resource/image/detail/NUnknownImage.h"
 #include "corvanta/platform/picture.h"
 
@@ -59,11 +63,26 @@ class SourceFile {
   std::optional<core::zip::NUnzipToTemporary> m_unzipped;
 };
 
-boost::intrusive_ptr<NImage> LoadImage(core::uri::NPath const& path, NImageFormat format) {
+std::wstring Explain(std::exception_ptr const& error) {
+  try {
+    std::rethrow_exception(error);
+  } catch (detail::NFIImageError const& decoding) {
+    if (!decoding.GetReason().empty()) return core::text::ToWide(decoding.GetReason());
+  } catch (std::bad_alloc const&) {
+    return L"there is too little memory";
+  } catch (...) {
+  }
+  return L"the file can't be read";
+}
+
+boost::intrusive_ptr<NImage> LoadImage(core::uri::NPath const& path, NImageFormat format,
+                                       std::wstring& reason) {
+  reason.clear();
   try {
     if (format == NIF_DECODED) return boost::intrusive_ptr<NImage>(new detail::NFIImage(path));
     return boost::intrusive_ptr<NImage>(new detail::NUnknownImage(path));
   } catch (...) {
+    reason = Explain(std::current_exception());
     core::uri::NPath const notFound = core::uri::GetFile(internal::GetNotFoundImage().GetUri());
     return boost::intrusive_ptr<NImage>(new detail::NUnknownImage(notFound));
   }
@@ -72,11 +91,17 @@ boost::intrusive_ptr<NImage> LoadImage(core::uri::NPath const& path, NImageForma
 }  // namespace
 
 boost::intrusive_ptr<NImage> CreateImage(core::locator::NLocator const& locator,
-                                         NImageFormat format) {
+                                         NImageFormat format, std::wstring& reason) {
   NestingGuard const guard;
   boost::mutex::scoped_lock const lock(GetCreationMutex());
   SourceFile const file(locator);
-  return LoadImage(file.GetPath(), format);
+  return LoadImage(file.GetPath(), format, reason);
+}
+
+boost::intrusive_ptr<NImage> CreateImage(core::locator::NLocator const& locator,
+                                         NImageFormat format) {
+  std::wstring reason;
+  return CreateImage(locator, format, reason);
 }
 
 NImageFormat LocatorToFormat(core::locator::NLocator const& locator) {

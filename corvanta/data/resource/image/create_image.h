@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/intrusive_ptr.hpp>
+#include <string>
 
 #include "corvanta/core/locator/NLocator.h"
 #include "corvanta/data/resource/image/NImage.h"
@@ -13,9 +14,15 @@ namespace corvanta::data::resource::image {
 /// a time. Fails: throws NNestedCreationError if this thread is loading already (a pass provider
 /// asks for an image), core::zip::NZipError if an entry of an archive can't be unpacked, what the
 /// pass provider throws, and core::error::NFileError if the not-found picture itself can't be read.
+/// Decoding is done in a process of its own, within limits (corvanta/platform/limits.h), whose time
+/// limit also bounds how long another thread waits.
 /// Cost: one read, and decoding or unpacking where asked for; nothing is cached.
 CORVANTA_API boost::intrusive_ptr<NImage> CreateImage(core::locator::NLocator const& locator,
                                                       NImageFormat format);
+
+/// The same, and why it is the not-found picture, in a few words; empty if it isn't.
+CORVANTA_API boost::intrusive_ptr<NImage> CreateImage(core::locator::NLocator const& locator,
+                                                      NImageFormat format, std::wstring& reason);
 
 /// How the file at `locator` is to be loaded, judged by its name: raw for the formats that
 /// renderers take as they are (BMP, PNG, PPM, TARGA, DDS, HDR) and for a file that isn't there,

@@ -5,15 +5,27 @@
 
 namespace corvanta::data::resource::image::detail {
 
-NFIImage::NFIImage(core::uri::NPath const& path)
-    : m_picture(platform::LoadPicture(path.ToString())) {
-  if (!m_picture) throw NFIImageError();
+namespace {
+
+std::unique_ptr<platform::NPicture const> Load(core::uri::NPath const& path) {
+  std::string reason;
+  auto picture = platform::LoadPicture(path.ToString(), &reason);
+  if (!picture) throw NFIImageError(reason);
+  return picture;
 }
+
+}  // namespace
+
+NFIImage::NFIImage(core::uri::NPath const& path) : m_picture(Load(path)) {}
 
 NFIImage::~NFIImage() = default;
 
 void const* NFIImage::GetDataImpl() const { return m_picture->GetInfoHeader(); }
 
-unsigned int NFIImage::GetDataByteLengthImpl() const { return m_picture->GetByteLength(); }
+// The masks of a picture of 16 bits aren't in the count, as they never were: its header tells of
+// them.
+unsigned int NFIImage::GetDataByteLengthImpl() const {
+  return m_picture->GetByteLength() - m_picture->GetMasksByteLength();
+}
 
 }  // namespace corvanta::data::resource::image::detail
