@@ -1,5 +1,7 @@
 #include <sys/stat.h>
 
+#include "corvanta/platform/limits.h"
+#include "corvanta/platform/temporary.h"
 #include "tests/support/temporary_files.h"
 #include "tests/support/test.h"
 #include "tests/support/zip_archive.h"
@@ -93,13 +95,18 @@ TEST_F(Zip, EntriesThatGrowBeyondMeasureThrow) {
 }
 
 // An entry's claim is judged before its pass is asked for, so a claim alone tells what is allowed.
+// What counts of the packed size is no more than the archive has: the filler gives it 2 MiB.
 TEST_F(Zip, LimitsAreThoseStated) {
   constexpr std::uint32_t kMiB = 1024 * 1024;
-  std::string bytes = ReadBytes(Archive({{"a.bin", "x", ZIP_EM_AES_256, "pass"}}));
-  std::size_t const directory = bytes.find("PK\x01\x02");
+  std::string filler(2 * kMiB, '\0');
+  std::uint32_t state = 1;
+  for (char& c : filler) c = static_cast<char>((state = state * 1664525 + 1013904223) >> 24);
+  std::string bytes = ReadBytes(
+      Archive({{"a.bin", "x", ZIP_EM_AES_256, "pass"}, {"filler", filler, ZIP_EM_NONE, ""}}));
+  std::size_t const directory = bytes.rfind("PK\x01\x02", bytes.rfind("filler") - 47);
   ASSERT_NE(directory, std::string::npos);
-  for (std::uint32_t const packed : {1u, kMiB, 4 * kMiB}) {
-    std::uint32_t const most = std::clamp(200 * packed, 64 * kMiB, 512 * kMiB);
+  auto const length = static_cast<std::uint32_t>(bytes.size());
+  auto const expectMost = [&](std::uint32_t packed, std::uint32_t most) {
     for (std::uint32_t const size : {most, most + 1}) {
       std::uint32_t const claims[]{packed, size};
       std::memcpy(&bytes[directory + 20], claims, sizeof claims);
@@ -111,7 +118,15 @@ TEST_F(Zip, LimitsAreThoseStated) {
         EXPECT_EQ(isAllowed, size == most) << packed << " bytes claim to hold " << size;
       }
     }
-  }
+  };
+  expectMost(1, 64 * kMiB);
+  expectMost(kMiB, 200 * kMiB);
+  for (std::uint32_t const packed : {4 * kMiB, 0xfffffff0u}) expectMost(packed, 200 * length);
+  platform::SetArchiveLimits({.bytes = 300 * kMiB, .ratio = 150, .freeBytes = kMiB});
+  expectMost(1, kMiB);
+  expectMost(kMiB, 150 * kMiB);
+  expectMost(4 * kMiB, 300 * kMiB);
+  platform::SetArchiveLimits({});
 }
 
 TEST_F(Zip, TheFileHoldsTheEntryAsLongAsTheObject) {

@@ -7,17 +7,13 @@
 
 #include "corvanta/core/text/convert.h"
 #include "corvanta/core/zip/NZipError.h"
+#include "corvanta/platform/limits.h"
 #include "corvanta/platform/narrow_path.h"
 #include "corvanta/platform/temporary.h"
 
 namespace corvanta::core::zip {
 
 namespace {
-
-constexpr zip_uint64_t kMiB = 1024 * 1024;
-constexpr zip_uint64_t kMostBytes = 512 * kMiB;
-constexpr zip_uint64_t kFreeBytes = 64 * kMiB;  // a small file may be packed as tightly as it likes
-constexpr zip_uint64_t kMostRatio = 200;
 
 struct ArchiveCloser {
   void operator()(zip_t* archive) const { zip_discard(archive); }
@@ -59,6 +55,16 @@ Entry OpenEntry(zip_t& archive, zip_uint64_t index, bool encrypted, std::wstring
   return Entry(zip_fopen_index_encrypted(&archive, index, 0, text::ToNarrow(pass).c_str()));
 }
 
+// An entry may claim any packed size, but no more of it is packed than the archive has.
+zip_uint64_t GetMostBytes(uri::NPath const& archive, zip_uint64_t packed) {
+  platform::NArchiveLimits const limits = platform::GetArchiveLimits();
+  long long const length = platform::GetFileSize(archive.ToString());
+  zip_uint64_t const present = std::min(packed, static_cast<zip_uint64_t>(std::max(length, 0LL)));
+  zip_uint64_t unpacked = 0;
+  if (__builtin_mul_overflow(present, limits.ratio, &unpacked)) unpacked = limits.bytes;
+  return std::min(std::max(unpacked, limits.freeBytes), limits.bytes);
+}
+
 void Unpack(uri::NPath const& archivePath, uri::NPath const& entryPath, std::wstring const& pass,
             platform::NTemporaryFile& file) {
   Archive const archive = OpenArchive(archivePath);
@@ -71,8 +77,7 @@ void Unpack(uri::NPath const& archivePath, uri::NPath const& entryPath, std::wst
       (status.valid & kNeeded) != kNeeded)
     throw NZipError();
   // The sizes are what the archive claims, so the bytes are counted as they come.
-  zip_uint64_t const most =
-      std::clamp(kMostRatio * std::min(status.comp_size, kMostBytes), kFreeBytes, kMostBytes);
+  zip_uint64_t const most = GetMostBytes(archivePath, status.comp_size);
   if (status.size > most) throw NZipError();
   bool const encrypted = status.encryption_method != ZIP_EM_NONE;
   Entry const entry = OpenEntry(*archive, status.index, encrypted, pass);
