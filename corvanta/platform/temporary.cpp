@@ -5,8 +5,11 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
+#include <map>
+#include <mutex>
 #include <optional>
-#include <utility>
+#include <system_error>
 
 #include "corvanta/core/text/convert.h"
 #include "corvanta/platform/narrow_path.h"
@@ -28,6 +31,38 @@ bool MakeOwnFolder(std::string const& path) {
   return own;
 }
 
+struct PrivateFolder {
+  pid_t owner = 0;  // a fork doesn't use the folder of the process that it is of
+  std::string path;
+};
+using PrivateFolders = std::map<std::string, PrivateFolder>;
+
+PrivateFolders& GetPrivateFolders() {
+  static PrivateFolders& folders = *new PrivateFolders;
+  return folders;
+}
+
+void RemovePrivateFolders() {
+  std::error_code ignored;
+  for (auto const& [place, folder] : GetPrivateFolders())
+    if (folder.owner == getpid()) std::filesystem::remove_all(folder.path, ignored);
+}
+
+// A folder of a new name, for where somebody else made the user's own first. It is kept for the
+// process, one for each place.
+std::string MakePrivateFolder(std::string const& place) {
+  static std::mutex& mutex = *new std::mutex;
+  static int const registered = std::atexit(&RemovePrivateFolders);
+  static_cast<void>(registered);
+  std::scoped_lock const lock(mutex);
+  PrivateFolder& folder = GetPrivateFolders()[place];
+  if (folder.owner == getpid() && MakeOwnFolder(folder.path)) return folder.path;
+  std::string path = place + "-XXXXXX";
+  if (!mkdtemp(path.data())) return {};
+  folder = {getpid(), path};
+  return path;
+}
+
 // Empty if it can't be had.
 std::string GetNarrowFolder() {
   char const* const set = secure_getenv("TMPDIR");
@@ -35,7 +70,7 @@ std::string GetNarrowFolder() {
   bool const isUsable = set && *set == '/' && core::text::ToNarrow(core::text::ToWide(set)) == set;
   std::string folder = isUsable ? set : P_tmpdir;
   folder += "/corvanta-" + std::to_string(geteuid());
-  return MakeOwnFolder(folder) ? folder : std::string();
+  return MakeOwnFolder(folder) ? folder : MakePrivateFolder(folder);
 }
 
 // Makes a file of a new name, open for writing, and changes `path` to it. Its last characters
@@ -60,7 +95,6 @@ std::wstring WriteTemporaryFile(std::wstring const& name, void const* bytes, std
   std::optional<std::string> const narrow = ToNarrowPath(name);
   if (folder.empty() || !narrow) return {};
   std::string const path = folder + '/' + *narrow;
-  std::wstring const given = core::text::ToWide(path);
   std::string aside = path + ".XXXXXX";
   NFile file = MakeFile(aside, 0);
   if (!file) return {};
@@ -70,7 +104,7 @@ std::wstring WriteTemporaryFile(std::wstring const& name, void const* bytes, std
     unlink(aside.c_str());
     return {};
   }
-  return given;
+  return core::text::ToWide(path);
 }
 
 NTemporaryFile::NTemporaryFile(std::wstring const& extension) {
@@ -79,18 +113,11 @@ NTemporaryFile::NTemporaryFile(std::wstring const& extension) {
   if (folder.empty()) return;
   std::string path = folder + "/XXXXXX" + end;
   m_file = MakeFile(path, end.size());
-  if (!m_file) return;
-  m_narrowPath = std::move(path);
-  try {
-    m_path = core::text::ToWide(m_narrowPath);
-  } catch (...) {
-    unlink(m_narrowPath.c_str());
-    throw;
-  }
+  if (m_file) m_path = core::text::ToWide(path);
 }
 
 NTemporaryFile::~NTemporaryFile() {
-  if (!m_narrowPath.empty()) unlink(m_narrowPath.c_str());
+  if (!m_path.empty()) unlink(core::text::ToNarrow(m_path).c_str());
 }
 
 bool NTemporaryFile::Write(void const* bytes, std::size_t length) {

@@ -7,8 +7,10 @@
 
 namespace corvanta::platform {
 
-/// A folder for temporary files that belongs to this user alone; made if it isn't there.
-/// Fails: empty if it can't be made, or something of another user stands in its place.
+/// A folder for temporary files that belongs to this user alone; made if it isn't there. Where
+/// something of another user stands in its place it is one of this process alone, with a new name,
+/// which goes with all in it at the process's end.
+/// Fails: empty if it can't be made.
 CORVANTA_API std::wstring GetTemporaryFolder();
 
 /// Writes a file called `name` in the temporary folder and gives its path. A file of that name is
@@ -38,7 +40,6 @@ class NTemporaryFile {
   bool Close();
 
  private:
-  std::string m_narrowPath;  // for the end, which can't convert
   std::wstring m_path;
   NFile m_file;
 };

@@ -17,21 +17,41 @@ class TemporaryFolder : public testing::Test {
   support::TemporaryFiles const m_files;
 };
 
-TEST_F(TemporaryFolder, WhatSomebodyElsePutInItsPlaceIsNotTaken) {
+TEST_F(TemporaryFolder, WhereSomebodyElseWasFirstItIsAPrivateOne) {
+  // Once, and again when that is taken too: the folder is one of this user, closed to all others.
+  auto const expectPrivate = [this] {
+    std::wstring const folder = GetTemporaryFolder();
+    struct stat status {};
+    ASSERT_EQ(stat(ToNarrow(folder).c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode, S_IFDIR | 0700U);
+    EXPECT_EQ(status.st_uid, geteuid());
+    EXPECT_THAT(ToNarrow(folder), testing::StartsWith(GetPlace().string() + "-"));
+    EXPECT_EQ(GetTemporaryFolder(), folder) << "one a process";
+    EXPECT_EQ(WriteTemporaryFile(L"name", "x", 1), folder + L"/name");
+  };
   std::filesystem::create_directory(m_files.GetFolder() / "trap");
   std::filesystem::create_directory_symlink(m_files.GetFolder() / "trap", GetPlace());
-  EXPECT_EQ(GetTemporaryFolder(), L"");
-  EXPECT_EQ(WriteTemporaryFile(L"name", "x", 1), L"");
+  expectPrivate();
   EXPECT_TRUE(std::filesystem::is_empty(m_files.GetFolder() / "trap"));
   std::filesystem::remove(GetPlace());
   std::ofstream(GetPlace()) << "a file";
-  EXPECT_EQ(GetTemporaryFolder(), L"");
+  std::filesystem::remove_all(ToNarrow(GetTemporaryFolder()));
+  std::ofstream(ToNarrow(GetTemporaryFolder()) + "/kept") << "x";
+  expectPrivate();
   std::filesystem::remove(GetPlace());
-  if (geteuid() == 0) {  // only root can make a folder of another user
-    std::filesystem::create_directory(GetPlace());
-    ASSERT_EQ(chown(GetPlace().c_str(), 12345, 12345), 0);
-    EXPECT_EQ(GetTemporaryFolder(), L"");
-  }
+  if (geteuid() != 0) return;  // only root can make a folder of another user
+  std::filesystem::create_directory(GetPlace());
+  ASSERT_EQ(chown(GetPlace().c_str(), 12345, 12345), 0);
+  expectPrivate();
+  EXPECT_EXIT(
+      {
+        setenv("TMPDIR", m_files.GetFolder().c_str(), 1);
+        std::ofstream(m_files.GetFolder() / ("corvanta-" + std::to_string(geteuid()))) << "a file";
+        std::exit(WriteTemporaryFile(L"name", "x", 1).empty() ? 1 : 0);
+      },
+      testing::ExitedWithCode(0), "");
+  for (auto const& entry : std::filesystem::directory_iterator(m_files.GetFolder()))
+    EXPECT_FALSE(entry.is_directory() && entry.path().filename().string().starts_with("corvanta-"));
 }
 
 TEST_F(TemporaryFolder, IsClosedToOthers) {
