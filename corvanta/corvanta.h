@@ -5,6 +5,7 @@
 #include "corvanta/core/attribute/NAttribute.h"
 #include "corvanta/core/attribute/NAttributeContainerError.h"
 #include "corvanta/core/attribute/NAttributeHost.h"
+#include "corvanta/core/attribute/NAttributeValues.h"
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/color/ColorTransform.h"
 #include "corvanta/core/color/translate_rgb.h"

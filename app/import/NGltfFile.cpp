@@ -147,16 +147,22 @@ void NGltfFile::SetSparse(json const& accessor, std::size_t width, std::vector<f
   json const& sparse = accessor.at("sparse");
   auto const count = sparse.at("count").get<std::size_t>();
   auto const values = ReadElements(accessor, sparse.at("values"), count, width);
-  json const& indices = sparse.at("indices");
-  std::size_t const size = GetIndexSize(indices.at("componentType").get<int>());
-  Place const place = FindElements(indices, count, size);
+  auto const indices = ReadIndices(sparse.at("indices"), count);
   for (std::size_t i = 0; i != count; ++i) {
-    std::uint32_t index = 0;
-    std::memcpy(&index, place.first + i * place.stride, size);
-    if (index >= numbers.size() / width) throw NImportError("a sparse index is out of range");
+    if (indices[i] >= numbers.size() / width) throw NImportError("a sparse index is out of range");
     std::copy_n(values.begin() + static_cast<std::ptrdiff_t>(i * width), width,
-                numbers.begin() + static_cast<std::ptrdiff_t>(index * width));
+                numbers.begin() + static_cast<std::ptrdiff_t>(indices[i] * width));
   }
+}
+
+std::vector<std::uint32_t> NGltfFile::ReadIndices(json const& source, std::size_t count) {
+  std::size_t const size = GetIndexSize(source.at("componentType").get<int>());
+  Place const place = FindElements(source, count, size);
+  std::vector<std::uint32_t> indices(count);
+  for (std::size_t i = 0; i != count; ++i) {
+    std::memcpy(&indices[i], place.first + i * place.stride, size);
+  }
+  return indices;
 }
 
 // `source` names the buffer view: the accessor, or what is sparse of it.
@@ -190,11 +196,36 @@ NGltfFile::Place NGltfFile::FindElements(json const& source, std::size_t count,
   return {buffer.data() + begin + offset, stride};
 }
 
-std::optional<std::string> NGltfFile::GetMended() const {
+// Its elements need not be such as ReadAccessor takes.
+void NGltfFile::CheckSparse(json const& accessor) {
+  static std::map<std::string, std::size_t> const kWidths{
+      {"SCALAR", 1}, {"VEC2", 2}, {"VEC3", 3}, {"VEC4", 4}, {"MAT2", 4}, {"MAT3", 9}, {"MAT4", 16}};
+  static std::map<int, std::size_t> const kSizes{{5120, 1}, {5121, 1}, {5122, 2},
+                                                 {5123, 2}, {5125, 4}, {5126, 4}};
+  try {
+    json const& sparse = accessor.at("sparse");
+    auto const count = sparse.at("count").get<std::size_t>();
+    FindElements(sparse.at("values"), count,
+                 kWidths.at(accessor.at("type").get<std::string>()) *
+                     kSizes.at(accessor.at("componentType").get<int>()));
+    auto const indices = ReadIndices(sparse.at("indices"), count);
+    auto const last = std::max_element(indices.begin(), indices.end());
+    if (last != indices.end() && *last >= accessor.at("count").get<std::size_t>()) {
+      throw NImportError("an index is out of range");
+    }
+  } catch (std::exception const& error) {
+    throw NImportError(std::string("a sparse accessor can't be read: ") + error.what());
+  }
+}
+
+std::optional<std::string> NGltfFile::GetMended() {
   auto const accessors = m_root.find("accessors");
   bool const isPacked = m_root.value("extensionsUsed", json::array()).dump().find("draco") !=
                         std::string::npos;  // whose accessors have their numbers elsewhere
   if (accessors == m_root.end() || isPacked) return std::nullopt;
+  for (json const& accessor : *accessors) {
+    if (accessor.contains("sparse")) CheckSparse(accessor);
+  }
   json mended;
   std::size_t zeroCount = 0;
   for (std::size_t i = 0; i != accessors->size(); ++i) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <nlohmann/json.hpp>
@@ -23,10 +24,11 @@ class NGltfFile {
   /// Fails: throws std::exception if it isn't there, isn't of this width, or leaves its buffer.
   std::vector<float> ReadAccessor(std::size_t accessor, std::size_t width);
 
-  /// The file as Assimp can read it, if it can't read it as it is: its reader refuses a file with
-  /// an accessor that has neither a buffer view nor sparse values, which is one of zeros. Fails:
-  /// throws NImportError for more elements without a buffer than a file may claim.
-  std::optional<std::string> GetMended() const;
+  /// The file as Assimp can read it, if it can't read it as it is: its reader refuses a file that
+  /// has an accessor of zeros, with neither a buffer view nor sparse values.
+  /// Fails: throws NImportError for more elements without a buffer than a file may claim, and for a
+  /// sparse accessor that leaves its buffers or itself, which that reader would follow.
+  std::optional<std::string> GetMended();
 
  private:
   // Elements in a buffer.
@@ -38,6 +40,8 @@ class NGltfFile {
   Place FindElements(nlohmann::json const& source, std::size_t count, std::size_t size);
   std::vector<float> ReadElements(nlohmann::json const& accessor, nlohmann::json const& source,
                                   std::size_t count, std::size_t width);
+  std::vector<std::uint32_t> ReadIndices(nlohmann::json const& source, std::size_t count);
+  void CheckSparse(nlohmann::json const& accessor);
   void SetSparse(nlohmann::json const& accessor, std::size_t width, std::vector<float>& numbers);
   std::string const& GetBuffer(std::size_t buffer);
 

@@ -10,6 +10,7 @@
 #include <mutex>
 #include <optional>
 #include <system_error>
+#include <utility>
 
 #include "corvanta/core/text/convert.h"
 #include "corvanta/platform/narrow_path.h"
@@ -95,6 +96,7 @@ std::wstring WriteTemporaryFile(std::wstring const& name, void const* bytes, std
   std::optional<std::string> const narrow = ToNarrowPath(name);
   if (folder.empty() || !narrow) return {};
   std::string const path = folder + '/' + *narrow;
+  std::wstring const given = core::text::ToWide(path);
   std::string aside = path + ".XXXXXX";
   NFile file = MakeFile(aside, 0);
   if (!file) return {};
@@ -104,7 +106,7 @@ std::wstring WriteTemporaryFile(std::wstring const& name, void const* bytes, std
     unlink(aside.c_str());
     return {};
   }
-  return core::text::ToWide(path);
+  return given;
 }
 
 NTemporaryFile::NTemporaryFile(std::wstring const& extension) {
@@ -113,11 +115,18 @@ NTemporaryFile::NTemporaryFile(std::wstring const& extension) {
   if (folder.empty()) return;
   std::string path = folder + "/XXXXXX" + end;
   m_file = MakeFile(path, end.size());
-  if (m_file) m_path = core::text::ToWide(path);
+  if (!m_file) return;
+  m_narrowPath = std::move(path);
+  try {
+    m_path = core::text::ToWide(m_narrowPath);
+  } catch (...) {
+    unlink(m_narrowPath.c_str());
+    throw;
+  }
 }
 
 NTemporaryFile::~NTemporaryFile() {
-  if (!m_path.empty()) unlink(core::text::ToNarrow(m_path).c_str());
+  if (!m_narrowPath.empty()) unlink(m_narrowPath.c_str());
 }
 
 bool NTemporaryFile::Write(void const* bytes, std::size_t length) {

@@ -40,6 +40,7 @@ class NTemporaryFile {
   bool Close();
 
  private:
+  std::string m_narrowPath;  // for the end, which can't convert
   std::wstring m_path;
   NFile m_file;
 };

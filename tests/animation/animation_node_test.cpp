@@ -1,4 +1,4 @@
-#include "tests/support/test.h"
+#include "tests/support/world.h"
 
 namespace corvanta::data::domain::animation {
 namespace {
@@ -7,23 +7,8 @@ using data::operators::animation::NKeyData;
 using data::operators::animation::NKeyFrameAnimation;
 using CurvePointer = Pointer<NKeyFrameAnimation>;
 using TargetPointer = Pointer<NAnimationTarget>;
-using Writes = std::vector<std::pair<std::wstring, double>>;
-
-/// Writes down every attribute change; `react` runs after that.
-class Recorder final : public events::attribute_change::NListener {
- public:
-  Writes writes;
-  std::function<void(core::attribute::NAttribute const&)> react;
-
-  Writes Take() { return std::exchange(writes, {}); }
-
- private:
-  void OnAttributeChangeImpl(core::attribute::NAttributeHost&,
-                             core::attribute::NAttribute const& attribute) override {
-    writes.emplace_back(attribute.GetName(), attribute.GetDouble());
-    if (react) react(attribute);
-  }
-};
+using support::AttributeLog;
+using Writes = AttributeLog::Writes;
 
 CurvePointer MakeCurve(std::vector<NKeyData> const& keys) {
   CurvePointer curve(new NKeyFrameAnimation);
@@ -31,19 +16,15 @@ CurvePointer MakeCurve(std::vector<NKeyData> const& keys) {
   return curve;
 }
 
-class Animation : public testing::Test {
+class Animation : public testing::Test, protected support::World {
  protected:
-  Pointer<events::attribute_change::NMultiplexer> multiplexer{
-      new events::attribute_change::NMultiplexer};
-  Pointer<light::NLightDomain> lights{new light::NLightDomain(nullptr, multiplexer.get())};
-  Pointer<NAnimationDomain> animations{new NAnimationDomain(nullptr, nullptr)};
   Pointer<light::NLightNode> light = lights->CreateNode(NNodeID());
   Pointer<NAnimationNode> node = animations->CreateNode(NNodeID());
-  Pointer<Recorder> recorder{new Recorder};
+  Pointer<AttributeLog> recorder{new AttributeLog};
   TargetPointer target = MakeTarget();
   CurvePointer line = MakeCurve({{0.0, 0.0}, {100.0, 1.0}});
 
-  void SetUp() override { multiplexer->AddObserver(*recorder); }
+  void SetUp() override { attributes->AddObserver(*recorder); }
   TargetPointer MakeTarget() const {
     return new NNodeAnimationTarget(NNodeReference<NNode>(light));
   }
@@ -138,6 +119,7 @@ TEST_F(Animation, CopiesShareCurvesAndTargets) {
   copy->AddAnimation({L"color.g", target}, *line);
   node->CopyTo(*copy);
   node->CopyTo(*node);
+  recorder->Take();  // the attributes of the copies
   EXPECT_EQ(node->GetAnimations().size(), 1u);
   node->ClearAnimations();
   ASSERT_EQ(copy->GetAnimations().size(), 1u);
@@ -247,19 +229,19 @@ TEST_F(TimeLine, WithoutItsAnimationNothingMoves) {
 }
 
 TEST_F(TimeLine, ManagerHoldsEachOnceInOrderOfCreation) {
-  timeline::NTimeLineManager manager;
+  timeline::NTimeLineManager timeLines;
   Pointer<timeline::NTimeLine> const second(new timeline::NTimeLine(node));
-  EXPECT_TRUE(manager.AddTimeLine(*second));
-  EXPECT_TRUE(manager.AddTimeLine(*player));
-  EXPECT_FALSE(manager.AddTimeLine(*player));
-  EXPECT_THAT(manager.GetTimeLines(), ElementsAre(player, second));
+  EXPECT_TRUE(timeLines.AddTimeLine(*second));
+  EXPECT_TRUE(timeLines.AddTimeLine(*player));
+  EXPECT_FALSE(timeLines.AddTimeLine(*player));
+  EXPECT_THAT(timeLines.GetTimeLines(), ElementsAre(player, second));
   auto* const unheld = new timeline::NTimeLine(node);
-  EXPECT_FALSE(manager.RemoveTimeLine(*unheld));  // and it lives on
+  EXPECT_FALSE(timeLines.RemoveTimeLine(*unheld));  // and it lives on
   Pointer<timeline::NTimeLine> const held(unheld);
-  EXPECT_TRUE(manager.RemoveTimeLine(*player));
-  EXPECT_FALSE(manager.RemoveTimeLine(*player));
-  manager.ClearAll();
-  EXPECT_THAT(manager.GetTimeLines(), IsEmpty());
+  EXPECT_TRUE(timeLines.RemoveTimeLine(*player));
+  EXPECT_FALSE(timeLines.RemoveTimeLine(*player));
+  timeLines.ClearAll();
+  EXPECT_THAT(timeLines.GetTimeLines(), IsEmpty());
 }
 
 }  // namespace

@@ -65,12 +65,6 @@ TEST_F(Engine, SurvivesTimesThatAreNone) {
 
 class Discrete : public World {
  protected:
-  Pointer<domain::material::NMaterialDomain> materials{
-      new domain::material::NMaterialDomain(manager.get(), nullptr, nullptr, nullptr)};
-  Pointer<domain::environment::NEnvironmentDomain> environments{
-      new domain::environment::NEnvironmentDomain(manager.get(), nullptr, nullptr, nullptr)};
-  Pointer<domain::scene::NSceneDomain> scenes{
-      new domain::scene::NSceneDomain(manager.get(), nullptr, nullptr, nullptr)};
   Pointer<domain::material::NMaterialNode> a = materials->CreateNode(NNodeID());
   Pointer<domain::material::NMaterialNode> b = materials->CreateNode(NNodeID());
   Pointer<item::NSceneGraphModelNode> model =

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/support/test.h"
+#include "tests/support/world.h"
 
 /// A small world that presentations play in: a tree with a root group, and everything written down
 /// that happens to items.
@@ -10,24 +10,9 @@ namespace item = domain::scenegraph::item;
 using KeyPointer = Pointer<NAnimationKey>;
 using Group = Pointer<item::NSceneGraphGroupNode>;
 using Camera = Pointer<item::NSceneGraphCameraNode>;
-using Writes = std::vector<std::pair<std::wstring, double>>;
+using support::AttributeLog;
+using Writes = AttributeLog::Writes;
 using Triple = NAnimationKey::Triple;
-
-/// Writes down every attribute change; `react` runs after that.
-class AttributeRecorder final : public events::attribute_change::NListener {
- public:
-  Writes writes;
-  std::function<void(core::attribute::NAttribute const&)> react;
-
-  Writes Take() { return std::exchange(writes, {}); }
-
- private:
-  void OnAttributeChangeImpl(core::attribute::NAttributeHost&,
-                             core::attribute::NAttribute const& attribute) override {
-    writes.emplace_back(attribute.GetName(), attribute.GetDouble());
-    if (auto const call = react) call(attribute);  // a copy, which may replace itself
-  }
-};
 
 class TimeRecorder final : public NAnimationEngineListener {
  public:
@@ -52,20 +37,13 @@ class Args final : public NAnimationEngineArgs {
   void GetScenesImpl(Scenes& out) const override { out.insert(scenes.begin(), scenes.end()); }
 };
 
-class World : public testing::Test {
+class World : public testing::Test, protected support::World {
  protected:
-  Pointer<core::domain::NDomainManager> manager{new core::domain::NDomainManager};
-  Pointer<events::attribute_change::NMultiplexer> attributes{
-      new events::attribute_change::NMultiplexer};
-  Pointer<item::NSceneGraphItemDomain> items{
-      new item::NSceneGraphItemDomain(manager.get(), attributes.get(), nullptr, nullptr, nullptr)};
-  Pointer<domain::scenegraph::tree::NSceneGraphTreeDomain> trees{
-      new domain::scenegraph::tree::NSceneGraphTreeDomain(manager.get(), nullptr, nullptr)};
   Pointer<domain::scenegraph::tree::NSceneGraphTreeNode> tree = trees->CreateNode(NNodeID());
   Group root = MakeGroup();
   Pointer<NAnimation> animation{new NAnimation};
   NAnimationEngine& engine = animation->GetEngine();
-  Pointer<AttributeRecorder> recorder{new AttributeRecorder};
+  Pointer<AttributeLog> recorder{new AttributeLog};
   Pointer<TimeRecorder> times{new TimeRecorder};
   Args args;
 

@@ -8,6 +8,7 @@
 #include <numbers>
 
 #include "app/import/NGltfFile.h"
+#include "app/import/NImportError.h"
 #include "app/import/angles.h"
 #include "app/import/import.h"
 #include "app/play/NPlayback.h"
@@ -272,13 +273,17 @@ TEST(GltfAnimationTest, ReadsSparseAndBufferlessAccessors) {
   EXPECT_EQ(Played(file.dump()).At(1, "other", L"translation.x"), 0);
 
   json const good = of(0)["sparse"];
-  for (auto const& [key, value] : std::vector<std::pair<char const*, json>>{
-           {"/count", 7}, {"/indices/componentType", 5126}, {"/values/byteOffset", 9}}) {
+  for (auto const& [key, value] :
+       std::vector<std::pair<char const*, json>>{{"/count", 7},
+                                                 {"/indices/componentType", 5126},
+                                                 {"/values/byteOffset", 9},
+                                                 {"/values", json::object()}}) {
     of(0)["sparse"][json::json_pointer(key)] = value;
     support::TemporaryFiles const files;
     files.Write("model.gltf", file.dump());
     app::NGltfFile read(files.GetFolder() / "model.gltf");
     EXPECT_ANY_THROW(read.ReadAccessor(samplers[0]["output"].get<std::size_t>(), 3)) << key;
+    EXPECT_THROW(Played(file.dump()), app::NImportError) << key << ": the other reader would crash";
     of(0)["sparse"] = good;
   }
   of(1)["count"] = 1'000'000'000'000;

@@ -1,4 +1,4 @@
-#include "tests/support/test.h"
+#include "tests/support/world.h"
 
 namespace corvanta::data::domain::detail {
 namespace {
@@ -16,28 +16,13 @@ class Turn final : public core::color::ColorTransform {
   }
 };
 
-class Recorder final : public events::attribute_change::NListener {
- public:
-  std::vector<std::wstring> names;
-  std::function<void()> react;
-
- private:
-  void OnAttributeChangeImpl(core::attribute::NAttributeHost&,
-                             core::attribute::NAttribute const& attribute) override {
-    names.push_back(attribute.GetName());
-    if (react) react();
-  }
-};
-
-class ColorTranslator : public testing::Test {
+class ColorTranslator : public testing::Test, protected support::World {
  protected:
-  Pointer<events::attribute_change::NMultiplexer> multiplexer{
-      new events::attribute_change::NMultiplexer};
-  Pointer<Recorder> recorder{new Recorder};
+  Pointer<support::AttributeLog> recorder{new support::AttributeLog};
   Turn turn;
   NNodeColorTranslator translator{turn};
 
-  void SetUp() override { multiplexer->AddObserver(*recorder); }
+  void SetUp() override { attributes->AddObserver(*recorder); }
 
   // The colours of `node`, by the names without their ends, and nothing but these are translated.
   void ExpectTranslated(NNode& node, std::vector<std::wstring> const& colors) {
@@ -50,9 +35,9 @@ class ColorTranslator : public testing::Test {
         node.QueryAttribute(names.back())->SetValue(value += 0.125, false);
       }
     }
-    recorder->names.clear();
+    recorder->Take();
     node.Accept(translator);
-    EXPECT_THAT(recorder->names, ElementsAreArray(names));
+    EXPECT_THAT(recorder->TakeNames(), ElementsAreArray(names));
     value = 0.0;
     for (std::wstring const& color : colors) {
       double const red = value + 0.125;
@@ -65,11 +50,6 @@ class ColorTranslator : public testing::Test {
 };
 
 TEST_F(ColorTranslator, TranslatesTheColorsOfThreeKinds) {
-  Pointer<light::NLightDomain> const lights(new light::NLightDomain(nullptr, multiplexer.get()));
-  Pointer<environment::NEnvironmentDomain> const environments(
-      new environment::NEnvironmentDomain(nullptr, multiplexer.get(), nullptr, nullptr));
-  Pointer<material::NMaterialDomain> const materials(
-      new material::NMaterialDomain(nullptr, multiplexer.get(), nullptr, nullptr));
   ExpectTranslated(*lights->CreateNode(NNodeID()), {L"color"});
   ExpectTranslated(*environments->CreateNode(NNodeID()),
                    {L"color", L"ambientLight", L"floor.color"});
@@ -78,24 +58,22 @@ TEST_F(ColorTranslator, TranslatesTheColorsOfThreeKinds) {
 }
 
 TEST_F(ColorTranslator, LeavesOtherKindsAloneWhateverTheirAttributes) {
-  Pointer<texture::NTextureDomain> const textures(
-      new texture::NTextureDomain(nullptr, multiplexer.get(), nullptr));
   auto const texture = textures->CreateNode(NNodeID());
   for (wchar_t const* const name : {L"color.r", L"color.g", L"color.b"}) {
     texture->AddAttribute(name, true)->SetValue(0.5, false);
   }
   texture->Accept(translator);
-  EXPECT_THAT(recorder->names, IsEmpty());
+  EXPECT_THAT(recorder->TakeNames(), IsEmpty());
   EXPECT_EQ(texture->QueryAttribute(L"color.r")->GetDouble(), 0.5);
 }
 
 TEST_F(ColorTranslator, OutlivesAHandlerThatLetsTheNodeGo) {
-  Pointer<material::NMaterialDomain> const materials(
-      new material::NMaterialDomain(nullptr, multiplexer.get(), nullptr, nullptr));
   NNode& node = *materials->CreateNode(NNodeID());
-  recorder->react = [&] { materials->RemoveNode(static_cast<material::NMaterialNode&>(node)); };
+  recorder->react = [&](auto&) {
+    materials->RemoveNode(static_cast<material::NMaterialNode&>(node));
+  };
   node.Accept(translator);
-  EXPECT_EQ(recorder->names.size(), 15u);
+  EXPECT_EQ(recorder->Take().size(), 15u);
 }
 
 }  // namespace

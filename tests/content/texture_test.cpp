@@ -1,4 +1,4 @@
-#include "tests/support/test.h"
+#include "tests/support/world.h"
 
 namespace corvanta::data::domain::texture {
 namespace {
@@ -21,16 +21,13 @@ class Recorder final : public events::texture::NListener {
   }
 };
 
-class Texture : public testing::Test {
+class Texture : public testing::Test, protected support::World {
  protected:
-  Pointer<events::texture::NMultiplexer> multiplexer{new events::texture::NMultiplexer};
   Pointer<Recorder> recorder{new Recorder};
-  Pointer<image::NImageDomain> images{new image::NImageDomain(nullptr, nullptr)};
-  Pointer<NTextureDomain> domain{new NTextureDomain(nullptr, nullptr, multiplexer.get())};
   Pointer<image::NImageNode> image = images->CreateNode(NNodeID());
-  Pointer<NTextureNode> node = domain->CreateNode(NNodeID());
+  Pointer<NTextureNode> node = textures->CreateNode(NNodeID());
 
-  void SetUp() override { multiplexer->AddObserver(*recorder); }
+  void SetUp() override { events->GetTextureEventMultiplexer().AddObserver(*recorder); }
 };
 
 TEST_F(Texture, TellsOfEveryImageThatItIsGiven) {
@@ -60,7 +57,7 @@ TEST_F(Texture, SaysNothingWhenItsImageGoes) {
 
 TEST_F(Texture, CopiesItsImageWithoutASignal) {
   node->SetImage(image);
-  auto const target = domain->CreateNode(NNodeID());
+  auto const target = textures->CreateNode(NNodeID());
   node->CopyTo(*target);
   EXPECT_EQ(target->GetImage(), image);
   EXPECT_EQ(recorder->count, 1);
@@ -79,7 +76,7 @@ TEST_F(Texture, WithoutAMultiplexerTellsItsOwnObservers) {
 
 TEST_F(Texture, OutlivesAHandlerThatLetsItGo) {
   recorder->react = [&] {
-    domain->RemoveNode(*node);
+    textures->RemoveNode(*node);
     node.reset();
   };
   node->SetImage(image);

@@ -1,4 +1,4 @@
-#include "tests/support/test.h"
+#include "tests/support/world.h"
 
 namespace corvanta::data::operators {
 namespace {
@@ -11,18 +11,8 @@ using domain::scenegraph::item::NSceneGraphLightNode;
 using domain::scenegraph::item::NSceneGraphReferenceNode;
 using LightPath = domain::scenegraph::NSceneGraphPath<NSceneGraphLightNode>;
 
-class ConvertToLightEnvTest : public testing::Test {
+class ConvertToLightEnvTest : public testing::Test, protected support::World {
  protected:
-  Pointer<domain::environment::NEnvironmentDomain> environments{
-      new domain::environment::NEnvironmentDomain(nullptr, nullptr, nullptr, nullptr)};
-  Pointer<domain::light_env::NLightEnvDomain> lightEnvs{
-      new domain::light_env::NLightEnvDomain(nullptr, nullptr, nullptr)};
-  Pointer<domain::light::NLightDomain> lights{new domain::light::NLightDomain(nullptr, nullptr)};
-  Pointer<domain::scenegraph::item::NSceneGraphItemDomain> items{
-      new domain::scenegraph::item::NSceneGraphItemDomain(nullptr, nullptr, nullptr, nullptr,
-                                                          nullptr)};
-  Pointer<domain::scenegraph::tree::NSceneGraphTreeDomain> trees{
-      new domain::scenegraph::tree::NSceneGraphTreeDomain(nullptr, nullptr, nullptr)};
   Pointer<NEnvironmentNode> environment = environments->CreateNode(NNodeID());
 
   /// A light item named `name` at the root of a tree of its own, listed by the environment.

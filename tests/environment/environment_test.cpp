@@ -1,4 +1,4 @@
-#include "tests/support/test.h"
+#include "tests/support/world.h"
 
 namespace corvanta::data::domain::environment {
 namespace {
@@ -41,28 +41,14 @@ class Recorder final : public events::environment::NListener,
   }
 };
 
-class Environment : public testing::Test {
+class Environment : public testing::Test, protected support::World {
  protected:
-  Pointer<events::environment_map_change::NMultiplexer> maps{
-      new events::environment_map_change::NMultiplexer};
-  Pointer<events::environment::NMultiplexer> environments{new events::environment::NMultiplexer};
-  Pointer<NEnvironmentDomain> domain{
-      new NEnvironmentDomain(nullptr, nullptr, maps.get(), environments.get())};
-  Pointer<light_env::NLightEnvDomain> lightEnvs{
-      new light_env::NLightEnvDomain(nullptr, nullptr, nullptr)};
-  Pointer<image::NImageDomain> images{new image::NImageDomain(nullptr, nullptr)};
-  Pointer<geometry::NGeometryDomain> geometries{
-      new geometry::NGeometryDomain(nullptr, nullptr, nullptr)};
-  Pointer<scenegraph::item::NSceneGraphItemDomain> items{
-      new scenegraph::item::NSceneGraphItemDomain(nullptr, nullptr, nullptr, nullptr, nullptr)};
-  Pointer<scenegraph::tree::NSceneGraphTreeDomain> trees{
-      new scenegraph::tree::NSceneGraphTreeDomain(nullptr, nullptr, nullptr)};
-  Pointer<NEnvironmentNode> node = domain->CreateNode(NNodeID());
+  Pointer<NEnvironmentNode> node = environments->CreateNode(NNodeID());
   Pointer<Recorder> recorder{new Recorder};
 
   void SetUp() override {
-    environments->AddObserver(*recorder);
-    maps->AddObserver(*recorder);
+    events->GetEnvironmentEventMultiplexer().AddObserver(*recorder);
+    events->GetEnvironmentMapChangeEventMultiplexer().AddObserver(*recorder);
   }
   Pointer<NLightEnvNode> MakeLightEnv() { return lightEnvs->CreateNode(NNodeID()); }
 };
@@ -111,7 +97,7 @@ TEST_F(Environment, AListenerMayUndoWhatItHearsOrDropTheNode) {
   Pointer<environment_map::NEnvironmentMap> const map(&node->GetEnvironmentMap());
   node->SetEnvironmentMapRotationX(30.0);
   recorder->react = [&](NEnvironmentNode const& dropped) {
-    domain->RemoveNode(*node);
+    environments->RemoveNode(*node);
     node.reset();
     EXPECT_EQ(dropped.GetLightEnvs().size(), 1u);
   };
@@ -181,7 +167,7 @@ TEST_F(Environment, ACopyTakesEverythingAndTellsOfTheMapAlone) {
   node->GetEnvironmentMap().SetImageType(environment_map::NEMIT_RECTANGULAR);
   node->SetFloorImage(*floor);
   node->SetFloorGeometry(*geometry);
-  auto const target = domain->CreateNode(NNodeID());
+  auto const target = environments->CreateNode(NNodeID());
   target->AddLight(LightPath(*light, {}));
   target->AddLightEnv(*MakeLightEnv());
   recorder->Take();

@@ -1,4 +1,4 @@
-#include "tests/support/test.h"
+#include "tests/support/world.h"
 
 namespace corvanta::data::domain::scene {
 namespace {
@@ -27,33 +27,26 @@ class Recorder final : public events::scene::NListener,
 };
 
 TEST(Scene, TellsOfTreeAndEnvironmentWithTheOldOne) {
-  Pointer<events::scene_graph_tree_host::NMultiplexer> const hosts(
-      new events::scene_graph_tree_host::NMultiplexer);
-  Pointer<events::scene::NMultiplexer> const scenes(new events::scene::NMultiplexer);
+  support::World world;
   Pointer<Recorder> const recorder(new Recorder);
-  hosts->AddObserver(*recorder);
-  scenes->AddObserver(*recorder);
-  Pointer<NSceneDomain> const domain(new NSceneDomain(nullptr, nullptr, hosts.get(), scenes.get()));
-  Pointer<environment::NEnvironmentDomain> const environments(
-      new environment::NEnvironmentDomain(nullptr, nullptr, nullptr, nullptr));
-  Pointer<scenegraph::tree::NSceneGraphTreeDomain> const trees(
-      new scenegraph::tree::NSceneGraphTreeDomain(nullptr, nullptr, nullptr));
-  auto const scene = domain->CreateNode(NNodeID());
+  world.events->GetSceneGraphTreeHostEventMultiplexer().AddObserver(*recorder);
+  world.events->GetSceneEventMultiplexer().AddObserver(*recorder);
+  auto const scene = world.scenes->CreateNode(NNodeID());
   EXPECT_EQ(scene->GetEnvironment(), nullptr);
   EXPECT_EQ(scene->GetSceneGraph(), nullptr);
 
-  Environment a = environments->CreateNode(NNodeID());
+  Environment a = world.environments->CreateNode(NNodeID());
   scene->SetEnvironment(*a);
   scene->SetEnvironment(scene->GetEnvironmentRef());
   scene->SetEnvironment({});
   EXPECT_THAT(recorder->environments, ElementsAre(std::pair(Environment(), a), std::pair(a, a),
                                                   std::pair(a, Environment())));
-  scene->SetSceneGraph(*trees->CreateNode(NNodeID()));
+  scene->SetSceneGraph(*world.trees->CreateNode(NNodeID()));
   EXPECT_EQ(recorder->trees, 1);
 
   scene->SetEnvironment(*a);
   recorder->environments.clear();
-  environments->RemoveNode(*a);
+  world.environments->RemoveNode(*a);
   a.reset();
   EXPECT_EQ(scene->GetEnvironment(), nullptr);
   EXPECT_TRUE(scene->GetEnvironmentRef());

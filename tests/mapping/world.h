@@ -13,9 +13,6 @@ using Projection = Pointer<NProjectionNode>;
 
 /// Models, each the root of a tree, and projections.
 struct World : test::Graph {
-  Pointer<data::domain::projection::NProjectionDomain> projections{
-      new data::domain::projection::NProjectionDomain(&manager, attributes)};
-
   Model MakeModel() { return Make<NSceneGraphModelNode>(); }
   Path MakePath(Model const& model) { return {*model, *MakeTree(model)}; }
   Path MakePath() { return MakePath(MakeModel()); }

@@ -7,11 +7,16 @@
 /// This binary replaces operator new: it counts, and fails when it is told to.
 namespace corvanta::out_of_memory {
 
-/// How many allocations succeed from now on, before one throws std::bad_alloc.
-void FailAfter(std::size_t successes);
-inline void NeverFail() { FailAfter(std::numeric_limits<std::size_t>::max()); }
+/// How many allocations succeed from now on, before one throws std::bad_alloc: that one alone, or
+/// it and all after it.
+void FailAfter(std::size_t successes, bool failsOnce = false);
+void NeverFail();
+/// Whether one has failed since FailAfter.
+bool HasFailed();
 /// Allocations since the program began.
 std::size_t CountAllocations();
+/// Those that weren't given back.
+std::size_t CountAlive();
 
 /// Runs `operation` with its first allocation failing, then its second, and so on until it gets
 /// through. Calls `check` after each failure. Gives the number of failures.

@@ -10,9 +10,6 @@ using VX_Math::Line;
 using VX_Math::Plane;
 
 struct Picked : Graph {
-  Pointer<data::domain::scene::NSceneDomain> scenes{new data::domain::scene::NSceneDomain(
-      &manager, attributes, &events->GetSceneGraphTreeHostEventMultiplexer(),
-      &events->GetSceneEventMultiplexer())};
   Group root = Make();
   Tree shown = MakeTree(root);
   Pointer<data::domain::scene::NSceneNode> scene = scenes->CreateNode(NNodeID());

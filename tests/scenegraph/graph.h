@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/support/test.h"
+#include "tests/support/world.h"
 
 namespace corvanta::test {
 
@@ -14,28 +14,8 @@ using Reference = Pointer<item::NSceneGraphReferenceNode>;
 using Camera = Pointer<item::NSceneGraphCameraNode>;
 using Tree = Pointer<tree::NSceneGraphTreeNode>;
 
-/// The domains that a hierarchy needs, wired to one event multiplexer.
-struct Graph {
-  core::domain::NDomainManager manager;
-  Pointer<data::events::NEventMultiplexer> events{new data::events::NEventMultiplexer};
-  data::events::attribute_change::NMultiplexer* attributes =
-      &events->GetAttributeChangeEventMultiplexer();
-  Pointer<item::NSceneGraphItemDomain> items{new item::NSceneGraphItemDomain(
-      &manager, attributes, &events->GetSceneGraphModelEventMultiplexer(),
-      &events->GetSceneGraphHierarchyEventMultiplexer(),
-      &events->GetSceneGraphTreeHostEventMultiplexer())};
-  Pointer<tree::NSceneGraphTreeDomain> trees{new tree::NSceneGraphTreeDomain(
-      &manager, attributes, &events->GetSceneGraphTreeEventMultiplexer())};
-  Pointer<data::domain::geometry::NGeometryDomain> geometries{
-      new data::domain::geometry::NGeometryDomain(&manager, attributes,
-                                                  &events->GetGeometryChangeEventMultiplexer())};
-  Pointer<data::domain::material::NMaterialDomain> materials{
-      new data::domain::material::NMaterialDomain(
-          &manager, attributes, &events->GetEnvironmentMapChangeEventMultiplexer(),
-          &events->GetMaterialEventMultiplexer())};
-  Pointer<data::domain::camera::NCameraDomain> cameras{
-      new data::domain::camera::NCameraDomain(&manager, attributes)};
-
+/// A world in which hierarchies are put together.
+struct Graph : support::World {
   template <class T = item::NSceneGraphGroupNode>
   Pointer<T> Make() {
     return items->CreateNode<T>(NNodeID());

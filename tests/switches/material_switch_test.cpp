@@ -1,4 +1,4 @@
-#include "tests/support/test.h"
+#include "tests/support/world.h"
 
 namespace corvanta::data::switches {
 namespace {
@@ -29,13 +29,8 @@ class Recorder final : public NMaterialSwitchListener {
   NMaterialSwitch const& m_switch;
 };
 
-class MaterialSwitch : public testing::Test {
+class MaterialSwitch : public testing::Test, protected support::World {
  protected:
-  Pointer<domain::material::NMaterialDomain> materials{
-      new domain::material::NMaterialDomain(nullptr, nullptr, nullptr, nullptr)};
-  Pointer<domain::scenegraph::item::NSceneGraphItemDomain> items{
-      new domain::scenegraph::item::NSceneGraphItemDomain(nullptr, nullptr, nullptr, nullptr,
-                                                          nullptr)};
   Pointer<NMaterialSwitch> chooser{new NMaterialSwitch};
   Pointer<Recorder> recorder{new Recorder(*chooser)};
   MaterialPointer a = materials->CreateNode(NNodeID());

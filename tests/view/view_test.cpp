@@ -1,4 +1,4 @@
-#include "tests/support/test.h"
+#include "tests/support/world.h"
 
 namespace corvanta::data::view {
 namespace {
@@ -52,14 +52,7 @@ class AttributeRecorder final : public events::attribute_change::NListener {
 };
 
 /// A scene with a camera at the root of a tree.
-struct Stage {
-  Pointer<domain::scene::NSceneDomain> scenes{
-      new domain::scene::NSceneDomain(nullptr, nullptr, nullptr, nullptr)};
-  Pointer<domain::scenegraph::item::NSceneGraphItemDomain> items{
-      new domain::scenegraph::item::NSceneGraphItemDomain(nullptr, nullptr, nullptr, nullptr,
-                                                          nullptr)};
-  Pointer<domain::scenegraph::tree::NSceneGraphTreeDomain> trees{
-      new domain::scenegraph::tree::NSceneGraphTreeDomain(nullptr, nullptr, nullptr)};
+struct Stage : support::World {
   Pointer<NSceneNode> scene = scenes->CreateNode(NNodeID());
   Pointer<NSceneGraphCameraNode> camera = items->CreateNode<NSceneGraphCameraNode>(NNodeID());
   Pointer<NSceneGraphTreeNode> tree = trees->CreateNode(NNodeID());

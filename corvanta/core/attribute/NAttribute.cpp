@@ -1,5 +1,7 @@
 #include "corvanta/core/attribute/NAttribute.h"
 
+#include <utility>
+
 #include "corvanta/core/attribute/NAttributeHost.h"
 
 namespace corvanta::core::attribute {
@@ -34,7 +36,12 @@ std::wstring NAttribute::GetString() const {
 }
 
 void NAttribute::SetValue(NVariant const& value, bool notify) {
-  Store(value);
+  Store(NVariant(value));
+  if (notify) GetHost().AttributeChanged(*this);
+}
+
+void NAttribute::SetValue(NVariant&& value, bool notify) {
+  Store(std::move(value));
   if (notify) GetHost().AttributeChanged(*this);
 }
 
@@ -48,31 +55,26 @@ bool NAttribute::Try(NVariant const& value, bool notify) {
   return true;
 }
 
-void NAttribute::Store(NVariant const& value) {
-  if (value.GetKind() == variant::NVK_STRING) {
-    if (m_kind == variant::NVK_STRING) {
-      *m_string = value.GetString();
-    } else {
-      m_string = new std::wstring(value.GetString());
-    }
-  } else {
-    if (m_kind == variant::NVK_STRING) delete m_string;
-    switch (value.GetKind()) {
-      case variant::NVK_DOUBLE:
-        m_double = value.GetDouble();
-        break;
-      case variant::NVK_LONG:
-        m_long = value.GetLong();
-        break;
-      case variant::NVK_BOOL:
-        m_bool = value.GetBool();
-        break;
-      default:
-        m_long = 0;
-        break;
-    }
-  }
+void NAttribute::Store(NVariant&& value) noexcept {
+  if (m_kind == variant::NVK_STRING) delete m_string;
   m_kind = value.GetKind();
+  switch (m_kind) {
+    case variant::NVK_DOUBLE:
+      m_double = value.GetDouble();
+      break;
+    case variant::NVK_LONG:
+      m_long = value.GetLong();
+      break;
+    case variant::NVK_BOOL:
+      m_bool = value.GetBool();
+      break;
+    case variant::NVK_STRING:
+      m_string = value.ReleaseText();
+      break;
+    default:
+      m_long = 0;
+      break;
+  }
 }
 
 }  // namespace corvanta::core::attribute

@@ -30,6 +30,8 @@ class CORVANTA_API NAttribute {
   /// Stores `value`, whatever its kind.
   /// Raises: with `notify`, the host's OnAttributeChangeImpl; the value is in place.
   void SetValue(variant::NVariant const& value, bool notify);
+  /// The same, but takes the text over. Cost: no memory.
+  void SetValue(variant::NVariant&& value, bool notify);
   /// Like SetValue, but only for a value of the kind that the attribute holds; where that is a
   /// number, for any double or long, which it then holds.
   /// Fails: false, and no change, for a value of another kind.
@@ -84,7 +86,7 @@ class CORVANTA_API NAttribute {
       : m_long(0), m_name(name), m_position(position), m_kind(variant::NVK_NONE), m_flag(flag) {}
   ~NAttribute();
 
-  void Store(variant::NVariant const& value);
+  void Store(variant::NVariant&& value) noexcept;
 
   union {
     double m_double;

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <boost/intrusive_ptr.hpp>
 #include <new>
-#include <utility>
-#include <vector>
+
+#include "corvanta/core/attribute/NAttributeValues.h"
 
 namespace corvanta::core::attribute {
 
@@ -119,17 +119,7 @@ NAttribute const* NAttributeHost::QueryAttribute(std::wstring const& name) const
 }
 
 void NAttributeHost::CopyAttributesTo(NAttributeHost& target) const {
-  // A handler may change this host, and may drop the last reference of either.
-  boost::intrusive_ptr<NAttributeHost const> const held(TryAddRef() ? this : nullptr, false);
-  boost::intrusive_ptr<NAttributeHost> const heldTarget(target.TryAddRef() ? &target : nullptr,
-                                                        false);
-  std::vector<std::pair<detail::NNameIndex, variant::NVariant>> values;
-  for (auto i = GetAttributeBegin(); i != GetAttributeEnd(); ++i) {
-    if (i->GetKind() != variant::NVK_NONE) values.emplace_back(i->GetNameIndex(), i->GetValue());
-  }
-  for (auto const& [name, value] : values) {
-    if (NAttribute* const attribute = target.QueryAttribute(name)) attribute->SetValue(value, true);
-  }
+  NAttributeValues(*this).MoveTo(target);
 }
 
 void NAttributeHost::AttributeChanged(NAttribute const& attribute) {

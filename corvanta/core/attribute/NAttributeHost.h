@@ -76,6 +76,7 @@ class CORVANTA_API NAttributeHost
   /// Sets each attribute that both hosts have and that holds a value here, to the value that it had
   /// when the copying began.
   /// Raises: the target's change hook for each, in order of creation.
+  /// Fails: throws std::bad_alloc, without a change.
   void CopyAttributesTo(NAttributeHost& target) const;
 
  protected:

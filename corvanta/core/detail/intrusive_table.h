@@ -24,6 +24,10 @@ class NIntrusiveTable {
     Link(object);
     ++m_size;
   }
+  /// Makes Insert need no memory up to `size` objects.
+  void Reserve(std::size_t size) {
+    while (size > kLoad * m_buckets.size()) Grow();
+  }
   /// Requires: an object that is in it, with the hash that it had when it came.
   void Remove(Object& object) noexcept {
     Object** link = &BucketOf(Traits::Hash(object));

@@ -72,6 +72,12 @@ bool NNamespace::AddUnderFreeName(NNamedObject& object) {
   return true;
 }
 
+void NNamespace::PrepareFreeName(NNamedObject& object, std::size_t others) {
+  LastNumberOf(object.m_name);
+  object.m_name.reserve(object.m_name.size() + std::numeric_limits<unsigned long>::digits10 + 4);
+  m_objects.Reserve(m_objects.GetSize() + 1 + others);
+}
+
 bool NNamespace::RemoveNamedObject(NNamedObject& object) noexcept {
   if (object.m_namespace != this) return false;
   m_objects.Remove(object);

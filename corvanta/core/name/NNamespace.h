@@ -26,6 +26,8 @@ class CORVANTA_API NNamespace
   /// from MakeFreeName. Nobody hears of that name. Fails: false if the object stands in a namespace
   /// already.
   bool AddUnderFreeName(NNamedObject& object);
+  /// Takes the memory for AddUnderFreeName of `object` and of `others` more after it.
+  void PrepareFreeName(NNamedObject& object, std::size_t others);
   /// Fails: false if the object doesn't stand here.
   bool RemoveNamedObject(NNamedObject& object) noexcept;
   /// An object of that name; any of them where names are shared.

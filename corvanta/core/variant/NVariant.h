@@ -78,6 +78,13 @@ class CORVANTA_API NVariant {
   }
   std::wstring GetString() const;
 
+  /// Gives up the text that it holds, for the caller to delete; it holds nothing then.
+  /// Requires: a text.
+  std::wstring* ReleaseText() noexcept {
+    m_kind = NVK_NONE;
+    return m_string;
+  }
+
   /// The long nearest to `value` on the way to 0; saturates, and gives 0 for NaN.
   static long Truncate(double value) noexcept;
 

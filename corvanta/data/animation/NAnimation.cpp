@@ -1,5 +1,7 @@
 #include "corvanta/data/animation/NAnimation.h"
 
+#include <utility>
+
 #include "corvanta/core/name/NStrictNamespace.h"
 #include "corvanta/core/reference_countable/NUncounted.h"
 
@@ -28,6 +30,7 @@ struct NAnimation::Entering {
   Entering& operator=(Entering const&) = delete;
   ~Entering() {
     for (NAnimationKey* const key : entered) {
+      if (key == nullptr) continue;
       block.names->RemoveNamedObject(*key);
       block.keys.erase(Uncounted(*key));
     }
@@ -36,8 +39,9 @@ struct NAnimation::Entering {
   /// Fails: false for a key that is there.
   bool Enter(NAnimationKey& key, int time) {
     if (block.keys.count(Uncounted(key)) != 0) return false;
-    entered.push_back(&key);
+    entered.push_back(nullptr);  // not the key: it may end with a failure of the next line
     block.keys.emplace(&key, time);
+    entered.back() = &key;
     // A key whose name is taken stays, outside the namespace.
     block.names->AddNamedObject(key);
     return true;
@@ -100,10 +104,16 @@ bool NAnimation::RemoveKey(NAnimationKey& key) {
   auto const found = m_block->keys.find(Uncounted(key));
   if (found == m_block->keys.end()) return false;
   boost::intrusive_ptr<NAnimationKey> const held = found->first;
-  m_block->keys.erase(found);
+  auto entry = m_block->keys.extract(found);
+  try {
+    m_block->engine.Initialize(*this);
+  } catch (...) {
+    m_block->keys.insert(std::move(entry));
+    throw;
+  }
   m_block->names->RemoveNamedObject(key);
   if (m_block->selectedKey == &key) m_block->selectedKey = nullptr;
-  SignalModification();
+  Notify();
   return true;
 }
 
@@ -119,8 +129,14 @@ int NAnimation::GetTime(NAnimationKey& key) const {
 bool NAnimation::SetTime(NAnimationKey& key, int time) {
   auto const found = m_block->keys.find(Uncounted(key));
   if (found == m_block->keys.end()) return false;
-  found->second = time;
-  SignalModification();
+  int const before = std::exchange(found->second, time);
+  try {
+    m_block->engine.Initialize(*this);
+  } catch (...) {
+    found->second = before;
+    throw;
+  }
+  Notify();
   return true;
 }
 

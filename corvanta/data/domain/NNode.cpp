@@ -1,5 +1,6 @@
 #include "corvanta/data/domain/NNode.h"
 
+#include "corvanta/core/attribute/NAttributeValues.h"
 #include "corvanta/data/events/attribute_change/NMultiplexer.h"
 
 namespace corvanta::data::domain {
@@ -13,8 +14,9 @@ NNode::~NNode() = default;
 void NNode::CopyNodeTo(NNode& target) const {
   boost::intrusive_ptr<NNode const> const held(TryAddRef() ? this : nullptr, false);
   boost::intrusive_ptr<NNode> const heldTarget(target.TryAddRef() ? &target : nullptr, false);
+  core::attribute::NAttributeValues values(*this);
   target.SetName(GetName());
-  CopyAttributesTo(target);
+  values.MoveTo(target);
 }
 
 void NNode::OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) {

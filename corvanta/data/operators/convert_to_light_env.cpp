@@ -1,6 +1,6 @@
 #include "corvanta/data/operators/convert_to_light_env.h"
 
-#include <boost/format.hpp>
+#include <new>
 
 #include "corvanta/data/domain/environment/NEnvironmentNode.h"
 #include "corvanta/data/domain/light/NLightNode.h"
@@ -46,16 +46,9 @@ void CopyLight(NLightNode const& light, NLamp& lamp) {
   lamp.SetFalloffAngle(light.GetFallOffAngle());
 }
 
-}  // namespace
-
-bool ConvertToLightEnv(NEnvironmentNode& environment, NLightEnvDomain& domain) {
-  if (!environment.GetLightEnvs().empty() || environment.GetLights().empty()) return false;
-  if (domain.QueryNode(environment.GetID())) return true;
-  boost::intrusive_ptr<NEnvironmentNode> const held(
-      environment.TryAddRef() ? &environment : nullptr, false);
-  boost::intrusive_ptr<NLightEnvNode> const node = domain.CreateNode(environment.GetID());
-  if (!node) return false;
-  node->SetName((boost::wformat(L"converted %1%'s lights") % environment.GetName()).str());
+/// Makes `node` the lights of `environment` as lamps, and gives it to that.
+bool Fill(NLightEnvNode& node, NEnvironmentNode& environment) {
+  node.SetName(L"converted " + environment.GetName() + L"'s lights");
 
   // Listeners may change the set.
   auto const paths = environment.GetLights();
@@ -65,11 +58,28 @@ bool ConvertToLightEnv(NEnvironmentNode& environment, NLightEnvDomain& domain) {
     boost::intrusive_ptr<NLightNode> const light = item->GetLightNode();
     if (!light) continue;
     VX_Math::Matrix const transform = path.GetGlobalTransform();
-    boost::intrusive_ptr<NLamp> const lamp = node->CreateLamp(item->GetName());
+    boost::intrusive_ptr<NLamp> const lamp = node.CreateLamp(item->GetName());
     Place(*lamp, transform);
     CopyLight(*light, *lamp);
   }
-  return environment.AddLightEnv(*node);
+  return environment.AddLightEnv(node);
+}
+
+}  // namespace
+
+bool ConvertToLightEnv(NEnvironmentNode& environment, NLightEnvDomain& domain) {
+  if (!environment.GetLightEnvs().empty() || environment.GetLights().empty()) return false;
+  if (domain.QueryNode(environment.GetID())) return true;
+  boost::intrusive_ptr<NEnvironmentNode> const held(
+      environment.TryAddRef() ? &environment : nullptr, false);
+  boost::intrusive_ptr<NLightEnvNode> const node = domain.CreateNode(environment.GetID());
+  if (!node) return false;
+  try {
+    return Fill(*node, environment);
+  } catch (std::bad_alloc const&) {
+    domain.RemoveNode(*node);
+    throw;
+  }
 }
 
 }  // namespace corvanta::data::operators

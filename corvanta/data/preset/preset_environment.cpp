@@ -1,3 +1,7 @@
+#include <new>
+#include <optional>
+#include <utility>
+
 #include "corvanta/core/domain/NDomainManager.h"
 #include "corvanta/data/domain/environment/NEnvironmentNode.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
@@ -9,23 +13,52 @@
 #include "corvanta/data/internal/internal_data.h"
 #include "corvanta/data/preset/detail/scene_box.h"
 #include "corvanta/data/preset/preset.h"
+#include "corvanta/data/resource/image/create_image.h"
 
 // A listener may let go of what an argument holds.
 // NOLINTBEGIN(performance-unnecessary-value-param)
 namespace corvanta::data::preset {
 
 using core::node::NNodeID;
+using core::node::NNodeReference;
 using domain::image::NImageNode;
 using domain::scenegraph::item::NSceneGraphModelNode;
 
 namespace {
 
-boost::intrusive_ptr<NImageNode> CreateImageNode(domain::image::NImageDomain& images,
-                                                 core::locator::NLocator const& locator) {
-  boost::intrusive_ptr<NImageNode> image = images.CreateNode(NNodeID());
-  if (image) image->SetImageLocator(locator);
-  return image;
-}
+/// What an image node will show. Made first, so that nothing is changed yet if memory runs out.
+struct Picture {
+  Picture(domain::image::NImageDomain& images, core::locator::NLocator const& shown)
+      : locator(shown),
+        format(resource::image::LocatorToFormat(locator)),
+        domain(images),
+        node(images.CreateNode(NNodeID())) {
+    try {
+      reference = NNodeReference<NImageNode>(node);
+    } catch (std::bad_alloc const&) {
+      images.RemoveNode(*node);
+      throw;
+    }
+  }
+  Picture(Picture const&) = delete;
+  Picture& operator=(Picture const&) = delete;
+  ~Picture() {
+    if (node && !isShown) domain.RemoveNode(*node);
+  }
+
+  NNodeReference<NImageNode> const& Show() {
+    isShown = true;
+    if (node) node->SetImageLocator(std::move(locator), format);
+    return reference;
+  }
+
+  core::locator::NLocator locator;
+  resource::image::NImageFormat format;
+  domain::image::NImageDomain& domain;
+  boost::intrusive_ptr<NImageNode> node;
+  NNodeReference<NImageNode> reference;
+  bool isShown = false;
+};
 
 }  // namespace
 
@@ -38,23 +71,39 @@ void PresetEnvironment(
   environment_map::NEnvironmentMap& map = environment->GetEnvironmentMap();
   auto const model = itemDomain->CreateNode<NSceneGraphModelNode>(NNodeID());
   if (!model) return;
+  std::optional<Picture> around, floor;
+  double scale = 0;
+  NNodeReference<NSceneGraphModelNode> modelReference;
+  internal::GeometryReference sphere, sphereFloor;
+  core::domain::NDomainManager const* const manager = environment->GetDomainManager();
+  try {
+    modelReference = NNodeReference<NSceneGraphModelNode>(*model);
+    if (manager != nullptr) {
+      sphere = internal::GetInwardSphere(*manager);
+      sphereFloor = internal::GetSphereFloor(*manager);
+    }
+    scale = GetDefaultEnvironmentModelScale(view);
+    around.emplace(*imageDomain, internal::GetDefaultEnvironmentMapImage());
+    floor.emplace(*imageDomain, internal::GetDefaultFloorImage());
+  } catch (std::bad_alloc const&) {
+    itemDomain->RemoveNode(*model);
+    throw;
+  }
   model->SetDropsShadowFlag(false);
   model->SetIsSelfShadowedFlag(false);
-  double const scale = GetDefaultEnvironmentModelScale(view);
   model->SetScaleX(scale);
   model->SetScaleY(scale);
   model->SetScaleZ(scale);
-  core::domain::NDomainManager const* const manager = environment->GetDomainManager();
   if (manager != nullptr) {
-    model->SetGeometryNode(internal::GetInwardSphere(*manager));
-    environment->SetFloorGeometry(internal::GetSphereFloor(*manager));
+    model->SetGeometryNode(sphere);
+    environment->SetFloorGeometry(sphereFloor);
   }
-  environment->SetEnvironmentMapModel(*model);
+  environment->SetEnvironmentMapModel(modelReference);
   model->SetIsVisibleFlag(true);
-  auto const image = CreateImageNode(*imageDomain, internal::GetDefaultEnvironmentMapImage());
+  auto const& image = around->Show();
   map.SetImageType(environment_map::NEMIT_CUBE);
   map.SetImage(image);
-  environment->SetFloorImage(CreateImageNode(*imageDomain, internal::GetDefaultFloorImage()));
+  environment->SetFloorImage(floor->Show());
 }
 
 float GetDefaultEnvironmentModelScale(boost::intrusive_ptr<view::NView> view) {

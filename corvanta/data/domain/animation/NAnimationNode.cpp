@@ -67,8 +67,7 @@ void NAnimationNode::CopyTo(NAnimationNode& target) const {
                                                         false);
   Animations animations;
   if (&target != this) animations = m_block->animations;
-  target.SetName(GetName());
-  CopyAttributesTo(target);
+  CopyNodeTo(target);
   if (&target == this) return;
   target.m_block->animations.swap(animations);
   target.m_block->parts.reset();

@@ -175,16 +175,17 @@ void NEnvironmentNode::CopyTo(NEnvironmentNode& target) const {
   boost::intrusive_ptr<NEnvironmentNode> const heldTarget(target.TryAddRef() ? &target : nullptr,
                                                           false);
   // A listener of the target may change this node meanwhile.
-  Contents const copied = m_block->contents;
+  Contents copied = m_block->contents;
   auto const tree = GetSceneGraphRef();
   auto const mapType = m_block->map->GetImageType();
   auto const mapImage = m_block->map->GetImageRef();
+  Introduction const introduction(target, tree);
 
   CopyNodeTo(target);
   target.SetSceneGraph(tree);
   Contents& contents = target.m_block->contents;
-  contents.lights = copied.lights;
-  contents.lightEnvs = copied.lightEnvs;
+  contents.lights.swap(copied.lights);
+  contents.lightEnvs.swap(copied.lightEnvs);
   contents.image = copied.image;
   target.m_block->map->SetImageType(mapType);
   target.m_block->map->SetImage(mapImage);

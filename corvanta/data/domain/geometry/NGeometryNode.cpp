@@ -36,20 +36,29 @@ std::set<boost::intrusive_ptr<NSurface>>::iterator NGeometryNode::Find(
   return found;
 }
 
-bool NGeometryNode::AddSurface(NSurface& surface) {
-  if (Find(surface) != m_block->surfaces.end()) return false;
-  // The entry is made by hand: nothing is counted before all is over that may fail.
+/// An entry of the set of surfaces to come. It is made by hand: nothing is counted before all is
+/// over that may fail.
+NGeometryNode::Entry NGeometryNode::MakeEntry() {
   std::set<boost::intrusive_ptr<NSurface>> made;
   made.emplace();
-  auto entry = made.extract(made.begin());
+  return made.extract(made.begin());
+}
+
+bool NGeometryNode::AddSurface(NSurface& surface) {
+  if (Find(surface) != m_block->surfaces.end()) return false;
+  Entry entry = MakeEntry();
   bool const isNewOwner = surface.AddOwnerNode(*this);
   boost::intrusive_ptr<NSurface> const held(&surface);
-  entry.value() = held;
-  m_block->surfaces.insert(std::move(entry));
-  m_block->pickIndex.Drop();
+  Enter(*held, std::move(entry));
   if (!isNewOwner) return false;
   OnSurfaceChange(surface, NGCT_SURFACE_ADDED);
   return true;
+}
+
+void NGeometryNode::Enter(NSurface& surface, Entry entry) {
+  entry.value() = &surface;
+  m_block->surfaces.insert(std::move(entry));
+  m_block->pickIndex.Drop();
 }
 
 bool NGeometryNode::RemoveSurface(NSurface& surface) {
@@ -70,12 +79,19 @@ void NGeometryNode::OnSurfaceChange(NSurface const& surface, NGeometryChangeType
 }
 
 void NGeometryNode::CopyTo(NGeometryNode& target) const {
-  std::vector<boost::intrusive_ptr<NSurface>> clones;
+  // All that takes memory comes before the first change.
+  std::vector<std::pair<boost::intrusive_ptr<NSurface>, Entry>> clones;
   clones.reserve(m_block->surfaces.size());
-  for (auto const& surface : m_block->surfaces) clones.push_back(surface->CloneSurface());
+  for (auto const& surface : m_block->surfaces) {
+    clones.emplace_back(surface->CloneSurface(), MakeEntry());
+    clones.back().first->AddOwnerNode(target);
+  }
   boost::intrusive_ptr<NGeometryNode> const held(target.TryAddRef() ? &target : nullptr, false);
   CopyNodeTo(target);
-  for (auto const& clone : clones) target.AddSurface(*clone);
+  for (auto& [clone, entry] : clones) {
+    target.Enter(*clone, std::move(entry));
+    target.OnSurfaceChange(*clone, NGCT_SURFACE_ADDED);
+  }
 }
 
 }  // namespace corvanta::data::domain::geometry

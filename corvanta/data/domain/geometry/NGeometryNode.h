@@ -48,6 +48,10 @@ class CORVANTA_API NGeometryNode
   void AcceptImpl(NNodeWatcher& visitor) const override { visitor.Visit(*this); }
   void AcceptImpl(NNodeModifier& visitor) override { visitor.Visit(*this); }
 
+  using Entry = std::set<boost::intrusive_ptr<NSurface>>::node_type;
+
+  static Entry MakeEntry();
+  void Enter(NSurface& surface, Entry entry);
   std::set<boost::intrusive_ptr<NSurface>>::iterator Find(NSurface& surface) const noexcept;
   // The one way by which observers hear of a change.
   void OnSurfaceChange(NSurface const& surface, NGeometryChangeType type) const;

@@ -92,19 +92,15 @@ bool NSurface::Assign(float const* coords, float const* normals, unsigned long v
 
 /// The old arrays go with the caller's `made`, when the listeners have run.
 void NSurface::Replace(Arrays& made) {
-  std::swap(m_block->arrays, made);
-  OnChange(NGCT_SURFACE_CHANGED);
-}
-
-void NSurface::OnChange(NGeometryChangeType type) const {
-  if (m_block->owners.empty()) return;
   // A handler may take the surface out of its nodes, and so end it.
   boost::intrusive_ptr<NSurface const> const held(TryAddRef() ? this : nullptr, false);
   std::vector<core::node::NNodeReference<NGeometryNode const>> const owners(m_block->owners.begin(),
                                                                             m_block->owners.end());
+  std::swap(m_block->arrays, made);
   for (auto const& owner : owners) {
     auto const node = owner.Get();
-    if (node && m_block->owners.count(owner) != 0) node->OnSurfaceChange(*this, type);
+    if (node && m_block->owners.count(owner) != 0)
+      node->OnSurfaceChange(*this, NGCT_SURFACE_CHANGED);
   }
 }
 

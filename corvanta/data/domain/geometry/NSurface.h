@@ -71,7 +71,6 @@ class CORVANTA_API NSurface : public core::reference_countable::NReferenceCounta
   struct Block;
 
   void Replace(Arrays& made);
-  void OnChange(NGeometryChangeType type) const;
   bool AddOwnerNode(NGeometryNode const& node);
   bool RemoveOwnerNode(NGeometryNode const& node);
 

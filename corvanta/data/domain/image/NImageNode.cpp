@@ -1,6 +1,7 @@
 #include "corvanta/data/domain/image/NImageNode.h"
 
 #include <mutex>
+#include <utility>
 
 #include "corvanta/core/attribute/NAttributeContainerError.h"
 #include "corvanta/core/attribute/NTypedAttribute.h"
@@ -43,6 +44,11 @@ void NImageNode::SetImageLocator(NLocator const& locator) {
   m_block->AN_FORMAT_HINT.Set(resource::image::LocatorToFormat(judged));
 }
 
+void NImageNode::SetImageLocator(NLocator&& locator, resource::image::NImageFormat format) {
+  m_block->locator = std::move(locator);
+  m_block->AN_FORMAT_HINT.Set(format);
+}
+
 boost::intrusive_ptr<resource::image::NImage> NImageNode::GetImage() const {
   std::wstring error;
   auto image = resource::image::CreateImage(m_block->locator, m_block->AN_FORMAT_HINT.Get(), error);
@@ -58,9 +64,9 @@ std::wstring NImageNode::GetImageError() const {
 
 void NImageNode::CopyTo(NImageNode& target) const {
   boost::intrusive_ptr<NImageNode> const held(target.TryAddRef() ? &target : nullptr, false);
-  NLocator const locator = m_block->locator;
+  NLocator locator = m_block->locator;
   CopyNodeTo(target);
-  target.m_block->locator = locator;
+  target.m_block->locator = std::move(locator);
 }
 
 }  // namespace corvanta::data::domain::image

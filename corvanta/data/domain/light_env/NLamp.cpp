@@ -2,6 +2,7 @@
 
 #include <boost/intrusive_ptr.hpp>
 
+#include "corvanta/core/attribute/NAttributeValues.h"
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/data/domain/light_env/NLightEnvNode.h"
 
@@ -47,8 +48,9 @@ VX_Math::Matrix NLamp::GetTransform() const {
 void NLamp::CopyTo(NLamp& target) const {
   boost::intrusive_ptr<NLamp const> const held(TryAddRef() ? this : nullptr, false);
   boost::intrusive_ptr<NLamp> const heldTarget(target.TryAddRef() ? &target : nullptr, false);
+  core::attribute::NAttributeValues values(*this);
   target.SetName(GetName());
-  CopyAttributesTo(target);
+  values.MoveTo(target);
 }
 
 void NLamp::OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) {

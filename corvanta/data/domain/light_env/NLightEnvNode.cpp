@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "corvanta/core/attribute/NAttributeValues.h"
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/detail/scope_exit.h"
 #include "corvanta/core/string_table/string_table.h"
@@ -34,8 +35,26 @@ NLightEnvNode::~NLightEnvNode() {
 
 boost::intrusive_ptr<NLamp> NLightEnvNode::CreateLamp(std::wstring const& name) {
   boost::intrusive_ptr<NLightEnvNode> const held(TryAddRef() ? this : nullptr, false);
-  boost::intrusive_ptr<NLamp> const lamp(new NLamp(this));
+  boost::intrusive_ptr<NLamp> const lamp = PrepareLamp(name, 0);
+  Enter(lamp);
+  return lamp;
+}
+
+/// Makes a lamp and room for it and for `others` more after it.
+boost::intrusive_ptr<NLamp> NLightEnvNode::PrepareLamp(std::wstring const& name,
+                                                       std::size_t others) {
+  boost::intrusive_ptr<NLamp> lamp(new NLamp(this));
   lamp->SetName(name);
+  PrepareFreeName(*lamp, others);
+  auto& lamps = m_block->lamps;
+  std::size_t const size = lamps.size() + 1 + others;
+  if (size > lamps.capacity()) lamps.reserve(std::max(size, 2 * lamps.capacity()));
+  return lamp;
+}
+
+/// Needs no memory where all that was prepared is entered. Once it has its name, only listeners can
+/// throw, and the lamp stays.
+void NLightEnvNode::Enter(boost::intrusive_ptr<NLamp> const& lamp) {
   m_block->lamps.push_back(lamp);
   try {
     AddUnderFreeName(*lamp);
@@ -43,10 +62,8 @@ boost::intrusive_ptr<NLamp> NLightEnvNode::CreateLamp(std::wstring const& name) 
     TakeOut(*lamp);
     throw;
   }
-  // Listeners hear of the name that it has. From here on only they can throw, and the lamp stays.
   lamp->SetName(lamp->GetName());
   if (lamp->GetOwner() == this) SignalLampChange(*lamp, events::light_env::NLET_LAMP_CREATED);
-  return lamp;
 }
 
 bool NLightEnvNode::DeleteLamp(boost::intrusive_ptr<NLamp> const& lamp) {
@@ -87,9 +104,25 @@ void NLightEnvNode::CopyTo(NLightEnvNode& target) const {
   boost::intrusive_ptr<NLightEnvNode const> const held(TryAddRef() ? this : nullptr, false);
   boost::intrusive_ptr<NLightEnvNode> const heldTarget(target.TryAddRef() ? &target : nullptr,
                                                        false);
-  auto const lamps = m_block->lamps;
+  // All that takes memory comes before the first change.
+  struct Copied {
+    boost::intrusive_ptr<NLamp> lamp;
+    std::wstring name;
+    core::attribute::NAttributeValues values;
+  };
+  std::vector<Copied> copies;
+  auto const lamps = m_block->lamps;  // the target may be this node
+  for (auto const& lamp : lamps) {
+    std::wstring const& name = lamp->GetName();
+    copies.push_back(
+        {target.PrepareLamp(name, copies.size()), name, core::attribute::NAttributeValues(*lamp)});
+  }
   CopyNodeTo(target);
-  for (auto const& lamp : lamps) lamp->CopyTo(*target.CreateLamp(lamp->GetName()));
+  for (auto& [lamp, name, values] : copies) {
+    target.Enter(lamp);
+    lamp->SetName(name);
+    values.MoveTo(*lamp);
+  }
 }
 
 void NLightEnvNode::OnSetName(core::name::NNamespace const&,

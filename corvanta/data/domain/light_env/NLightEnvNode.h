@@ -62,6 +62,8 @@ class CORVANTA_API NLightEnvNode
   void LampNameChanged(NLamp const* lamp);
   void LampAttributeChanged(NLamp const* lamp, core::attribute::NAttribute const& attribute);
   void SignalLampChange(NLamp const& lamp, events::light_env::NLampEventType type);
+  boost::intrusive_ptr<NLamp> PrepareLamp(std::wstring const& name, std::size_t others);
+  void Enter(boost::intrusive_ptr<NLamp> const& lamp);
   void TakeOut(NLamp& lamp) noexcept;
 
   std::unique_ptr<Block> const m_block;

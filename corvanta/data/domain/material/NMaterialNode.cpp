@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/string_table/string_table.h"
@@ -120,7 +121,12 @@ core::locator::NLocator const& NMaterialNode::GetBrdfTextureLocator() const noex
 
 void NMaterialNode::SetBrdfTextureLocator(core::locator::NLocator const& locator) {
   core::locator::NLocator const told = locator;
-  m_block->brdfTextureLocator = told;
+  SetBrdfTextureLocator(core::locator::NLocator(told), told);
+}
+
+void NMaterialNode::SetBrdfTextureLocator(core::locator::NLocator&& stored,
+                                          core::locator::NLocator const& told) {
+  m_block->brdfTextureLocator = std::move(stored);
   MaterialEvents::NotifyObservers([&](events::material::NListener& listener) {
     listener.SignalSetBrdfTextureLocator(*this, told);
   });
@@ -132,11 +138,12 @@ void NMaterialNode::CopyTo(NMaterialNode& target) const {
   auto const image = m_block->environmentMap->GetImageRef();
   auto const imageType = m_block->environmentMap->GetImageType();
   auto const locator = m_block->brdfTextureLocator;
+  auto stored = locator;
   CopyNodeTo(target);
   if (&target != this) target.m_block->textures.swap(textures);
   target.m_block->environmentMap->SetImageType(imageType);
   target.m_block->environmentMap->SetImage(image);
-  target.SetBrdfTextureLocator(locator);
+  target.SetBrdfTextureLocator(std::move(stored), locator);
 }
 
 bool HasTexture(NMaterialNode const& material) { return !material.GetTextures().empty(); }

@@ -86,6 +86,8 @@ class CORVANTA_API NMaterialNode
  private:
   struct Block;
 
+  void SetBrdfTextureLocator(core::locator::NLocator&& stored, core::locator::NLocator const& told);
+
   void AcceptImpl(NNodeWatcher& visitor) const override { visitor.Visit(*this); }
   void AcceptImpl(NNodeModifier& visitor) override { visitor.Visit(*this); }
   void OnImageChange(environment_map::NEnvironmentMap const& map) override;

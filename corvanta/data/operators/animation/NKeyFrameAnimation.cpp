@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -91,8 +92,32 @@ void NKeyFrameAnimation::UpdateSpans() const {
   m_isFresh = true;
 }
 
+/// The same value as from the spans, where there is no memory for them.
+double NKeyFrameAnimation::SearchValue(double time) const {
+  NKeyData const* left = nullptr;
+  NKeyData const* right = nullptr;
+  for (auto const& [handle, key] : m_block->keys) {
+    if (key.time < time) {
+      if (left == nullptr || left->time < key.time) left = &key;
+    } else if (right == nullptr || key.time < right->time) {
+      right = &key;
+    }
+  }
+  if (left == nullptr) return right->value;
+  if (right == nullptr) return left->value;
+  double const l = left->time;
+  double const r = right->time;
+  return ((r - time) * left->value + (time - l) * right->value) / (r - l);
+}
+
 double NKeyFrameAnimation::CalculateValue(double time) const {
-  if (!m_isFresh) UpdateSpans();
+  if (!m_isFresh) {
+    try {
+      UpdateSpans();
+    } catch (std::bad_alloc const&) {
+      return SearchValue(time);
+    }
+  }
   std::vector<double> const& times = m_index.GetTimes();
   std::size_t const right = m_index.LowerBound(time);
   if (right == 0) return m_values.front();

@@ -50,6 +50,7 @@ class CORVANTA_API NKeyFrameAnimation : public core::reference_countable::NRefer
   struct Block;
 
   void UpdateSpans() const;
+  double SearchValue(double time) const;
 
   // The keys in order of time, while they are fresh: span i lies between the keys i and i + 1. They
   // stand here and not in the block, so that an evaluation touches little memory.

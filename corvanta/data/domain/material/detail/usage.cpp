@@ -36,7 +36,13 @@ void Decrement(Uses& uses, MaterialReference const& material) {
 void AddUse(NDomainManager const& manager, MaterialReference const& material) {
   Table& table = GetTable();
   boost::lock_guard<boost::mutex> const lock(table.mutex);
-  ++table.managers[manager.GetLink()][material];
+  auto const uses = table.managers.try_emplace(manager.GetLink()).first;
+  try {
+    ++uses->second[material];
+  } catch (...) {
+    if (uses->second.empty()) table.managers.erase(uses);
+    throw;
+  }
 }
 
 void RemoveUse(NDomainManager const* manager, MaterialReference const& material) {
@@ -50,6 +56,22 @@ void RemoveUse(NDomainManager const* manager, MaterialReference const& material)
     Decrement(i->second, material);
     i = i->second.empty() ? table.managers.erase(i) : std::next(i);
   }
+}
+
+NUse::NUse(NDomainManager const* manager, MaterialReference const& material)
+    : m_manager(manager == nullptr || !material ? nullptr : manager->GetLink()),
+      m_material(material) {
+  if (m_manager) AddUse(*manager, material);
+}
+
+NUse::~NUse() {
+  if (m_manager && m_manager->owner != nullptr) RemoveUse(m_manager->owner, m_material);
+}
+
+bool NUse::Keep(NDomainManager const* manager) noexcept {
+  if (!m_manager || manager == nullptr || manager->GetLink() != m_manager) return false;
+  m_manager.reset();
+  return true;
 }
 
 bool HasUse(NDomainManager const& manager, MaterialReference const& material) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "corvanta/core/domain/detail/link.h"
 #include "corvanta/core/domain/fwd.h"
 #include "corvanta/core/node/NNodeReference.h"
 #include "corvanta/data/domain/fwd.h"
@@ -19,6 +20,25 @@ CORVANTA_API void AddUse(core::domain::NDomainManager const& manager,
 /// manager. A count of 0 stays 0.
 CORVANTA_API void RemoveUse(core::domain::NDomainManager const* manager,
                             MaterialReference const& material);
+/// A model that is counted ahead of showing the material, so that no memory is needed then.
+class CORVANTA_API NUse {
+ public:
+  /// Without a manager or a material it counts nothing.
+  NUse(core::domain::NDomainManager const* manager, MaterialReference const& material);
+  /// Takes the count back unless it was kept.
+  ~NUse();
+  NUse(NUse const&) = delete;
+  NUse& operator=(NUse const&) = delete;
+
+  /// Leaves the count to a model of `manager`.
+  /// Fails: false for another manager than the one that it was counted for, and for none.
+  bool Keep(core::domain::NDomainManager const* manager) noexcept;
+
+ private:
+  core::domain::detail::NLinkPointer<core::domain::NDomainManager const> m_manager;
+  MaterialReference const m_material;
+};
+
 /// Whether some model counts. A manager that has gone counts nothing, also for another one that
 /// stands where it stood.
 CORVANTA_API bool HasUse(core::domain::NDomainManager const& manager,

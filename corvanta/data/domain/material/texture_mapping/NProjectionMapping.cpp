@@ -50,13 +50,18 @@ bool NProjectionMapping::ReplaceModel(ModelPath const& oldPath, ModelPath const&
   auto const found = map.find(oldPath);
   if (found == map.end()) return false;
   boost::intrusive_ptr<NProjectionNode const> const node = found->second.Get();
-  if (node) const_cast<NProjectionNode&>(*node).ReplaceModel(oldPath, newPath);
   if (oldPath == newPath) {
     found->second = projection;
     return true;
   }
   // The arguments may stand in the map, so the erasure comes last.
-  bool const isNew = map.emplace(newPath, projection).second;
+  auto const [made, isNew] = map.emplace(newPath, projection);
+  try {
+    if (node) const_cast<NProjectionNode&>(*node).ReplaceModel(oldPath, newPath);
+  } catch (...) {
+    if (isNew) map.erase(made);
+    throw;
+  }
   map.erase(found);
   return isNew;
 }

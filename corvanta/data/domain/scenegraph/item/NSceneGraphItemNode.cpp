@@ -282,13 +282,14 @@ void NSceneGraphItemNode::TryTransform(Matrix const& matrix) {
 }
 
 void NSceneGraphItemNode::CopyTo(NSceneGraphItemNode& target) const {
+  auto referrers = m_block->referrers;
   CopyNodeTo(target);
   Block& to = *target.m_block;
   to.isTransformDirty = m_block->isTransformDirty;
   to.transform = m_block->transform;
   to.isBoxDirty = m_block->isBoxDirty;
   to.box = m_block->box;
-  if (&target != this) to.referrers = m_block->referrers;
+  if (&target != this) to.referrers.swap(referrers);
   NoteCleaning();
 }
 

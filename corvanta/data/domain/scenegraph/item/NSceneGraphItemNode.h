@@ -89,7 +89,7 @@ class CORVANTA_API NSceneGraphItemNode
 
   /// Marks this box and every box that contains it, through parents and references.
   /// Cost: each item above is visited once.
-  void DirtyBoundingBox();
+  void DirtyBoundingBox() noexcept;
   /// Gives `target` the name, the attributes, the caches and the referrers; no children.
   void CopyTo(NSceneGraphItemNode& target) const;
 

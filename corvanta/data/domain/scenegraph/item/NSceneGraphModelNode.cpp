@@ -60,7 +60,7 @@ NNodeReference<NGeometryNode> const& NSceneGraphModelNode::GetGeometryRef() cons
 
 void NSceneGraphModelNode::SetGeometryNode(NNodeReference<NGeometryNode> const& geometry) {
   NNodeReference<NGeometryNode> const given = geometry;
-  auto const oldGeometry = GetGeometryNode();
+  auto const oldGeometry = m_block->geometry.Get();
   if (oldGeometry) {
     oldGeometry->RemoveObserver(static_cast<geometry::NGeometryChangeListener&>(*this));
   }
@@ -80,13 +80,18 @@ NNodeReference<NMaterialNode> const& NSceneGraphModelNode::GetMaterialRef() cons
 }
 
 void NSceneGraphModelNode::SetMaterial(NNodeReference<NMaterialNode> const& material) {
-  core::domain::NDomainManager const* const manager = GetDomainManager();
-  if (manager == nullptr) return;
+  if (GetDomainManager() == nullptr) return;
+  material::detail::NUse use(GetDomainManager(), material);
+  SetMaterial(material, use);
+}
+
+void NSceneGraphModelNode::SetMaterial(NNodeReference<NMaterialNode> const& material,
+                                       material::detail::NUse& use) {
   NNodeReference<NMaterialNode> const given = material;
   auto const oldMaterial = GetMaterialNode();
   RemoveMaterial();
   m_block->material = given;
-  if (given) material::detail::AddUse(*manager, given);
+  use.Keep(GetDomainManager());
   ModelEvents::NotifyObservers(
       [&](auto& listener) { listener.SignalMaterialChange(*this, oldMaterial); });
 }
@@ -127,11 +132,15 @@ void NSceneGraphModelNode::OnGeometryChangeImpl(NGeometryNode const&, geometry::
 void NSceneGraphModelNode::CopyTo(NSceneGraphModelNode& target) const {
   NNodeReference<NGeometryNode> const geometry = m_block->geometry;
   NNodeReference<NMaterialNode> const material = m_block->material;
+  material::detail::NUse use(target.GetDomainManager(), material);
+  boost::intrusive_ptr<NSceneGraphModelNode> const held(target.TryAddRef() ? &target : nullptr,
+                                                        false);
   NSceneGraphItemNode::CopyTo(target);
   target.m_block->geometryBox = m_block->geometryBox;
   target.m_block->isGeometryBoxDirty = m_block->isGeometryBoxDirty;
   target.SetGeometryNode(geometry);
-  target.SetMaterial(material);
+  // A listener may have taken the target out of its domain.
+  if (target.GetDomainManager() != nullptr) target.SetMaterial(material, use);
 }
 
 wchar_t const* NSceneGraphModelNode::GetSceneGraphItemTypeImpl() const { return SGIT_MODEL; }

@@ -7,6 +7,10 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphItemNode.h"
 #include "corvanta/data/events/scene_graph_model/NListener.h"
 
+namespace corvanta::data::domain::material::detail {
+class NUse;
+}
+
 namespace corvanta::data::domain::scenegraph::item {
 
 /// How a model turns towards the camera; for the renderer.
@@ -75,6 +79,8 @@ class CORVANTA_API NSceneGraphModelNode
                             geometry::NSurface const& surface,
                             geometry::NGeometryChangeType type) override;
   void RemoveMaterial();
+  void SetMaterial(core::node::NNodeReference<material::NMaterialNode> const& material,
+                   material::detail::NUse& use);
 
   std::unique_ptr<Block> const m_block;
 };

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <atomic>
+#include <utility>
 #include <vector>
 
 #include "corvanta/data/domain/scenegraph/detail/ray_bound.h"
@@ -24,35 +25,28 @@ void NSceneGraphItemNode::NoteCleaning() noexcept {
   g_cleanings.fetch_add(1, std::memory_order_relaxed);
 }
 
-void NSceneGraphItemNode::DirtyBoundingBox() {
+void NSceneGraphItemNode::DirtyBoundingBox() noexcept {
   // A dirty item may stand below a clean parent, so that being dirty ends no walk; having been
   // marked by a walk since the last cleaning does. It also makes each item be visited once a walk:
   // two references a level would double the visits at every level.
   std::uint64_t const cleanings = g_cleanings.load(std::memory_order_relaxed);
-  thread_local std::vector<NSceneGraphItemNode const*> pending;
-  pending.clear();
-  try {
-    for (NSceneGraphItemNode const* item = this; item != nullptr;) {
-      Block& block = *item->m_block;
-      NSceneGraphItemNode const* next = nullptr;
-      if (!block.isBoxDirty || block.markedAt != cleanings) {
-        block.isBoxDirty = true;
-        block.judged.condition = 0;
-        block.markedAt = cleanings;
-        next = block.parent;
-        for (auto const& referrer : block.referrers) {
-          if (!referrer.weak->IsExpired()) pending.push_back(referrer.item);
-        }
-      }
-      if (next == nullptr && !pending.empty()) {
-        next = pending.back();
-        pending.pop_back();
-      }
-      item = next;
+  // The way on is a chain through the blocks, so that marking needs no memory.
+  Block* first = nullptr;
+  auto const mark = [&first, cleanings](NSceneGraphItemNode const& item) {
+    Block& block = *item.m_block;
+    if (block.isBoxDirty && block.markedAt == cleanings) return;
+    block.isBoxDirty = true;
+    block.judged.condition = 0;
+    block.markedAt = cleanings;
+    block.nextMarked = std::exchange(first, &block);
+  };
+  mark(*this);
+  while (first != nullptr) {
+    Block& block = *std::exchange(first, first->nextMarked);
+    if (block.parent != nullptr) mark(*block.parent);
+    for (auto const& referrer : block.referrers) {
+      if (!referrer.weak->IsExpired()) mark(*referrer.item);
     }
-  } catch (...) {
-    NoteCleaning();  // not all that was to be marked is
-    throw;
   }
 }
 

@@ -26,12 +26,26 @@ NNodeReference<NSceneGraphTreeNode> const& NSceneGraphTreeHost::GetSceneGraphRef
 void NSceneGraphTreeHost::SetSceneGraph(NNodeReference<NSceneGraphTreeNode> const& tree) {
   NNodeReference<NSceneGraphTreeNode> const given = tree;  // it may be this host's own
   auto const oldTree = GetSceneGraph();
-  if (oldTree) oldTree->RemoveObserver(static_cast<NSceneGraphTreeListener&>(*this));
-  if (auto const newTree = given.Get()) {
-    newTree->AddObserver(static_cast<NSceneGraphTreeListener&>(*this));
+  auto const newTree = given.Get();
+  // First what may fail.
+  if (newTree) newTree->AddObserver(static_cast<NSceneGraphTreeListener&>(*this));
+  if (oldTree && oldTree != newTree) {
+    oldTree->RemoveObserver(static_cast<NSceneGraphTreeListener&>(*this));
   }
   m_tree = given;
   OnSceneGraphTreeChange(oldTree);
+}
+
+NSceneGraphTreeHost::Introduction::Introduction(NSceneGraphTreeHost& host,
+                                                NNodeReference<NSceneGraphTreeNode> const& tree)
+    : m_host(host), m_tree(tree) {
+  auto const node = host.m_tree == tree ? nullptr : tree.Get();
+  m_isNew = node && node->AddObserver(static_cast<NSceneGraphTreeListener&>(host));
+}
+
+NSceneGraphTreeHost::Introduction::~Introduction() {
+  auto const node = m_isNew && m_host.m_tree != m_tree ? m_tree.Get() : nullptr;
+  if (node) node->RemoveObserver(static_cast<NSceneGraphTreeListener&>(m_host));
 }
 
 void NSceneGraphTreeHost::OnRootChangeImpl(

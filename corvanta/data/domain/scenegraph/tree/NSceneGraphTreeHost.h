@@ -29,6 +29,22 @@ class CORVANTA_API NSceneGraphTreeHost
   void SetSceneGraph(core::node::NNodeReference<NSceneGraphTreeNode> const& tree);
 
  protected:
+  /// Registers a host with a tree that it will be given, so that SetSceneGraph then needs no
+  /// memory. Its end takes that back if the host shows another one.
+  class Introduction {
+   public:
+    Introduction(NSceneGraphTreeHost& host,
+                 core::node::NNodeReference<NSceneGraphTreeNode> const& tree);
+    ~Introduction();
+    Introduction(Introduction const&) = delete;
+    Introduction& operator=(Introduction const&) = delete;
+
+   private:
+    NSceneGraphTreeHost& m_host;
+    core::node::NNodeReference<NSceneGraphTreeNode> const m_tree;
+    bool m_isNew = false;
+  };
+
   NSceneGraphTreeHost();
   NSceneGraphTreeHost(NSceneGraphTreeHost const&) = delete;
   ~NSceneGraphTreeHost() override;

@@ -36,7 +36,8 @@ struct NSceneGraphItemNode::Block {
   bool isBoxDirty = true;
   bool isBeingBoxed = false;  // a walk for the box stands in this item
   unsigned listCount = 0;     // the lists that this item stands in: an insert by index can make two
-  std::uint64_t markedAt = 0;  // the count of cleanings when a walk last marked this item
+  std::uint64_t markedAt = 0;   // the count of cleanings when a walk last marked this item
+  Block* nextMarked = nullptr;  // what that walk has marked and not yet left
   NSceneGraphItemNode* parent = nullptr;  // cleared by the parent's end
   Children children{};
   std::unique_ptr<ChildIndex> childIndex{};  // of all children, from kIndexFrom on
