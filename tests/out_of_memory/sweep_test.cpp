@@ -388,7 +388,7 @@ TEST(Sweep, Animations) {
             w.animation->SetTrigger({*w.group, *w.tree, {*w.reference}});
           }},
          {"copy", [](World& w) { w.copy.reset(new data::animation::NAnimation(*w.animation)); }},
-         {"play", play, [](World&) {}, true},
+         {"play", play},
          {"add presentation", [](World& w) { w.animations.AddAnimation(*w.animation); }},
          {"remove presentation", [](World& w) { w.animations.RemoveAnimation(*w.animation); },
           [](World& w) { w.animations.AddAnimation(*w.animation); }},

@@ -38,7 +38,8 @@ class CORVANTA_API NAnimationEngine
   /// once, so that a step beyond twice the end time lies outside until the next one.
   /// Raises: the attribute changes, and SignalSetTime.
   /// Fails: false when it came to an end without repeat. What a listener or a path throws passes
-  /// through; before SignalSetTime that leaves the current time as it was.
+  /// through; before SignalSetTime that leaves the current time as it was. Where memory runs out,
+  /// nothing is written, unless by a path through references or a listener.
   bool Update(NAnimationEngineArgs const& args, double delta);
   /// A step back to time 0.
   bool GoToStart(NAnimationEngineArgs const& args);

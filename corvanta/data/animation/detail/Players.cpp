@@ -4,6 +4,8 @@
 #include <map>
 
 #include "corvanta/data/animation/NAnimation.h"
+#include "corvanta/data/domain/scene/NSceneNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 
 namespace corvanta::data::animation::detail {
 
@@ -69,13 +71,25 @@ Players::Players(NAnimation const& animation) {
 }
 
 void Players::Play(NAnimationEngineArgs const& args, Step const& step) const {
+  // All that takes memory comes before the first change; edits made by listeners count from the
+  // next step.
+  bool const movesTrack = m_cameraTrack && m_cameraTrack->MustPlay(step);
+  bool const movesPose = m_cameraPose && m_cameraPose->MustPlay(step);
+  NAnimationEngineArgs::Cameras cameras;
+  if (movesTrack || movesPose) args.GetCameras(cameras);
+  auto const materials = m_materialTrack.Prepare(step);
+  auto const models = m_modelTrack.Prepare(step);
+  auto const environments = m_environmentTrack.Prepare(args, step);
+
   for (ItemTrack const& track : m_itemTracks) track.Play(step);
   for (ItemPose const& pose : m_itemPoses) pose.Play(step);
-  if (m_cameraTrack) m_cameraTrack->Play(args, step);
-  if (m_cameraPose) m_cameraPose->Play(args, step);
-  m_materialTrack.Play(step);
-  m_modelTrack.Play(step);
-  m_environmentTrack.Play(args, step);
+  if (movesTrack) m_cameraTrack->Play(cameras, step);
+  if (movesPose) m_cameraPose->Play(cameras);
+  for (auto const& [model, material, use] : materials) model->SetMaterial(material, *use);
+  for (auto const& [model, isVisible] : models) model->SetIsVisibleFlag(isVisible);
+  for (auto const& scene : environments.scenes) {
+    if (scene) scene->SetEnvironment(environments.environment);
+  }
 }
 
 }  // namespace corvanta::data::animation::detail

@@ -30,9 +30,8 @@ std::vector<std::array<double, 6>> GetUpsAndInterests(std::vector<CameraKey> con
 }
 
 /// Writes a pose to every camera that its path leads to.
-void Write(NAnimationEngineArgs const& args, CameraKey const& pose, bool mindsFixedRoll) {
-  NAnimationEngineArgs::Cameras cameras;
-  args.GetCameras(cameras);
+void Write(NAnimationEngineArgs::Cameras const& cameras, CameraKey const& pose,
+           bool mindsFixedRoll) {
   for (auto const& path : cameras) {
     if (!IsValid(path)) continue;
     boost::intrusive_ptr<NSceneGraphCameraNode> const camera = path.GetNode();
@@ -63,19 +62,18 @@ CameraTrack::CameraTrack(std::vector<CameraKey> const& keys)
       m_translation(m_times, GetTranslations(keys)),
       m_upAndInterest(m_times, GetUpsAndInterests(keys)) {}
 
-void CameraTrack::Play(NAnimationEngineArgs const& args, Step const& step) const {
-  if (!m_times.MustUpdate(step)) return;
+void CameraTrack::Play(NAnimationEngineArgs::Cameras const& cameras, Step const& step) const {
   TrackTimes::Position const at = m_times.Find(step.time);
   auto const other = m_upAndInterest.Evaluate(at);
   CameraKey const pose{step.time,
                        m_translation.Evaluate(at),
                        {other[0], other[1], other[2]},
                        {other[3], other[4], other[5]}};
-  Write(args, pose, true);
+  Write(cameras, pose, true);
 }
 
-void CameraPose::Play(NAnimationEngineArgs const& args, Step const& step) const {
-  if (Crosses(step, m_key.time)) Write(args, m_key, false);
+void CameraPose::Play(NAnimationEngineArgs::Cameras const& cameras) const {
+  Write(cameras, m_key, false);
 }
 
 }  // namespace corvanta::data::animation::detail

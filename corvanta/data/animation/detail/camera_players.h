@@ -23,8 +23,9 @@ class CameraTrack {
   /// Requires: `keys` in order of time.
   explicit CameraTrack(std::vector<CameraKey> const& keys);
 
+  bool MustPlay(Step const& step) const { return m_times.MustUpdate(step); }
   /// A camera that fixes its roll gets (0, 1, 0) for up.
-  void Play(NAnimationEngineArgs const& args, Step const& step) const;
+  void Play(NAnimationEngineArgs::Cameras const& cameras, Step const& step) const;
 
  private:
   TrackTimes m_times;
@@ -37,8 +38,9 @@ class CameraPose {
  public:
   explicit CameraPose(CameraKey const& key) : m_key(key) {}
 
+  bool MustPlay(Step const& step) const { return Crosses(step, m_key.time); }
   /// Every camera gets the pose's up.
-  void Play(NAnimationEngineArgs const& args, Step const& step) const;
+  void Play(NAnimationEngineArgs::Cameras const& cameras) const;
 
  private:
   CameraKey m_key;

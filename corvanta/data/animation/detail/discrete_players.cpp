@@ -2,6 +2,7 @@
 
 #include <iterator>
 #include <set>
+#include <utility>
 
 #include "corvanta/data/domain/scene/NSceneNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
@@ -14,13 +15,12 @@ using domain::scenegraph::item::NSceneGraphModelNode;
 
 namespace {
 
-using Models = std::vector<boost::intrusive_ptr<NSceneGraphModelNode>>;
-
-/// Appends the models that are there. Listeners of what is done with them may change the set.
-void Append(std::set<core::node::NNodeReference<NSceneGraphModelNode>> const& references,
-            Models& models) {
+/// Calls `call` with the models that are there.
+template <class Call>
+void ForEach(std::set<core::node::NNodeReference<NSceneGraphModelNode>> const& references,
+             Call const& call) {
   for (auto const& reference : references) {
-    if (auto model = reference.Get()) models.push_back(std::move(model));
+    if (auto model = reference.Get()) call(std::move(model));
   }
 }
 
@@ -34,12 +34,17 @@ void MaterialTrack::Add(double time, boost::intrusive_ptr<switches::NMaterialSwi
   if (material) m_choices.Add(time, {chooser, material});
 }
 
-void MaterialTrack::Play(Step const& step) const {
+std::vector<MaterialTrack::Change> MaterialTrack::Prepare(Step const& step) const {
+  std::vector<Change> changes;
   for (auto const& [chooser, material] : m_choices.GetCrossed(step)) {
-    Models models;
-    Append(chooser->GetModels(), models);
-    for (auto const& model : models) model->SetMaterial(material);
+    domain::material::detail::MaterialReference const reference(*material);
+    ForEach(chooser->GetModels(), [&](auto model) {
+      auto use =
+          std::make_unique<domain::material::detail::NUse>(model->GetDomainManager(), reference);
+      changes.push_back({std::move(model), reference, std::move(use)});
+    });
   }
+  return changes;
 }
 
 void ModelTrack::Add(double time, boost::intrusive_ptr<switches::NModelSwitch> const& chooser,
@@ -49,29 +54,30 @@ void ModelTrack::Add(double time, boost::intrusive_ptr<switches::NModelSwitch> c
   if (set) m_choices.Add(time, {chooser, set});
 }
 
-void ModelTrack::Play(Step const& step) const {
+std::vector<ModelTrack::Change> ModelTrack::Prepare(Step const& step) const {
+  std::vector<Change> changes;
   for (auto const& [chooser, shownSet] : m_choices.GetCrossed(step)) {
-    Models hidden;
-    Models shown;
-    for (auto const& set : chooser->GetModelSets()) Append(set->GetNodes(), hidden);
-    Append(shownSet->GetNodes(), shown);
-    for (auto const& model : hidden) model->SetIsVisibleFlag(false);
-    for (auto const& model : shown) model->SetIsVisibleFlag(true);
+    auto const add = [&](bool isVisible) {
+      return [&, isVisible](auto model) { changes.push_back({std::move(model), isVisible}); };
+    };
+    for (auto const& set : chooser->GetModelSets()) ForEach(set->GetNodes(), add(false));
+    ForEach(shownSet->GetNodes(), add(true));
   }
+  return changes;
 }
 
 void EnvironmentTrack::Add(double time, boost::intrusive_ptr<NEnvironmentNode> const& environment) {
   if (environment) m_environments.Add(time, environment);
 }
 
-void EnvironmentTrack::Play(NAnimationEngineArgs const& args, Step const& step) const {
+EnvironmentTrack::Change EnvironmentTrack::Prepare(NAnimationEngineArgs const& args,
+                                                   Step const& step) const {
+  Change change;
   auto const crossed = m_environments.GetCrossed(step);
-  if (crossed.empty()) return;
-  NAnimationEngineArgs::Scenes scenes;
-  args.GetScenes(scenes);
-  for (auto const& scene : scenes) {
-    if (scene) scene->SetEnvironment(crossed.back());
-  }
+  if (crossed.empty()) return change;
+  args.GetScenes(change.scenes);
+  change.environment = crossed.back();
+  return change;
 }
 
 }  // namespace corvanta::data::animation::detail

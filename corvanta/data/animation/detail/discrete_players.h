@@ -2,6 +2,7 @@
 
 #include <boost/intrusive_ptr.hpp>
 #include <map>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -9,6 +10,7 @@
 #include "corvanta/data/animation/detail/Step.h"
 #include "corvanta/data/domain/environment/NEnvironmentNode.h"
 #include "corvanta/data/domain/material/NMaterialNode.h"
+#include "corvanta/data/domain/material/detail/usage.h"
 #include "corvanta/data/switches/NMaterialSwitch.h"
 #include "corvanta/data/switches/NModelSwitch.h"
 
@@ -44,7 +46,14 @@ class MaterialTrack {
   /// Leaves the choice out where the switch is empty or has no such material now.
   void Add(double time, boost::intrusive_ptr<switches::NMaterialSwitch> const& chooser,
            unsigned int index);
-  void Play(Step const& step) const;
+
+  /// What a step gives a model.
+  struct Change {
+    boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphModelNode> model;
+    domain::material::detail::MaterialReference material;
+    std::unique_ptr<domain::material::detail::NUse> use;
+  };
+  std::vector<Change> Prepare(Step const& step) const;
 
  private:
   using Choice = std::pair<boost::intrusive_ptr<switches::NMaterialSwitch>,
@@ -58,7 +67,13 @@ class ModelTrack {
   /// Leaves the choice out where the switch is empty or has no such set now.
   void Add(double time, boost::intrusive_ptr<switches::NModelSwitch> const& chooser,
            unsigned int index);
-  void Play(Step const& step) const;
+
+  /// A model that a step shows or hides.
+  struct Change {
+    boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphModelNode> model;
+    bool isVisible;
+  };
+  std::vector<Change> Prepare(Step const& step) const;
 
  private:
   using Choice = std::pair<boost::intrusive_ptr<switches::NModelSwitch>,
@@ -71,7 +86,13 @@ class EnvironmentTrack {
  public:
   void Add(double time,
            boost::intrusive_ptr<domain::environment::NEnvironmentNode> const& environment);
-  void Play(NAnimationEngineArgs const& args, Step const& step) const;
+
+  /// The scenes that a step gives an environment.
+  struct Change {
+    NAnimationEngineArgs::Scenes scenes;
+    core::node::NNodeReference<domain::environment::NEnvironmentNode> environment;
+  };
+  Change Prepare(NAnimationEngineArgs const& args, Step const& step) const;
 
  private:
   TimedValues<boost::intrusive_ptr<domain::environment::NEnvironmentNode>> m_environments;

@@ -87,11 +87,15 @@ void NSceneGraphModelNode::SetMaterial(NNodeReference<NMaterialNode> const& mate
 
 void NSceneGraphModelNode::SetMaterial(NNodeReference<NMaterialNode> const& material,
                                        material::detail::NUse& use) {
+  core::domain::NDomainManager const* const manager = GetDomainManager();
+  if (manager == nullptr) return;
+  // The caller's was counted for another manager if a listener has moved the model since.
+  bool const isCounted = use.Keep(manager) || !material;
+  if (!isCounted) material::detail::AddUse(*manager, material);
   NNodeReference<NMaterialNode> const given = material;
   auto const oldMaterial = GetMaterialNode();
   RemoveMaterial();
   m_block->material = given;
-  use.Keep(GetDomainManager());
   ModelEvents::NotifyObservers(
       [&](auto& listener) { listener.SignalMaterialChange(*this, oldMaterial); });
 }
@@ -139,8 +143,7 @@ void NSceneGraphModelNode::CopyTo(NSceneGraphModelNode& target) const {
   target.m_block->geometryBox = m_block->geometryBox;
   target.m_block->isGeometryBoxDirty = m_block->isGeometryBoxDirty;
   target.SetGeometryNode(geometry);
-  // A listener may have taken the target out of its domain.
-  if (target.GetDomainManager() != nullptr) target.SetMaterial(material, use);
+  target.SetMaterial(material, use);
 }
 
 wchar_t const* NSceneGraphModelNode::GetSceneGraphItemTypeImpl() const { return SGIT_MODEL; }

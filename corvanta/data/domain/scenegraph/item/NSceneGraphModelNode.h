@@ -59,6 +59,10 @@ class CORVANTA_API NSceneGraphModelNode
   /// Keeps the counts of material::IsUsed. Does nothing for a model without a domain manager.
   /// Raises: SignalMaterialChange with the old material.
   void SetMaterial(core::node::NNodeReference<material::NMaterialNode> const& material);
+  /// The same with a use that was counted ahead. Cost: no memory, if it was counted for this
+  /// model's manager.
+  void SetMaterial(core::node::NNodeReference<material::NMaterialNode> const& material,
+                   material::detail::NUse& use);
 
   /// The box of this model's geometry in its own frame.
   VX_Math::Box3 const& GetBoundingBoxWithoutChildren() const;
@@ -79,8 +83,6 @@ class CORVANTA_API NSceneGraphModelNode
                             geometry::NSurface const& surface,
                             geometry::NGeometryChangeType type) override;
   void RemoveMaterial();
-  void SetMaterial(core::node::NNodeReference<material::NMaterialNode> const& material,
-                   material::detail::NUse& use);
 
   std::unique_ptr<Block> const m_block;
 };
