@@ -59,8 +59,8 @@ int main() {
   Document document;
   auto const museum = CreateTree(document, L"museum");
   AddBox(document, *museum->GetRoot(), L"statue", {0, 1, 0}, {0.6f, 2, 0.6f});
-  auto const placed = document.items->CreateNode<item::NSceneGraphCameraNode>(NNodeID());
-  placed->SetCameraNode(document.cameras->CreateNode(NNodeID()));
+  auto const placed = document.GetItems().CreateNode<item::NSceneGraphCameraNode>();
+  placed->SetCameraNode(document.GetCameras().CreateNode());
   museum->GetRoot()->AddChild(*placed);
   CameraPath const camera(placed, museum);
 

@@ -64,7 +64,7 @@ class PartsList final : public domain::scenegraph::NSceneGraphTraverser {
 
 void Show(Document& document, NSceneGraphTreeNode const& parent, wchar_t const* name,
           NSceneGraphTreeNode const& tree, double x, double y) {
-  auto const shown = document.items->CreateNode<NSceneGraphReferenceNode>(NNodeID());
+  auto const shown = document.GetItems().CreateNode<NSceneGraphReferenceNode>();
   shown->SetName(name);
   shown->SetSceneGraph(tree);
   shown->SetTranslationX(x);
@@ -79,7 +79,7 @@ int main() {
   auto const screw = CreateTree(document, L"screw");
   AddBox(document, *screw->GetRoot(), L"shaft", {0, 0, -0.03f}, {0.01f, 0.01f, 0.06f});
   auto const head = AddBox(document, *screw->GetRoot(), L"head", {}, {0.02f, 0.02f, 0.01f});
-  head->SetGeometryNode(data::internal::GetSphere(document.manager));
+  head->SetGeometryNode(data::internal::GetSphere(document.GetManager()));
   auto const bracket = CreateTree(document, L"bracket");
   AddBox(document, *bracket->GetRoot(), L"angle", {0, 0.15f, 0.1f}, {0.03f, 0.3f, 0.2f});
   Show(document, *bracket, L"upper screw", *screw, 0.0, 0.25);

@@ -62,15 +62,15 @@ int main() {
        {AddBox(document, root, L"board", {0, -0.05f, 0}, {2, 0.1f, 1}),
         AddBox(document, root, L"book", {-0.5f, 0.1f, 0}, {0.4f, 0.2f, 0.3f}),
         AddBox(document, root, L"cup", {0.5f, 0.15f, 0.2f}, {0.2f, 0.3f, 0.2f})}) {
-    auto const material = document.materials->CreateNode(NNodeID());
+    auto const material = document.GetMaterials().CreateNode();
     material->SetName(box->GetName());
     box->SetMaterial(material);
   }
 
   // A camera node is the lens; the camera item places it. Interest is the point looked at.
-  auto const lens = document.cameras->CreateNode(NNodeID());
+  auto const lens = document.GetCameras().CreateNode();
   lens->SetVerticalViewAngle(30.0);
-  auto const placed = document.items->CreateNode<item::NSceneGraphCameraNode>(NNodeID());
+  auto const placed = document.GetItems().CreateNode<item::NSceneGraphCameraNode>();
   placed->SetCameraNode(lens);
   placed->SetTranslationY(2.0);
   placed->SetTranslationZ(4.0);
@@ -81,7 +81,7 @@ int main() {
       lens->GetProjectionMatrix(static_cast<double>(kWidth) / kHeight, nearZ, farZ,
                                 item::GetFocalLength(camera), -0.5, 0.5, 0.5, -0.5, 0, 0);
 
-  auto const scene = document.scenes->CreateNode(NNodeID());
+  auto const scene = document.GetScenes().CreateNode();
   scene->SetSceneGraph(tree);
   Hover hover(*scene, item::GetViewMatrix(camera) * projection);
   for (int x = 0; x < kWidth; x += 20) hover.MoveTo(x, 280);

@@ -45,14 +45,14 @@ int main() {
   auto const tree = CreateTree(document, L"studio");
   item::NSceneGraphItemNode& root = *tree->GetRoot();
   AddBox(document, root, L"car", {0, 0.75f, 0}, {1.8f, 1.5f, 4.4f});
-  auto const environment = document.environments->CreateNode(NNodeID());
-  auto const scene = document.scenes->CreateNode(NNodeID());
+  auto const environment = document.GetEnvironments().CreateNode();
+  auto const scene = document.GetScenes().CreateNode();
   scene->SetSceneGraph(tree);
   scene->SetEnvironment(environment);
 
   // Camera and lights stand in the scene's own tree.
-  auto const camera = document.items->CreateNode<item::NSceneGraphCameraNode>(NNodeID());
-  camera->SetCameraNode(document.cameras->CreateNode(NNodeID()));
+  auto const camera = document.GetItems().CreateNode<item::NSceneGraphCameraNode>();
+  camera->SetCameraNode(document.GetCameras().CreateNode());
   root.AddChild(*camera);
   Pointer<data::view::NView> const view(new data::view::NView);
   view->SetScene(*scene);
@@ -60,14 +60,14 @@ int main() {
   std::vector<Pointer<domain::light::NLightNode>> lights;
   LightItems placed;
   for (unsigned int i = 0; i != preset::GetDefaultLightCount(); ++i) {
-    lights.push_back(document.lights->CreateNode(NNodeID()));
-    placed.push_back(document.items->CreateNode<item::NSceneGraphLightNode>(NNodeID()));
+    lights.push_back(document.GetLights().CreateNode());
+    placed.push_back(document.GetItems().CreateNode<item::NSceneGraphLightNode>());
     placed.back()->SetName(L"light " + std::to_wstring(i));
     placed.back()->SetLightNode(lights.back());
     root.AddChild(*placed.back());
   }
 
-  preset::PresetEnvironment(environment, view, document.items, document.images);
+  preset::PresetEnvironment(environment, view, &document.GetItems(), &document.GetImages());
   std::cout << "surroundings on a sphere of radius "
             << Text(environment->GetEnvironmentMapModel()->GetScaleX()) << '\n';
   preset::PresetLight(lights, true);

@@ -1,15 +1,12 @@
 // A desk lamp is built, painted, swung round and taken away, and one listener hears all of it.
-// It observes the event multiplexer, whose parts every domain was given. An event comes inside
-// the call that made the change, and the new value is in place by then.
-#include <corvanta/corvanta.h>
+// It observes the event multiplexer of the document, which every domain reports to. An event comes
+// inside the call that made the change, and the new value is in place by then.
+#include <corvanta/names.h>
 
 #include <iostream>
 #include <string>
 
 using namespace corvanta;
-namespace domain = data::domain;
-namespace item = data::domain::scenegraph::item;
-using core::node::NNodeID;
 
 namespace {
 
@@ -23,7 +20,7 @@ std::string Name(boost::intrusive_ptr<Node> const& node) {
 }
 
 // NEventListener has an operation for each kind of event, and each does nothing until overridden.
-class Listener final : public data::events::NEventListener {
+class Listener final : public NEventListener {
   void OnAttributeChange(core::attribute::NAttributeHost& host,
                          core::attribute::NAttribute const& attribute) override {
     auto const* const node = dynamic_cast<core::node::NNode const*>(&host);
@@ -31,18 +28,16 @@ class Listener final : public data::events::NEventListener {
               << core::text::ToNarrow(attribute.GetName()) << " = " << attribute.GetDouble()
               << '\n';
   }
-  void OnMaterialChange(item::NSceneGraphModelNode const& model,
-                        boost::intrusive_ptr<domain::material::NMaterialNode> const& old) override {
+  void OnMaterialChange(NSceneGraphModelNode const& model,
+                        boost::intrusive_ptr<NMaterialNode> const& old) override {
     std::cout << Name(model) << ": material " << Name(old) << " -> "
               << Name(model.GetMaterialNode()) << '\n';
   }
-  void OnAddChild(item::NSceneGraphItemNode const& parent,
-                  item::NSceneGraphItemNode const& child) override {
+  void OnAddChild(NSceneGraphItemNode const& parent, NSceneGraphItemNode const& child) override {
     std::cout << Name(parent) << ": child " << Name(child) << " came, now "
               << parent.GetChildren().size() << '\n';
   }
-  void OnRemoveChild(item::NSceneGraphItemNode const& parent,
-                     item::NSceneGraphItemNode const& child) override {
+  void OnRemoveChild(NSceneGraphItemNode const& parent, NSceneGraphItemNode const& child) override {
     std::cout << Name(parent) << ": child " << Name(child) << " went, now "
               << parent.GetChildren().size() << '\n';
   }
@@ -51,29 +46,17 @@ class Listener final : public data::events::NEventListener {
 }  // namespace
 
 int main() {
-  core::domain::NDomainManager manager;
-  boost::intrusive_ptr<data::events::NEventMultiplexer> const events(
-      new data::events::NEventMultiplexer);
-  auto* const attributes = &events->GetAttributeChangeEventMultiplexer();
-  boost::intrusive_ptr<item::NSceneGraphItemDomain> const items(new item::NSceneGraphItemDomain(
-      &manager, attributes, &events->GetSceneGraphModelEventMultiplexer(),
-      &events->GetSceneGraphHierarchyEventMultiplexer(),
-      &events->GetSceneGraphTreeHostEventMultiplexer()));
-  boost::intrusive_ptr<domain::material::NMaterialDomain> const materials(
-      new domain::material::NMaterialDomain(&manager, attributes,
-                                            &events->GetEnvironmentMapChangeEventMultiplexer(),
-                                            &events->GetMaterialEventMultiplexer()));
-
-  auto const desk = items->CreateNode<item::NSceneGraphGroupNode>(NNodeID());
+  NDocument document;
+  auto const desk = document.GetItems().CreateNode<NSceneGraphGroupNode>();
   desk->SetName(L"desk");
-  auto const lamp = items->CreateNode<item::NSceneGraphModelNode>(NNodeID());
+  auto const lamp = document.GetItems().CreateNode<NSceneGraphModelNode>();
   lamp->SetName(L"lamp");
-  auto const brass = materials->CreateNode(NNodeID());
+  auto const brass = document.GetMaterials().CreateNode();
   brass->SetName(L"brass");
 
   // Held weakly by the multiplexer: it hears as long as this pointer holds it.
   boost::intrusive_ptr<Listener> listener(new Listener);
-  events->AddObserver(*listener);
+  document.GetEvents().AddObserver(*listener);
 
   desk->AddChild(*lamp);
   lamp->SetMaterial(brass);

@@ -24,7 +24,7 @@ class Listener final : public data::events::scene_graph_model::NListener {
 
 Pointer<NMaterialNode> CreatePaint(Document& document, wchar_t const* name, double r, double g,
                                    double b) {
-  auto const paint = document.materials->CreateNode(NNodeID());
+  auto const paint = document.GetMaterials().CreateNode();
   paint->SetName(name);
   paint->SetDiffuseR(r);
   paint->SetDiffuseG(g);
@@ -72,7 +72,7 @@ int main() {
   colors->AddModel(fork);
 
   Pointer<Listener> const listener(new Listener);
-  document.events->GetSceneGraphModelEventMultiplexer().AddObserver(*listener);
+  document.GetEvents().GetSceneGraphModelEventMultiplexer().AddObserver(*listener);
   Choose(*colors, red);
   Choose(*colors, green);
   PrintUse(*colors);

@@ -61,17 +61,17 @@ void Print(char const* what, NProjectionMapping const& mapping,
 int main() {
   Document document;
   auto const van = CreateTree(document, L"van");
-  auto const geometry = document.geometries->CreateNode(NNodeID());
+  auto const geometry = document.GetGeometries().CreateNode();
   auto const surface = CreateSide();
   geometry->AddSurface(*surface);
-  auto const side = document.items->CreateNode<item::NSceneGraphModelNode>(NNodeID());
+  auto const side = document.GetItems().CreateNode<item::NSceneGraphModelNode>();
   side->SetGeometryNode(geometry);
   van->GetRoot()->AddChild(*side);
   NProjectionMapping::ModelPath const path(side, van);
 
   // A plane projector throws along its y axis, u along x and v along z: turned to throw at the
   // side.
-  auto const projector = document.projections->CreateNode(NNodeID());
+  auto const projector = document.GetProjections().CreateNode();
   projector->SetProjectionMethod(domain::projection::PM_PLANE);
   projector->SetRotationX(-90.0);
   projector->SetTranslationX(0.75);
@@ -80,8 +80,8 @@ int main() {
   projector->AddModel(path);
   Pointer<NProjectionMapping> const mapping(new NProjectionMapping);
   mapping->AddProjectionData(path, *projector);
-  auto const paint = document.materials->CreateNode(NNodeID());
-  paint->AddTexture(document.textures->CreateNode(NNodeID()), *mapping, 0);
+  auto const paint = document.GetMaterials().CreateNode();
+  paint->AddTexture(document.GetTextures().CreateNode(), *mapping, 0);
   side->SetMaterial(paint);
   Print("u and v on the side of the van:", *mapping, path, *surface);
 

@@ -32,7 +32,7 @@ int main() {
   AddBox(document, root, L"press", {2, 2, 1}, {4, 4, 3});
   AddBox(document, root, L"stack", {2, 4.5f, -4}, {1, 8, 1});
   AddBox(document, root, L"floor", {0, -0.1f, 0}, {30, 0.2f, 20});
-  auto const scene = document.scenes->CreateNode(NNodeID());
+  auto const scene = document.GetScenes().CreateNode();
   scene->SetSceneGraph(hall);
 
   VX_Math::Line const down({2.2f, 50, 0.7f}, {2.2f, 0, 0.7f});

@@ -33,7 +33,7 @@ int main() {
   AddBox(document, *office->GetRoot(), L"desk", {0, 0.4f, 0}, {2, 0.8f, 1});
   std::vector<ModelPath> paths;
   for (double const side : {-1.0, 1.0}) {
-    auto const shown = document.items->CreateNode<item::NSceneGraphReferenceNode>(NNodeID());
+    auto const shown = document.GetItems().CreateNode<item::NSceneGraphReferenceNode>();
     shown->SetName(side < 0 ? L"left lamp" : L"right lamp");
     shown->SetSceneGraph(lamp);
     shown->SetTranslationX(0.75 * side);
