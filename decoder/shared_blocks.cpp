@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "corvanta/platform/child/sanitized.h"
 #include "corvanta/platform/decode_messages.h"
 
 namespace corvanta::decoder {
@@ -128,7 +129,7 @@ void* NSharedBlocks::Allocate(std::size_t length) { return arena.Allocate(length
 
 }  // namespace corvanta::decoder
 
-#ifndef __SANITIZE_ADDRESS__
+#ifndef CORVANTA_HAS_SANITIZED_HEAP
 
 // The C library's own, under the names that it keeps for such cases.
 extern "C" {

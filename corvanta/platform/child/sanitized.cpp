@@ -1,23 +1,20 @@
 #include "corvanta/platform/child/sanitized.h"
 
-#ifdef __SANITIZE_ADDRESS__
-#define CORVANTA_HAS_ADDRESS_SANITIZER
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define CORVANTA_HAS_ADDRESS_SANITIZER
-#endif
-#endif
+#ifdef CORVANTA_HAS_SANITIZED_HEAP
 
-#ifdef CORVANTA_HAS_ADDRESS_SANITIZER
-#include <sanitizer/allocator_interface.h>
 #include <unistd.h>
 
 #include <atomic>
-#endif
+#include <cstddef>
+
+// The sanitizers' own interface, whose header not every compiler brings along.
+extern "C" {
+int __sanitizer_install_malloc_and_free_hooks(void (*onAllocate)(void const volatile*, std::size_t),
+                                              void (*onFree)(void const volatile*));
+std::size_t __sanitizer_get_allocated_size(void const volatile* block);
+}
 
 namespace corvanta::platform::child {
-
-#ifdef CORVANTA_HAS_ADDRESS_SANITIZER
 
 namespace {
 
@@ -30,7 +27,7 @@ void OnAllocate(void const volatile*, std::size_t bytes) {
 }
 
 void OnFree(void const volatile* block) {
-  std::size_t const bytes = __sanitizer_get_allocated_size(const_cast<void const*>(block));
+  std::size_t const bytes = __sanitizer_get_allocated_size(block);
   // What was allocated before the count began isn't in it.
   std::uint64_t before = used.load();
   while (!used.compare_exchange_weak(before, before < bytes ? 0 : before - bytes)) continue;
@@ -43,10 +40,14 @@ bool LimitAllocations(std::uint64_t bytes) {
   return __sanitizer_install_malloc_and_free_hooks(&OnAllocate, &OnFree) != 0;
 }
 
+}  // namespace corvanta::platform::child
+
 #else
+
+namespace corvanta::platform::child {
 
 bool LimitAllocations(std::uint64_t) { return false; }
 
-#endif
-
 }  // namespace corvanta::platform::child
+
+#endif
