@@ -49,3 +49,6 @@ std::size_t CountAlive() { return g_count - g_freed; }
 }
 [[gnu::noinline]] void operator delete(void* memory) noexcept { Free(memory); }
 [[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { Free(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::nothrow_t const&) noexcept {
+  Free(memory);
+}
