@@ -30,6 +30,7 @@
 #include "corvanta/core/reference_countable/NReferenceCountableWithWeakReference.h"
 #include "corvanta/core/reference_countable/NUncounted.h"
 #include "corvanta/core/reference_countable/NWeakReferenceImpl.h"
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/resource/NResource.h"
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/core/text/convert.h"

@@ -5,6 +5,7 @@
 #include <new>
 
 #include "corvanta/core/attribute/NAttributeValues.h"
+#include "corvanta/core/reference_countable/hold.h"
 
 namespace corvanta::core::attribute {
 
@@ -124,7 +125,7 @@ void NAttributeHost::CopyAttributesTo(NAttributeHost& target) const {
 
 void NAttributeHost::AttributeChanged(NAttribute const& attribute) {
   // A handler may drop the last reference of the host.
-  boost::intrusive_ptr<NAttributeHost> const held(TryAddRef() ? this : nullptr, false);
+  auto const held = reference_countable::Hold(*this);
   OnAttributeChangeImpl(attribute);
 }
 

@@ -2,6 +2,8 @@
 
 #include <boost/intrusive_ptr.hpp>
 
+#include "corvanta/core/reference_countable/hold.h"
+
 namespace corvanta::core::attribute {
 
 NAttributeValues::NAttributeValues(NAttributeHost const& source) {
@@ -12,7 +14,7 @@ NAttributeValues::NAttributeValues(NAttributeHost const& source) {
 
 void NAttributeValues::MoveTo(NAttributeHost& target) {
   // A handler may drop the last reference of the target.
-  boost::intrusive_ptr<NAttributeHost> const held(target.TryAddRef() ? &target : nullptr, false);
+  auto const held = reference_countable::Hold(target);
   auto values = std::move(m_values);
   m_values.clear();
   for (auto& [name, value] : values) {

@@ -5,14 +5,14 @@
 #include "corvanta/core/attribute/NAttribute.h"
 #include "corvanta/core/attribute/NAttributeHost.h"
 #include "corvanta/core/color/ColorTransform.h"
+#include "corvanta/core/reference_countable/hold.h"
 
 namespace corvanta::core::color::utility {
 
 void TranslateRGB(attribute::NAttributeHost& host, wchar_t const* r, wchar_t const* g,
                   wchar_t const* b, ColorTransform const& transform) {
   // A handler of the first change may drop the last reference.
-  boost::intrusive_ptr<attribute::NAttributeHost> const held(host.TryAddRef() ? &host : nullptr,
-                                                             false);
+  auto const held = reference_countable::Hold(host);
   attribute::NAttribute* const attributes[] = {host.QueryAttribute(r), host.QueryAttribute(g),
                                                host.QueryAttribute(b)};
   if (!attributes[0] || !attributes[1] || !attributes[2]) return;

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <utility>
 
+#include "corvanta/core/reference_countable/hold.h"
+
 namespace corvanta::core::name {
 
 namespace {
@@ -108,9 +110,8 @@ std::wstring NNamespace::MakeNumberedName(std::wstring const& name) {
 }
 
 void NNamespace::Rename(NNamedObject& object, std::wstring const& name) {
-  boost::intrusive_ptr<NNamespace const> const held(TryAddRef() ? this : nullptr, false);
-  boost::intrusive_ptr<NNamedObject const> const heldObject(object.TryAddRef() ? &object : nullptr,
-                                                            false);
+  auto const held = reference_countable::Hold(*this);
+  auto const heldObject = reference_countable::Hold(object);
   bool const isFree = !AreNamesUniqueImpl() || QueryNamedObject(name) == nullptr;
   bool const isKept = name == object.m_name || (!isFree && IsNumbered(object.m_name, name));
   if (!isKept) {

@@ -3,6 +3,7 @@
 #include <boost/intrusive_ptr.hpp>
 
 #include "corvanta/core/observer/detail/NObservableImpl.h"
+#include "corvanta/core/reference_countable/hold.h"
 
 namespace corvanta::core::observer {
 
@@ -37,8 +38,7 @@ class CORVANTA_API NObservable {
     if (m_observers.IsEmpty()) return;
     Subject const& subject = static_cast<Subject const&>(*this);
     if constexpr (requires { subject.TryAddRef(); }) {
-      boost::intrusive_ptr<Subject const> const held(subject.TryAddRef() ? &subject : nullptr,
-                                                     false);
+      auto const held = reference_countable::Hold(subject);
       m_observers.template Deliver<Listener>(call);
     } else {
       m_observers.template Deliver<Listener>(call);

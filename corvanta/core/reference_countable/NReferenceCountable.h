@@ -42,6 +42,9 @@ class CORVANTA_API NReferenceCountable {
     return false;
   }
 
+  /// Whether whoever asks holds the only reference.
+  bool IsHeldOnce() const noexcept { return m_count.load(std::memory_order_relaxed) == 1; }
+
  protected:
   NReferenceCountable() noexcept = default;
   NReferenceCountable(NReferenceCountable const&) noexcept {}

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "corvanta/core/name/NStrictNamespace.h"
+#include "corvanta/core/reference_countable/hold.h"
 
 namespace corvanta::data::animation {
 
@@ -19,7 +20,7 @@ struct NAnimationManager::Block {
 /// entered it anew: the entry that stays is that one.
 struct NAnimationManager::Removal {
   Removal(std::shared_ptr<Block> const& changed, NAnimation& removed)
-      : block(changed), animation(removed.TryAddRef() ? &removed : nullptr, false) {}
+      : block(changed), animation(core::reference_countable::Hold(removed)) {}
   Removal(Removal const&) = delete;
   Removal& operator=(Removal const&) = delete;
   ~Removal() {

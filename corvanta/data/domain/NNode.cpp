@@ -1,6 +1,7 @@
 #include "corvanta/data/domain/NNode.h"
 
 #include "corvanta/core/attribute/NAttributeValues.h"
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/data/events/attribute_change/NMultiplexer.h"
 
 namespace corvanta::data::domain {
@@ -12,8 +13,8 @@ NNode::NNode(core::node::NNodeID const& id, core::domain::NDomainBase* domain,
 NNode::~NNode() = default;
 
 void NNode::CopyNodeTo(NNode& target) const {
-  boost::intrusive_ptr<NNode const> const held(TryAddRef() ? this : nullptr, false);
-  boost::intrusive_ptr<NNode> const heldTarget(target.TryAddRef() ? &target : nullptr, false);
+  auto const held = core::reference_countable::Hold(*this);
+  auto const heldTarget = core::reference_countable::Hold(target);
   core::attribute::NAttributeValues values(*this);
   target.SetName(GetName());
   values.MoveTo(target);

@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/data/domain/environment/NEnvironmentNode.h"
 #include "corvanta/data/domain/light/NLightNode.h"
 #include "corvanta/data/domain/light_env/NLightEnvDomain.h"
@@ -70,8 +71,7 @@ bool Fill(NLightEnvNode& node, NEnvironmentNode& environment) {
 bool ConvertToLightEnv(NEnvironmentNode& environment, NLightEnvDomain& domain) {
   if (!environment.GetLightEnvs().empty() || environment.GetLights().empty()) return false;
   if (domain.QueryNode(environment.GetID())) return true;
-  boost::intrusive_ptr<NEnvironmentNode> const held(
-      environment.TryAddRef() ? &environment : nullptr, false);
+  auto const held = core::reference_countable::Hold(environment);
   boost::intrusive_ptr<NLightEnvNode> const node = domain.CreateNode(environment.GetID());
   if (!node) return false;
   try {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "corvanta/core/reference_countable/hold.h"
+
 namespace corvanta::data::switches {
 
 using detail::NModelSet;
@@ -20,7 +22,7 @@ struct NModelSwitch::Block {
 struct NModelSwitch::Removal {
   Removal(Block& changed, NModelSet& removed)
       : block(changed),
-        set(removed.TryAddRef() ? &removed : nullptr, false),
+        set(core::reference_countable::Hold(removed)),
         entry(std::find(block.sets.begin(), block.sets.end(), &removed)) {}
   Removal(Removal const&) = delete;
   Removal& operator=(Removal const&) = delete;
@@ -54,7 +56,7 @@ bool NModelSwitch::AddModelSet(NModelSet& set, unsigned int index) {
 
 bool NModelSwitch::RemoveModelSet(NModelSet& set) {
   if (m_block->sets.empty() || !RemoveNamedObject(set)) return false;
-  boost::intrusive_ptr<NModelSwitch> const held(TryAddRef() ? this : nullptr, false);
+  auto const held = core::reference_countable::Hold(*this);
   Removal const removal(*m_block, set);
   NotifyObservers([&](NModelSwitchListener& listener) { listener.SignalRemoveModelSet(set); });
   return true;

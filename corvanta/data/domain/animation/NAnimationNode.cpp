@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
 
 namespace corvanta::data::domain::animation {
@@ -62,9 +63,8 @@ NAnimationNode::NAnimationNode(core::node::NNodeID const& id, core::domain::NDom
 NAnimationNode::~NAnimationNode() = default;
 
 void NAnimationNode::CopyTo(NAnimationNode& target) const {
-  boost::intrusive_ptr<NAnimationNode const> const held(TryAddRef() ? this : nullptr, false);
-  boost::intrusive_ptr<NAnimationNode> const heldTarget(target.TryAddRef() ? &target : nullptr,
-                                                        false);
+  auto const held = core::reference_countable::Hold(*this);
+  auto const heldTarget = core::reference_countable::Hold(target);
   Animations animations;
   if (&target != this) animations = m_block->animations;
   CopyNodeTo(target);

@@ -4,6 +4,7 @@
 
 #include "corvanta/core/color/ColorTransform.h"
 #include "corvanta/core/color/translate_rgb.h"
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/data/domain/environment/NEnvironmentNode.h"
 #include "corvanta/data/domain/light/NLightNode.h"
 #include "corvanta/data/domain/material/NMaterialNode.h"
@@ -37,7 +38,7 @@ constexpr Color kMaterialColors[] = {
 
 template <std::size_t kCount>
 void TranslateColors(NNode& node, Color const (&colors)[kCount], ColorTransform const& transform) {
-  boost::intrusive_ptr<NNode> const held(node.TryAddRef() ? &node : nullptr, false);
+  auto const held = core::reference_countable::Hold(node);
   for (Color const& color : colors) {
     core::color::utility::TranslateRGB(node, color.r, color.g, color.b, transform);
   }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
 #include "corvanta/data/domain/image/NImageNode.h"
@@ -171,9 +172,8 @@ void NEnvironmentNode::SetFloorImage(NNodeReference<NImageNode> const& image) {
 }
 
 void NEnvironmentNode::CopyTo(NEnvironmentNode& target) const {
-  boost::intrusive_ptr<NEnvironmentNode const> const held(TryAddRef() ? this : nullptr, false);
-  boost::intrusive_ptr<NEnvironmentNode> const heldTarget(target.TryAddRef() ? &target : nullptr,
-                                                          false);
+  auto const held = core::reference_countable::Hold(*this);
+  auto const heldTarget = core::reference_countable::Hold(target);
   // A listener of the target may change this node meanwhile.
   Contents copied = m_block->contents;
   auto const tree = GetSceneGraphRef();

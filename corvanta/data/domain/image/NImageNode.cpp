@@ -5,6 +5,7 @@
 
 #include "corvanta/core/attribute/NAttributeContainerError.h"
 #include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/resource/image/create_image.h"
 
@@ -38,7 +39,7 @@ NLocator const& NImageNode::GetImageLocator() const { return m_block->locator; }
 
 void NImageNode::SetImageLocator(NLocator const& locator) {
   // Who is asked for the pass of an archive may let go of the node, and edit it.
-  boost::intrusive_ptr<NImageNode> const held(TryAddRef() ? this : nullptr, false);
+  auto const held = core::reference_countable::Hold(*this);
   NLocator const judged = locator;
   m_block->locator = NLocator(judged);
   m_block->AN_FORMAT_HINT.Set(resource::image::LocatorToFormat(judged));
@@ -63,7 +64,7 @@ std::wstring NImageNode::GetImageError() const {
 }
 
 void NImageNode::CopyTo(NImageNode& target) const {
-  boost::intrusive_ptr<NImageNode> const held(target.TryAddRef() ? &target : nullptr, false);
+  auto const held = core::reference_countable::Hold(target);
   NLocator locator = m_block->locator;
   CopyNodeTo(target);
   target.m_block->locator = std::move(locator);

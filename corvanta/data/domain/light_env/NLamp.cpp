@@ -4,6 +4,7 @@
 
 #include "corvanta/core/attribute/NAttributeValues.h"
 #include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/data/domain/light_env/NLightEnvNode.h"
 
 namespace corvanta::data::domain::light_env {
@@ -46,8 +47,8 @@ VX_Math::Matrix NLamp::GetTransform() const {
 }
 
 void NLamp::CopyTo(NLamp& target) const {
-  boost::intrusive_ptr<NLamp const> const held(TryAddRef() ? this : nullptr, false);
-  boost::intrusive_ptr<NLamp> const heldTarget(target.TryAddRef() ? &target : nullptr, false);
+  auto const held = core::reference_countable::Hold(*this);
+  auto const heldTarget = core::reference_countable::Hold(target);
   core::attribute::NAttributeValues values(*this);
   target.SetName(GetName());
   values.MoveTo(target);

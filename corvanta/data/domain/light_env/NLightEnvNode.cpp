@@ -5,6 +5,7 @@
 #include "corvanta/core/attribute/NAttributeValues.h"
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/detail/scope_exit.h"
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
 
 namespace corvanta::data::domain::light_env {
@@ -34,7 +35,7 @@ NLightEnvNode::~NLightEnvNode() {
 }
 
 boost::intrusive_ptr<NLamp> NLightEnvNode::CreateLamp(std::wstring const& name) {
-  boost::intrusive_ptr<NLightEnvNode> const held(TryAddRef() ? this : nullptr, false);
+  auto const held = core::reference_countable::Hold(*this);
   boost::intrusive_ptr<NLamp> const lamp = PrepareLamp(name, 0);
   Enter(lamp);
   return lamp;
@@ -71,7 +72,7 @@ bool NLightEnvNode::DeleteLamp(boost::intrusive_ptr<NLamp> const& lamp) {
   boost::intrusive_ptr<NLamp> const deleted(lamp);
   auto const& lamps = m_block->lamps;
   if (std::find(lamps.begin(), lamps.end(), deleted) == lamps.end()) return false;
-  boost::intrusive_ptr<NLightEnvNode> const held(TryAddRef() ? this : nullptr, false);
+  auto const held = core::reference_countable::Hold(*this);
   core::detail::ScopeExit const takeOut([&] { TakeOut(*deleted); });
   SignalLampChange(*deleted, events::light_env::NLET_LAMP_DELETED);
   return true;
@@ -101,9 +102,8 @@ VX_Math::Matrix NLightEnvNode::GetTransform() const {
 }
 
 void NLightEnvNode::CopyTo(NLightEnvNode& target) const {
-  boost::intrusive_ptr<NLightEnvNode const> const held(TryAddRef() ? this : nullptr, false);
-  boost::intrusive_ptr<NLightEnvNode> const heldTarget(target.TryAddRef() ? &target : nullptr,
-                                                       false);
+  auto const held = core::reference_countable::Hold(*this);
+  auto const heldTarget = core::reference_countable::Hold(target);
   // All that takes memory comes before the first change.
   struct Copied {
     boost::intrusive_ptr<NLamp> lamp;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/material/detail/usage.h"
 #include "corvanta/data/environment_map/detail/NRotationTransform.h"
@@ -98,7 +99,7 @@ NEnvironmentMap& NMaterialNode::GetEnvironmentMap() const noexcept {
 
 void NMaterialNode::SetEnvironmentMap(core::node::NNodeReference<image::NImageNode> const& image,
                                       environment_map::NEnvironmentMapImageType type) {
-  boost::intrusive_ptr<NMaterialNode const> const held(TryAddRef() ? this : nullptr, false);
+  auto const held = core::reference_countable::Hold(*this);
   m_block->environmentMap->SetImage(image);
   m_block->environmentMap->SetImageType(type);
 }
@@ -133,7 +134,7 @@ void NMaterialNode::SetBrdfTextureLocator(core::locator::NLocator&& stored,
 }
 
 void NMaterialNode::CopyTo(NMaterialNode& target) const {
-  boost::intrusive_ptr<NMaterialNode> const held(target.TryAddRef() ? &target : nullptr, false);
+  auto const held = core::reference_countable::Hold(target);
   TextureList textures = m_block->textures;
   auto const image = m_block->environmentMap->GetImageRef();
   auto const imageType = m_block->environmentMap->GetImageType();

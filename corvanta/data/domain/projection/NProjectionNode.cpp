@@ -2,6 +2,7 @@
 
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/detail/scope_exit.h"
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/projection/NProjectionNodeError.h"
 #include "corvanta/vx_math/euler_angles.h"
@@ -90,7 +91,7 @@ Matrix NProjectionNode::GetModelToProjectionTransform(ModelPath const& path) con
   if (found == targets.end()) throw NProjectionNodeError();
   if (found->second) return *found->second;
   // Asking the path may reach listeners, which may drop this node or the target.
-  boost::intrusive_ptr<NProjectionNode const> const held(TryAddRef() ? this : nullptr, false);
+  auto const held = core::reference_countable::Hold(*this);
   ModelPath const target = path;
   Matrix const frame = target.GetGlobalTransform();
   found = targets.find(target);
@@ -133,7 +134,7 @@ void NProjectionNode::ConvertTangent(float& tx, float& ty, float& tz, float& bx,
 }
 
 void NProjectionNode::OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) {
-  boost::intrusive_ptr<NProjectionNode> const held(TryAddRef() ? this : nullptr, false);
+  auto const held = core::reference_countable::Hold(*this);
   unsigned const marks = core::attribute::detail::GetNameMarks(attribute.GetNameIndex());
   {
     // Listeners run before the cache is marked, and the marking happens also when one throws.

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "corvanta/core/detail/scope_exit.h"
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/data/domain/scenegraph/detail/NWalkBounds.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
@@ -73,7 +74,7 @@ NSceneGraphTraverser& NSceneGraphTraverser::operator=(NSceneGraphTraverser const
 NSceneGraphTraverser::~NSceneGraphTraverser() = default;
 
 void NSceneGraphTraverser::Start(NSceneGraphTreeNode& tree, void const* data) {
-  boost::intrusive_ptr<NSceneGraphTreeNode> const held(tree.TryAddRef() ? &tree : nullptr, false);
+  auto const held = core::reference_countable::Hold(tree);
   m_block->tree = tree;
   m_block->Run([&] { Traverse(tree, data, {}); });
 }
@@ -107,6 +108,7 @@ void NSceneGraphTraverser::TraverseExternal(NSceneGraphReferenceNode const& refe
     m_block->Run([&] { TraverseExternal(reference, data, checkPoints); });
     return;
   }
+  auto const held = core::reference_countable::Hold(reference);
   boost::intrusive_ptr<NSceneGraphTreeNode> const tree = reference.GetSceneGraph();
   if (!tree) return;
   NCheckPoints*& points = m_block->walk->points;

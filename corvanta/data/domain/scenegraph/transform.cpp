@@ -1,5 +1,6 @@
 #include "corvanta/data/domain/scenegraph/transform.h"
 
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/data/domain/scenegraph/detail/item_access.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
@@ -78,6 +79,9 @@ Matrix& GetGlobalTransform(
     NSceneGraphItemNode const& item, NSceneGraphTreeNode const& tree,
     std::vector<boost::intrusive_ptr<NSceneGraphReferenceNode const>> const& checkPoints,
     Matrix& out) {
+  // Only through check points are listeners reached.
+  auto const heldItem = checkPoints.empty() ? nullptr : core::reference_countable::Hold(item);
+  auto const heldTree = checkPoints.empty() ? nullptr : core::reference_countable::Hold(tree);
   Matrix product;
   NSceneGraphItemNode const* current = &item;
   bool isFirst = true;

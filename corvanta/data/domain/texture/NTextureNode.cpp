@@ -1,6 +1,7 @@
 #include "corvanta/data/domain/texture/NTextureNode.h"
 
 #include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
 
 namespace corvanta::data::domain::texture {
@@ -38,7 +39,7 @@ void NTextureNode::SetImage(ImageReference const& image) {
 }
 
 void NTextureNode::CopyTo(NTextureNode& target) const {
-  boost::intrusive_ptr<NTextureNode> const held(target.TryAddRef() ? &target : nullptr, false);
+  auto const held = core::reference_countable::Hold(target);
   ImageReference const image = m_block->image;
   CopyNodeTo(target);
   target.m_block->image = image;

@@ -2,6 +2,7 @@
 #include <optional>
 
 #include "corvanta/core/detail/scope_exit.h"
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/data/domain/scene/NSceneNode.h"
 #include "corvanta/data/domain/scenegraph/detail/item_access.h"
 #include "corvanta/data/domain/scenegraph/detail/ray_bound.h"
@@ -44,6 +45,7 @@ class NRayPicker::Walk {
  private:
   /// Enters `node` and works the steps off.
   void Start(domain::NNode const& node) {
+    auto const held = core::reference_countable::Hold(node);  // the steps hold the rest
     m_state.isWalking = true;
     core::detail::ScopeExit const finish([this] {
       m_state.steps.clear();

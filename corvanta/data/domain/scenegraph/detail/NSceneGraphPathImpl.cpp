@@ -110,11 +110,11 @@ Box3 NSceneGraphPathImpl::GetLocalBoundingBox() const {
 }
 
 Box3 NSceneGraphPathImpl::GetGlobalBoundingBox() const {
-  Matrix const global = GetGlobalTransform();
+  // Listeners may change or end the path.
   auto const item = m_block->item.Get();
-  if (!item) throw 0;
   auto const tree = m_block->tree.Get();
-  if (!tree) throw 0;
+  Matrix const global = GetGlobalTransform();
+  if (!item || !tree) throw 0;
   Box3 box = item->GetBoundingBox(global, tree->GetControlTransform());
   box.Transform(global);
   return box;
@@ -185,8 +185,11 @@ SGPathRelation GetPathRelation(NSceneGraphPathImpl const& first,
   if (!(first.GetTreeRef() == second.GetTreeRef())) return SGPR_UNRELATED;
   auto const tree = first.GetTreeRef().Get();
   boost::intrusive_ptr<NSceneGraphItemNode const> stop = tree ? tree->GetRoot() : nullptr;
-  auto const& a = first.GetCheckPoints();
-  auto const& b = second.GetCheckPoints();
+  // Listeners may change or end the paths.
+  auto const a = first.GetCheckPoints();
+  auto const b = second.GetCheckPoints();
+  auto const firstItem = first.GetItemRef().Get();
+  auto const secondItem = second.GetItemRef().Get();
   std::size_t common = 0;
   for (; stop && common < a.size() && common < b.size(); ++common) {
     if (!(a[common] == b[common])) return SGPR_UNRELATED;
@@ -194,8 +197,6 @@ SGPathRelation GetPathRelation(NSceneGraphPathImpl const& first,
     auto const shown = point ? point->GetSceneGraph() : nullptr;
     stop = shown ? shown->GetRoot() : nullptr;
   }
-  auto const firstItem = first.GetItemRef().Get();
-  auto const secondItem = second.GetItemRef().Get();
   if (!stop || !firstItem || !secondItem) return SGPR_UNRELATED;
   bool const isFirstDone = common == a.size();
   bool const isSecondDone = common == b.size();

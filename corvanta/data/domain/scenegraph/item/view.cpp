@@ -103,7 +103,8 @@ Vec3 GetFocalVec(CameraPath const& path) {
 
 double GetFocalLength(CameraPath const& path) { return GetFocalVec(path).Length(); }
 
-std::pair<double, double> GetClipDistances(CameraPath const& path, Box3 const& box) {
+std::pair<double, double> GetClipDistances(CameraPath const& given, Box3 const& box) {
+  CameraPath const path = given;  // a listener may change or end the other
   Box3 seen = box.IsEmpty() ? Box3(Vec3(-1, -1, -1), Vec3(1, 1, 1)) : box;
   Matrix const view = GetViewMatrix(path);
   Vec3 focus;
@@ -129,9 +130,10 @@ void GetSceneGraphCameraTranslationCopyData(CameraPath const& source, CameraPath
                                             double (&translation)[3]) {
   auto const camera = target.GetNode();
   if (!camera) return;
+  CameraPath const to = target;  // a listener may change or end the other
   Vec3 const eye = GetPosition(source);
   Vec3 local;
-  GetParentTransform(target, *camera).Inverse().MultVecMatrix(eye, local);
+  GetParentTransform(to, *camera).Inverse().MultVecMatrix(eye, local);
   translation[0] = local.x;
   translation[1] = local.y;
   translation[2] = local.z;

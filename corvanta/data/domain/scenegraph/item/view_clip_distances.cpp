@@ -37,6 +37,7 @@ Box3 GetEnvironmentBox(NSceneGraphModelNode const& model) {
 
 std::pair<double, double> GetClipDistances(NSceneGraphPath<NSceneGraphCameraNode> const& camera,
                                            data::view::NView const& view) {
+  NSceneGraphPath<NSceneGraphCameraNode> const path = camera;  // a listener may change or end it
   auto const scene = view.GetScene();
   auto const tree = scene ? scene->GetSceneGraph() : nullptr;
   auto const environment = tree ? scene->GetEnvironment() : nullptr;
@@ -44,15 +45,16 @@ std::pair<double, double> GetClipDistances(NSceneGraphPath<NSceneGraphCameraNode
   if (!model) return {0, 0};
   Box3 box = tree::GetBoundingBox(*tree);
   box.ExtendBy(GetEnvironmentBox(*model));
-  auto const item = camera.GetNode();
+  auto const item = path.GetNode();
   core::domain::NDomainManager const* const manager = item ? item->GetDomainManager() : nullptr;
   if (manager != nullptr) {
-    NSceneGraphItemNode const* const postures = internal::GetPostureSceneRoot(*manager);
-    if (postures != nullptr) {
+    boost::intrusive_ptr<NSceneGraphItemNode> const postures(
+        internal::GetPostureSceneRoot(*manager));
+    if (postures) {
       box.ExtendBy(postures->GetBoundingBox(postures->GetTransform(), Matrix::Identity()));
     }
   }
-  return GetClipDistances(camera, box);
+  return GetClipDistances(path, box);
 }
 
 }  // namespace corvanta::data::domain::scenegraph::item
