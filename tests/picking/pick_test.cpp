@@ -485,10 +485,32 @@ TEST(Pick, AMeshThatIsPickedOftenGivesTheSameHits) {
     }
   }
   for (std::size_t z = 2; z < coords.size(); z += 3) coords[z] += 0.125f;
-  surface->Assign(coords, coords, indices, {});
-  ASSERT_TRUE(world.Pick(0.02f, 0.31f));
-  EXPECT_TRUE(Near(world.points[0], first[6] + Vec3(0, 0, 0.125f)))
-      << "the index of the old arrays is gone";
+  auto const isNewHit = [&] {
+    return world.Pick(0.02f, 0.31f) && Near(world.points[0], first[6] + Vec3(0, 0, 0.125f));
+  };
+  // A listener of a node that holds the surface too picks, and throws.
+  auto const before = world.geometries->CreateNode(NNodeID());
+  before->AddSurface(*surface);
+  auto const after = world.geometries->CreateNode(NNodeID());
+  after->AddSurface(*surface);
+  model->SetGeometryNode(after);
+  for (int i = 0; i != 12; ++i) ASSERT_TRUE(world.Pick(0.02f, 0.31f));
+  struct Listener : data::domain::geometry::NGeometryChangeListener {
+    std::function<void()> run;
+    void OnGeometryChangeImpl(data::domain::geometry::NGeometryNode const&,
+                              data::domain::geometry::NSurface const&,
+                              data::domain::geometry::NGeometryChangeType) override {
+      run();
+    }
+  };
+  Pointer<Listener> const listener(new Listener);
+  before->AddObserver(*listener);
+  listener->run = [&] {
+    EXPECT_TRUE(isNewHit());
+    throw 1;
+  };
+  EXPECT_THROW(surface->Assign(coords, coords, indices, {}), int);
+  EXPECT_TRUE(isNewHit()) << "the index of the old arrays is gone";
 }
 
 }  // namespace

@@ -82,6 +82,66 @@ TEST(Caches, AreReadOldInsideTheEventAndMarkedAlsoWhenAListenerThrows) {
   EXPECT_EQ(parent->GetBoundingBox({}, {}).max.x, 6.0f);
 }
 
+TEST(Caches, ACopyThatAListenerEditsIsComputedAnew) {
+  Graph graph;
+  Pointer<ReadInside> const listener(new ReadInside);
+  graph.attributes->AddObserver(*listener);
+  for (bool const editsSource : {false, true}) {
+    Group const source = graph.Make(), target = graph.Make();
+    listener->read = [] {};
+    Move(*source, 1, 2, 3);
+    (void)source->GetTransform();
+    bool isEdited = false;
+    listener->read = [&] {
+      if (isEdited || target->GetTranslationZ() != 3) return;
+      isEdited = true;  // the translation is copied
+      (editsSource ? source : target)->SetTranslationX(9);
+      (void)source->GetTransform();
+    };
+    source->CopyTo(*target);
+    EXPECT_EQ(target->GetTransform()(3, 0), editsSource ? 1.0f : 9.0f);
+  }
+}
+
+struct AtMeeting : data::events::NEventListener {
+  std::vector<std::function<void()>> edits;
+
+ private:
+  void OnSceneGraphTreeChange(tree::NSceneGraphTreeHost const&,
+                              Pointer<tree::NSceneGraphTreeNode> const&) override {
+    if (edits.empty()) return;
+    auto const edit = edits.front();
+    edits.erase(edits.begin());
+    edit();
+  }
+};
+
+/// Two references meet their tree while a box is computed; what their listeners move is marked.
+TEST(Boxes, AMarkThatComesWhileABoxIsComputedStays) {
+  Graph graph;
+  Group const root = graph.Make(), group = graph.Make();
+  Model const model = graph.MakeModel({0, 0, 0}, {1, 1, 1});
+  Tree const shown = graph.MakeTree(graph.Make());
+  Reference const first = graph.MakeReference(shown), second = graph.MakeReference(shown);
+  root->AddChild(*model);
+  root->AddChild(*group);
+  group->AddChild(*second);
+  root->AddChild(*first);
+  (void)root->GetBoundingBox({}, {});
+  Pointer<AtMeeting> const listener(new AtMeeting);
+  graph.events->AddObserver(*listener);
+  shown->RemoveObserver(*first);
+  first->SetTranslationX(1);
+  listener->edits = {[&] {
+                       shown->RemoveObserver(*second);
+                       second->SetTranslationX(1);
+                     },
+                     [&] { model->SetTranslationX(9); }};
+  (void)root->GetBoundingBox({}, {});
+  EXPECT_TRUE(listener->edits.empty());
+  EXPECT_EQ(root->GetBoundingBox({}, {}).max.x, 10.0f);
+}
+
 TEST(Boxes, HiddenAndAbsoluteChildren) {
   Graph graph;
   Group const root = graph.Make(), arm = graph.Make();

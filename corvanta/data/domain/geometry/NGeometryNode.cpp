@@ -3,8 +3,10 @@
 #include <utility>
 #include <vector>
 
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/geometry/detail/NPickIndex.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 
 namespace corvanta::data::domain::geometry {
 
@@ -73,9 +75,24 @@ bool NGeometryNode::RemoveSurface(NSurface& surface) {
 }
 
 void NGeometryNode::OnSurfaceChange(NSurface const& surface, NGeometryChangeType type) const {
+  auto const held = core::reference_countable::Hold(*this);
   m_block->pickIndex.Drop();
-  NotifyObservers(
-      [&](NGeometryChangeListener& listener) { listener.OnGeometryChange(*this, surface, type); });
+  try {
+    NotifyObservers([&](NGeometryChangeListener& listener) {
+      listener.OnGeometryChange(*this, surface, type);
+    });
+  } catch (...) {
+    MarkModels(surface, type);
+    throw;
+  }
+}
+
+void NGeometryNode::MarkModels(NSurface const& surface, NGeometryChangeType type) const {
+  NotifyObservers([&](NGeometryChangeListener& listener) {
+    if (dynamic_cast<scenegraph::item::NSceneGraphModelNode*>(&listener)) {
+      listener.OnGeometryChange(*this, surface, type);
+    }
+  });
 }
 
 void NGeometryNode::CopyTo(NGeometryNode& target) const {
@@ -86,7 +103,7 @@ void NGeometryNode::CopyTo(NGeometryNode& target) const {
     clones.emplace_back(surface->CloneSurface(), MakeEntry());
     clones.back().first->AddOwnerNode(target);
   }
-  boost::intrusive_ptr<NGeometryNode> const held(target.TryAddRef() ? &target : nullptr, false);
+  auto const held = core::reference_countable::Hold(target);
   CopyNodeTo(target);
   for (auto& [clone, entry] : clones) {
     target.Enter(*clone, std::move(entry));

@@ -55,6 +55,8 @@ class CORVANTA_API NGeometryNode
   std::set<boost::intrusive_ptr<NSurface>>::iterator Find(NSurface& surface) const noexcept;
   // The one way by which observers hear of a change.
   void OnSurfaceChange(NSurface const& surface, NGeometryChangeType type) const;
+  // What is left of it when a listener has thrown: the models mark their boxes.
+  void MarkModels(NSurface const& surface, NGeometryChangeType type) const;
 
   std::unique_ptr<Block> const m_block;
 };

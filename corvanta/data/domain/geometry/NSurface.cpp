@@ -7,7 +7,9 @@
 #include <utility>
 
 #include "corvanta/core/node/NNodeReference.h"
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
+#include "corvanta/data/domain/geometry/detail/NPickIndex.h"
 
 namespace corvanta::data::domain::geometry {
 
@@ -93,14 +95,25 @@ bool NSurface::Assign(float const* coords, float const* normals, unsigned long v
 /// The old arrays go with the caller's `made`, when the listeners have run.
 void NSurface::Replace(Arrays& made) {
   // A handler may take the surface out of its nodes, and so end it.
-  boost::intrusive_ptr<NSurface const> const held(TryAddRef() ? this : nullptr, false);
+  auto const held = core::reference_countable::Hold(*this);
   std::vector<core::node::NNodeReference<NGeometryNode const>> const owners(m_block->owners.begin(),
                                                                             m_block->owners.end());
   std::swap(m_block->arrays, made);
-  for (auto const& owner : owners) {
-    auto const node = owner.Get();
-    if (node && m_block->owners.count(owner) != 0)
-      node->OnSurfaceChange(*this, NGCT_SURFACE_CHANGED);
+  auto const forEachOwner = [&](auto call) {
+    for (auto const& owner : owners) {
+      auto const node = owner.Get();
+      if (node && m_block->owners.count(owner) != 0) call(*node);
+    }
+  };
+  // No listener of one node picks by the index that another has of the old arrays.
+  forEachOwner([](NGeometryNode const& node) { node.GetPickIndex().Drop(); });
+  try {
+    forEachOwner(
+        [this](NGeometryNode const& node) { node.OnSurfaceChange(*this, NGCT_SURFACE_CHANGED); });
+  } catch (...) {
+    forEachOwner(
+        [this](NGeometryNode const& node) { node.MarkModels(*this, NGCT_SURFACE_CHANGED); });
+    throw;
   }
 }
 

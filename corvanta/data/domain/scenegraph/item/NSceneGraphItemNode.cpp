@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "corvanta/core/detail/scope_exit.h"
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/data/domain/scenegraph/item/detail/block.h"
 #include "corvanta/data/domain/scenegraph/item/detail/default_name.h"
@@ -219,6 +220,8 @@ boost::intrusive_ptr<NSceneGraphItemNode> NSceneGraphItemNode::GetParent() const
 }
 
 bool NSceneGraphItemNode::IsReferredFrom(NSceneGraphReferenceNode const& reference) const {
+  auto const held = core::reference_countable::Hold(*this);
+  auto const heldReference = core::reference_countable::Hold(reference);
   reference.VerifyReference();
   return IsReferrer(reference);
 }
@@ -264,6 +267,15 @@ bool NSceneGraphItemNode::RemoveReferrer(NSceneGraphReferenceNode const& referen
   return true;
 }
 
+void NSceneGraphItemNode::RemoveStrayReferrers() const noexcept {
+  std::erase_if(m_block->referrers, [this](Block::Referrer const& referrer) {
+    if (!referrer.weak->GetReference()) return true;
+    auto const& reference = static_cast<NSceneGraphReferenceNode const&>(*referrer.item);
+    auto const tree = reference.GetSceneGraphRef().Get();
+    return !tree || tree->GetRoot() != this;
+  });
+}
+
 void NSceneGraphItemNode::TryTransform(Matrix const& matrix) {
   VX_Math::TransformInfo info;
   VX_Math::GetTransformInfo_Degree(matrix, info);
@@ -281,14 +293,34 @@ void NSceneGraphItemNode::TryTransform(Matrix const& matrix) {
   DirtyBoundingBox();
 }
 
+namespace {
+
+using TransformValues = std::array<double, 12>;
+
+TransformValues GetTransformValues(NSceneGraphItemNode const& item) {
+  return {item.GetTranslationX(),   item.GetTranslationY(),   item.GetTranslationZ(),
+          item.GetRotationX(),      item.GetRotationY(),      item.GetRotationZ(),
+          item.GetRotationPivotX(), item.GetRotationPivotY(), item.GetRotationPivotZ(),
+          item.GetScaleX(),         item.GetScaleY(),         item.GetScaleZ()};
+}
+
+}  // namespace
+
 void NSceneGraphItemNode::CopyTo(NSceneGraphItemNode& target) const {
+  auto const held = core::reference_countable::Hold(target);
+  // The caches go with the values: listeners of the target may edit either item meanwhile.
   auto referrers = m_block->referrers;
+  TransformValues const values = GetTransformValues(*this);
+  bool const isTransformDirty = m_block->isTransformDirty;
+  Matrix const transform = m_block->transform;
+  bool const isBoxDirty = m_block->isBoxDirty;
+  VX_Math::Box3 const box = m_block->box;
   CopyNodeTo(target);
   Block& to = *target.m_block;
-  to.isTransformDirty = m_block->isTransformDirty;
-  to.transform = m_block->transform;
-  to.isBoxDirty = m_block->isBoxDirty;
-  to.box = m_block->box;
+  to.isTransformDirty = isTransformDirty || GetTransformValues(target) != values;
+  to.transform = transform;
+  to.isBoxDirty = isBoxDirty;
+  to.box = box;
   if (&target != this) to.referrers.swap(referrers);
   NoteCleaning();
 }
@@ -303,6 +335,7 @@ unsigned int GetChildIndex(NSceneGraphItemNode& parent, NSceneGraphItemNode& chi
 }
 
 void SetTransform(NSceneGraphItemNode& item, Matrix const& matrix) {
+  auto const held = core::reference_countable::Hold(item);
   VX_Math::TransformInfo info;
   VX_Math::GetTransformInfo_Degree(matrix, info);
   item.SetTranslationX(info.translation.x);

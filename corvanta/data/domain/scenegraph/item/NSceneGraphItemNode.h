@@ -103,10 +103,13 @@ class CORVANTA_API NSceneGraphItemNode
   bool AddReferrer(NSceneGraphReferenceNode const& reference) const;
   /// Fails: false if it isn't recorded.
   bool RemoveReferrer(NSceneGraphReferenceNode const& reference) const;
+  /// Removes the references whose tree has another root, or that have none. Reaches no listener.
+  void RemoveStrayReferrers() const noexcept;
 
  private:
   friend class scenegraph::detail::NItemAccess;
   friend class NSceneGraphReferenceNode;
+  friend class tree::NSceneGraphTreeNode;
 
   struct Block;
   struct BoxWalk;

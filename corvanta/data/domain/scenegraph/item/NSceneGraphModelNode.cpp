@@ -1,6 +1,7 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 
 #include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
 #include "corvanta/data/domain/geometry/NSurface.h"
@@ -137,11 +138,8 @@ void NSceneGraphModelNode::CopyTo(NSceneGraphModelNode& target) const {
   NNodeReference<NGeometryNode> const geometry = m_block->geometry;
   NNodeReference<NMaterialNode> const material = m_block->material;
   material::detail::NUse use(target.GetDomainManager(), material);
-  boost::intrusive_ptr<NSceneGraphModelNode> const held(target.TryAddRef() ? &target : nullptr,
-                                                        false);
+  auto const held = core::reference_countable::Hold(target);
   NSceneGraphItemNode::CopyTo(target);
-  target.m_block->geometryBox = m_block->geometryBox;
-  target.m_block->isGeometryBoxDirty = m_block->isGeometryBoxDirty;
   target.SetGeometryNode(geometry);
   target.SetMaterial(material, use);
 }

@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/data/domain/scenegraph/detail/ray_bound.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/data/domain/scenegraph/item/detail/block.h"
@@ -70,7 +71,10 @@ struct NSceneGraphItemNode::BoxWalk {
   BoxWalk(BoxWalk const&) = delete;
   BoxWalk& operator=(BoxWalk const&) = delete;
   ~BoxWalk() {
-    for (Frame const& frame : frames) frame.node->m_block->isBeingBoxed = false;
+    for (Frame const& frame : frames) {
+      frame.node->m_block->isBeingBoxed = false;
+      frame.node->m_block->isBoxDirty = true;
+    }
   }
 
   static bool NeedsBox(NSceneGraphItemNode const& item) {
@@ -86,6 +90,9 @@ struct NSceneGraphItemNode::BoxWalk {
     frames.push_back({std::move(held), &item, accumulated, pending.size(), isReference, isShown});
     item.m_block->isBeingBoxed = true;
     item.m_block->box = Box3();
+    // A mark that comes from here on, from a listener, stays.
+    item.m_block->isBoxDirty = false;
+    NoteCleaning();
     Children const& children = item.m_block->children;
     // The next one to be entered is the last.
     for (auto child = children.rbegin(); child != children.rend(); ++child) {
@@ -133,9 +140,7 @@ struct NSceneGraphItemNode::BoxWalk {
     Box3 box;
     frame.node->CalculateBoundingBox(box, frame.accumulated, GetBase());
     block.box = box;
-    block.isBoxDirty = false;
     block.isBeingBoxed = false;
-    NoteCleaning();
     if (frame.isShown) shownBases.pop_back();
     frames.pop_back();
   }
@@ -143,7 +148,7 @@ struct NSceneGraphItemNode::BoxWalk {
   /// The control transform of the innermost tree.
   Matrix const& GetBase() const { return shownBases.empty() ? outermostBase : shownBases.back(); }
 
-  Matrix const& outermostBase;
+  Matrix const outermostBase;
   std::vector<Matrix> shownBases;  // of the trees shown on the way
   std::vector<Frame> frames;
   std::vector<boost::intrusive_ptr<NSceneGraphItemNode const>> pending;
@@ -151,8 +156,13 @@ struct NSceneGraphItemNode::BoxWalk {
 
 Box3 const& NSceneGraphItemNode::GetBoundingBox(Matrix const& accumulated,
                                                 Matrix const& base) const {
-  if (m_block->isBoxDirty && !m_block->isBeingBoxed) BoxWalk(base).Run(*this, accumulated);
-  return m_block->box;
+  if (!BoxWalk::NeedsBox(*this)) return m_block->box;
+  auto const held = core::reference_countable::Hold(*this);
+  BoxWalk(base).Run(*this, accumulated);
+  if (!held || !held->IsHeldOnce()) return m_block->box;
+  // A listener has dropped all else that held this item.
+  thread_local Box3 last;
+  return last = m_block->box;
 }
 
 void NSceneGraphItemNode::CalculateBoundingBox(Box3& box, Matrix const& accumulated,
