@@ -221,6 +221,75 @@ TEST(TreeHosts, TellOfTreesAndRoots) {
   EXPECT_TRUE(take().empty());
 }
 
+/// Does something of its own at the next event of a host.
+struct HostHook : data::events::NEventListener {
+  std::function<void()> next;
+
+ private:
+  void OnSceneGraphTreeChange(tree::NSceneGraphTreeHost const&,
+                              Pointer<tree::NSceneGraphTreeNode> const&) override {
+    if (next) std::exchange(next, nullptr)();
+  }
+  void OnSceneGraphTreeRootChange(tree::NSceneGraphTreeHost const&,
+                                  tree::NSceneGraphTreeNode const&, Item const&) override {
+    if (next) std::exchange(next, nullptr)();
+  }
+};
+
+TEST(TreeHosts, AllLeaveTheOldRootWhateverAListenerDoes) {
+  Graph graph;
+  Group const root = graph.Make(), other = graph.Make();
+  Tree const shown = graph.MakeTree(root), another = graph.MakeTree(graph.Make());
+  Reference const a = graph.MakeReference(shown), b = graph.MakeReference(shown);
+  Pointer<HostHook> const hook(new HostHook);
+  graph.events->AddObserver(*hook);
+  std::function<void()> const edits[] = {[&] { b->SetSceneGraph(shown); },
+                                         [&] { b->SetSceneGraph(another); },
+                                         [&] {
+                                           b->SetSceneGraph(another);
+                                           b->SetSceneGraph(shown);
+                                         },
+                                         [] { throw 1; }};
+  for (auto const& edit : edits) {
+    b->SetSceneGraph(shown);
+    shown->SetRoot(root);
+    EXPECT_TRUE(root->IsReferredFrom(*a) && root->IsReferredFrom(*b));
+    hook->next = edit;
+    try {
+      shown->SetRoot(other);
+    } catch (int) {
+    }
+    EXPECT_FALSE(hook->next);
+    EXPECT_FALSE(root->IsReferredFrom(*a)) << &edit - edits;
+    EXPECT_FALSE(root->IsReferredFrom(*b)) << &edit - edits;
+    EXPECT_TRUE(other->IsReferredFrom(*a));
+    EXPECT_TRUE(b->GetSceneGraph()->GetRoot()->IsReferredFrom(*b));
+  }
+  // A listener of the reference gives the tree that it leaves another root.
+  shown->SetRoot(root);
+  EXPECT_TRUE(root->IsReferredFrom(*a));
+  hook->next = [&] { shown->SetRoot(other); };
+  a->SetSceneGraph(another);
+  EXPECT_FALSE(root->IsReferredFrom(*a));
+}
+
+TEST(TreeHosts, AHandlerOfALateMeetingMaySetAnotherTree) {
+  Graph graph;
+  Tree const trees[] = {graph.MakeTree(graph.Make()), graph.MakeTree(graph.Make()),
+                        graph.MakeTree(graph.Make())};
+  Pointer<HostHook> const hook(new HostHook);
+  graph.events->AddObserver(*hook);
+  for (bool const sets : {false, true}) {
+    Reference const host = graph.MakeReference(trees[0]);
+    EXPECT_TRUE(trees[0]->RemoveObserver(*host)) << "it meets its tree anew";
+    hook->next = [&] { host->SetSceneGraph(trees[1]); };
+    if (sets) host->SetSceneGraph(trees[2]);
+    Tree const& last = trees[sets ? 2 : 1];
+    EXPECT_EQ(host->GetSceneGraph(), last);
+    for (Tree const& tree : trees) EXPECT_EQ(tree->RemoveObserver(*host), tree == last);
+  }
+}
+
 TEST(TreeHosts, SubscribeLate) {
   Graph graph;
   Group const root = graph.Make();

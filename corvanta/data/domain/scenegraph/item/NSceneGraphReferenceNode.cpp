@@ -1,6 +1,7 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 
 #include "corvanta/core/detail/scope_exit.h"
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/scenegraph/item/detail/shown_root.h"
 
@@ -18,6 +19,7 @@ NSceneGraphReferenceNode::NSceneGraphReferenceNode(
 NSceneGraphReferenceNode::~NSceneGraphReferenceNode() = default;
 
 void NSceneGraphReferenceNode::VerifyReference() const {
+  auto const held = core::reference_countable::Hold(*this);
   if (auto const tree = GetSceneGraph()) {
     if (auto const root = tree->GetRoot()) root->AddReferrer(*this);
   }
@@ -70,12 +72,11 @@ void NSceneGraphReferenceNode::OnControlTransformChangeImpl() { DirtyBoundingBox
 void NSceneGraphReferenceNode::OnSceneGraphTreeChange(
     boost::intrusive_ptr<tree::NSceneGraphTreeNode> const& oldTree) {
   auto const oldRoot = oldTree ? oldTree->GetRoot() : nullptr;
-  try {
-    NSceneGraphTreeHost::OnSceneGraphTreeChange(oldTree);
-  } catch (...) {
+  // Also when a listener throws, or gives the old tree another root.
+  core::detail::ScopeExit const forget([this, &oldRoot] {
     if (oldRoot) oldRoot->RemoveReferrer(*this);
-    throw;
-  }
+  });
+  NSceneGraphTreeHost::OnSceneGraphTreeChange(oldTree);
   OnRootChangeImpl(oldTree ? oldTree->GetRoot() : nullptr);
 }
 

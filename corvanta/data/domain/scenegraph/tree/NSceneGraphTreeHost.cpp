@@ -1,5 +1,7 @@
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeHost.h"
 
+#include "corvanta/core/reference_countable/hold.h"
+
 namespace corvanta::data::domain::scenegraph::tree {
 
 using core::node::NNodeReference;
@@ -11,12 +13,11 @@ boost::intrusive_ptr<NSceneGraphTreeNode> NSceneGraphTreeHost::GetSceneGraph() c
   auto tree = m_tree.Get();
   if (!tree) return nullptr;
   auto& self = const_cast<NSceneGraphTreeHost&>(*this);
-  if (tree->AddObserver(static_cast<NSceneGraphTreeListener&>(self))) {
-    boost::intrusive_ptr<NSceneGraphTreeHost> const held(TryAddRef() ? &self : nullptr, false);
-    self.OnSceneGraphTreeChange(nullptr);
-    self.OnRootChangeImpl(tree->GetRoot());
-  }
-  return tree;
+  if (!tree->AddObserver(static_cast<NSceneGraphTreeListener&>(self))) return tree;
+  auto const held = core::reference_countable::Hold(self);
+  self.OnSceneGraphTreeChange(nullptr);
+  self.OnRootChangeImpl(tree->GetRoot());
+  return GetSceneGraph();  // a handler may have set another one
 }
 
 NNodeReference<NSceneGraphTreeNode> const& NSceneGraphTreeHost::GetSceneGraphRef() const {
@@ -24,6 +25,7 @@ NNodeReference<NSceneGraphTreeNode> const& NSceneGraphTreeHost::GetSceneGraphRef
 }
 
 void NSceneGraphTreeHost::SetSceneGraph(NNodeReference<NSceneGraphTreeNode> const& tree) {
+  auto const held = core::reference_countable::Hold(*this);
   NNodeReference<NSceneGraphTreeNode> const given = tree;  // it may be this host's own
   auto const oldTree = GetSceneGraph();
   auto const newTree = given.Get();

@@ -1,8 +1,11 @@
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
 
 #include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/core/detail/scope_exit.h"
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/scenegraph/coord_conversion.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/vx_math/Quaternion.h"
 
 namespace corvanta::data::domain::scenegraph::tree {
@@ -55,11 +58,18 @@ NNodeReference<NSceneGraphItemNode> const& NSceneGraphTreeNode::GetRootRef() con
 }
 
 void NSceneGraphTreeNode::SetRoot(NNodeReference<NSceneGraphItemNode> const& root) {
-  boost::intrusive_ptr<NSceneGraphTreeNode> const held(TryAddRef() ? this : nullptr, false);
+  auto const held = core::reference_countable::Hold(*this);
   NNodeReference<NSceneGraphItemNode> const old = m_block->root;
   m_block->root = root;
   auto const oldForHosts = old.Get();
-  Hosts::NotifyObservers([&](auto& host) { host.OnRootChange(oldForHosts); });
+  {
+    // A host that a listener's exception, or its edit, keeps from being told is forgotten all the
+    // same.
+    core::detail::ScopeExit const forget([&oldForHosts] {
+      if (oldForHosts) oldForHosts->RemoveStrayReferrers();
+    });
+    Hosts::NotifyObservers([&](auto& host) { host.OnRootChange(oldForHosts); });
+  }
   auto const oldForEvents = old.Get();
   Events::NotifyObservers([&](auto& listener) { listener.SignalRootChange(*this, oldForEvents); });
 }
@@ -86,6 +96,7 @@ void NSceneGraphTreeNode::SetIsTessellated(bool isTessellated) {
 
 void NSceneGraphTreeNode::CopyTo(NSceneGraphTreeNode& target) const {
   NNodeReference<NSceneGraphItemNode> const root = m_block->root;
+  auto const held = core::reference_countable::Hold(target);
   CopyNodeTo(target);
   target.SetRoot(root);
 }
@@ -93,20 +104,23 @@ void NSceneGraphTreeNode::CopyTo(NSceneGraphTreeNode& target) const {
 void NSceneGraphTreeNode::OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) {
   bool const isControl = core::attribute::detail::GetNameMarks(attribute.GetNameIndex()) &
                          core::attribute::detail::NNM_TREE_CONTROL;
-  auto const mark = [this, isControl] {
+  auto const held = core::reference_countable::Hold(*this);
+  // Listeners run before the caches are marked, here and in the hosts. When one throws, the rest
+  // isn't told, but what the library keeps is marked.
+  try {
+    NNode::OnAttributeChangeImpl(attribute);
     if (!isControl) return;
     m_block->isControlDirty = true;
     Hosts::NotifyObservers([](auto& host) { host.OnControlTransformChange(); });
-  };
-  // Listeners run before the caches are marked, here and in the hosts, and the marking happens also
-  // when one throws.
-  try {
-    NNode::OnAttributeChangeImpl(attribute);
   } catch (...) {
-    mark();
+    if (isControl) {
+      m_block->isControlDirty = true;
+      Hosts::NotifyObservers([](auto& host) {
+        if (dynamic_cast<item::NSceneGraphReferenceNode*>(&host)) host.OnControlTransformChange();
+      });
+    }
     throw;
   }
-  mark();
 }
 
 }  // namespace corvanta::data::domain::scenegraph::tree

@@ -1,10 +1,12 @@
 #include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
 
+#include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
 
 namespace corvanta::data::domain::scenegraph::tree {
 
 VX_Math::Box3 GetBoundingBox(NSceneGraphTreeNode const& tree) {
+  auto const held = core::reference_countable::Hold(tree);
   auto const root = tree.GetRoot();
   if (!root) return {};
   VX_Math::Matrix const& control = tree.GetControlTransform();
