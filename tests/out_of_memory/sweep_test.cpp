@@ -9,7 +9,8 @@ struct Operation {
   char const* name;
   std::function<void(World&)> run;
   std::function<void(World&)> prepare = [](World&) {};
-  bool isRepeated = false;  // what failed half way is made whole by a second call
+  bool isRepeated = false;      // what failed half way is made whole by a second call
+  bool leavesOldBoxes = false;  // by the rules of what marks nothing
 };
 
 /// What an operation has left in a document of its own.
@@ -53,6 +54,62 @@ std::string Difference(std::wstring const& a, std::wstring const& b) {
          core::text::ToNarrow(b.substr(from, 120));
 }
 
+enum class Reaction { kNone, kThrow, kLetGo };
+
+/// Runs `operation` with a listener that reacts to one of the calls, then compares every cache with
+/// one that is computed anew. Where the hosts have lost their trees before, reads meet them anew.
+/// Fails: false if there were no more than `callsBefore` calls.
+bool React(support::TemporaryFiles const& files, Operation const& operation, Reaction reaction,
+           int callsBefore, bool isLate) {
+  World world(files);
+  operation.prepare(world);
+  MakePickIndexes(world);
+  if (isLate) {
+    world.shownTree->RemoveObserver(*world.reference);
+    world.tree->RemoveObserver(*world.scene);
+    world.reference->SetTranslationZ(1);
+  }
+  Counter& counter = *world.counter;
+  counter.react = [&] {
+    if (reaction == Reaction::kThrow) throw Thrown();
+    if (reaction == Reaction::kLetGo) world.LetGo();
+  };
+  counter.callsBefore = callsBefore;
+  try {
+    operation.run(world);
+  } catch (Thrown const&) {
+  } catch (...) {
+    EXPECT_EQ(reaction, Reaction::kLetGo) << "the path that was asked has gone";
+  }
+  bool const hasReacted = counter.callsBefore < 0;
+  counter.callsBefore = -1;
+  if (reaction == Reaction::kLetGo && hasReacted) return true;
+  Caches const kept = ReadCaches(world);
+  MarkCaches(world);
+  Caches const made = ReadCaches(world);
+  EXPECT_TRUE(kept.others == made.others) << "call " << callsBefore;
+  if (!operation.leavesOldBoxes) {
+    EXPECT_TRUE(kept.boxes == made.boxes) << "call " << callsBefore;
+  } else if (reaction == Reaction::kNone && !isLate) {
+    EXPECT_FALSE(kept.boxes == made.boxes) << "the rule is another one";
+  }
+  return hasReacted;
+}
+
+/// Lets a listener throw, then let every node go, at each call of each operation.
+void SweepListeners(support::TemporaryFiles const& files, Operation const& operation) {
+  for (bool const isLate : {false, true}) {
+    SCOPED_TRACE(isLate ? "late" : "met");
+    React(files, operation, Reaction::kNone, 0, isLate);
+    for (Reaction const reaction : {Reaction::kThrow, Reaction::kLetGo}) {
+      int call = 0;
+      while (React(files, operation, reaction, call, isLate) && !testing::Test::HasFailure()) {
+        ++call;
+      }
+    }
+  }
+}
+
 /// Lets each allocation of each operation fail, alone and with all after it: what is left is the
 /// state before or the one after, and nothing leaks.
 void Sweep(std::vector<Operation> const& operations) {
@@ -63,6 +120,7 @@ void Sweep(std::vector<Operation> const& operations) {
   for (Operation const& operation : operations) {
     SCOPED_TRACE(operation.name);
     Run(files, operation, true);  // what is made once in a process is made now
+    SweepListeners(files, operation);
     std::wstring const before = Run(files, operation, false).state;
     Outcome const whole = Run(files, operation, true);
     std::wstring const& after = whole.state;
@@ -156,67 +214,81 @@ TEST(Sweep, Items) {
   auto const fill = [](World& w) {
     for (int i = 0; i != 31; ++i) w.loose->AddChild(*w.Make<item::NSceneGraphGroupNode>());
   };
+  auto const nothing = [](World&) {};
+  auto const through = [](World& w) {
+    return Path<item::NSceneGraphItemNode>(*w.shownModel, *w.tree, {*w.reference});
+  };
   auto const hang = [](World& w) { w.group->AddChild(*w.loose); };
   auto const move = [](World& w) { w.group->AddChild(*w.shownRoot->GetChildren().front(), 0); };
-  Sweep({{"add child", hang},
-         {"add child first", [](World& w) { w.group->AddChild(*w.loose, 0); }},
-         {"add a child of another", move},
-         {"remove child", [](World& w) { w.root->RemoveChild(*w.group); }},
-         {"add the 32nd child", hang, fill},
-         {"add to 32", [](World& w) { w.loose->AddChild(*w.group); }, fill},
-         {"add a branch below", [](World& w) { w.model->AddChild(*w.loose); }, fill},
-         {"remove from 33", [](World& w) { w.loose->RemoveChild(*w.loose->GetChildren().front()); },
-          [fill](World& w) {
-            fill(w);
-            fill(w);
-          }},
-         {"rename", [](World& w) { w.group->SetName(L"another name that takes some memory"); }},
-         {"rename to a taken name", [](World& w) { w.loose->SetName(w.group->GetName()); }},
-         {"text attribute",
-          [](World& w) {
-            w.group->QueryAttribute(item::AN_SCALE_X)
-                ->SetValue(L"a text that takes some memory", true);
-          }},
-         {"move", [](World& w) { w.group->SetTranslationX(3); }},
-         {"move what is shown", [](World& w) { w.shownModel->SetTranslationX(3); }},
-         {"move with a stale box", [](World& w) { w.group->SetTranslationY(1); },
-          [](World& w) { w.root->SetTranslationX(2); }},
-         {"hide", [](World& w) { w.model->SetIsVisibleFlag(false); }},
-         {"absolute", [](World& w) { w.model->SetTransformIsAbsoluteFlag(true); }},
-         {"transform",
-          [](World& w) {
-            SetTransform(*w.group, Matrix(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 4, 5, 6, 1));
-          }},
-         {"try transform",
-          [](World& w) {
-            w.group->TryTransform(Matrix(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 4, 5, 6, 1));
-          }},
-         {"new attribute",
-          [](World& w) {
-            w.group->AddAttribute(L"an attribute of the program", true)->SetValue(1.0, true);
-          }},
-         {"root", [](World& w) { w.tree->SetRoot(*w.loose); }},
-         {"root that shows", [](World& w) { w.shownTree->SetRoot(*w.loose); }},
-         {"unit", [](World& w) { w.shownTree->SetUnit(0.5); }},
-         {"conversion",
-          [](World& w) { w.tree->SetCoordConversion(domain::scenegraph::tree::CCV_ZUP_TO_YUP); }},
-         {"show another tree",
-          [](World& w) { w.reference->SetSceneGraph(Other(w.document.GetTrees())); }, MakeOther},
-         {"show no tree", [](World& w) { w.reference->SetSceneGraph({}); }},
-         {"node goes", [](World& w) { w.document.GetItems().RemoveNode(*w.loose); }},
-         {"group copy", [](World& w) { w.group->CopyTo(*w.loose); }},
-         {"tree copy", [](World& w) { w.tree->CopyTo(*w.shownTree); }},
-         {"camera node",
-          [](World& w) { w.cameraItem->SetCameraNode(Other(w.document.GetCameras())); }, MakeOther},
-         {"box", [](World& w) { GetBoundingBox(*w.tree); },
-          [](World& w) { w.model->SetTranslationX(1); }},
-         {"first box", [](World& w) { w.loose->GetBoundingBox({}, {}); },
-          [](World& w) {
-            w.loose->AddChild(*w.Make<item::NSceneGraphModelNode>());
-            auto const shows = w.Make<item::NSceneGraphReferenceNode>();
-            shows->SetSceneGraph(*w.shownTree);
-            w.loose->AddChild(*shows);
-          }}});
+  Sweep(
+      {{"add child", hang},
+       {"add child first", [](World& w) { w.group->AddChild(*w.loose, 0); }},
+       {"add a child of another", move},
+       {"remove child", [](World& w) { w.root->RemoveChild(*w.group); }},
+       {"add the 32nd child", hang, fill},
+       {"add to 32", [](World& w) { w.loose->AddChild(*w.group); }, fill},
+       {"add a branch below", [](World& w) { w.model->AddChild(*w.loose); }, fill},
+       {"remove from 33", [](World& w) { w.loose->RemoveChild(*w.loose->GetChildren().front()); },
+        [fill](World& w) {
+          fill(w);
+          fill(w);
+        }},
+       {"rename", [](World& w) { w.group->SetName(L"another name that takes some memory"); }},
+       {"rename to a taken name", [](World& w) { w.loose->SetName(w.group->GetName()); }},
+       {"text attribute",
+        [](World& w) {
+          w.group->QueryAttribute(item::AN_SCALE_X)
+              ->SetValue(L"a text that takes some memory", true);
+        }},
+       {"move", [](World& w) { w.group->SetTranslationX(3); }},
+       {"move what is shown", [](World& w) { w.shownModel->SetTranslationX(3); }},
+       {"move with a stale box", [](World& w) { w.group->SetTranslationY(1); },
+        [](World& w) { w.root->SetTranslationX(2); }},
+       {"hide", [](World& w) { w.model->SetIsVisibleFlag(false); }},
+       {"absolute", [](World& w) { w.model->SetTransformIsAbsoluteFlag(true); }},
+       {"transform",
+        [](World& w) {
+          SetTransform(*w.group, Matrix(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 4, 5, 6, 1));
+        }},
+       {"try transform",
+        [](World& w) {
+          w.group->TryTransform(Matrix(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 4, 5, 6, 1));
+        }},
+       {"new attribute",
+        [](World& w) {
+          w.group->AddAttribute(L"an attribute of the program", true)->SetValue(1.0, true);
+        }},
+       {"root", [](World& w) { w.tree->SetRoot(*w.loose); }},
+       {"root that shows", [](World& w) { w.shownTree->SetRoot(*w.loose); }, nothing, false, true},
+       {"unit", [](World& w) { w.shownTree->SetUnit(0.5); }},
+       {"conversion",
+        [](World& w) { w.tree->SetCoordConversion(domain::scenegraph::tree::CCV_ZUP_TO_YUP); },
+        nothing, false, true},
+       {"show another tree",
+        [](World& w) { w.reference->SetSceneGraph(Other(w.document.GetTrees())); }, MakeOther,
+        false, true},
+       {"show no tree", [](World& w) { w.reference->SetSceneGraph({}); }, nothing, false, true},
+       {"node goes", [](World& w) { w.document.GetItems().RemoveNode(*w.loose); }},
+       {"group copy", [](World& w) { w.group->CopyTo(*w.loose); }, nothing, false, true},
+       {"tree copy", [](World& w) { w.tree->CopyTo(*w.shownTree); }},
+       {"camera node",
+        [](World& w) { w.cameraItem->SetCameraNode(Other(w.document.GetCameras())); }, MakeOther},
+       {"verify", [](World& w) { w.reference->VerifyReference(); }},
+       {"is referred from", [](World& w) { w.shownRoot->IsReferredFrom(*w.reference); }},
+       {"traverse",
+        [](World& w) { domain::scenegraph::NSceneGraphTraverser().Start(*w.tree, nullptr); }},
+       {"box of a path", [=](World& w) { through(w).GetGlobalBoundingBox(); }},
+       {"relation of paths", [=](World& w) { GetPathRelation(through(w), through(w)); }},
+       {"clip distances", [](World& w) { GetClipDistances(w.view->GetCamera(), *w.view); }},
+       {"box", [](World& w) { GetBoundingBox(*w.tree); },
+        [](World& w) { w.model->SetTranslationX(1); }},
+       {"first box", [](World& w) { w.loose->GetBoundingBox({}, {}); },
+        [](World& w) {
+          w.loose->AddChild(*w.Make<item::NSceneGraphModelNode>());
+          auto const shows = w.Make<item::NSceneGraphReferenceNode>();
+          shows->SetSceneGraph(*w.shownTree);
+          w.loose->AddChild(*shows);
+        }}});
 }
 
 TEST(Sweep, Content) {

@@ -27,6 +27,8 @@ Pointer<data::animation::NAnimationKey> World::MakeKey(double x) {
 }
 
 World::World(support::TemporaryFiles const& given) : files(given) {
+  for (auto const* const observed : {&tree, &shownTree}) (*observed)->AddObserver(*neighbour);
+  for (auto const* const observed : {&geometry, &sharing}) (*observed)->AddObserver(*neighbour);
   for (auto* const child : {&*group, &*shownRoot}) child->SetName(L"a group with a long name");
   shownRoot->AddChild(*shownModel);
   root->AddChild(*group);
@@ -39,7 +41,8 @@ World::World(support::TemporaryFiles const& given) : files(given) {
   reference->SetSceneGraph(*shownTree);
   geometry->AddSurface(*surface);
   model->SetGeometryNode(*geometry);
-  shownModel->SetGeometryNode(*geometry);
+  sharing->AddSurface(*surface);
+  shownModel->SetGeometryNode(*sharing);
   model->SetMaterial(*material);
   lightItem->SetLightNode(*light);
   cameraItem->SetCameraNode(*camera);
@@ -74,6 +77,18 @@ World::World(support::TemporaryFiles const& given) : files(given) {
   args.camera = cameraPath;
   for (auto const* const shown : {&tree, &shownTree}) GetBoundingBox(**shown);
   document.GetEvents().AddObserver(*counter);
+}
+
+void World::LetGo() {
+  auto const reset = [](auto&... pointers) { (pointers.reset(), ...); };
+  reset(root, group, shownRoot, loose, model, shownModel, reference, lightItem, cameraItem, tree,
+        shownTree, light, camera, image, texture, material, geometry, sharing, scene, environment,
+        lightEnv, projection, curves, args.scene);
+  for (auto const& nodes : document) {
+    for (bool isGone = true; isGone && nodes->GetNodeCount() != 0;) {
+      isGone = nodes->RemoveNode(*nodes->GetNodeBegin());
+    }
+  }
 }
 
 namespace {

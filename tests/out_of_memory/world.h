@@ -14,26 +14,63 @@ using Pointer = boost::intrusive_ptr<T>;
 template <class T>
 using Path = domain::scenegraph::NSceneGraphPath<T>;
 
-/// Counts what it receives, and allocates nothing.
+/// Thrown by the listener that a sweep lets throw.
+struct Thrown {};
+
+/// Counts what it receives, and allocates nothing. Reacts to one of the calls, if it is told which.
 class Counter final : public data::events::NEventListener {
  public:
   int attributes = 0, lamps = 0, structure = 0, content = 0;
+  int callsBefore = -1;  // the reaction; below 0: there is none
+  std::function<void()> react;
+
+  void Note(int& field, int by) {
+    field += by;
+    if (callsBefore-- == 0) react();
+  }
 
  private:
   // clang-format off
-  void OnAttributeChange(core::attribute::NAttributeHost&, core::attribute::NAttribute const&) override { ++attributes; }
-  void OnLampChange(domain::light_env::NLightEnvNode const&, domain::light_env::NLamp const&, data::events::light_env::NLampEventType) override { ++lamps; }
-  void OnAddChild(item::NSceneGraphItemNode const&, item::NSceneGraphItemNode const&) override { ++structure; }
-  void OnRemoveChild(item::NSceneGraphItemNode const&, item::NSceneGraphItemNode const&) override { structure += 100; }
-  void OnSceneGraphTreeChange(domain::scenegraph::tree::NSceneGraphTreeHost const&, Pointer<domain::scenegraph::tree::NSceneGraphTreeNode> const&) override { structure += 1000; }
-  void OnSceneGraphTreeRootChange(domain::scenegraph::tree::NSceneGraphTreeNode const&, Pointer<item::NSceneGraphItemNode> const&) override { structure += 10000; }
-  void OnGeometryChange(item::NSceneGraphModelNode const&, Pointer<domain::geometry::NGeometryNode> const&) override { ++content; }
-  void OnGeometryChange(domain::geometry::NGeometryNode const&, domain::geometry::NSurface const&, domain::geometry::NGeometryChangeType) override { content += 100; }
-  void OnMaterialChange(item::NSceneGraphModelNode const&, Pointer<domain::material::NMaterialNode> const&) override { content += 1000; }
-  void OnAddTexture(domain::material::NMaterialNode const&, unsigned int) override { content += 10000; }
-  void OnRemoveTexture(domain::material::NMaterialNode const&, Pointer<domain::texture::NTextureNode> const&, Pointer<mapping::NTextureMapping> const&) override { content += 100000; }
-  void OnTextureImageChange(domain::texture::NTextureNode const&) override { content += 1000000; }
+  void OnAttributeChange(core::attribute::NAttributeHost&, core::attribute::NAttribute const&) override { Note(attributes, 1); }
+  void OnFloorImageChange(domain::environment::NEnvironmentNode const&) override { Note(content, 0); }
+  void OnFloorGeometryChange(domain::environment::NEnvironmentNode const&) override { Note(content, 0); }
+  void OnAddLightEnv(domain::environment::NEnvironmentNode const&, domain::light_env::NLightEnvNode const&) override { Note(content, 0); }
+  void OnRemoveLightEnv(domain::environment::NEnvironmentNode const&, domain::light_env::NLightEnvNode const&) override { Note(content, 0); }
+  void OnEnvironmentMapImageChange(domain::material::NMaterialNode const&) override { Note(content, 0); }
+  void OnEnvironmentMapImageChange(domain::environment::NEnvironmentNode const&) override { Note(content, 0); }
+  void OnEnvironmentMapImageTypeChange(domain::material::NMaterialNode const&) override { Note(content, 0); }
+  void OnEnvironmentMapImageTypeChange(domain::environment::NEnvironmentNode const&) override { Note(content, 0); }
+  void OnSetBrdfTextureLocator(domain::material::NMaterialNode const&, core::locator::NLocator const&) override { Note(content, 0); }
+  void OnEnvironmentChange(domain::scene::NSceneNode const&, Pointer<domain::environment::NEnvironmentNode> const&) override { Note(content, 0); }
+  void OnSceneGraphTreeRootChange(domain::scenegraph::tree::NSceneGraphTreeHost const&, domain::scenegraph::tree::NSceneGraphTreeNode const&, Pointer<item::NSceneGraphItemNode> const&) override { Note(structure, 0); }
+  void OnLampChange(domain::light_env::NLightEnvNode const&, domain::light_env::NLamp const&, data::events::light_env::NLampEventType) override { Note(lamps, 1); }
+  void OnAddChild(item::NSceneGraphItemNode const&, item::NSceneGraphItemNode const&) override { Note(structure, 1); }
+  void OnRemoveChild(item::NSceneGraphItemNode const&, item::NSceneGraphItemNode const&) override { Note(structure, 100); }
+  void OnSceneGraphTreeChange(domain::scenegraph::tree::NSceneGraphTreeHost const&, Pointer<domain::scenegraph::tree::NSceneGraphTreeNode> const&) override { Note(structure, 1000); }
+  void OnSceneGraphTreeRootChange(domain::scenegraph::tree::NSceneGraphTreeNode const&, Pointer<item::NSceneGraphItemNode> const&) override { Note(structure, 10000); }
+  void OnGeometryChange(item::NSceneGraphModelNode const&, Pointer<domain::geometry::NGeometryNode> const&) override { Note(content, 1); }
+  void OnGeometryChange(domain::geometry::NGeometryNode const&, domain::geometry::NSurface const&, domain::geometry::NGeometryChangeType) override { Note(content, 100); }
+  void OnMaterialChange(item::NSceneGraphModelNode const&, Pointer<domain::material::NMaterialNode> const&) override { Note(content, 1000); }
+  void OnAddTexture(domain::material::NMaterialNode const&, unsigned int) override { Note(content, 10000); }
+  void OnRemoveTexture(domain::material::NMaterialNode const&, Pointer<domain::texture::NTextureNode> const&, Pointer<mapping::NTextureMapping> const&) override { Note(content, 100000); }
+  void OnTextureImageChange(domain::texture::NTextureNode const&) override { Note(content, 1000000); }
   // clang-format on
+};
+
+/// Observes trees and geometries themselves, before any host or model does.
+class Neighbour final : public domain::scenegraph::tree::NSceneGraphTreeListener,
+                        public domain::geometry::NGeometryChangeListener {
+ public:
+  explicit Neighbour(Counter& counter) : m_counter(counter) {}
+
+ private:
+  // clang-format off
+  void OnRootChangeImpl(Pointer<item::NSceneGraphItemNode> const&) override { m_counter.Note(m_counter.structure, 0); }
+  void OnControlTransformChangeImpl() override { m_counter.Note(m_counter.structure, 0); }
+  void OnGeometryChangeImpl(domain::geometry::NGeometryNode const&, domain::geometry::NSurface const&, domain::geometry::NGeometryChangeType) override { m_counter.Note(m_counter.content, 0); }
+  // clang-format on
+
+  Counter& m_counter;
 };
 
 class Args final : public data::animation::NAnimationEngineArgs {
@@ -49,6 +86,9 @@ class Args final : public data::animation::NAnimationEngineArgs {
 struct World {
   explicit World(support::TemporaryFiles const& files);
 
+  /// Lets every node go, from here and from the domains.
+  void LetGo();
+
   template <class T>
   Pointer<T> Make() {
     return document.GetItems().CreateNode<T>(NNodeID());
@@ -59,6 +99,7 @@ struct World {
   support::TemporaryFiles const& files;
   data::document::NDocument document;
   Pointer<Counter> counter{new Counter};
+  Pointer<Neighbour> neighbour{new Neighbour(*counter)};
   Pointer<item::NSceneGraphGroupNode> root = Make<item::NSceneGraphGroupNode>();
   Pointer<item::NSceneGraphGroupNode> group = Make<item::NSceneGraphGroupNode>();
   Pointer<item::NSceneGraphGroupNode> shownRoot = Make<item::NSceneGraphGroupNode>();
@@ -79,7 +120,8 @@ struct World {
   Pointer<domain::material::NMaterialNode> material = document.GetMaterials().CreateNode(NNodeID());
   Pointer<domain::geometry::NGeometryNode> geometry =
       document.GetGeometries().CreateNode(NNodeID());
-  Pointer<domain::geometry::NPolygonSurface> surface = MakeSurface(1);
+  Pointer<domain::geometry::NGeometryNode> sharing = document.GetGeometries().CreateNode(NNodeID());
+  Pointer<domain::geometry::NPolygonSurface> surface = MakeSurface(1);  // in both
   Pointer<domain::scene::NSceneNode> scene = document.GetScenes().CreateNode(NNodeID());
   Pointer<domain::environment::NEnvironmentNode> environment =
       document.GetEnvironments().CreateNode(NNodeID());
@@ -110,5 +152,16 @@ struct World {
 
 /// All of it; computes what is cached.
 std::wstring Describe(World& world);
+
+/// What the library keeps for later reads, as it answers now and as it does once all is marked.
+struct Caches {
+  std::string boxes, others;
+
+  bool operator==(Caches const&) const = default;
+};
+Caches ReadCaches(World& world);
+void MarkCaches(World& world);
+/// Gives the surface 300 triangles, and picks until there are indexes of them.
+void MakePickIndexes(World& world);
 
 }  // namespace corvanta::out_of_memory
