@@ -18,8 +18,8 @@ template <class Node, class Namespace>
 class CORVANTA_API NDomain : public core::domain::NDomain<Node, Namespace>,
                              public modification_counter::NModificationCounter {
  public:
-  /// Makes a `T`, attaches the multiplexers and takes it in, under a new id if none is given. `T` is
-  /// the domain's class of nodes, or the concrete class where that one is abstract.
+  /// Makes a `T` (under a new id if none is given), attaches the multiplexers and takes it in. `T`
+  /// is the domain's class of nodes, or the concrete class where that one is abstract.
   /// Fails: null, and no change, if a multiplexer can't be attached or the domain refuses the node.
   template <class T = Node>
   boost::intrusive_ptr<T> CreateNode(core::node::NNodeID const& id = core::node::NNodeID()) {
