@@ -276,7 +276,10 @@ TEST(Sweep, Items) {
        {"verify", [](World& w) { w.reference->VerifyReference(); }},
        {"is referred from", [](World& w) { w.shownRoot->IsReferredFrom(*w.reference); }},
        {"traverse",
-        [](World& w) { domain::scenegraph::NSceneGraphTraverser().Start(*w.tree, nullptr); }},
+        [](World& w) {
+          struct Walk : domain::scenegraph::NSceneGraphTraverser {};
+          Walk().Start(*w.tree, nullptr);
+        }},
        {"box of a path", [=](World& w) { through(w).GetGlobalBoundingBox(); }},
        {"relation of paths", [=](World& w) { GetPathRelation(through(w), through(w)); }},
        {"clip distances", [](World& w) { GetClipDistances(w.view->GetCamera(), *w.view); }},
