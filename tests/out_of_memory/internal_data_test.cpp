@@ -25,6 +25,7 @@ TEST(InternalData, InitializeLeavesTheDomainsThatWereThere) {
 
 TEST(InternalData, ReadersFindWithoutEntering) {
   core::domain::NDomainManager const manager;
+  EXPECT_FALSE(data::internal::GetCube(manager));  // makes the registry, if nothing has yet
   std::size_t const before = CountAllocations();
   EXPECT_FALSE(data::internal::GetPlane(manager));
   EXPECT_EQ(data::internal::GetPostureSceneRoot(manager), nullptr);
