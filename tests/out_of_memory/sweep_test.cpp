@@ -508,6 +508,13 @@ TEST(Sweep, PicturesPicksAndPresets) {
     data::operators::ray_picker::PickModel(*w.root, &line, models);
     w.result.push_back(static_cast<float>(models.size()));
   };
+  auto const hits = [](World& w) {
+    Matrix view;
+    view.SetTranslate(Vec3(-0.2f, -0.2f, 0.5f));
+    Vec2 const centre(0.5f, 0.5f);
+    EXPECT_TRUE(
+        data::operators::ray_picker::PickDetail(*w.scene, &centre, &view, w.paths, w.points));
+  };
   auto const reach = [](World& w) { w.result.push_back(w.modelPath.GetGlobalTransform()(3, 0)); };
   using namespace data::preset;
   auto const initialize = [](World& w) {
@@ -534,6 +541,7 @@ TEST(Sweep, PicturesPicksAndPresets) {
             reserve(w);
             w.shownModel->SetTranslationX(-0.1);
           }},
+         {"hits", hits, hits},
          {"path", reach, reserve},
          {"camera", [](World& w) { PresetSceneGraphCamera(w.cameraItem, w.view, w.tree, true); }},
          {"lights",

@@ -220,6 +220,8 @@ std::wstring Describe(World& world) {
   out << static_cast<double>(world.files.GetLeftovers().size());
   out << bool(data::internal::GetPlane(world.document.GetManager()));
   for (float const value : world.result) out << value;
+  for (auto const& path : world.paths) out << path.GetNode();
+  for (Vec3 const& point : world.points) out << point.x;
   // Who is told of a surface, and whether the curves and the presentation play.
   for (auto& geometry :
        std::vector(world.geometry->GetSurfaces().begin(), world.geometry->GetSurfaces().end())) {

@@ -148,6 +148,8 @@ struct World {
   Path<item::NSceneGraphCameraNode> cameraPath{*cameraItem, *tree};
   Args args;
   std::vector<float> result;  // of an operation that only reads
+  std::vector<data::operators::ray_picker::ModelPath> paths;
+  std::vector<Vec3> points;
 };
 
 /// All of it; computes what is cached.

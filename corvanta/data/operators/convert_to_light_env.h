@@ -18,7 +18,7 @@ namespace corvanta::data::operators {
 /// Raises: the lamps' signals, then the environment's SignalAddLightEnv.
 /// Fails: false if the environment lists a light environment already or has no lights, and if the
 /// domain refuses the node; throws what a path's GetGlobalTransform throws, with the lamps made so
-/// far in a node that isn't listed.
+/// far in a node that isn't listed. Where memory runs out, that node goes again.
 CORVANTA_API bool ConvertToLightEnv(domain::environment::NEnvironmentNode& environment,
                                     domain::light_env::NLightEnvDomain& domain);
 

@@ -28,7 +28,7 @@ namespace corvanta::data::preset {
 /// Gives `environment` the built-in sphere about the scene as its map model, the built-in floor,
 /// the default map and the floor's picture. Makes a model item and two images, in the given
 /// domains, at each call. Without internal data for the environment's domain manager it has no
-/// geometries.
+/// geometries. Fails: throws std::bad_alloc, without a change.
 CORVANTA_API void PresetEnvironment(
     boost::intrusive_ptr<domain::environment::NEnvironmentNode> environment,
     boost::intrusive_ptr<view::NView> view,

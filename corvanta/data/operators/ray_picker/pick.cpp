@@ -1,5 +1,7 @@
 #include "corvanta/data/operators/ray_picker/pick.h"
 
+#include <cstddef>
+
 #include "corvanta/data/domain/scene/NSceneNode.h"
 #include "corvanta/data/operators/ray_picker/NRayPicker.h"
 
@@ -24,11 +26,19 @@ bool Pick(NRayPicker& picker, domain::NNode const& start) {
 }
 
 void AppendHits(NRayPicker& picker, std::vector<ModelPath>& paths, std::vector<Vec3>& points) {
+  auto const pathCount = static_cast<std::ptrdiff_t>(paths.size());
+  auto const pointCount = static_cast<std::ptrdiff_t>(points.size());
   paths.reserve(paths.size() + picker.GetPickCount());
   points.reserve(points.size() + picker.GetPickCount() + 1);
-  for (unsigned long i = 0; i != picker.GetPickCount(); ++i) {
-    paths.push_back(picker.GetItemPath(i));
-    points.push_back(picker.GetAbsHitPoint(i));
+  try {
+    for (unsigned long i = 0; i != picker.GetPickCount(); ++i) {
+      paths.push_back(picker.GetItemPath(i));
+      points.push_back(picker.GetAbsHitPoint(i));
+    }
+  } catch (...) {
+    paths.erase(paths.begin() + pathCount, paths.end());
+    points.erase(points.begin() + pointCount, points.end());
+    throw;
   }
 }
 
