@@ -11,6 +11,7 @@
 #include "corvanta/platform/child/child.h"
 #include "corvanta/platform/decode_file.h"
 #include "decoder/answer.h"
+#include "decoder/jpeg_xr.h"
 #include "decoder/shared_blocks.h"
 
 namespace {
@@ -45,6 +46,7 @@ int main(int count, char** arguments) {
   std::uint64_t const memory = std::strtoull(arguments[2], nullptr, 10);
   std::uint64_t const shared = std::strtoull(arguments[3], nullptr, 10);
   ListenToDecoder();
+  corvanta::decoder::RegisterJpegXr();
   if (std::strcmp(arguments[1], kDecoderVersion) != 0 ||
       !child::Confine(memory, kMostFiles, child::kRightsNone) ||
       !corvanta::decoder::ReserveSharedBlocks(shared))

@@ -1,0 +1,126 @@
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+
+#include <csignal>
+#include <thread>
+
+#include "corvanta/platform/descriptor.h"
+#include "corvanta/platform/limits.h"
+#include "corvanta/platform/picture.h"
+#include "tests/image/picture_files.h"
+#include "tests/support/temporary_files.h"
+#include "tests/support/test.h"
+
+namespace corvanta::platform {
+namespace {
+
+// What a decoding program, good or bad, may do to the host: nothing.
+class Decoder : public testing::Test {
+ protected:
+  Decoder() : m_sound(m_files.Write("a.gif", pictures::Gif(2, 2)).ToString()) {}
+  ~Decoder() override {
+    SetDecoderProgram({});
+    SetPictureLimits({});
+    EndDecoderProgram();
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "no child is left";
+  }
+
+  bool IsDecoded(std::wstring const& path) { return LoadPicture(path, &m_reason) != nullptr; }
+
+  support::TemporaryFiles const m_files;
+  std::wstring const m_sound;
+  std::string m_reason;
+};
+
+TEST_F(Decoder, NothingThatItAnswersIsTrusted) {
+  SetDecoderProgram(LIAR);
+  SetPictureLimits({.millisecondsBeyond = 300});
+  EXPECT_TRUE(IsDecoded(m_files.Write("true", "x").ToString())) << m_reason;
+  for (char const* const lie : {"width", "offset", "beyond", "length", "large", "zeros", "tiny",
+                                "state", "claims", "text", "abort", "leave", "sleep", "short"}) {
+    m_reason.clear();
+    EXPECT_FALSE(IsDecoded(m_files.Write(lie, "x").ToString())) << lie;
+    EXPECT_NE(m_reason, "") << lie;
+    EXPECT_EQ(m_reason.find('\n'), std::string::npos) << lie;
+  }
+  EXPECT_TRUE(IsDecoded(m_files.Write("true", "x").ToString())) << m_reason;
+}
+
+TEST_F(Decoder, WithoutOneTheReasonIsTold) {
+  for (std::wstring const program : {L"/no/such/program", L"/etc/passwd", L"/bin/true", L"/tmp"}) {
+    SetDecoderProgram(program);
+    EXPECT_FALSE(IsDecoded(m_sound));
+    EXPECT_NE(m_reason.find("PNG, JPEG and BMP"), std::string::npos) << m_reason;
+  }
+}
+
+#ifdef CORVANTA_WITH_FREEIMAGE
+
+TEST_F(Decoder, IsStartedAgainWhenItWasKilled) {
+  for (int i = 0; i < 3; ++i) {
+    ASSERT_TRUE(IsDecoded(m_sound)) << m_reason;
+    // Its number is that of our only child.
+    std::ifstream children("/proc/self/task/" + std::to_string(getpid()) + "/children");
+    pid_t child = 0;
+    if (!(children >> child)) GTEST_SKIP() << "the system doesn't tell the children";
+    kill(child, SIGKILL);
+    siginfo_t info{};
+    waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOWAIT);
+  }
+}
+
+TEST_F(Decoder, FewDescriptorsAreEnoughAndNoneIsAReason) {
+  rlimit before{};
+  getrlimit(RLIMIT_NOFILE, &before);
+  rlimit const few{32, before.rlim_max};
+  setrlimit(RLIMIT_NOFILE, &few);
+  EXPECT_TRUE(IsDecoded(m_sound)) << m_reason;
+  EndDecoderProgram();
+  // From all taken to just enough: no step fails otherwise than with a reason.
+  std::vector<NDescriptor> taken;
+  while (taken.emplace_back(open("/dev/null", O_RDONLY | O_CLOEXEC))) continue;
+  bool isDecoded = false;
+  for (int i = 0; i < 12 && !isDecoded; ++i) {
+    m_reason.clear();
+    isDecoded = IsDecoded(m_sound);
+    EXPECT_EQ(m_reason.empty(), isDecoded);
+    taken.pop_back();
+  }
+  EXPECT_TRUE(isDecoded);
+  setrlimit(RLIMIT_NOFILE, &before);
+}
+
+TEST_F(Decoder, ServesManyThreadsAndAFork) {
+  std::vector<std::jthread> threads;
+  for (int i = 0; i < 4; ++i)
+    threads.emplace_back([this] {
+      for (int k = 0; k < 20; ++k) EXPECT_TRUE(LoadPicture(m_sound));
+    });
+  threads.clear();
+  pid_t const fork = ::fork();
+  if (fork == 0) _exit(LoadPicture(m_sound) ? 0 : 1);
+  int status = 0;
+  waitpid(fork, &status, 0);
+  EXPECT_EQ(status, 0);
+  EXPECT_TRUE(IsDecoded(m_sound)) << m_reason;
+}
+
+// A picture that is cut and grown while it is read is itself or nothing.
+TEST_F(Decoder, APictureThatChangesIsNoTrouble) {
+  std::string const whole = pictures::Tiff(700, 700, 490000);
+  std::wstring const path = m_files.Write("a.tif", whole).ToString();
+  std::jthread const writer([&](std::stop_token const& stop) {
+    while (!stop.stop_requested()) {
+      std::filesystem::resize_file(m_files.GetFolder() / "a.tif", 1000);
+      std::filesystem::resize_file(m_files.GetFolder() / "a.tif", whole.size());
+    }
+  });
+  for (int i = 0; i < 200; ++i) LoadPicture(path);
+  EXPECT_TRUE(IsDecoded(m_sound)) << m_reason;
+}
+
+#endif
+
+}  // namespace
+}  // namespace corvanta::platform
