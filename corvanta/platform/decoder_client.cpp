@@ -95,7 +95,7 @@ class Question {
         Receive(child, answer)) {
       answer.text[sizeof answer.text - 1] = '\0';
       if (answer.state == kDecodeDone) return kDecoderAnswered;
-      reason = answer.text;
+      reason = answer.text[0] != 0 ? answer.text : "the decoder gave no picture";
       std::ranges::replace_if(
           reason, [](unsigned char c) { return c < ' ' || c > '~'; }, ' ');
       return kDecoderRefused;

@@ -5,8 +5,11 @@
 #include <seccomp.h>
 #include <sys/mman.h>
 
+#include <array>
 #include <cerrno>
 #include <memory>
+
+#include "corvanta/platform/child/sanitized.h"
 
 namespace corvanta::platform::child {
 
@@ -23,6 +26,14 @@ constexpr int kPlain[] = {
     SCMP_SYS(sched_yield), SCMP_SYS(getpid), SCMP_SYS(gettid), SCMP_SYS(getrusage),
     SCMP_SYS(rt_sigreturn), SCMP_SYS(rt_sigprocmask), SCMP_SYS(restart_syscall), SCMP_SYS(exit),
     SCMP_SYS(exit_group)};
+
+#ifdef CORVANTA_HAS_SANITIZED_HEAP
+// The sanitizers look at their stack, and try addresses out by writing them to a pipe.
+constexpr int kForSanitizers[] = {SCMP_SYS(sigaltstack), SCMP_SYS(pipe), SCMP_SYS(pipe2),
+                                  SCMP_SYS(write)};
+#else
+constexpr std::array<int, 0> kForSanitizers{};
+#endif
 
 constexpr int kForReading[] = {SCMP_SYS(newfstatat), SCMP_SYS(stat),      SCMP_SYS(lstat),
                                SCMP_SYS(statx),      SCMP_SYS(readlink),  SCMP_SYS(readlinkat),
@@ -54,6 +65,7 @@ class Filter {
 bool ApplyFilter(NRights rights) {
   Filter filter;
   for (int const call : kPlain) filter.Allow(call);
+  for (int const call : kForSanitizers) filter.Allow(call);
   // Nothing new is to be run.
   for (int const call : {SCMP_SYS(mmap), SCMP_SYS(mprotect)})
     filter.Allow(call, SCMP_A2(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0));
