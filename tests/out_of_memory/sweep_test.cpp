@@ -512,8 +512,7 @@ TEST(Sweep, PicturesPicksAndPresets) {
     Matrix view;
     view.SetTranslate(Vec3(-0.2f, -0.2f, 0.5f));
     Vec2 const centre(0.5f, 0.5f);
-    EXPECT_TRUE(
-        data::operators::ray_picker::PickDetail(*w.scene, &centre, &view, w.paths, w.points));
+    data::operators::ray_picker::PickDetail(*w.scene, &centre, &view, w.paths, w.points);
   };
   auto const reach = [](World& w) { w.result.push_back(w.modelPath.GetGlobalTransform()(3, 0)); };
   using namespace data::preset;
@@ -541,7 +540,11 @@ TEST(Sweep, PicturesPicksAndPresets) {
             reserve(w);
             w.shownModel->SetTranslationX(-0.1);
           }},
-         {"hits", hits, hits},
+         {"hits", hits,
+          [=](World& w) {
+            hits(w);
+            EXPECT_FALSE(w.paths.empty());
+          }},
          {"path", reach, reserve},
          {"camera", [](World& w) { PresetSceneGraphCamera(w.cameraItem, w.view, w.tree, true); }},
          {"lights",
