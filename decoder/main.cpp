@@ -46,6 +46,7 @@ int main(int count, char** arguments) {
   std::uint64_t const memory = std::strtoull(arguments[2], nullptr, 10);
   std::uint64_t const shared = std::strtoull(arguments[3], nullptr, 10);
   ListenToDecoder();
+  WatchOverruns(&corvanta::decoder::HasGuard);
   corvanta::decoder::RegisterJpegXr();
   if (std::strcmp(arguments[1], kDecoderVersion) != 0 ||
       !child::Confine(memory, kMostFiles, child::kRightsNone) ||

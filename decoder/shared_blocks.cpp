@@ -129,58 +129,93 @@ void* NSharedBlocks::Allocate(std::size_t length) { return arena.Allocate(length
 
 }  // namespace corvanta::decoder
 
-#ifndef CORVANTA_HAS_SANITIZED_HEAP
-
-// The C library's own, under the names that it keeps for such cases.
+// The heap beneath: the C library's own, under the names that it keeps for such cases, or a
+// sanitizer's.
 extern "C" {
+#ifdef CORVANTA_HAS_SANITIZED_HEAP
+void* __interceptor_malloc(std::size_t length);
+void* __interceptor_calloc(std::size_t count, std::size_t length);
+void* __interceptor_realloc(void* block, std::size_t length);
+void __interceptor_free(void* block);
+#else
 void* __libc_malloc(std::size_t length);
 void* __libc_calloc(std::size_t count, std::size_t length);
 void* __libc_realloc(void* block, std::size_t length);
 void __libc_free(void* block);
+#endif
 }
 
 namespace {
 
+#ifdef CORVANTA_HAS_SANITIZED_HEAP
+constexpr auto kAllocate = &__interceptor_malloc;
+constexpr auto kAllocateZeros = &__interceptor_calloc;
+constexpr auto kReallocate = &__interceptor_realloc;
+constexpr auto kFree = &__interceptor_free;
+constexpr std::size_t kLarge = SIZE_MAX;
+#else
+constexpr auto kAllocate = &__libc_malloc;
+constexpr auto kAllocateZeros = &__libc_calloc;
+constexpr auto kReallocate = &__libc_realloc;
+constexpr auto kFree = &__libc_free;
 // Below it a copy costs less than pages of their own do.
 constexpr std::size_t kLarge = 256 * 1024;
+#endif
+
+using corvanta::decoder::arena;
+
+// What stands behind each block, so that it shows if one was written past.
+constexpr unsigned char kGuard[16] = {0xa7, 0x1e, 0xc9, 0x53, 0x8d, 0x62, 0xf4, 0x3b,
+                                      0xd1, 0x96, 0x4f, 0x7a, 0xe5, 0x28, 0xbc, 0x61};
+constexpr std::size_t kMost = SIZE_MAX / 2;
+
+void* Guard(void* block, std::size_t length) {
+  if (block) std::memcpy(static_cast<unsigned char*>(block) + length, kGuard, sizeof kGuard);
+  return block;
+}
 
 void* AllocateLarge(std::size_t length) {
-  return length >= kLarge ? corvanta::decoder::arena.Allocate(length) : nullptr;
+  return length >= kLarge ? arena.Allocate(length + sizeof kGuard) : nullptr;
 }
 
 }  // namespace
 
+bool corvanta::decoder::HasGuard(void const* end) {
+  return std::memcmp(end, kGuard, sizeof kGuard) == 0;
+}
+
 extern "C" void* malloc(std::size_t length) {
+  if (length > kMost) return nullptr;
   void* const block = AllocateLarge(length);
-  return block ? block : __libc_malloc(length);
+  return Guard(block ? block : kAllocate(length + sizeof kGuard), length);
 }
 
 extern "C" void* calloc(std::size_t count, std::size_t size) {
-  using corvanta::decoder::arena;
   std::size_t length = 0;
+  if (__builtin_mul_overflow(count, size, &length) || length > kMost) return nullptr;
   std::uint64_t const used = arena.used;
-  void* const block =
-      __builtin_mul_overflow(count, size, &length) ? nullptr : AllocateLarge(length);
-  if (!block) return __libc_calloc(count, size);
+  void* const block = AllocateLarge(length);
+  if (!block) return Guard(kAllocateZeros(1, length + sizeof kGuard), length);
   auto const begin =
       static_cast<std::uint64_t>(static_cast<unsigned char*>(block) - arena.reserved);
   if (begin < used) std::memset(block, 0, std::min<std::uint64_t>(length, used - begin));
-  return block;
+  return Guard(block, length);
 }
 
-extern "C" void free(void* block) {
-  using corvanta::decoder::arena;
-  arena.Holds(block) ? arena.Free(block) : __libc_free(block);
-}
+extern "C" void free(void* block) { arena.Holds(block) ? arena.Free(block) : kFree(block); }
 
 extern "C" void* realloc(void* block, std::size_t length) {
-  using corvanta::decoder::arena;
   if (!block) return malloc(length);
-  if (!arena.Holds(block)) return __libc_realloc(block, length);
-  void* const next = length == 0 ? nullptr : malloc(length);
-  if (next) std::memcpy(next, block, std::min(length, arena.GetSize(block)));
-  if (next || length == 0) free(block);
+  if (length > kMost) return nullptr;
+  if (length == 0) {
+    free(block);
+    return nullptr;
+  }
+  if (!arena.Holds(block)) return Guard(kReallocate(block, length + sizeof kGuard), length);
+  void* const next = malloc(length);
+  if (!next) return nullptr;
+  std::memcpy(next, block,
+              std::min(length, corvanta::decoder::Arena::GetSize(block) - sizeof kGuard));
+  free(block);
   return next;
 }
-
-#endif

@@ -39,4 +39,8 @@ class NSharedBlocks {
   void* Allocate(std::size_t length);
 };
 
+/// Whether the block that ends at `end` hasn't been written past. All blocks of malloc and its like
+/// have a guard behind them.
+bool HasGuard(void const* end);
+
 }  // namespace corvanta::decoder

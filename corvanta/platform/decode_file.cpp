@@ -5,6 +5,7 @@
 #include <FreeImage.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <optional>
 
@@ -92,6 +93,13 @@ class DecodedPicture : public NPicture {
   unsigned char* m_header;
 };
 
+void const* GetEnd(FIBITMAP& bitmap) {
+  return FreeImage_GetBits(&bitmap) +
+         std::size_t{FreeImage_GetPitch(&bitmap)} * FreeImage_GetHeight(&bitmap);
+}
+
+bool (*isIntactPicture)(void const* end) = nullptr;
+
 // What the decoder said last, of this thread's decoding.
 thread_local std::string lastMessage;
 
@@ -118,6 +126,13 @@ NPictureClaim ReadHeader(NPictureFormat format, std::FILE& file, std::uint64_t l
 }
 
 }  // namespace
+
+void WatchOverruns(bool (*isIntact)(void const* end)) {
+  // It is to be asked only if the decoder's pictures end where their blocks do.
+  constexpr int kSide = 3, kBits = 24;
+  Bitmap const bitmap(FreeImage_Allocate(kSide, kSide, kBits));
+  if (bitmap && isIntact(GetEnd(*bitmap))) isIntactPicture = isIntact;
+}
 
 void ListenToDecoder() { FreeImage_SetOutputMessage(&OnMessage); }
 
@@ -163,6 +178,7 @@ std::unique_ptr<NPicture const> DecodeFile(NPictureFormat format, std::FILE& fil
     reason = GetMessage();
     return nullptr;
   }
+  if (isIntactPicture && !isIntactPicture(GetEnd(*bitmap))) std::abort();
   // A file may hold another picture than it claimed.
   reason = JudgeClaim(GetClaim(*bitmap), UINT64_MAX, limits);
   if (!reason.empty()) return nullptr;

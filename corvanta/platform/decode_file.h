@@ -22,6 +22,11 @@ NPictureFormat JudgeFormat(std::FILE& file, std::string const& name);
 /// process.
 void ListenToDecoder();
 
+/// From now on a picture that was written past its end ends the process, before it spoils another
+/// one: `isIntact` is asked with the end of each. Only for the decoding program, whose heap can
+/// tell.
+void WatchOverruns(bool (*isIntact)(void const* end));
+
 /// Called with what the file claims, or with 0 x 0 where only decoding tells, before it is decoded.
 using NClaimListener = std::function<void(NPictureClaim const& claim)>;
 
