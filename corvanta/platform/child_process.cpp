@@ -100,7 +100,9 @@ std::vector<char*> GetPointers(std::vector<std::string>& texts) {
 NChildProcess::NChildProcess(pid_t pid, NDescriptor socket)
     : m_pid(pid), m_owner(getpid()), m_socket(std::move(socket)), m_handle(pidfd_open(pid, 0)) {}
 
-NChildProcess::~NChildProcess() { End(); }
+NChildProcess::~NChildProcess() {
+  if (m_pid != 0 && m_owner == getpid()) Finish();
+}
 
 std::unique_ptr<NChildProcess> NChildProcess::Start(std::wstring const& program,
                                                     std::vector<std::string> const& arguments,
@@ -206,8 +208,8 @@ void NChildProcess::Kill() const {
     kill(m_pid, SIGKILL);
 }
 
-std::string NChildProcess::End() {
-  if (m_pid == 0 || m_owner != getpid()) return "it isn't running";
+/// Gives the status that it ended with, unless the host has taken it.
+std::optional<int> NChildProcess::Finish() noexcept {
   // An end of its own, which its socket has told already, is to be seen as such.
   int status = 0;
   pid_t ended = 0;
@@ -223,12 +225,18 @@ std::string NChildProcess::End() {
   pid_t const pid = std::exchange(m_pid, 0);
   m_socket = NDescriptor();
   m_handle = NDescriptor();
-  if (m_isLate) return "it took too long";
   // The host may have waited for all its children, and so for this one.
-  if (ended != pid) return "it ended";
-  if (WIFSIGNALED(status) && WTERMSIG(status) == SIGXCPU) return "it took too long";
-  if (WIFSIGNALED(status)) return "it ended by signal " + std::to_string(WTERMSIG(status));
-  return "it ended with status " + std::to_string(WEXITSTATUS(status));
+  return ended == pid ? std::optional(status) : std::nullopt;
+}
+
+std::string NChildProcess::End() {
+  if (m_pid == 0 || m_owner != getpid()) return "it isn't running";
+  std::optional<int> const status = Finish();
+  if (m_isLate) return "it took too long";
+  if (!status) return "it ended";
+  if (WIFSIGNALED(*status) && WTERMSIG(*status) == SIGXCPU) return "it took too long";
+  if (WIFSIGNALED(*status)) return "it ended by signal " + std::to_string(WTERMSIG(*status));
+  return "it ended with status " + std::to_string(WEXITSTATUS(*status));
 }
 
 }  // namespace corvanta::platform

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -73,6 +74,7 @@ class CORVANTA_API NChildProcess {
   NChildProcess(pid_t pid, NDescriptor socket);
   bool Wait(short events, NDeadline deadline);
   void Kill() const;
+  std::optional<int> Finish() noexcept;
 
   pid_t m_pid;  // 0 after its end
   pid_t const m_owner;
