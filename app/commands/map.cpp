@@ -239,9 +239,9 @@ std::string CheckFlip(std::string const& text) {
 void AddMap(CLI::App& program, int& status) {
   auto const options = std::make_shared<Options>();
   CLI::App* const command =
-      program.add_subcommand("map", "Lay a projection on the models of a file.");
+      program.add_subcommand("map", "Apply a projection to the models of a file.");
   command->add_option("FILE", options->file, "Model file")->required();
-  command->add_option("--method", options->method, "How the texture is thrown")
+  command->add_option("--method", options->method, "How the texture is projected")
       ->required()
       ->check(CLI::IsMember({"plane", "cylinder", "sphere", "triplanar", "box"}));
   CLI::Validator const space(&CheckSpace, "X,Y,Z");

@@ -256,7 +256,7 @@ void AddRender(CLI::App& program, int& status) {
                    "Set an attribute of a node, NAME.ATTRIBUTE=VALUE")
       ->allow_extra_args(false);
   command->add_option("--texture", options->texture, "Picture that is laid on all models");
-  command->add_option("--method", options->method, "Throw all textures by a projection")
+  command->add_option("--method", options->method, "Map all textures by a projection")
       ->check(CLI::IsMember({"plane", "cylinder", "sphere", "triplanar", "box"}));
   command
       ->add_option("--switch", options->choice,

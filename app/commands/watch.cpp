@@ -29,7 +29,7 @@ Transforms are for row vectors.
 
 NAME is the name of a node as `info` prints it. It is looked for among the items
 first, then among trees, lights, cameras, materials, textures, images and
-geometries; a node without such an attribute is passed over. Of several ways to
+geometries; a node without such an attribute is skipped. Of several ways to
 part NAME.ATTRIBUTE, the one with the longest attribute that is there counts.
 VALUE is read as what the attribute holds: a number, a whole number, true or
 false, or text.)";

@@ -15,7 +15,7 @@ struct NMarks {
   bool structure = true;    // items came, went or are shown otherwise
   bool places = true;       // all of them
   bool materials = true;    // all of them
-  bool projections = true;  // texture coordinates that are thrown
+  bool projections = true;  // projected texture coordinates
   std::unordered_set<data::domain::scenegraph::item::NSceneGraphItemNode const*> movedItems;
   std::unordered_set<data::domain::material::NMaterialNode const*> changedMaterials;
   std::unordered_set<data::domain::image::NImageNode const*> changedImages;
