@@ -1,5 +1,3 @@
-#include <thread>
-
 #include "corvanta/names.h"
 #include "tests/support/test.h"
 
@@ -85,20 +83,6 @@ TEST(Document, MayEndInsideAnEventOfItsOwn) {
     }
     EXPECT_EQ(nullptr, document);
   }
-}
-
-TEST(Document, IsMadeOnTwoThreadsAtOnce) {
-  auto const make = [] {
-    for (int i = 0; i != 20; ++i) {
-      NDocument document;
-      data::internal::Initialize(document.GetManager(), document.GetEvents());
-      document.GetItems().CreateNode<NSceneGraphModelNode>()->SetGeometryNode(
-          data::internal::GetCube(document.GetManager()));
-    }
-  };
-  std::thread other(make);
-  make();
-  other.join();
 }
 
 }  // namespace

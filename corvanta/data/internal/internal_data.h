@@ -22,7 +22,7 @@ class NEventMultiplexer;
 ///
 /// The readers give what `Initialize` made for the manager and never look at its state. Without
 /// that they give an empty reference, a null pointer or a default path. Requires: no reader while
-/// another thread initializes or uninitializes. Cost: a look-up in a map.
+/// another thread initializes or uninitializes the same manager. Cost: a look-up in a map.
 namespace corvanta::data::internal {
 
 /// Makes the internal data of `manager` and registers its domains at the internal locators

@@ -3,6 +3,8 @@
 #include <atomic>
 #include <boost/thread/mutex.hpp>
 #include <map>
+#include <mutex>
+#include <shared_mutex>
 
 #include "corvanta/core/domain/NDomainManager.h"
 #include "corvanta/data/internal/detail/NInternalDataManager.h"
@@ -19,8 +21,11 @@ struct Entry {
   DataPointer data;
 };
 
+// The mutex of NRegistryLock is held while nodes are made and listeners run, which read; so the map
+// has one of its own, under which nothing is called.
 struct Registry {
   boost::mutex mutex;
+  std::shared_mutex entriesMutex;
   std::map<NDomainManager const*, Entry> entries;
 };
 
@@ -47,10 +52,12 @@ NRegistryLock::~NRegistryLock() {
 }
 
 NInternalDataManager const* FindInternalData(NDomainManager const& manager) {
-  auto const& entries = GetRegistry().entries;
-  auto const found = entries.find(&manager);
-  if (found != entries.end() && found->second.manager == manager.GetLink()) {
-    return found->second.data.get();
+  Registry& registry = GetRegistry();
+  {
+    std::shared_lock const lock(registry.entriesMutex);
+    auto const found = registry.entries.find(&manager);
+    if (found != registry.entries.end() && found->second.manager == manager.GetLink())
+      return found->second.data.get();
   }
   // Read first: of many readers only the first writes.
   std::atomic<bool>& isAsked = manager.GetBuiltInMark();
@@ -59,6 +66,7 @@ NInternalDataManager const* FindInternalData(NDomainManager const& manager) {
 }
 
 void SetInternalData(NDomainManager const& manager, DataPointer data, DataPointer& released) {
+  std::unique_lock const lock(GetRegistry().entriesMutex);
   Entry& entry = GetRegistry().entries[&manager];
   entry.manager = manager.GetLink();
   released.swap(entry.data);
@@ -67,6 +75,7 @@ void SetInternalData(NDomainManager const& manager, DataPointer data, DataPointe
 
 bool EraseInternalData(NDomainManager const& manager, DataPointer& released) {
   bool const isAsked = manager.GetBuiltInMark().exchange(false, std::memory_order_relaxed);
+  std::unique_lock const lock(GetRegistry().entriesMutex);
   auto& entries = GetRegistry().entries;
   auto const found = entries.find(&manager);
   if (found == entries.end()) return isAsked;
