@@ -45,14 +45,14 @@ void AsKind(NSceneGraphItemNode& item, Hook&& hook) {
   }
 }
 
+struct Walk {
+  detail::NWalkBounds bounds{};
+  NCheckPoints* points = nullptr;  // the list that the innermost trees' hooks get, if it is ours
+};
+
 }  // namespace
 
 struct NSceneGraphTraverser::Block {
-  struct Walk {
-    detail::NWalkBounds bounds{};
-    NCheckPoints* points = nullptr;  // the list that the innermost trees' hooks get, if it is ours
-  };
-
   /// Calls `walk` as a walk of its own, also in a hook of another walk.
   template <class F>
   void Run(F&& run) {
