@@ -60,11 +60,13 @@ class Bytes {
     m_window.resize(kWindow);
     bool const sought = fseeko(&m_file, static_cast<off_t>(at), SEEK_SET) == 0;
     m_window.resize(sought ? std::fread(m_window.data(), 1, kWindow, &m_file) : 0);
+    // Somebody has cut the file short: that isn't found out again for each byte.
+    if (m_window.empty()) m_length = at;
     return !m_window.empty();
   }
 
   std::FILE& m_file;
-  std::uint64_t const m_length;
+  std::uint64_t m_length;
   std::uint64_t m_begin = 0;
   std::vector<unsigned char> m_window;
 };
