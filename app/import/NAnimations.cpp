@@ -6,7 +6,6 @@
 #include "app/import/angles.h"
 #include "app/import/placement.h"
 #include "app/output/text.h"
-#include "corvanta/core/text/convert.h"
 
 namespace corvanta::app {
 
@@ -28,8 +27,8 @@ struct Extent {
   double last = 0.0;
 
   template <class Key>
-  void Add(Key const* keys, unsigned count) {
-    for (unsigned i = 0; i != count; ++i) AddTime(keys[i].mTime / ticksPerSecond);
+  void Add(std::span<Key const> keys) {
+    for (Key const& key : keys) AddTime(key.time / ticksPerSecond);
   }
   void AddTime(double seconds) {
     if (!IsUsableTime(seconds)) return;
@@ -40,49 +39,32 @@ struct Extent {
 
 }  // namespace
 
-NAnimations::NAnimations(NDocument& document, aiScene const& scene, NHierarchy const& hierarchy,
-                         data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
-                         NGltfAnimations const* gltf)
-    : m_document(document), m_hierarchy(hierarchy) {
+NAnimations::NAnimations(NDocument& document, neutral::NSceneView const& scene,
+                         NHierarchy const& hierarchy,
+                         data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree)
+    : m_document(document), m_scene(scene), m_hierarchy(hierarchy) {
   for (auto const& [camera, item] : hierarchy.GetCameras()) {
-    aiCamera const& source = *scene.mCameras[camera];
-    m_cameras.push_back({item, ToVec3(source.mLookAt), ToVec3(source.mUp)});
+    auto const& source = scene.Get<neutral::NCamera>()[camera];
+    m_cameras.push_back({item, ToVec3(source.ahead), ToVec3(source.up)});
   }
-  for (unsigned i = 0; i != scene.mNumAnimations; ++i) {
-    aiAnimation const& source = *scene.mAnimations[i];
-    std::vector<Channel> channels;
-    if (gltf == nullptr) {
-      channels = GetChannels(source);
-    } else {
-      for (auto const& [node, keys] : gltf->GetChannels(i)) channels.push_back({node, keys.get()});
-    }
-    m_nodes.push_back(CreateNode(tree, source, channels));
+  for (auto const& source : scene.Get<neutral::NAnimation>()) {
+    m_nodes.push_back(CreateNode(tree, source));
+    m_unreadCount += source.unreadChannelCount;
   }
-  if (gltf != nullptr) m_unreadCount = gltf->GetFaultCount();
 }
 
-std::vector<NAnimations::Channel> NAnimations::GetChannels(aiAnimation const& source) const {
-  std::vector<Channel> channels;
-  for (unsigned i = 0; i != source.mNumChannels; ++i) {
-    aiNodeAnim const& keys = *source.mChannels[i];
-    channels.push_back({m_hierarchy.QueryNode(keys.mNodeName.C_Str()), &keys});
-  }
-  return channels;
-}
-
-NAnimations::Range NAnimations::GetRange(aiAnimation const& source,
-                                         std::vector<Channel> const& channels) {
-  double const ticks = source.mTicksPerSecond;
+NAnimations::Range NAnimations::GetRange(neutral::NAnimation const& source) const {
+  double const ticks = source.ticksPerSecond;
   Range range{std::isfinite(ticks) && ticks > 0.0 ? ticks : kUnknownTicks, kUsualRate, 0, 0};
   if (range.ticksPerSecond >= kLeastRate && range.ticksPerSecond <= kLargestRate) {
     range.fps = range.ticksPerSecond;
   }
   Extent extent{range.ticksPerSecond};
-  extent.AddTime(source.mDuration / range.ticksPerSecond);
-  for (auto const& [node, keys] : channels) {
-    extent.Add(keys->mPositionKeys, keys->mNumPositionKeys);
-    extent.Add(keys->mRotationKeys, keys->mNumRotationKeys);
-    extent.Add(keys->mScalingKeys, keys->mNumScalingKeys);
+  extent.AddTime(source.duration / range.ticksPerSecond);
+  for (neutral::NChannel const& channel : m_scene.Get(source.channels)) {
+    extent.Add(m_scene.Get(channel.positions));
+    extent.Add(m_scene.Get(channel.rotations));
+    extent.Add(m_scene.Get(channel.scales));
   }
   if (extent.last > 0.0) {
     // What rounding adds to a whole number of frames isn't another frame.
@@ -95,36 +77,38 @@ NAnimations::Range NAnimations::GetRange(aiAnimation const& source,
 }
 
 NAnimations::NodePointer NAnimations::CreateNode(
-    data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree, aiAnimation const& source,
-    std::vector<Channel> const& channels) {
+    data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
+    neutral::NAnimation const& source) {
   auto const node = m_document.GetAnimations().CreateNode(core::node::NNodeID());
-  if (source.mName.length != 0) node->SetName(core::text::ToWide(source.mName.C_Str()));
-  Range const range = GetRange(source, channels);
+  SetName(*node, m_scene.GetText(source.name));
+  Range const range = GetRange(source);
   node->SetFps(range.fps);
   node->SetStartFrame(range.start);
   node->SetEndFrame(range.end);
   NCurvesByItem curves;
-  for (Channel const& channel : channels) AddChannel(*node, channel, range, curves);
+  for (neutral::NChannel const& channel : m_scene.Get(source.channels)) {
+    AddChannel(*node, channel, range, curves);
+  }
   for (NMovableCamera const& camera : m_cameras) AddCameraCurves(*node, tree, camera, curves);
-  m_morphCount += source.mNumMeshChannels + source.mNumMorphMeshChannels;
+  m_morphCount += source.meshChannelCount;
   m_idleCount += node->GetAnimations().empty();
   return node;
 }
 
-void NAnimations::AddChannel(data::domain::animation::NAnimationNode& node, Channel const& source,
-                             Range const& range, NCurvesByItem& curves) {
-  aiNodeAnim const& channel = *source.keys;
+void NAnimations::AddChannel(data::domain::animation::NAnimationNode& node,
+                             neutral::NChannel const& source, Range const& range,
+                             NCurvesByItem& curves) {
   auto const item = m_hierarchy.QueryItem(source.node);
   if (!item) {
-    if (m_strayCount++ == 0) m_firstStray = channel.mNodeName.C_Str();
+    if (m_strayCount++ == 0) m_firstStray = m_scene.GetString(source.nodeName);
     return;
   }
-  NTripleKeys const translations = ReadKeys(channel.mPositionKeys, channel.mNumPositionKeys,
-                                            range.ticksPerSecond, range.fps, m_faults);
-  NTurnKeys const turns = ReadKeys(channel.mRotationKeys, channel.mNumRotationKeys,
-                                   range.ticksPerSecond, range.fps, m_faults);
-  NTripleKeys const scales = ReadKeys(channel.mScalingKeys, channel.mNumScalingKeys,
-                                      range.ticksPerSecond, range.fps, m_faults);
+  auto const read = [&](auto const& keys) {
+    return ReadKeys(m_scene.Get(keys), range.ticksPerSecond, range.fps, m_faults);
+  };
+  NTripleKeys const translations = read(source.positions);
+  NTurnKeys const turns = read(source.rotations);
+  NTripleKeys const scales = read(source.scales);
   if (translations.empty() && turns.empty() && scales.empty()) return;
   NItemCurves* const entry = curves.Add(*item);
   if (entry == nullptr) {

@@ -1,17 +1,15 @@
 #pragma once
 
-#include <assimp/scene.h>
-
 #include <boost/intrusive_ptr.hpp>
 #include <cstddef>
 #include <string>
 #include <vector>
 
-#include "app/import/NGltfAnimations.h"
 #include "app/import/NHierarchy.h"
 #include "app/import/camera_curves.h"
 #include "app/import/item_curves.h"
 #include "app/import/keys.h"
+#include "app/import/neutral/NSceneView.h"
 #include "app/scene/NDocument.h"
 #include "corvanta/data/domain/animation/NAnimationNode.h"
 
@@ -29,11 +27,9 @@ class NAnimations {
  public:
   using NodePointer = boost::intrusive_ptr<data::domain::animation::NAnimationNode>;
 
-  /// The channels are those of `gltf`, if it is there, otherwise those of the scene.
-  /// Requires: `hierarchy` is built, as `tree`; `gltf` was read for `scene`.
-  NAnimations(NDocument& document, aiScene const& scene, NHierarchy const& hierarchy,
-              data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
-              NGltfAnimations const* gltf = nullptr);
+  /// Requires: `hierarchy` is built, as `tree`.
+  NAnimations(NDocument& document, neutral::NSceneView const& scene, NHierarchy const& hierarchy,
+              data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree);
 
   /// One for each animation of the file, in its order, also where it moves nothing here.
   std::vector<NodePointer> const& GetNodes() const { return m_nodes; }
@@ -49,20 +45,14 @@ class NAnimations {
     long end;
   };
 
-  // What moves a node, and that node; null if it isn't there.
-  struct Channel {
-    aiNode const* node;
-    aiNodeAnim const* keys;
-  };
-
-  std::vector<Channel> GetChannels(aiAnimation const& source) const;
-  static Range GetRange(aiAnimation const& source, std::vector<Channel> const& channels);
+  Range GetRange(neutral::NAnimation const& source) const;
   NodePointer CreateNode(data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
-                         aiAnimation const& source, std::vector<Channel> const& channels);
-  void AddChannel(data::domain::animation::NAnimationNode& node, Channel const& source,
+                         neutral::NAnimation const& source);
+  void AddChannel(data::domain::animation::NAnimationNode& node, neutral::NChannel const& source,
                   Range const& range, NCurvesByItem& curves);
 
   NDocument& m_document;
+  neutral::NSceneView const& m_scene;
   NHierarchy const& m_hierarchy;
   std::vector<NMovableCamera> m_cameras;
   std::vector<NodePointer> m_nodes;
@@ -72,7 +62,7 @@ class NAnimations {
   std::size_t m_doubledCount = 0;  // channels of a node that has one
   std::size_t m_idleCount = 0;     // animations that move nothing
   std::size_t m_morphCount = 0;    // channels that change meshes
-  std::size_t m_unreadCount = 0;   // channels that gltf couldn't read
+  std::size_t m_unreadCount = 0;   // channels that couldn't be read
 };
 
 }  // namespace corvanta::app

@@ -1,14 +1,12 @@
 #include "app/import/NHierarchy.h"
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 #include "app/import/lens.h"
 #include "app/import/mesh.h"
 #include "app/import/placement.h"
 #include "app/output/text.h"
-#include "corvanta/core/text/convert.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphLightNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
@@ -25,110 +23,66 @@ namespace tree = data::domain::scenegraph::tree;
 using core::node::NNodeID;
 using core::node::NNodeReference;
 
-void SetName(core::name::NNamedObject& object, aiString const& name) {
-  if (name.length != 0) object.SetName(core::text::ToWide(name.C_Str()));
-}
-
-// The entry of `name` is used up, so that of several nodes of one name the first gets it.
-std::vector<unsigned> Take(std::multimap<std::string, unsigned>& byName, aiString const& name) {
-  std::vector<unsigned> numbers;
-  if (byName.empty()) return numbers;
-  auto const [begin, end] = byName.equal_range(name.C_Str());
-  std::transform(begin, end, std::back_inserter(numbers),
-                 [](auto const& entry) { return entry.second; });
-  byName.erase(begin, end);
-  return numbers;
+std::size_t CountFalse(std::vector<bool> const& flags) {
+  return static_cast<std::size_t>(std::count(flags.begin(), flags.end(), false));
 }
 
 }  // namespace
 
-NHierarchy::NHierarchy(NDocument& document, aiScene const& scene, NMaterials& materials)
+NHierarchy::NHierarchy(NDocument& document, neutral::NSceneView const& scene, NMaterials& materials)
     : m_document(document),
       m_scene(scene),
       m_materials(materials),
-      m_geometries(scene.mNumMeshes),
-      m_hasNoTriangles(scene.mNumMeshes) {
-  for (unsigned i = 0; i != scene.mNumLights; ++i) {
-    m_lightsByNode.emplace(scene.mLights[i]->mName.C_Str(), i);
-  }
-  for (unsigned i = 0; i != scene.mNumCameras; ++i) {
-    m_camerasByNode.emplace(scene.mCameras[i]->mName.C_Str(), i);
-  }
-}
+      m_isLightPlaced(scene.Get<neutral::NLight>().size()),
+      m_isCameraPlaced(scene.Get<neutral::NCamera>().size()),
+      m_geometries(scene.Get<neutral::NMesh>().size()),
+      m_hasNoTriangles(m_geometries.size()) {}
 
 void NHierarchy::Build(tree::NSceneGraphTreeNode& tree) {
-  struct Entry {
-    aiNode const* node;
-    ItemPointer item;
-    std::size_t firstChild;  // they stand one behind the other
-  };
-  std::vector<Entry> entries{{m_scene.mRootNode, nullptr, 0}};
-  for (std::size_t i = 0; i != entries.size(); ++i) {
-    aiNode const& node = *entries[i].node;
-    entries[i].item = CreateItem(node);
-    if (m_scene.mNumAnimations != 0) {
-      m_nodesByName.emplace(node.mName.C_Str(), &node);
-      m_itemsByNode.emplace(&node, entries[i].item);
-    }
-    entries[i].firstChild = entries.size();
-    for (unsigned child = 0; child != node.mNumChildren; ++child) {
-      entries.push_back({node.mChildren[child], nullptr, 0});
-    }
-  }
+  auto const nodes = m_scene.Get<neutral::NNode>();
+  m_items.reserve(nodes.size());
+  for (neutral::NNode const& node : nodes) m_items.push_back(CreateItem(node));
   // From the leaves up: a new child is told to all above, and as yet nothing is.
-  for (std::size_t i = entries.size(); i-- != 0;) {
-    for (unsigned child = 0; child != entries[i].node->mNumChildren; ++child) {
-      entries[i].item->AddChild(*entries[entries[i].firstChild + child].item);
+  std::size_t firstChild = nodes.size();
+  for (std::size_t i = nodes.size(); i-- != 0;) {
+    firstChild -= nodes[i].childCount;
+    for (std::size_t child = 0; child != nodes[i].childCount; ++child) {
+      m_items[i]->AddChild(*m_items[firstChild + child]);
     }
   }
-  tree.SetRoot(NNodeReference<Item>(*entries.front().item));
-  std::sort(m_cameras.begin(), m_cameras.end(),
-            [](auto const& a, auto const& b) { return a.first < b.first; });
+  tree.SetRoot(NNodeReference<Item>(*m_items.front()));
+  std::stable_sort(m_cameras.begin(), m_cameras.end(),
+                   [](auto const& a, auto const& b) { return a.first < b.first; });
   AimCameras(tree);
 }
 
-NHierarchy::ItemPointer NHierarchy::QueryItem(aiNode const* node) const {
-  auto const entry = m_itemsByNode.find(node);
-  return entry == m_itemsByNode.end() ? nullptr : entry->second;
+NHierarchy::ItemPointer NHierarchy::QueryItem(std::uint64_t number) const {
+  return number == neutral::kNone ? nullptr : m_items[number];
 }
 
-aiNode const* NHierarchy::QueryNode(std::string const& name) const {
-  auto const entry = m_nodesByName.find(name);
-  return entry == m_nodesByName.end() ? nullptr : entry->second;
-}
-
-NHierarchy::Content NHierarchy::TakeContent(aiNode const& node) {
+NHierarchy::Content NHierarchy::TakeContent(neutral::NNode const& node) {
   Content content;
-  for (unsigned i = 0; i != node.mNumMeshes; ++i) {
-    if (GetGeometry(node.mMeshes[i])) content.meshes.push_back(node.mMeshes[i]);
+  for (std::uint32_t const mesh : m_scene.Get(node.meshes)) {
+    if (GetGeometry(mesh)) content.meshes.push_back(mesh);
   }
-  std::vector<unsigned> lights = Take(m_lightsByNode, node.mName);
-  if (auto const more = m_shared.lights.find(&node); more != m_shared.lights.end()) {
-    lights.push_back(more->second);
-  }
-  for (unsigned const light : lights) {
-    if (HasKind(*m_scene.mLights[light])) {
+  for (std::uint32_t const light : m_scene.Get(node.lights)) {
+    m_isLightPlaced[light] = true;
+    if (HasKind(Get<neutral::NLight>(light))) {
       content.lights.push_back(light);
     } else {
       ++m_lampCount;
     }
   }
-  content.cameras = Take(m_camerasByNode, node.mName);
-  if (auto const more = m_shared.cameras.find(&node); more != m_shared.cameras.end()) {
-    content.cameras.push_back(more->second);
+  for (std::uint32_t const camera : m_scene.Get(node.cameras)) {
+    m_isCameraPlaced[camera] = true;
+    content.cameras.push_back(camera);
   }
   return content;
 }
 
-// A camera that is shared has the place of another node.
-VX_Math::Matrix NHierarchy::GetCameraPlace(unsigned camera, aiNode const& node) const {
-  if (m_shared.cameras.count(&node) != 0) return {};
-  return GetPlace(*m_scene.mCameras[camera], node);
-}
-
-NHierarchy::ItemPointer NHierarchy::CreateItem(aiNode const& node) {
+NHierarchy::ItemPointer NHierarchy::CreateItem(neutral::NNode const& node) {
   Content const content = TakeContent(node);
-  VX_Math::Matrix const transform = ToMatrix(node.mTransformation);
+  VX_Math::Matrix const transform = ToMatrix(node.transform);
   VX_Math::Matrix const unmoved;
 
   ItemPointer item;
@@ -136,72 +90,72 @@ NHierarchy::ItemPointer NHierarchy::CreateItem(aiNode const& node) {
   if (isOne && !content.meshes.empty()) {
     item = CreateModel(content.meshes.front());
   } else if (isOne && !content.lights.empty() &&
-             GetPlace(*m_scene.mLights[content.lights.front()]) == unmoved) {
+             GetPlace(Get<neutral::NLight>(content.lights.front())) == unmoved) {
     item = CreateLight(content.lights.front());
   } else if (isOne && !content.cameras.empty() &&
-             GetCameraPlace(content.cameras.front(), node) == unmoved) {
+             GetPlace(Get<neutral::NCamera>(content.cameras.front())) == unmoved) {
     item = CreateCamera(content.cameras.front());
   } else {
     item = m_document.GetItems().CreateNode<item::NSceneGraphGroupNode>(NNodeID());
-    SetName(*item, node.mName);
+    SetName(*item, m_scene.GetText(node.name));
     Place(*item, transform, node);
-    for (unsigned const mesh : content.meshes) {
-      AddBelow(*item, CreateModel(mesh), m_scene.mMeshes[mesh]->mName, unmoved);
+    for (std::uint32_t const mesh : content.meshes) {
+      AddBelow(*item, CreateModel(mesh), Get<neutral::NMesh>(mesh).name, unmoved);
     }
-    for (unsigned const light : content.lights) {
-      aiLight const& source = *m_scene.mLights[light];
-      AddBelow(*item, CreateLight(light), source.mName, GetPlace(source));
+    for (std::uint32_t const light : content.lights) {
+      auto const& source = Get<neutral::NLight>(light);
+      AddBelow(*item, CreateLight(light), source.name, GetPlace(source));
     }
-    for (unsigned const camera : content.cameras) {
-      AddBelow(*item, CreateCamera(camera), m_scene.mCameras[camera]->mName,
-               GetCameraPlace(camera, node));
+    for (std::uint32_t const camera : content.cameras) {
+      auto const& source = Get<neutral::NCamera>(camera);
+      AddBelow(*item, CreateCamera(camera), source.name, GetPlace(source));
     }
     return item;
   }
-  SetName(*item, node.mName);
+  SetName(*item, m_scene.GetText(node.name));
   Place(*item, transform, node);
   return item;
 }
 
-void NHierarchy::AddBelow(Item& group, ItemPointer const& item, aiString const& name,
+void NHierarchy::AddBelow(Item& group, ItemPointer const& item, neutral::NText const& name,
                           VX_Math::Matrix const& place) {
-  SetName(*item, name);
+  SetName(*item, m_scene.GetText(name));
   if (place != VX_Math::Matrix()) item::SetTransform(*item, place);
   group.AddChild(*item);
 }
 
-NHierarchy::ItemPointer NHierarchy::CreateModel(unsigned mesh) {
+NHierarchy::ItemPointer NHierarchy::CreateModel(std::size_t mesh) {
   auto const model = m_document.GetItems().CreateNode<item::NSceneGraphModelNode>(NNodeID());
   model->SetGeometryNode(NNodeReference<data::domain::geometry::NGeometryNode>(*GetGeometry(mesh)));
   model->SetMaterial(NNodeReference<data::domain::material::NMaterialNode>(
-      *m_materials.GetMaterial(m_scene.mMeshes[mesh]->mMaterialIndex)));
+      *m_materials.GetMaterial(Get<neutral::NMesh>(mesh).material)));
   return model;
 }
 
-NHierarchy::ItemPointer NHierarchy::CreateLight(unsigned light) {
-  aiLight const& source = *m_scene.mLights[light];
+NHierarchy::ItemPointer NHierarchy::CreateLight(std::size_t light) {
+  auto const& source = Get<neutral::NLight>(light);
   auto const node = m_document.GetLights().CreateNode(NNodeID());
-  SetName(*node, source.mName);
+  SetName(*node, m_scene.GetText(source.name));
   SetLight(source, *node);
   auto const placed = m_document.GetItems().CreateNode<item::NSceneGraphLightNode>(NNodeID());
   placed->SetLightNode(NNodeReference<data::domain::light::NLightNode>(*node));
   return placed;
 }
 
-NHierarchy::ItemPointer NHierarchy::CreateCamera(unsigned camera) {
+NHierarchy::ItemPointer NHierarchy::CreateCamera(std::size_t camera) {
   auto const node = m_document.GetCameras().CreateNode(NNodeID());
-  SetName(*node, m_scene.mCameras[camera]->mName);
+  SetName(*node, m_scene.GetText(Get<neutral::NCamera>(camera).name));
   auto const placed = m_document.GetItems().CreateNode<item::NSceneGraphCameraNode>(NNodeID());
   placed->SetCameraNode(NNodeReference<data::domain::camera::NCameraNode>(*node));
   m_cameras.emplace_back(camera, placed);
   return placed;
 }
 
-void NHierarchy::Place(Item& item, VX_Math::Matrix const& transform, aiNode const& node) {
+void NHierarchy::Place(Item& item, VX_Math::Matrix const& transform, neutral::NNode const& node) {
   if (transform == VX_Math::Matrix()) return;
   item::SetTransform(item, transform);
   if (IsSameTransform(item.GetTransform(), transform)) return;
-  if (m_shearedCount++ == 0) m_firstSheared = node.mName.C_Str();
+  if (m_shearedCount++ == 0) m_firstSheared = m_scene.GetString(node.name);
 }
 
 // Interest and up of a camera are global, so they follow when all stands in its place.
@@ -210,21 +164,22 @@ void NHierarchy::AimCameras(tree::NSceneGraphTreeNode const& tree) {
   VX_Math::Box3 const box = tree::GetBoundingBox(tree);
   for (auto const& [camera, placed] : m_cameras) {
     VX_Math::Matrix const global = data::domain::scenegraph::GetGlobalTransform(*placed, tree, {});
-    Aim(*m_scene.mCameras[camera], global, box, *placed);
+    Aim(Get<neutral::NCamera>(camera), global, box, *placed);
   }
 }
 
-boost::intrusive_ptr<data::domain::geometry::NGeometryNode> NHierarchy::GetGeometry(unsigned mesh) {
+boost::intrusive_ptr<data::domain::geometry::NGeometryNode> NHierarchy::GetGeometry(
+    std::size_t mesh) {
   auto& node = m_geometries[mesh];
   if (node || m_hasNoTriangles[mesh]) return node;
-  auto const surface = CreateSurface(*m_scene.mMeshes[mesh]);
+  auto const surface = CreateSurface(m_scene, Get<neutral::NMesh>(mesh));
   if (!surface) {
     m_hasNoTriangles[mesh] = true;
     ++m_flatCount;
     return node;
   }
   node = m_document.GetGeometries().CreateNode(NNodeID());
-  SetName(*node, m_scene.mMeshes[mesh]->mName);
+  SetName(*node, m_scene.GetText(Get<neutral::NMesh>(mesh).name));
   node->AddSurface(*surface);
   return node;
 }
@@ -243,7 +198,7 @@ std::vector<std::string> NHierarchy::GetNotes() const {
        "meshes have no triangles and were left out");
   note(m_lampCount, "light is neither directional, point nor spot and was left out",
        "lights are neither directional, point nor spot and were left out");
-  note(m_lightsByNode.size() + m_camerasByNode.size(),
+  note(CountFalse(m_isLightPlaced) + CountFalse(m_isCameraPlaced),
        "light or camera stands at no node and was left out",
        "lights or cameras stand at no node and were left out");
   return notes;

@@ -1,16 +1,15 @@
 #pragma once
 
-#include <assimp/scene.h>
-
 #include <boost/intrusive_ptr.hpp>
-#include <map>
+#include <cstddef>
+#include <cstdint>
+#include <span>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "app/import/NMaterials.h"
-#include "app/import/gltf_nodes.h"
+#include "app/import/neutral/NSceneView.h"
 #include "app/scene/NDocument.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
@@ -25,24 +24,19 @@ namespace corvanta::app {
 class NHierarchy {
  public:
   using Cameras = std::vector<std::pair<
-      unsigned, boost::intrusive_ptr<data::domain::scenegraph::item::NSceneGraphCameraNode>>>;
+      std::size_t, boost::intrusive_ptr<data::domain::scenegraph::item::NSceneGraphCameraNode>>>;
 
-  NHierarchy(NDocument& document, aiScene const& scene, NMaterials& materials);
+  NHierarchy(NDocument& document, neutral::NSceneView const& scene, NMaterials& materials);
 
-  /// Lights and cameras that stand at further nodes. Before Build.
-  void Share(NSharedContent shared) { m_shared = std::move(shared); }
   /// Makes the items and sets the root of `tree`.
   /// Cost: linear in the nodes, however deep they stand; no recursion.
   void Build(data::domain::scenegraph::tree::NSceneGraphTreeNode& tree);
 
   /// The camera items with the numbers of their cameras in the file, in the file's order.
   Cameras const& GetCameras() const { return m_cameras; }
-  /// The item of a node of the file. Fails: null for none, and in a file without animations.
+  /// The item of the scene's node `number`. Fails: null for neutral::kNone.
   boost::intrusive_ptr<data::domain::scenegraph::item::NSceneGraphItemNode> QueryItem(
-      aiNode const* node) const;
-  /// The node of a name; of several, the uppermost and first.
-  /// Fails: null if there is none, and in a file without animations.
-  aiNode const* QueryNode(std::string const& name) const;
+      std::uint64_t number) const;
 
   /// What the file holds and the scene can't, in UTF-8.
   std::vector<std::string> GetNotes() const;
@@ -50,39 +44,40 @@ class NHierarchy {
  private:
   using Item = data::domain::scenegraph::item::NSceneGraphItemNode;
   using ItemPointer = boost::intrusive_ptr<Item>;
-  using ByName = std::multimap<std::string, unsigned>;
 
   // What a node of the file holds: numbers in the scene's lists.
   struct Content {
-    std::vector<unsigned> meshes;
-    std::vector<unsigned> lights;
-    std::vector<unsigned> cameras;
+    std::vector<std::uint32_t> meshes;
+    std::vector<std::uint32_t> lights;
+    std::vector<std::uint32_t> cameras;
     std::size_t Count() const { return meshes.size() + lights.size() + cameras.size(); }
   };
 
-  Content TakeContent(aiNode const& node);
-  VX_Math::Matrix GetCameraPlace(unsigned camera, aiNode const& node) const;
-  ItemPointer CreateItem(aiNode const& node);
-  ItemPointer CreateModel(unsigned mesh);
-  ItemPointer CreateLight(unsigned light);
-  ItemPointer CreateCamera(unsigned camera);
-  void AddBelow(Item& group, ItemPointer const& item, aiString const& name,
+  template <class T>
+  T const& Get(std::size_t number) const {
+    return m_scene.Get<T>()[number];
+  }
+
+  Content TakeContent(neutral::NNode const& node);
+  ItemPointer CreateItem(neutral::NNode const& node);
+  ItemPointer CreateModel(std::size_t mesh);
+  ItemPointer CreateLight(std::size_t light);
+  ItemPointer CreateCamera(std::size_t camera);
+  void AddBelow(Item& group, ItemPointer const& item, neutral::NText const& name,
                 VX_Math::Matrix const& place);
-  void Place(Item& item, VX_Math::Matrix const& transform, aiNode const& node);
+  void Place(Item& item, VX_Math::Matrix const& transform, neutral::NNode const& node);
   void AimCameras(data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree);
-  boost::intrusive_ptr<data::domain::geometry::NGeometryNode> GetGeometry(unsigned mesh);
+  boost::intrusive_ptr<data::domain::geometry::NGeometryNode> GetGeometry(std::size_t mesh);
 
   NDocument& m_document;
-  aiScene const& m_scene;
+  neutral::NSceneView const& m_scene;
   NMaterials& m_materials;
-  ByName m_lightsByNode;
-  ByName m_camerasByNode;
-  NSharedContent m_shared;
+  std::vector<bool> m_isLightPlaced;
+  std::vector<bool> m_isCameraPlaced;
   std::vector<boost::intrusive_ptr<data::domain::geometry::NGeometryNode>> m_geometries;
   std::vector<bool> m_hasNoTriangles;
   Cameras m_cameras;
-  std::unordered_map<std::string, aiNode const*> m_nodesByName;
-  std::unordered_map<aiNode const*, ItemPointer> m_itemsByNode;
+  std::vector<ItemPointer> m_items;  // by the numbers of the nodes
   std::size_t m_shearedCount = 0;
   std::string m_firstSheared;
   std::size_t m_flatCount = 0;  // meshes without a triangle

@@ -1,15 +1,11 @@
 #include "app/import/NMaterials.h"
 
-#include <assimp/material.h>
-
-#include <array>
-#include <optional>
 #include <set>
 #include <utility>
 
 #include "app/import/mesh.h"
+#include "app/import/placement.h"
 #include "app/scene/NTextureUse.h"
-#include "corvanta/core/text/convert.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
 #include "corvanta/data/domain/texture/NTextureNode.h"
 
@@ -20,109 +16,77 @@ namespace {
 namespace domain = data::domain;
 namespace texture_mapping = data::domain::material::texture_mapping;
 
-constexpr std::array<std::pair<aiTextureType, NTextureUse>, 17> kUses{{
-    {aiTextureType_DIFFUSE, NTU_COLOR},
-    {aiTextureType_BASE_COLOR, NTU_COLOR},
-    {aiTextureType_SPECULAR, NTU_SPECULAR},
-    {aiTextureType_AMBIENT, NTU_AMBIENT},
-    {aiTextureType_EMISSIVE, NTU_EMISSIVE},
-    {aiTextureType_EMISSION_COLOR, NTU_EMISSIVE},
-    {aiTextureType_HEIGHT, NTU_HEIGHT},
-    {aiTextureType_DISPLACEMENT, NTU_HEIGHT},
-    {aiTextureType_NORMALS, NTU_NORMAL},
-    {aiTextureType_NORMAL_CAMERA, NTU_NORMAL},
-    {aiTextureType_OPACITY, NTU_OPACITY},
-    {aiTextureType_LIGHTMAP, NTU_LIGHTMAP},
-    {aiTextureType_AMBIENT_OCCLUSION, NTU_LIGHTMAP},
-    {aiTextureType_METALNESS, NTU_METALNESS},
-    {aiTextureType_DIFFUSE_ROUGHNESS, NTU_ROUGHNESS},
-    {aiTextureType_SHININESS, NTU_OTHER},
-    {aiTextureType_UNKNOWN, NTU_OTHER},
-}};
-
-std::optional<aiColor3D> GetColor(aiMaterial const& source, char const* key, unsigned type,
-                                  unsigned index) {
-  aiColor4D color;
-  if (aiGetMaterialColor(&source, key, type, index, &color) != AI_SUCCESS) return std::nullopt;
-  return aiColor3D(color.r, color.g, color.b);
-}
-
-void SetColors(aiMaterial const& source, domain::material::NMaterialNode& node) {
-  auto diffuse = GetColor(source, AI_MATKEY_COLOR_DIFFUSE);
-  if (!diffuse) diffuse = GetColor(source, AI_MATKEY_BASE_COLOR);
-  if (diffuse) {
-    node.SetDiffuseR(diffuse->r);
-    node.SetDiffuseG(diffuse->g);
-    node.SetDiffuseB(diffuse->b);
+void SetColors(neutral::NMaterial const& source, domain::material::NMaterialNode& node) {
+  auto const& diffuse = source.diffuse;
+  if (diffuse.isSet != 0) {
+    node.SetDiffuseR(diffuse.value[0]);
+    node.SetDiffuseG(diffuse.value[1]);
+    node.SetDiffuseB(diffuse.value[2]);
   }
   // Where a format has no colour of its own for it, what is lit from all sides keeps its colour.
-  auto ambient = GetColor(source, AI_MATKEY_COLOR_AMBIENT);
-  if (!ambient) ambient = diffuse;
-  if (ambient) {
-    node.SetAmbientR(ambient->r);
-    node.SetAmbientG(ambient->g);
-    node.SetAmbientB(ambient->b);
+  auto const& ambient = source.ambient.isSet != 0 ? source.ambient : diffuse;
+  if (ambient.isSet != 0) {
+    node.SetAmbientR(ambient.value[0]);
+    node.SetAmbientG(ambient.value[1]);
+    node.SetAmbientB(ambient.value[2]);
   }
-  if (auto const specular = GetColor(source, AI_MATKEY_COLOR_SPECULAR)) {
-    node.SetSpecularR(specular->r);
-    node.SetSpecularG(specular->g);
-    node.SetSpecularB(specular->b);
+  if (auto const& specular = source.specular; specular.isSet != 0) {
+    node.SetSpecularR(specular.value[0]);
+    node.SetSpecularG(specular.value[1]);
+    node.SetSpecularB(specular.value[2]);
   }
-  if (auto const emissive = GetColor(source, AI_MATKEY_COLOR_EMISSIVE)) {
-    node.SetEmissiveR(emissive->r);
-    node.SetEmissiveG(emissive->g);
-    node.SetEmissiveB(emissive->b);
+  if (auto const& emissive = source.emissive; emissive.isSet != 0) {
+    node.SetEmissiveR(emissive.value[0]);
+    node.SetEmissiveG(emissive.value[1]);
+    node.SetEmissiveB(emissive.value[2]);
   }
 }
 
 }  // namespace
 
-NMaterials::NMaterials(NDocument& document, aiScene const& scene, NPictures& pictures)
-    : m_document(document), m_scene(scene), m_pictures(pictures), m_nodes(scene.mNumMaterials) {}
+NMaterials::NMaterials(NDocument& document, neutral::NSceneView const& scene, NPictures& pictures)
+    : m_document(document),
+      m_scene(scene),
+      m_pictures(pictures),
+      m_nodes(scene.Get<neutral::NMaterial>().size()) {}
 
-boost::intrusive_ptr<domain::material::NMaterialNode> NMaterials::GetMaterial(unsigned index) {
+boost::intrusive_ptr<domain::material::NMaterialNode> NMaterials::GetMaterial(std::size_t index) {
   auto& node = m_nodes[index];
   if (node) return node;
-  aiMaterial const& source = *m_scene.mMaterials[index];
+  auto const& source = m_scene.Get<neutral::NMaterial>()[index];
   node = m_document.GetMaterials().CreateNode(core::node::NNodeID());
-  aiString name;
-  if (source.Get(AI_MATKEY_NAME, name) == AI_SUCCESS && name.length != 0) {
-    node->SetName(core::text::ToWide(name.C_Str()));
-  }
+  SetName(*node, m_scene.GetText(source.name));
   SetColors(source, *node);
-  float value = 0.0f;
   // A material without a highlight has a shininess of 0, which is no exponent.
-  if (source.Get(AI_MATKEY_SHININESS, value) == AI_SUCCESS && value > 0.0f) node->SetPower(value);
+  if (source.shininess.isSet != 0 && source.shininess.value > 0.0f) {
+    node->SetPower(source.shininess.value);
+  }
   // The attribute is 1 for what lets nothing through.
-  if (source.Get(AI_MATKEY_OPACITY, value) == AI_SUCCESS) node->SetTransparency(value);
+  if (source.opacity.isSet != 0) node->SetTransparency(source.opacity.value);
   AddTextures(source, *node);
   return node;
 }
 
 // A picture may serve several uses of one material; it is one texture, of the first of them.
-void NMaterials::AddTextures(aiMaterial const& source, domain::material::NMaterialNode& node) {
-  float bumpScale = 1.0f;
-  source.Get(AI_MATKEY_BUMPSCALING, bumpScale);
+void NMaterials::AddTextures(neutral::NMaterial const& source,
+                             domain::material::NMaterialNode& node) {
   std::set<std::pair<domain::image::NImageNode const*, unsigned>> taken;
-  for (auto const& [type, use] : kUses) {
-    for (unsigned i = 0; i != source.GetTextureCount(type); ++i) {
-      aiString file;
-      unsigned channel = 0;
-      if (source.GetTexture(type, i, &file, nullptr, &channel) != AI_SUCCESS) continue;
-      auto const image = m_pictures.GetImage(file);
-      if (!taken.emplace(image.get(), channel).second) continue;
+  for (neutral::NTexture const& entry : m_scene.Get(source.textures)) {
+    auto const image = m_pictures.GetImage(entry.picture);
+    if (!taken.emplace(image.get(), entry.uvSet).second) continue;
 
-      auto const texture = m_document.GetTextures().CreateNode(core::node::NNodeID());
-      texture->SetName(image->GetName());
-      texture->SetType(static_cast<domain::texture::NTextureType>(use));
-      if (use == NTU_HEIGHT) texture->SetBumpScale(bumpScale);
-      texture->SetImage(core::node::NNodeReference<domain::image::NImageNode>(*image));
-      boost::intrusive_ptr<texture_mapping::NUVWMapping> const mapping(
-          new texture_mapping::NUVWMapping(
-              static_cast<texture_mapping::NUVWMappingType>(GetMappingId(channel))));
-      node.AddTexture(core::node::NNodeReference<domain::texture::NTextureNode>(*texture), *mapping,
-                      static_cast<unsigned>(node.GetTextures().size()));
+    auto const texture = m_document.GetTextures().CreateNode(core::node::NNodeID());
+    texture->SetName(image->GetName());
+    texture->SetType(static_cast<domain::texture::NTextureType>(entry.use));
+    if (entry.use == NTU_HEIGHT) {
+      texture->SetBumpScale(source.bumpScale.isSet != 0 ? source.bumpScale.value : 1.0f);
     }
+    texture->SetImage(core::node::NNodeReference<domain::image::NImageNode>(*image));
+    boost::intrusive_ptr<texture_mapping::NUVWMapping> const mapping(
+        new texture_mapping::NUVWMapping(
+            static_cast<texture_mapping::NUVWMappingType>(GetMappingId(entry.uvSet))));
+    node.AddTexture(core::node::NNodeReference<domain::texture::NTextureNode>(*texture), *mapping,
+                    static_cast<unsigned>(node.GetTextures().size()));
   }
 }
 

@@ -6,6 +6,7 @@
 #include <memory>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include "app/import/escape.h"
 #include "app/scene/NTemporaryArchive.h"
@@ -28,58 +29,47 @@ bool IsFile(fs::path const& path) {
   return fs::is_regular_file(path, ignored);
 }
 
-// Texels as they are stored are the rows of a TGA file with 32 bits a pixel, from the top.
-std::vector<unsigned char> MakeTarga(aiTexture const& texture) {
-  unsigned const width = texture.mWidth;
-  unsigned const height = texture.mHeight;
-  std::vector<unsigned char> bytes{0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0};
-  for (unsigned const size : {width, height}) {
-    bytes.push_back(static_cast<unsigned char>(size & 0xFFu));
-    bytes.push_back(static_cast<unsigned char>(size >> 8 & 0xFFu));
-  }
-  bytes.insert(bytes.end(), {32, 0x28});
-  for (std::size_t i = 0; i != std::size_t{width} * height; ++i) {
-    aiTexel const& texel = texture.pcData[i];
-    bytes.insert(bytes.end(), {texel.b, texel.g, texel.r, texel.a});
-  }
-  return bytes;
-}
-
-NTemporaryArchive::Entry MakeEntry(aiTexture const& texture, unsigned number) {
-  std::string const name = "picture" + std::to_string(number) + '.';
-  if (texture.mHeight != 0) return {name + "tga", MakeTarga(texture)};
+NTemporaryArchive::Entry MakeEntry(neutral::NSceneView const& scene,
+                                   neutral::NPicture const& picture, std::size_t number) {
   // The format is judged by the name.
-  std::string extension = texture.achFormatHint;
+  std::string extension = scene.GetString(picture.extension);
   if (extension.empty() || !std::all_of(extension.begin(), extension.end(),
                                         [](unsigned char c) { return std::isalnum(c) != 0; })) {
     extension = "bin";
   }
-  auto const* const bytes = reinterpret_cast<unsigned char const*>(texture.pcData);
-  return {name + extension, {bytes, bytes + texture.mWidth}};
+  return {"picture" + std::to_string(number) + '.' + extension, scene.Get(picture.bytes)};
 }
 
 }  // namespace
 
-NPictures::NPictures(NDocument& document, aiScene const& scene, fs::path const& folder)
+NPictures::NPictures(NDocument& document, neutral::NSceneView const& scene, fs::path const& folder)
     : m_document(document), m_scene(scene), m_folder(folder) {
-  if (scene.mNumTextures == 0) return;
+  auto const pictures = scene.Get<neutral::NPicture>();
   std::vector<NTemporaryArchive::Entry> entries;
-  for (unsigned i = 0; i != scene.mNumTextures; ++i) {
-    entries.push_back(MakeEntry(*scene.mTextures[i], i));
+  std::vector<std::size_t> numbers;
+  for (std::size_t i = 0; i != pictures.size(); ++i) {
+    if (pictures[i].isEmbedded == 0) continue;
+    entries.push_back(MakeEntry(scene, pictures[i], i));
+    numbers.push_back(i);
   }
+  if (entries.empty()) return;
   auto archive = std::make_unique<NTemporaryArchive>(entries);
   core::uri::NUri const uri = FileUri(archive->GetPath());
-  for (unsigned i = 0; i != scene.mNumTextures; ++i) {
-    std::string const entry = entries[i].name;
-    std::string const name = scene.mTextures[i]->mFilename.C_Str();
-    m_embedded.push_back({core::locator::NLocator(uri, core::uri::NPath(ToWide(entry))),
-                          ToWide(name.empty() ? fs::path(entry).stem().string() : name)});
+  for (std::size_t i = 0; i != entries.size(); ++i) {
+    std::string const& entry = entries[i].name;
+    std::string const name = scene.GetString(pictures[numbers[i]].name);
+    m_embedded[numbers[i]] = {core::locator::NLocator(uri, core::uri::NPath(ToWide(entry))),
+                              ToWide(name.empty() ? fs::path(entry).stem().string() : name)};
   }
   document.KeepArchive(std::move(archive));
 }
 
-boost::intrusive_ptr<data::domain::image::NImageNode> NPictures::GetImage(aiString const& name) {
-  Place const place = Find(name);
+boost::intrusive_ptr<data::domain::image::NImageNode> NPictures::GetImage(std::size_t number) {
+  auto const embedded = m_embedded.find(number);
+  Place const place =
+      embedded != m_embedded.end()
+          ? embedded->second
+          : FindFile(m_scene.GetString(m_scene.Get<neutral::NPicture>()[number].name));
   auto& node = m_nodes[place.locator];
   if (!node) {
     node = m_document.GetImages().CreateNode(core::node::NNodeID());
@@ -87,14 +77,6 @@ boost::intrusive_ptr<data::domain::image::NImageNode> NPictures::GetImage(aiStri
     node->SetImageLocator(place.locator);
   }
   return node;
-}
-
-NPictures::Place NPictures::Find(aiString const& name) {
-  int const embedded = m_scene.GetEmbeddedTextureAndIndex(name.C_Str()).second;
-  if (embedded >= 0 && static_cast<std::size_t>(embedded) < m_embedded.size()) {
-    return m_embedded[static_cast<std::size_t>(embedded)];
-  }
-  return FindFile(name.C_Str());
 }
 
 // Files name pictures with either slash, escaped or not, and often by a path of another machine.

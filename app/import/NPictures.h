@@ -1,13 +1,13 @@
 #pragma once
 
-#include <assimp/scene.h>
-
 #include <boost/intrusive_ptr.hpp>
+#include <cstddef>
 #include <filesystem>
 #include <map>
 #include <string>
 #include <vector>
 
+#include "app/import/neutral/NSceneView.h"
 #include "app/scene/NDocument.h"
 #include "corvanta/data/domain/image/NImageNode.h"
 
@@ -19,10 +19,11 @@ class NPictures {
  public:
   /// `folder` is where the model file lies. Writes the archive.
   /// Fails: throws std::runtime_error if that isn't possible.
-  NPictures(NDocument& document, aiScene const& scene, std::filesystem::path const& folder);
+  NPictures(NDocument& document, neutral::NSceneView const& scene,
+            std::filesystem::path const& folder);
 
-  /// The node of the picture that a material of the file calls `name`; made at the first call.
-  boost::intrusive_ptr<data::domain::image::NImageNode> GetImage(aiString const& name);
+  /// The node of the scene's picture `number`; made at the first call.
+  boost::intrusive_ptr<data::domain::image::NImageNode> GetImage(std::size_t number);
 
   /// Pictures that aren't there, in UTF-8.
   std::vector<std::string> const& GetNotes() const { return m_notes; }
@@ -33,13 +34,12 @@ class NPictures {
     std::wstring name;
   };
 
-  Place Find(aiString const& name);
   Place FindFile(std::string const& name);
 
   NDocument& m_document;
-  aiScene const& m_scene;
+  neutral::NSceneView const& m_scene;
   std::filesystem::path const m_folder;
-  std::vector<Place> m_embedded;
+  std::map<std::size_t, Place> m_embedded;  // by their numbers
   std::map<core::locator::NLocator, boost::intrusive_ptr<data::domain::image::NImageNode>> m_nodes;
   std::vector<std::string> m_notes;
 };

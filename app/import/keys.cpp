@@ -10,13 +10,12 @@ namespace {
 
 constexpr double kLatest = 1e6;  // seconds: eleven days
 
-std::array<double, 3> GetValues(aiVectorKey const& key) {
-  return {key.mValue.x, key.mValue.y, key.mValue.z};
+std::array<double, 3> GetValues(neutral::NTripleKey const& key) {
+  return {key.value[0], key.value[1], key.value[2]};
 }
 
-std::array<double, 4> GetValues(aiQuatKey const& key) {
-  aiQuaternion const& q = key.mValue;
-  std::array<double, 4> turn{q.x, q.y, q.z, q.w};
+std::array<double, 4> GetValues(neutral::NTurnKey const& key) {
+  std::array<double, 4> turn{key.value[0], key.value[1], key.value[2], key.value[3]};
   double const length = std::hypot(std::hypot(turn[0], turn[1]), std::hypot(turn[2], turn[3]));
   // No length gives a NaN, and with it an unusable key.
   for (double& value : turn) value /= length;
@@ -63,13 +62,13 @@ void PartJumps(std::vector<NKey<N>>& keys) {
 }
 
 template <std::size_t N, class Key>
-std::vector<NKey<N>> Read(Key const* keys, unsigned count, double ticksPerSecond, double fps,
+std::vector<NKey<N>> Read(std::span<Key const> keys, double ticksPerSecond, double fps,
                           NKeyFaults& faults) {
   std::vector<NKey<N>> read;
-  read.reserve(count);
-  for (unsigned i = 0; i != count; ++i) {
-    double const seconds = keys[i].mTime / ticksPerSecond;
-    auto const values = GetValues(keys[i]);
+  read.reserve(keys.size());
+  for (Key const& key : keys) {
+    double const seconds = key.time / ticksPerSecond;
+    auto const values = GetValues(key);
     if (IsUsableTime(seconds) && std::all_of(values.begin(), values.end(),
                                              [](double value) { return std::isfinite(value); })) {
       read.push_back({seconds * fps, values});
@@ -89,14 +88,14 @@ bool IsUsableTime(double seconds) { return std::abs(seconds) <= kLatest; }
 // A float, and a rate that another float gave, are each off by a relative 6e-8 at most.
 double GetTimeTolerance(double frames) { return 1e-4 + 2e-7 * std::abs(frames); }
 
-NTripleKeys ReadKeys(aiVectorKey const* keys, unsigned count, double ticksPerSecond, double fps,
+NTripleKeys ReadKeys(std::span<neutral::NTripleKey const> keys, double ticksPerSecond, double fps,
                      NKeyFaults& faults) {
-  return Read<3>(keys, count, ticksPerSecond, fps, faults);
+  return Read<3>(keys, ticksPerSecond, fps, faults);
 }
 
-NTurnKeys ReadKeys(aiQuatKey const* keys, unsigned count, double ticksPerSecond, double fps,
+NTurnKeys ReadKeys(std::span<neutral::NTurnKey const> keys, double ticksPerSecond, double fps,
                    NKeyFaults& faults) {
-  return Read<4>(keys, count, ticksPerSecond, fps, faults);
+  return Read<4>(keys, ticksPerSecond, fps, faults);
 }
 
 }  // namespace corvanta::app

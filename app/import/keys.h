@@ -1,10 +1,11 @@
 #pragma once
 
-#include <assimp/anim.h>
-
 #include <array>
 #include <cstddef>
+#include <span>
 #include <vector>
+
+#include "app/import/neutral/scene.h"
 
 namespace corvanta::app {
 
@@ -35,9 +36,9 @@ double GetTimeTolerance(double frames);
 /// over by that time, also where it or a player's frame is rounded: it stands ahead by
 /// GetTimeTolerance. Keys between the two go.
 /// Units: `ticksPerSecond` of the file, times of the result in frames of `fps`.
-NTripleKeys ReadKeys(aiVectorKey const* keys, unsigned count, double ticksPerSecond, double fps,
+NTripleKeys ReadKeys(std::span<neutral::NTripleKey const> keys, double ticksPerSecond, double fps,
                      NKeyFaults& faults);
-NTurnKeys ReadKeys(aiQuatKey const* keys, unsigned count, double ticksPerSecond, double fps,
+NTurnKeys ReadKeys(std::span<neutral::NTurnKey const> keys, double ticksPerSecond, double fps,
                    NKeyFaults& faults);
 
 }  // namespace corvanta::app

@@ -14,57 +14,55 @@ using VX_Math::Vec3;
 
 constexpr double kDegrees = 180.0 / std::numbers::pi;
 
-void SetLens(aiCamera const& camera, double distance, data::domain::camera::NCameraNode& node) {
-  double horizontal = camera.mHorizontalFOV;
-  if (camera.mOrthographicWidth > 0.0f) {
+void SetLens(neutral::NCamera const& camera, double distance,
+             data::domain::camera::NCameraNode& node) {
+  double horizontal = camera.horizontalAngle;
+  if (camera.orthographicWidth > 0.0f) {
     node.SetProjectionType(data::domain::camera::NPT_ORTHOGRAPHIC);
     // The width is half of what is seen.
-    horizontal = 2.0 * std::atan(camera.mOrthographicWidth / distance);
+    horizontal = 2.0 * std::atan(camera.orthographicWidth / distance);
   }
   if (!(horizontal > 0.0 && horizontal < std::numbers::pi)) return;
   node.SetHorizontalViewAngle(horizontal * kDegrees);
   node.SetUsesVerticalViewAngleFlag(false);
-  if (camera.mAspect > 0.0f) {
-    double const tangent = std::tan(horizontal * 0.5) / camera.mAspect;
+  if (camera.aspect > 0.0f) {
+    double const tangent = std::tan(horizontal * 0.5) / camera.aspect;
     node.SetVerticalViewAngle(2.0 * std::atan(tangent) * kDegrees);
   }
 }
 
 }  // namespace
 
-bool HasKind(aiLight const& source) {
-  return source.mType == aiLightSource_DIRECTIONAL || source.mType == aiLightSource_POINT ||
-         source.mType == aiLightSource_SPOT;
+bool HasKind(neutral::NLight const& source) {
+  return source.kind >= neutral::NLK_DIRECTIONAL && source.kind <= neutral::NLK_SPOT;
 }
 
-void SetLight(aiLight const& source, light::NLightNode& node) {
-  switch (source.mType) {
-    case aiLightSource_POINT:
+void SetLight(neutral::NLight const& source, light::NLightNode& node) {
+  switch (source.kind) {
+    case neutral::NLK_POINT:
       node.SetType(light::LT_POINT);
       break;
-    case aiLightSource_SPOT:
+    case neutral::NLK_SPOT:
       node.SetType(light::LT_SPOT);
-      node.QueryAttribute(light::AN_SPREAD_ANGLE)
-          ->SetValue(source.mAngleInnerCone * kDegrees, true);
-      node.QueryAttribute(light::AN_FALLOFF_ANGLE)
-          ->SetValue(source.mAngleOuterCone * kDegrees, true);
+      node.QueryAttribute(light::AN_SPREAD_ANGLE)->SetValue(source.innerAngle * kDegrees, true);
+      node.QueryAttribute(light::AN_FALLOFF_ANGLE)->SetValue(source.outerAngle * kDegrees, true);
       break;
     default:
       node.SetType(light::LT_DIRECTIONAL);
   }
-  node.SetColorR(source.mColorDiffuse.r);
-  node.SetColorG(source.mColorDiffuse.g);
-  node.SetColorB(source.mColorDiffuse.b);
+  node.SetColorR(source.color[0]);
+  node.SetColorG(source.color[1]);
+  node.SetColorB(source.color[2]);
 }
 
-void Aim(aiCamera const& camera, VX_Math::Matrix const& global, VX_Math::Box3 const& box,
+void Aim(neutral::NCamera const& camera, VX_Math::Matrix const& global, VX_Math::Box3 const& box,
          data::domain::scenegraph::item::NSceneGraphCameraNode& item) {
   Vec3 eye;
   Vec3 ahead;
   Vec3 up;
   global.MultVecMatrix(Vec3(), eye);
-  global.MultDirMatrix(ToVec3(camera.mLookAt), ahead);
-  global.MultDirMatrix(ToVec3(camera.mUp), up);
+  global.MultDirMatrix(ToVec3(camera.ahead), ahead);
+  global.MultDirMatrix(ToVec3(camera.up), up);
   ahead.Normalize();
   up.Normalize();
   float const reach = box.IsEmpty() ? 0.0f : (box.GetCenter() - eye).Dot(ahead);

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <assimp/camera.h>
-#include <assimp/light.h>
-
+#include "app/import/neutral/scene.h"
 #include "corvanta/data/domain/camera/NCameraNode.h"
 #include "corvanta/data/domain/light/NLightNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
@@ -12,16 +10,16 @@
 namespace corvanta::app {
 
 /// Whether the light is directional, a point or a spot.
-bool HasKind(aiLight const& light);
+bool HasKind(neutral::NLight const& light);
 
 /// Gives `node` the kind, colour and cone of the file's light.
 /// Requires: HasKind.
-void SetLight(aiLight const& light, data::domain::light::NLightNode& node);
+void SetLight(neutral::NLight const& light, data::domain::light::NLightNode& node);
 
 /// Gives the camera item its interest and up, and its camera node the lens of the file's camera.
 /// The interest lies as far ahead as the middle of `box`, so that an orthographic view can be
 /// sized there.
-void Aim(aiCamera const& camera, VX_Math::Matrix const& global, VX_Math::Box3 const& box,
+void Aim(neutral::NCamera const& camera, VX_Math::Matrix const& global, VX_Math::Box3 const& box,
          data::domain::scenegraph::item::NSceneGraphCameraNode& item);
 
 }  // namespace corvanta::app

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <assimp/mesh.h>
-
 #include <boost/intrusive_ptr.hpp>
 
+#include "app/import/neutral/NSceneView.h"
 #include "corvanta/data/domain/geometry/NPolygonSurface.h"
 
 namespace corvanta::app {
@@ -16,7 +15,7 @@ constexpr unsigned GetMappingId(unsigned channel) { return channel + 2; }
 /// The triangles of `mesh` as a surface: vertices that are alike in all they have are one, and
 /// every normal has length 1. One that is missing, has no length or isn't finite is worked out from
 /// the triangles that meet there. Points and lines are left out. Fails: null without triangles.
-/// Requires: every index names a vertex.
-boost::intrusive_ptr<data::domain::geometry::NSurface> CreateSurface(aiMesh const& mesh);
+boost::intrusive_ptr<data::domain::geometry::NSurface> CreateSurface(
+    neutral::NSceneView const& scene, neutral::NMesh const& mesh);
 
 }  // namespace corvanta::app

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "corvanta/core/text/convert.h"
 #include "corvanta/vx_math/Quaternion.h"
 
 namespace corvanta::app {
@@ -10,26 +11,27 @@ namespace corvanta::app {
 using VX_Math::Matrix;
 using VX_Math::Vec3;
 
-Matrix ToMatrix(aiMatrix4x4 const& m) {
-  return {m.a1, m.b1, m.c1, m.d1, m.a2, m.b2, m.c2, m.d2,
-          m.a3, m.b3, m.c3, m.d3, m.a4, m.b4, m.c4, m.d4};
+Matrix ToMatrix(std::array<float, 16> const& m) {
+  return {m[0], m[1], m[2],  m[3],  m[4],  m[5],  m[6],  m[7],
+          m[8], m[9], m[10], m[11], m[12], m[13], m[14], m[15]};
 }
 
-Matrix GetPlace(aiLight const& light) {
+void SetName(core::name::NNamedObject& object, std::string_view name) {
+  if (!name.empty()) object.SetName(core::text::ToWide(name));
+}
+
+Matrix GetPlace(neutral::NLight const& light) {
   Matrix place;
-  place.SetTranslate(ToVec3(light.mPosition));
-  if (light.mType == aiLightSource_POINT) return place;
-  Vec3 const direction = ToVec3(light.mDirection);
+  place.SetTranslate(ToVec3(light.position));
+  if (light.kind == neutral::NLK_POINT) return place;
+  Vec3 const direction = ToVec3(light.direction);
   if (direction == Vec3()) return place;
   return Matrix(VX_Math::Quaternion(Vec3(0.0f, 0.0f, -1.0f), direction)) * place;
 }
 
-Matrix GetPlace(aiCamera const& camera, aiNode const& node) {
+Matrix GetPlace(neutral::NCamera const& camera) {
   Matrix place;
-  // The reader of glTF gives a camera the translation of its node once more.
-  aiMatrix4x4 const& own = node.mTransformation;
-  if (camera.mPosition == aiVector3D(own.a4, own.b4, own.c4)) return place;
-  place.SetTranslate(ToVec3(camera.mPosition));
+  place.SetTranslate(ToVec3(camera.position));
   return place;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -11,7 +12,7 @@ class NTemporaryArchive {
  public:
   struct Entry {
     std::string name;
-    std::vector<unsigned char> bytes;
+    std::span<unsigned char const> bytes;
   };
 
   /// Stores the entries as they are, since pictures are packed already.

@@ -1,4 +1,3 @@
-#include <assimp/scene.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,6 +10,7 @@
 #include "app/import/angles.h"
 #include "app/import/import.h"
 #include "app/import/keys.h"
+#include "tests/app/neutral_scene.h"
 #include "tests/app/program.h"
 
 namespace corvanta::app_tests {
@@ -138,11 +138,11 @@ TEST(AnglesTest, WholeTurnsAddUp) {
 
 TEST(KeysTest, WhatCanNotBeUsedGoesAndTheRestIsPutInOrder) {
   float const inf = std::numeric_limits<float>::infinity();
-  aiVectorKey const keys[] = {{0, {1, 0, 0}},   {100, {3, 0, 0}}, {50, {2, 0, 0}},
-                              {kNaN, {}},       {1e300, {}},      {60, {inf, 0, 0}},
-                              {100, {9, 0, 0}}, {100, {4, 0, 0}}};
+  neutral::NTripleKey const keys[] = {{0, {1, 0, 0}},   {100, {3, 0, 0}}, {50, {2, 0, 0}},
+                                      {kNaN, {}},       {1e300, {}},      {60, {inf, 0, 0}},
+                                      {100, {9, 0, 0}}, {100, {4, 0, 0}}};
   app::NKeyFaults faults;
-  auto const read = app::ReadKeys(keys, std::size(keys), 100.0, 10.0, faults);
+  auto const read = app::ReadKeys(keys, 100.0, 10.0, faults);
   EXPECT_EQ(faults.unusable, 3u);
   EXPECT_EQ(faults.unsorted, 1u);
   std::vector<double> times;
@@ -156,42 +156,26 @@ TEST(KeysTest, WhatCanNotBeUsedGoesAndTheRestIsPutInOrder) {
   double const jump = 10 - app::GetTimeTolerance(10);
   EXPECT_THAT(times, ElementsAre(0, 5, std::nextafter(jump, 0.0), jump));
   EXPECT_THAT(values, ElementsAre(1, 2, 3, 4));
-  aiVectorKey const slope[] = {{0, {}}, {1, {}}, {1, {4, 0, 0}}, {2, {5, 0, 0}}};
-  EXPECT_EQ(app::ReadKeys(slope, 4, 1, 1, faults)[3].time, 1);
+  neutral::NTripleKey const slope[] = {{0, {}}, {1, {}}, {1, {4, 0, 0}}, {2, {5, 0, 0}}};
+  EXPECT_EQ(app::ReadKeys(slope, 1, 1, faults)[3].time, 1);
 
-  aiQuatKey const turns[] = {{0, {2, 0, 0, 0}}, {1, {0, 0, 0, 0}}};
-  EXPECT_THAT(app::ReadKeys(turns, 2, 1, 1, faults)[0].values, ElementsAre(0, 0, 0, 1));
+  neutral::NTurnKey const turns[] = {{0, {0, 0, 0, 2}}, {1, {0, 0, 0, 0}}};
+  EXPECT_THAT(app::ReadKeys(turns, 1, 1, faults)[0].values, ElementsAre(0, 0, 0, 1));
   EXPECT_EQ(faults.unusable, 4u);
 }
 
-// A scene as a reader would give it: one node "n" and an animation for each of `animations`.
-std::unique_ptr<aiScene> MakeScene(std::vector<aiAnimation*> const& animations) {
-  auto scene = std::make_unique<aiScene>();
-  scene->mRootNode = new aiNode("n");
-  scene->mNumAnimations = static_cast<unsigned>(animations.size());
-  scene->mAnimations = new aiAnimation*[animations.size()];
-  std::copy(animations.begin(), animations.end(), scene->mAnimations);
-  return scene;
-}
-
-aiAnimation* MakeAnimation(double ticksPerSecond, double duration,
-                           std::vector<std::string> const& nodes,
-                           std::vector<double> const& times) {
-  auto* const animation = new aiAnimation;
-  animation->mTicksPerSecond = ticksPerSecond;
-  animation->mDuration = duration;
-  animation->mNumChannels = static_cast<unsigned>(nodes.size());
-  if (!nodes.empty()) animation->mChannels = new aiNodeAnim*[nodes.size()];
-  for (std::size_t i = 0; i != nodes.size(); ++i) {
-    auto* const channel = animation->mChannels[i] = new aiNodeAnim;
-    channel->mNodeName = nodes[i];
-    channel->mNumPositionKeys = static_cast<unsigned>(times.size());
-    channel->mPositionKeys = new aiVectorKey[times.size()];
-    for (std::size_t k = 0; k != times.size(); ++k) {
-      channel->mPositionKeys[k] = {times[k], {static_cast<float>(times[k]), 0, 0}};
-    }
+// Adds an animation with a channel for each of `nodes`; the scene's one node is "n".
+void MakeAnimation(neutral::NSceneWriter& writer, double ticksPerSecond, double duration,
+                   std::vector<std::string> const& nodes, std::vector<double> const& times) {
+  std::vector<neutral::NChannel> channels;
+  for (std::string const& node : nodes) {
+    std::vector<neutral::NTripleKey> keys;
+    for (double const time : times) keys.push_back({time, {static_cast<float>(time), 0, 0}});
+    channels.push_back(
+        {writer.AddText(node), node == "n" ? 0 : neutral::kNone, writer.Add(keys), {}, {}});
   }
-  return animation;
+  writer.Get<neutral::NAnimation>().push_back(
+      {{}, ticksPerSecond, duration, writer.Add(channels), 0, 0});
 }
 
 TEST(AnimationsTest, RangesAreWholeFramesAndTimesAreSeconds) {
@@ -212,18 +196,14 @@ TEST(AnimationsTest, RangesAreWholeFramesAndTimesAreSeconds) {
       {"a duration beyond all measure", 25, 1e300, {0, 1}, 25, 0, 1, 0.5},
       {"before zero", 25, -1, {-2, 1}, 25, -2, 1, 0.5},
   };
-  std::vector<aiAnimation*> animations;
+  neutral::NSceneWriter writer;
+  AddNode(writer, "n");
   for (Row const& row : rows) {
-    animations.push_back(MakeAnimation(row.ticksPerSecond, row.duration, {"n"}, row.times));
+    MakeAnimation(writer, row.ticksPerSecond, row.duration, {"n"}, row.times);
   }
-  auto const scene = MakeScene(animations);
-  NDocument document;
-  app::NPictures pictures(document, *scene, ".");
-  app::NMaterials materials(document, *scene, pictures);
-  app::NHierarchy hierarchy(document, *scene, materials);
-  auto const tree = document.GetTrees().CreateNode(core::node::NNodeID());
-  hierarchy.Build(*tree);
-  app::NAnimations const built(document, *scene, hierarchy, *tree);
+  Built world(writer);
+  world.hierarchy.Build(*world.tree);
+  app::NAnimations const built(world.document, world.scene, world.hierarchy, *world.tree);
   EXPECT_THAT(built.GetNotes(), IsEmpty());
   for (std::size_t i = 0; i != std::size(rows); ++i) {
     SCOPED_TRACE(rows[i].name);
@@ -232,22 +212,19 @@ TEST(AnimationsTest, RangesAreWholeFramesAndTimesAreSeconds) {
     EXPECT_EQ(node.GetStartFrame(), rows[i].start);
     EXPECT_EQ(node.GetEndFrame(), rows[i].end);
     node.SetFrame(rows[i].middle);
-    EXPECT_NEAR(tree->GetRoot()->GetTranslationX(), 0.5, 1e-9);
+    EXPECT_NEAR(world.tree->GetRoot()->GetTranslationX(), 0.5, 1e-9);
   }
 }
 
 TEST(AnimationsTest, BadPartsAreNotedAndLeftOut) {
-  auto* const empty = MakeAnimation(25, -1, {}, {});
-  auto* const broken = MakeAnimation(25, 1, {"n"}, {kNaN});
-  auto* const stray = MakeAnimation(25, 2, {"nobody", "n", "n", "else"}, {0, 2, 1});
-  auto const scene = MakeScene({empty, broken, stray});
-  NDocument document;
-  app::NPictures pictures(document, *scene, ".");
-  app::NMaterials materials(document, *scene, pictures);
-  app::NHierarchy hierarchy(document, *scene, materials);
-  auto const tree = document.GetTrees().CreateNode(core::node::NNodeID());
-  hierarchy.Build(*tree);
-  app::NAnimations const built(document, *scene, hierarchy, *tree);
+  neutral::NSceneWriter writer;
+  AddNode(writer, "n");
+  MakeAnimation(writer, 25, -1, {}, {});
+  MakeAnimation(writer, 25, 1, {"n"}, {kNaN});
+  MakeAnimation(writer, 25, 2, {"nobody", "n", "n", "else"}, {0, 2, 1});
+  Built world(writer);
+  world.hierarchy.Build(*world.tree);
+  app::NAnimations const built(world.document, world.scene, world.hierarchy, *world.tree);
   // They keep their numbers.
   ASSERT_EQ(built.GetNodes().size(), 3u);
   EXPECT_TRUE(built.GetNodes()[0]->GetAnimations().empty());

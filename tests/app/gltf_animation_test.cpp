@@ -7,13 +7,14 @@
 #include <map>
 #include <numbers>
 
-#include "app/import/NGltfFile.h"
 #include "app/import/NImportError.h"
 #include "app/import/angles.h"
 #include "app/import/import.h"
+#include "app/import/reader/NGltfFile.h"
 #include "app/play/NPlayback.h"
 #include "app/play/NTimeLinePlayer.h"
 #include "corvanta/core/text/convert.h"
+#include "tests/app/neutral_scene.h"
 #include "tests/app/program.h"
 
 namespace corvanta::app_tests {
@@ -84,8 +85,8 @@ TEST(GltfAnimationTest, StepsStay) {
   }
 }
 
-// At any rate, either way, and at times that no float holds exactly: the value is that of the last
-// key at or before the moment.
+// At any rate, either way, and at times that no float holds exactly: the value is that of the
+// last key at or before the moment.
 TEST(GltfAnimationTest, AStepFiresInTheFrameOfItsTime) {
   for (auto const& [length, tenths] : {std::pair(10, 5), {7, 1}, {90, 3}, {3, 10}}) {
     Channel channel{0, "translation", {}, {}, "STEP"};
@@ -211,7 +212,8 @@ TEST(GltfAnimationTest, ReadsIntegersAsFractions) {
 
   file["buffers"][buffer].erase("uri");
   files.Write("model.glb", ToGlb(file, bytes));
-  app::NGltfFile binary(files.GetFolder() / "model.glb");
+  PlainOpener opener;
+  app::reader::NGltfFile binary(opener, files.GetFolder() / "model.glb");
   EXPECT_THAT(binary.ReadAccessor(times, 1), ElementsAre(0, 1));
   EXPECT_NEAR(binary.ReadAccessor(times + 1, 4)[5], 0.7071, 1e-4);
   EXPECT_ANY_THROW(binary.ReadAccessor(times + 1, 3));

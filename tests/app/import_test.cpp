@@ -1,6 +1,5 @@
 #include "app/import/import.h"
 
-#include <assimp/scene.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,7 +9,6 @@
 #include <limits>
 #include <numbers>
 
-#include "app/import/NHierarchy.h"
 #include "app/import/mesh.h"
 #include "app/scene/walk.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
@@ -21,6 +19,7 @@
 #include "corvanta/data/domain/scenegraph/item/view.h"
 #include "corvanta/data/domain/scenegraph/transform.h"
 #include "corvanta/data/resource/image/NImage.h"
+#include "tests/app/neutral_scene.h"
 #include "tests/app/program.h"
 
 namespace corvanta::app_tests {
@@ -119,16 +118,17 @@ TEST_F(ImportTest, EveryNormalHasLengthOne) {
                       {{0, 3, 4}, {0, 0.6f, 0.8f}}, {{kLong, -kLong, 0}, {kRoot2, -kRoot2, 0}},
                       {{1e-30f, 0, 0}, {1, 0, 0}},  {{0.6f, 0, 0.8f}, {0.6f, 0, 0.8f}}};
   for (Row const& row : rows) {
-    aiMesh read;
-    read.mNumVertices = 3;
-    read.mVertices = new aiVector3D[3]{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
-    read.mNormals =
-        new aiVector3D[3]{{row.given[0], row.given[1], row.given[2]}, {1, 0, 0}, {0, -1, 0}};
-    read.mNumFaces = 1;
-    read.mFaces = new aiFace[1];
-    read.mFaces[0].mNumIndices = 3;
-    read.mFaces[0].mIndices = new unsigned[3]{0, 1, 2};
-    auto const surface = app::CreateSurface(read);
+    neutral::NSceneWriter writer;
+    AddNode(writer, "n");
+    writer.Get<neutral::NMaterial>().push_back({});
+    neutral::NMesh mesh{};
+    mesh.positions = writer.Add(std::vector<neutral::NTriple>{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
+    mesh.normals = writer.Add(std::vector<neutral::NTriple>{row.given, {1, 0, 0}, {0, -1, 0}});
+    mesh.triangles = writer.Add(std::vector<neutral::NTriangle>{{0, 1, 2}});
+    writer.Get<neutral::NMesh>().push_back(mesh);
+    auto const block = MakeBlock(writer);
+    auto const surface =
+        app::CreateSurface(neutral::NSceneView(std::as_bytes(std::span(block))), mesh);
     auto const& normals = surface->GetNormals();
     EXPECT_THAT((std::array{normals[0].x, normals[0].y, normals[0].z}),
                 testing::Pointwise(testing::FloatEq(), row.expected));
@@ -336,30 +336,18 @@ TEST_F(ImportTest, ShearIsToldOnce) {
   }
 }
 
-// What a reader would give for one node with `count` children.
-std::unique_ptr<aiScene> MakeWideScene(unsigned count) {
-  auto scene = std::make_unique<aiScene>();
-  scene->mRootNode = new aiNode("top");
-  scene->mRootNode->mNumChildren = count;
-  scene->mRootNode->mChildren = new aiNode*[count];
-  for (unsigned i = 0; i != count; ++i) scene->mRootNode->mChildren[i] = new aiNode("child");
-  return scene;
-}
-
 double BuildWide(unsigned count) {
-  auto const scene = MakeWideScene(count);
-  NDocument document;
-  app::NPictures pictures(document, *scene, ".");
-  app::NMaterials materials(document, *scene, pictures);
-  app::NHierarchy hierarchy(document, *scene, materials);
-  auto const tree = document.GetTrees().CreateNode(core::node::NNodeID());
+  neutral::NSceneWriter writer;
+  AddNode(writer, "top", count);
+  for (unsigned i = 0; i != count; ++i) AddNode(writer, "child");
+  Built built(writer);
   auto const start = std::chrono::steady_clock::now();
-  hierarchy.Build(*tree);
+  built.hierarchy.Build(*built.tree);
   unsigned visits = 0;
-  app::WalkTree(*tree, [&](app::NVisit const&) { ++visits; });
+  app::WalkTree(*built.tree, [&](app::NVisit const&) { ++visits; });
   EXPECT_EQ(visits, count + 1);
   std::wstring const last = L"child (" + std::to_wstring(count) + L")";
-  EXPECT_EQ(document.QueryNodes(last).size(), 1u);
+  EXPECT_EQ(built.document.QueryNodes(last).size(), 1u);
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 

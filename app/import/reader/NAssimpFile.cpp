@@ -1,26 +1,23 @@
-#include "app/import/NModelFile.h"
+#include "app/import/reader/NAssimpFile.h"
 
-#include <assimp/DefaultIOSystem.h>
 #include <assimp/postprocess.h>
 
-#include <assimp/MemoryIOWrapper.h>
 #include <algorithm>
 #include <assimp/DefaultLogger.hpp>
 #include <assimp/Importer.hpp>
 #include <assimp/LogStream.hpp>
 #include <boost/algorithm/string/case_conv.hpp>
-#include <cstdint>
 #include <exception>
 #include <optional>
-#include <system_error>
 #include <utility>
 
 #include "app/import/NImportError.h"
-#include "app/import/check.h"
-#include "app/import/escape.h"
-#include "app/import/large_stack.h"
+#include "app/import/reader/NFiles.h"
+#include "app/import/reader/check.h"
+#include "app/import/reader/gltf_nodes.h"
+#include "app/import/reader/large_stack.h"
 
-namespace corvanta::app {
+namespace corvanta::app::reader {
 
 namespace {
 
@@ -58,75 +55,40 @@ class NLog {
   };
 };
 
-// A file that isn't there may be one that the model names in the manner of URIs. The model's own
-// may have been mended.
-class NFiles : public Assimp::DefaultIOSystem {
- public:
-  NFiles(std::filesystem::path const& model, std::optional<std::string> mended)
-      : m_model(model.string()),
-        m_folder(model.parent_path().string()),
-        m_mended(std::move(mended)) {}
-
-  bool Exists(char const* path) const override {
-    return DefaultIOSystem::Exists(path) || DefaultIOSystem::Exists(GetPlain(path).c_str());
-  }
-  Assimp::IOStream* Open(char const* path, char const* mode) override {
-    if (m_mended && path == m_model) {
-      return new Assimp::MemoryIOStream(reinterpret_cast<std::uint8_t const*>(m_mended->data()),
-                                        m_mended->size());
-    }
-    Assimp::IOStream* const stream = DefaultIOSystem::Open(path, mode);
-    return stream != nullptr ? stream : DefaultIOSystem::Open(GetPlain(path).c_str(), mode);
-  }
-
- private:
-  std::string GetPlain(std::string const& path) const {
-    std::size_t const own = path.compare(0, m_folder.size(), m_folder) == 0 ? m_folder.size() : 0;
-    return path.substr(0, own) + Unescape(path.substr(own));
-  }
-
-  std::string const m_model;
-  std::string const m_folder;
-  std::optional<std::string> const m_mended;
-};
-
 }  // namespace
 
-NModelFile::NModelFile(std::filesystem::path const& path) {
-  std::error_code error;
-  auto const status = std::filesystem::status(path, error);
-  if (!std::filesystem::exists(status)) throw NImportError("no such file");
-  if (!std::filesystem::is_regular_file(status)) throw NImportError("not a file");
-  m_importer = std::make_unique<Assimp::Importer>();
-  RunOnLargeStack([this, &path] { Read(path); });
+NAssimpFile::NAssimpFile(NFileOpener& opener, std::filesystem::path const& path)
+    : m_importer(std::make_unique<Assimp::Importer>()) {
+  RunOnLargeStack([&] { Read(opener, path); });
 }
 
 // Assimp's hierarchy is taken down by recursion too.
-NModelFile::~NModelFile() {
+NAssimpFile::~NAssimpFile() {
   RunOnLargeStack([this] { m_importer.reset(); });
 }
 
-void NModelFile::ReadGltf(std::filesystem::path const& path) {
+void NAssimpFile::ReadGltf(NFileOpener& opener, std::filesystem::path const& path) {
   std::string extension = path.extension().string();
   boost::algorithm::to_lower(extension);
   if (extension != ".gltf" && extension != ".glb") return;
   try {
-    m_gltf = std::make_unique<NGltfFile>(path);
+    m_gltf = std::make_unique<NGltfFile>(opener, path);
   } catch (std::exception const& error) {
     m_gltfFault = error.what();
   }
 }
 
-NGltfFile* NModelFile::GetGltf() const {
+NGltfFile* NAssimpFile::GetGltf() const {
   if (!m_gltfFault.empty()) throw NImportError(m_gltfFault);
   return m_gltf.get();
 }
 
-void NModelFile::Read(std::filesystem::path const& path) {
+void NAssimpFile::Read(NFileOpener& opener, std::filesystem::path const& path) {
   NLog const log(m_notes);
-  ReadGltf(path);
+  ReadGltf(opener, path);
+  if (m_gltf) CheckItemCount(m_gltf->GetRoot());
   m_importer->SetIOHandler(  // the importer's own from here on
-      new NFiles(path, m_gltf ? m_gltf->GetMended() : std::nullopt));
+      new NFiles(opener, path, m_gltf ? m_gltf->GetMended() : std::nullopt));
   // Everything is checked before the steps of post-processing, which trust the indices.
   bool const isRead = m_importer->ReadFile(path.string(), 0) != nullptr;
   // Some readers drop or mend such a face, and only say so.
@@ -140,4 +102,4 @@ void NModelFile::Read(std::filesystem::path const& path) {
   if (m_scene == nullptr) throw NImportError(m_importer->GetErrorString());
 }
 
-}  // namespace corvanta::app
+}  // namespace corvanta::app::reader

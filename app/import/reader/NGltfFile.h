@@ -9,13 +9,15 @@
 #include <string>
 #include <vector>
 
-namespace corvanta::app {
+#include "app/import/reader/NFileOpener.h"
+
+namespace corvanta::app::reader {
 
 /// A glTF 2 file, as text or binary, with the numbers that its accessors name.
 class NGltfFile {
  public:
   /// Fails: throws std::exception for a file that can't be read, or is none.
-  explicit NGltfFile(std::filesystem::path const& path);
+  NGltfFile(NFileOpener& opener, std::filesystem::path const& path);
 
   nlohmann::json const& GetRoot() const { return m_root; }
   /// The elements of an accessor one behind the other, `width` numbers each; normalised integers as
@@ -45,6 +47,7 @@ class NGltfFile {
   void SetSparse(nlohmann::json const& accessor, std::size_t width, std::vector<float>& numbers);
   std::string const& GetBuffer(std::size_t buffer);
 
+  NFileOpener& m_opener;
   std::filesystem::path const m_folder;
   bool m_isBinary = false;
   nlohmann::json m_root;
@@ -52,4 +55,4 @@ class NGltfFile {
   std::map<std::size_t, std::string> m_buffers;
 };
 
-}  // namespace corvanta::app
+}  // namespace corvanta::app::reader

@@ -7,23 +7,24 @@
 #include <string>
 #include <vector>
 
-#include "app/import/NGltfFile.h"
+#include "app/import/reader/NFileOpener.h"
+#include "app/import/reader/NGltfFile.h"
 
 namespace Assimp {
 class Importer;
 }
 
-namespace corvanta::app {
+namespace corvanta::app::reader {
 
 /// A model file as Assimp reads it, with polygons cut into triangles, and found to be sound: every
 /// index names a vertex, every coordinate and every transform is finite, and there is a root node.
-class NModelFile {
+class NAssimpFile {
  public:
   /// Fails: throws NImportError.
-  explicit NModelFile(std::filesystem::path const& path);
-  NModelFile(NModelFile const&) = delete;
-  NModelFile& operator=(NModelFile const&) = delete;
-  ~NModelFile();
+  NAssimpFile(NFileOpener& opener, std::filesystem::path const& path);
+  NAssimpFile(NAssimpFile const&) = delete;
+  NAssimpFile& operator=(NAssimpFile const&) = delete;
+  ~NAssimpFile();
 
   aiScene const& GetScene() const { return *m_scene; }
   /// The file's own text and numbers, by which more is known of a glTF 2 file; null for another.
@@ -33,8 +34,8 @@ class NModelFile {
   std::vector<std::string> const& GetNotes() const { return m_notes; }
 
  private:
-  void ReadGltf(std::filesystem::path const& path);
-  void Read(std::filesystem::path const& path);
+  void ReadGltf(NFileOpener& opener, std::filesystem::path const& path);
+  void Read(NFileOpener& opener, std::filesystem::path const& path);
 
   std::unique_ptr<NGltfFile> m_gltf;
   std::string m_gltfFault;
@@ -43,4 +44,4 @@ class NModelFile {
   std::vector<std::string> m_notes;
 };
 
-}  // namespace corvanta::app
+}  // namespace corvanta::app::reader

@@ -1,10 +1,10 @@
-#include "app/import/large_stack.h"
+#include "app/import/reader/large_stack.h"
 
 #include <boost/thread/thread.hpp>
 #include <cstddef>
 #include <exception>
 
-namespace corvanta::app {
+namespace corvanta::app::reader {
 
 void RunOnLargeStack(std::function<void()> const& work) {
   constexpr std::size_t kStackSize = std::size_t{1} << 30;
@@ -28,4 +28,4 @@ void RunOnLargeStack(std::function<void()> const& work) {
   if (failure) std::rethrow_exception(failure);
 }
 
-}  // namespace corvanta::app
+}  // namespace corvanta::app::reader

@@ -1,4 +1,4 @@
-#include "app/import/gltf_nodes.h"
+#include "app/import/reader/gltf_nodes.h"
 
 #include <cstddef>
 #include <map>
@@ -7,8 +7,9 @@
 #include <utility>
 
 #include "app/import/NImportError.h"
+#include "app/import/neutral/scene.h"
 
-namespace corvanta::app {
+namespace corvanta::app::reader {
 
 namespace {
 
@@ -58,6 +59,46 @@ std::string GetNodeName(json const& node, std::size_t number) {
   return name.empty() ? "nodes[" + std::to_string(number) + ']' : name;
 }
 
+void CheckItemCount(json const& root) {
+  static json const kNone = json::array();
+  auto const getList = [](json const& owner, char const* name) -> json const& {
+    auto const list = owner.find(name);
+    return list != owner.end() && list->is_array() ? *list : kNone;
+  };
+  json const& nodes = getList(root, "nodes");
+  std::vector<double> places(nodes.size());         // of each node in the scene
+  std::vector<std::size_t> listings(nodes.size());  // not yet counted
+  auto const forEachChild = [&](json const& list, auto const& what) {
+    for (json const& number : list) {
+      if (number.is_number_unsigned() && number < nodes.size()) what(number.get<std::size_t>());
+    }
+  };
+  for (json const& node : nodes) {
+    forEachChild(getList(node, "children"), [&](std::size_t child) { ++listings[child]; });
+  }
+  for (json const& scene : getList(root, "scenes")) {
+    forEachChild(getList(scene, "nodes"), [&](std::size_t top) { places[top] += 1.0; });
+  }
+  // A node comes after all that list it; one that stands below itself never does.
+  std::vector<std::size_t> open;
+  for (std::size_t i = 0; i != nodes.size(); ++i) {
+    if (listings[i] == 0) open.push_back(i);
+  }
+  double total = 0.0;
+  while (!open.empty()) {
+    std::size_t const node = open.back();
+    open.pop_back();
+    total += places[node];
+    forEachChild(getList(nodes[node], "children"), [&](std::size_t child) {
+      places[child] += places[node];
+      if (--listings[child] == 0) open.push_back(child);
+    });
+  }
+  if (total > static_cast<double>(neutral::kMostItems)) {
+    throw NImportError("more than " + std::to_string(neutral::kMostItems) + " items");
+  }
+}
+
 // The reader's nodes stand as those of the file.
 NGltfNodes MatchNodes(json const& root, aiScene const& scene) {
   json const& nodes = root.at("nodes");
@@ -93,4 +134,4 @@ NSharedContent FindShared(json const& root, NGltfNodes const& nodes, aiScene con
           FindOthers(root, nodes, scene.mCameras, scene.mNumCameras, GetCamera)};
 }
 
-}  // namespace corvanta::app
+}  // namespace corvanta::app::reader

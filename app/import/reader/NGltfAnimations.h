@@ -3,14 +3,14 @@
 #include <assimp/scene.h>
 
 #include <cstddef>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "app/import/NGltfFile.h"
-#include "app/import/gltf_nodes.h"
+#include "app/import/neutral/scene.h"
+#include "app/import/reader/NGltfFile.h"
+#include "app/import/reader/gltf_nodes.h"
 
-namespace corvanta::app {
+namespace corvanta::app::reader {
 
 /// The animations of a glTF 2 file, read beside Assimp, whose reader takes every sampler for a
 /// linear one of floats and knows nodes by name alone.
@@ -21,8 +21,11 @@ namespace corvanta::app {
 class NGltfAnimations {
  public:
   struct Channel {
-    aiNode const* node;                // null if the scene doesn't show it
-    std::unique_ptr<aiNodeAnim> keys;  // times in milliseconds
+    std::string nodeName;
+    aiNode const* node = nullptr;                // null if the scene doesn't show it
+    std::vector<neutral::NTripleKey> positions;  // times in milliseconds
+    std::vector<neutral::NTurnKey> rotations;
+    std::vector<neutral::NTripleKey> scales;
   };
 
   /// Requires: `nodes` are those of `file` in `scene`.
@@ -38,7 +41,7 @@ class NGltfAnimations {
 
  private:
   std::vector<Channel> ReadAnimation(nlohmann::json const& animation);
-  void ReadSampler(nlohmann::json const& sampler, std::string const& path, aiNodeAnim& keys);
+  void ReadSampler(nlohmann::json const& sampler, std::string const& path, Channel& channel);
   Channel CreateChannel(std::size_t node) const;
 
   NGltfFile& m_file;
@@ -47,4 +50,4 @@ class NGltfAnimations {
   std::size_t m_faultCount = 0;
 };
 
-}  // namespace corvanta::app
+}  // namespace corvanta::app::reader

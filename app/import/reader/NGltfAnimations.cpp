@@ -1,4 +1,4 @@
-#include "app/import/NGltfAnimations.h"
+#include "app/import/reader/NGltfAnimations.h"
 
 #include <algorithm>
 #include <array>
@@ -9,7 +9,7 @@
 
 #include "app/import/NImportError.h"
 
-namespace corvanta::app {
+namespace corvanta::app::reader {
 
 namespace {
 
@@ -130,26 +130,15 @@ class Sampler {
   bool const m_isCubic;
 };
 
-aiVector3D ToAssimp(std::array<double, 3> const& values) {
-  return {static_cast<ai_real>(values[0]), static_cast<ai_real>(values[1]),
-          static_cast<ai_real>(values[2])};
-}
-
-aiQuaternion ToAssimp(std::array<double, 4> const& values) {
-  return {static_cast<ai_real>(values[3]), static_cast<ai_real>(values[0]),
-          static_cast<ai_real>(values[1]), static_cast<ai_real>(values[2])};
-}
-
 // Puts keys in the place of those that a channel has.
 template <std::size_t N, class Key>
-void SetKeys(std::vector<std::pair<double, std::array<double, N>>> const& from, Key*& keys,
-             unsigned& count) {
-  delete[] keys;
-  keys = nullptr;
-  count = 0;
-  keys = new Key[from.size()];
+void SetKeys(std::vector<std::pair<double, std::array<double, N>>> const& from,
+             std::vector<Key>& keys) {
+  keys.clear();
   for (auto const& [seconds, values] : from) {
-    keys[count++] = Key(seconds * kMilliseconds, ToAssimp(values));
+    Key& key = keys.emplace_back();
+    key.time = seconds * kMilliseconds;
+    for (std::size_t i = 0; i != N; ++i) key.value[i] = static_cast<float>(values[i]);
   }
 }
 
@@ -174,10 +163,10 @@ std::vector<NGltfAnimations::Channel> NGltfAnimations::ReadAnimation(json const&
       auto const node = target.at("node").get<std::size_t>();
       json const& sampler = animation.at("samplers").at(source.at("sampler").get<std::size_t>());
       if (auto const known = byNode.find(node); known != byNode.end()) {
-        ReadSampler(sampler, path, *known->second.keys);
+        ReadSampler(sampler, path, known->second);
       } else {
         Channel channel = CreateChannel(node);
-        ReadSampler(sampler, path, *channel.keys);
+        ReadSampler(sampler, path, channel);
         byNode.emplace(node, std::move(channel));
       }
     } catch (std::exception const&) {
@@ -189,7 +178,7 @@ std::vector<NGltfAnimations::Channel> NGltfAnimations::ReadAnimation(json const&
   return channels;
 }
 
-void NGltfAnimations::ReadSampler(json const& sampler, std::string const& path, aiNodeAnim& keys) {
+void NGltfAnimations::ReadSampler(json const& sampler, std::string const& path, Channel& channel) {
   auto const kind = sampler.value("interpolation", std::string("LINEAR"));
   bool const isStep = kind == "STEP";
   bool const isCubic = kind == "CUBICSPLINE";
@@ -197,14 +186,11 @@ void NGltfAnimations::ReadSampler(json const& sampler, std::string const& path, 
   bool const isTurn = path == "rotation";
   auto const values = m_file.ReadAccessor(sampler.at("output").get<std::size_t>(), isTurn ? 4 : 3);
   if (isTurn) {
-    SetKeys(Sampler<4>(times, values, isCubic).GetKeys(isStep), keys.mRotationKeys,
-            keys.mNumRotationKeys);
+    SetKeys(Sampler<4>(times, values, isCubic).GetKeys(isStep), channel.rotations);
   } else if (path == "translation") {
-    SetKeys(Sampler<3>(times, values, isCubic).GetKeys(isStep), keys.mPositionKeys,
-            keys.mNumPositionKeys);
+    SetKeys(Sampler<3>(times, values, isCubic).GetKeys(isStep), channel.positions);
   } else if (path == "scale") {
-    SetKeys(Sampler<3>(times, values, isCubic).GetKeys(isStep), keys.mScalingKeys,
-            keys.mNumScalingKeys);
+    SetKeys(Sampler<3>(times, values, isCubic).GetKeys(isStep), channel.scales);
   } else {
     throw NImportError("a channel of an unknown kind");
   }
@@ -223,13 +209,11 @@ NGltfAnimations::Channel NGltfAnimations::CreateChannel(std::size_t number) cons
     scale = {s.x, s.y, s.z};
     turn = {q.x, q.y, q.z, q.w};
   }
-  Channel channel{m_nodes[number], std::make_unique<aiNodeAnim>()};
-  aiNodeAnim& keys = *channel.keys;
-  keys.mNodeName = GetNodeName(node, number);
-  SetKeys<3>({{0.0, position}}, keys.mPositionKeys, keys.mNumPositionKeys);
-  SetKeys<4>({{0.0, turn}}, keys.mRotationKeys, keys.mNumRotationKeys);
-  SetKeys<3>({{0.0, scale}}, keys.mScalingKeys, keys.mNumScalingKeys);
+  Channel channel{GetNodeName(node, number), m_nodes[number], {}, {}, {}};
+  SetKeys<3>({{0.0, position}}, channel.positions);
+  SetKeys<4>({{0.0, turn}}, channel.rotations);
+  SetKeys<3>({{0.0, scale}}, channel.scales);
   return channel;
 }
 
-}  // namespace corvanta::app
+}  // namespace corvanta::app::reader

@@ -1,17 +1,16 @@
-#include "app/import/NGltfFile.h"
+#include "app/import/reader/NGltfFile.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <string_view>
 
 #include "app/import/NImportError.h"
 #include "app/import/escape.h"
+#include "app/import/reader/NFiles.h"
 
-namespace corvanta::app {
+namespace corvanta::app::reader {
 
 namespace {
 
@@ -19,12 +18,6 @@ using nlohmann::json;
 
 // Elements of a file that no buffer holds, so that a few bytes may claim them.
 constexpr std::size_t kMostZeros = 16'000'000;
-
-std::string ReadFile(std::filesystem::path const& path) {
-  if (!std::filesystem::is_regular_file(path)) throw NImportError("not a file");
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 std::uint32_t ReadWord(std::string const& bytes, std::size_t at) {
   if (bytes.size() < 4 || at > bytes.size() - 4) throw NImportError("the file ends too early");
@@ -107,8 +100,9 @@ Format GetFormat(json const& accessor) {
 
 }  // namespace
 
-NGltfFile::NGltfFile(std::filesystem::path const& path) : m_folder(path.parent_path()) {
-  std::string const bytes = ReadFile(path);
+NGltfFile::NGltfFile(NFileOpener& opener, std::filesystem::path const& path)
+    : m_opener(opener), m_folder(path.parent_path()) {
+  std::string const bytes = ReadFile(opener, path.string());
   m_isBinary = bytes.compare(0, 4, "glTF") == 0;
   if (!m_isBinary) {
     m_root = json::parse(bytes);
@@ -256,11 +250,11 @@ std::string const& NGltfFile::GetBuffer(std::size_t number) {
   if (auto const known = m_buffers.find(number); known != m_buffers.end()) return known->second;
   auto const& uri = buffer.at("uri").get_ref<std::string const&>();
   if (uri.compare(0, 5, "data:") != 0) {
-    return m_buffers[number] = ReadFile(m_folder / Unescape(uri));
+    return m_buffers[number] = ReadFile(m_opener, (m_folder / Unescape(uri)).string());
   }
   auto const comma = uri.find(";base64,");
   if (comma == std::string::npos) throw NImportError("a buffer in an unknown code");
   return m_buffers[number] = FromBase64(std::string_view(uri).substr(comma + 8));
 }
 
-}  // namespace corvanta::app
+}  // namespace corvanta::app::reader

@@ -2,11 +2,11 @@
 
 #include <functional>
 
-namespace corvanta::app {
+namespace corvanta::app::reader {
 
 /// Runs `work` on a stack of 1 GiB, of which only what is used takes memory, and waits for it: some
 /// libraries recurse through hierarchies of any depth.
 /// Fails: lets through what `work` throws. Where no such stack can be had, runs it on the caller's.
 void RunOnLargeStack(std::function<void()> const& work);
 
-}  // namespace corvanta::app
+}  // namespace corvanta::app::reader

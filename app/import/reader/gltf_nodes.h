@@ -9,7 +9,12 @@
 #include <vector>
 
 /// What Assimp's scene of a glTF 2 file hides, and the file's own text tells.
-namespace corvanta::app {
+namespace corvanta::app::reader {
+
+/// Fails: throws NImportError for a file whose nodes, each as often as others list it, would be
+/// more than neutral::kMostItems. A file that isn't sound otherwise passes. Cost: linear in the
+/// file's nodes and what they list.
+void CheckItemCount(nlohmann::json const& root);
 
 /// The scene's nodes in the order of the file's; null where the scene doesn't show one.
 using NGltfNodes = std::vector<aiNode const*>;
@@ -30,4 +35,4 @@ struct NSharedContent {
 NSharedContent FindShared(nlohmann::json const& root, NGltfNodes const& nodes,
                           aiScene const& scene);
 
-}  // namespace corvanta::app
+}  // namespace corvanta::app::reader
