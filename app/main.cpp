@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "app/commands/commands.h"
+#include "app/commands/open_model.h"
 #include "app/output/text.h"
 
 int main(int argc, char** argv) {
@@ -15,6 +16,7 @@ int main(int argc, char** argv) {
                      "corvanta");
     program.require_subcommand(1);
     for (NAddCommand* const add : kCommands) add(program, status);
+    for (CLI::App* const command : program.get_subcommands({})) AddLimitOptions(*command);
     try {
       program.parse(argc, argv);
     } catch (CLI::ParseError const& error) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <CLI/App.hpp>
 #include <optional>
 #include <string>
 
@@ -12,5 +13,8 @@ namespace corvanta::app {
 /// once.
 /// Fails: nothing, with the reason printed, for a file that can't be used.
 std::optional<NImportedModel> OpenModel(NDocument& document, std::string const& file);
+
+/// Gives a command the options that limit what reading a model file may take.
+void AddLimitOptions(CLI::App& command);
 
 }  // namespace corvanta::app

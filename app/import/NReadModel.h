@@ -2,21 +2,27 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <span>
-#include <vector>
+
+#include "app/import/limits.h"
+#include "corvanta/platform/shared_memory.h"
 
 namespace corvanta::app {
 
-/// A model file as a block of the neutral form.
+/// A model file as a block of the neutral form, made by a program of its own that can open, write
+/// and connect to nothing.
 class NReadModel {
  public:
-  /// Fails: throws NImportError.
-  explicit NReadModel(std::filesystem::path const& path);
+  /// Fails: throws NImportError for a file that can't be read, one that takes more than the limits
+  /// or takes the program down, and where there is no such program or none can be started.
+  NReadModel(std::filesystem::path const& path, NImportLimits const& limits);
 
-  std::span<std::byte const> GetBlock() const { return m_block; }
+  /// At a multiple of eight. Nobody else can change it.
+  std::span<std::byte const> GetBlock() const;
 
  private:
-  std::vector<std::byte> m_block;
+  std::unique_ptr<platform::NSharedMapping const> m_mapping;
 };
 
 }  // namespace corvanta::app

@@ -33,7 +33,7 @@ void Append(std::vector<std::string>& notes, std::vector<std::string> const& mor
 NImportedModel ImportModel(NDocument& document, std::string const& file) {
   std::filesystem::path const path(file);
   auto const start = Clock::now();
-  NReadModel const read(path);
+  NReadModel const read(path, GetImportLimits());
   neutral::NSceneView const scene(read.GetBlock());
   auto const isRead = Clock::now();
 

@@ -24,9 +24,9 @@ struct NImportedModel {
   double buildMilliseconds = 0.0;
 };
 
-/// Reads a model file and builds its scene as a tree of `document`, named after the file.
-/// Fails: throws NImportError, with no change, for a file that can't be used; std::runtime_error if
-/// its pictures can't be kept.
+/// Reads a model file, by a program of its own and within the limits of limits.h, and builds its
+/// scene as a tree of `document`, named after the file. Fails: throws NImportError, with no change,
+/// for a file that can't be used; std::runtime_error if its pictures can't be kept.
 NImportedModel ImportModel(NDocument& document, std::string const& file);
 
 }  // namespace corvanta::app

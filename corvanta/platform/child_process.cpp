@@ -21,6 +21,7 @@ extern "C" {
 #include <sys/pidfd.h>
 }
 
+#include "corvanta/platform/file.h"
 #include "corvanta/platform/narrow_path.h"
 
 namespace corvanta::platform {
@@ -96,6 +97,16 @@ std::vector<char*> GetPointers(std::vector<std::string>& texts) {
 }
 
 }  // namespace
+
+std::wstring FindChildProgram(std::wstring const& name) {
+  std::wstring const library = GetLibraryFolder();
+  // As it was installed; in the build tree; and from a folder of the architecture, lib/<triplet>.
+  for (wchar_t const* const place : {CORVANTA_LIBEXEC L"/", L"../libexec/", L"../../libexec/"}) {
+    std::wstring path = library + place + L"corvanta/" + name;
+    if (Exists(path)) return path;
+  }
+  return {};
+}
 
 NChildProcess::NChildProcess(pid_t pid, NDescriptor socket)
     : m_pid(pid), m_owner(getpid()), m_socket(std::move(socket)), m_handle(pidfd_open(pid, 0)) {}

@@ -18,6 +18,10 @@ namespace corvanta::platform {
 /// Until when a call may wait.
 using NDeadline = std::chrono::steady_clock::time_point;
 
+/// A program of that name in libexec/corvanta of the tree in which the library is installed, or was
+/// built. Fails: empty.
+CORVANTA_API std::wstring FindChildProgram(std::wstring const& name);
+
 /// A program that does for the host what the host doesn't dare to do itself: it gets requests over
 /// a socket, and can't do more than its descriptors and limits allow.
 ///

@@ -2,7 +2,7 @@
 
 #include <mutex>
 
-#include "corvanta/platform/file.h"
+#include "corvanta/platform/child_process.h"
 
 namespace corvanta::platform {
 
@@ -33,16 +33,6 @@ void Set(Type Settings::*member, Type const& value) {
   GetSettings().*member = value;
 }
 
-std::wstring FindBesideLibrary() {
-  std::wstring const library = GetLibraryFolder();
-  // As it was installed; in the build tree; and from a folder of the architecture, lib/<triplet>.
-  for (wchar_t const* const place : {CORVANTA_LIBEXEC L"/", L"../libexec/", L"../../libexec/"}) {
-    std::wstring path = library + place + L"corvanta/corvanta-decode";
-    if (Exists(path)) return path;
-  }
-  return {};
-}
-
 }  // namespace
 
 NPictureLimits GetPictureLimits() { return Get(&Settings::pictures); }
@@ -53,7 +43,7 @@ void SetArchiveLimits(NArchiveLimits const& limits) { Set(&Settings::archives, l
 std::wstring GetDecoderProgram() {
   std::wstring const set = Get(&Settings::program);
   if (!set.empty()) return set;
-  static std::wstring const& found = *new std::wstring(FindBesideLibrary());
+  static std::wstring const& found = *new std::wstring(FindChildProgram(L"corvanta-decode"));
   return found;
 }
 

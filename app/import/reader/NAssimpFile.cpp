@@ -15,7 +15,6 @@
 #include "app/import/reader/NFiles.h"
 #include "app/import/reader/check.h"
 #include "app/import/reader/gltf_nodes.h"
-#include "app/import/reader/large_stack.h"
 
 namespace corvanta::app::reader {
 
@@ -59,13 +58,10 @@ class NLog {
 
 NAssimpFile::NAssimpFile(NFileOpener& opener, std::filesystem::path const& path)
     : m_importer(std::make_unique<Assimp::Importer>()) {
-  RunOnLargeStack([&] { Read(opener, path); });
+  Read(opener, path);
 }
 
-// Assimp's hierarchy is taken down by recursion too.
-NAssimpFile::~NAssimpFile() {
-  RunOnLargeStack([this] { m_importer.reset(); });
-}
+NAssimpFile::~NAssimpFile() = default;
 
 void NAssimpFile::ReadGltf(NFileOpener& opener, std::filesystem::path const& path) {
   std::string extension = path.extension().string();

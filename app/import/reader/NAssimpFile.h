@@ -18,6 +18,7 @@ namespace corvanta::app::reader {
 
 /// A model file as Assimp reads it, with polygons cut into triangles, and found to be sound: every
 /// index names a vertex, every coordinate and every transform is finite, and there is a root node.
+/// Requires: a stack for the depth of its hierarchy, through which Assimp recurses.
 class NAssimpFile {
  public:
   /// Fails: throws NImportError.

@@ -1,7 +1,6 @@
 #include "app/import/reader/NFiles.h"
 
 #include <assimp/MemoryIOWrapper.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdint>
@@ -14,9 +13,13 @@ namespace corvanta::app::reader {
 
 namespace {
 
+// By a seek: a child may not ask for the status of a file.
 std::size_t GetSize(std::FILE* file) {
-  struct stat status {};
-  return fstat(fileno(file), &status) == 0 ? static_cast<std::size_t>(status.st_size) : 0;
+  long const at = std::ftell(file);
+  std::fseek(file, 0, SEEK_END);
+  long const size = std::ftell(file);
+  std::fseek(file, at, SEEK_SET);
+  return size < 0 ? 0 : static_cast<std::size_t>(size);
 }
 
 class Stream : public Assimp::IOStream {

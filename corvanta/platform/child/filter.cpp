@@ -53,7 +53,11 @@ class Filter {
       m_good &= seccomp_rule_add(m_filter.get(), SCMP_ACT_ALLOW, call, sizeof...(conditions),
                                  conditions...) == 0;
   }
-  bool Load() { return m_filter && m_good && seccomp_load(m_filter.get()) == 0; }
+  // For all threads.
+  bool Load() {
+    return m_filter && m_good && seccomp_attr_set(m_filter.get(), SCMP_FLTATR_CTL_TSYNC, 1) == 0 &&
+           seccomp_load(m_filter.get()) == 0;
+  }
 
  private:
   std::unique_ptr<void, Release> const m_filter{seccomp_init(SCMP_ACT_ERRNO(EPERM))};

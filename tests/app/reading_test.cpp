@@ -1,0 +1,314 @@
+#include <assimp/scene.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+
+#include "app/import/NAnimations.h"
+#include "app/import/NImportError.h"
+#include "app/import/NModelFolder.h"
+#include "app/import/import.h"
+#include "app/import/limits.h"
+#include "app/import/reader/check.h"
+#include "tests/app/neutral_scene.h"
+#include "tests/app/program.h"
+
+namespace corvanta::app_tests {
+namespace {
+
+namespace fs = std::filesystem;
+using app::NDocument;
+using app::NImportError;
+using nlohmann::json;
+using support::TemporaryFiles;
+using testing::HasSubstr;
+
+std::string const kGood = MakeGltf({Triangle()}, {{{"name", "only"}, {"mesh", 0}}});
+
+// A node that `levels` times lists the next one twice, and the last of them a triangle.
+std::string Doubled(int levels) {
+  json nodes = json::array();
+  for (int i = 0; i != levels; ++i) nodes.push_back({{"children", {i + 1, i + 1}}});
+  nodes.push_back({{"mesh", 0}});
+  return MakeGltf({Triangle()}, nodes);
+}
+
+std::string GetReason(std::function<void()> const& work) {
+  try {
+    work();
+  } catch (NImportError const& error) {
+    return error.what();
+  }
+  return "";
+}
+
+// Files of tests/hostile that took readers down, kept them for ever or made them take gigabytes.
+TEST(ReadingTest, AHostileFileCostsOneLine) {
+  TemporaryFiles const files;
+  files.Write("good.gltf", kGood);
+  files.Write("doubled.gltf", Doubled(60));
+  ASSERT_EQ(mkfifo((files.GetFolder() / "ff").c_str(), 0600), 0);  // which two of them name
+  for (auto const& [name, reason] :
+       std::vector<std::pair<std::string, std::string>>{{"check72.raw", ""},
+                                                        {"two_objects.raw", ""},
+                                                        {"mesh36.gltf", ""},
+                                                        {"min_skin.gltf", ""},
+                                                        {"dag.gltf", "items"},
+                                                        {"doubled.gltf", "items"},
+                                                        {"claims_vertices.off", ""},
+                                                        {"fifo.gltf", ""}}) {
+    SCOPED_TRACE(name);
+    if (name != "doubled.gltf")
+      fs::copy_file(fs::path(CORVANTA_HOSTILE) / name, files.GetFolder() / name);
+    Result const result = RunProgram(files, {"info", name, "good.gltf", "--json"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(result.HasOneError(name + ": ", reason)) << result.err;
+    EXPECT_FALSE(Named(result.Json()["trees"][1]["items"], "only").is_null());
+  }
+  fs::copy_file(fs::path(CORVANTA_HOSTILE) / "mtlf.obj", files.GetFolder() / "mtlf.obj");
+  EXPECT_EQ(RunProgram(files, {"info", "mtlf.obj"}).status, 0);
+  EXPECT_TRUE(files.GetLeftovers().empty());
+}
+
+TEST(ReadingTest, AModelMayNameRegularFilesInItsFolderBelowItAndInItsParents) {
+  TemporaryFiles const files;
+  fs::path const top = files.GetFolder();
+  fs::create_directories(top / "model" / "below");
+  fs::create_directories(top / "beside");
+  for (char const* const name :
+       {"up.bin", "model/a.gltf", "model/own.bin", "model/below/low.bin", "beside/other.bin"}) {
+    files.Write(name, name);
+  }
+  ASSERT_EQ(mkfifo((top / "model/pipe.bin").c_str(), 0600), 0);
+  fs::create_symlink("own.bin", top / "model/link.bin");
+  fs::create_symlink("../beside/other.bin", top / "model/away.bin");
+  fs::create_symlink("/dev/zero", top / "model/zero.bin");
+  fs::create_symlink("../model/a.gltf", top / "beside/a.gltf");
+  app::NModelFolder const folder((top / "model/a.gltf").string());
+  for (auto const& [name, isOpened] :
+       std::vector<std::pair<std::string, bool>>{{"a.gltf", true},
+                                                 {"own.bin", true},
+                                                 {"link.bin", true},
+                                                 {"below/low.bin", true},
+                                                 {"below/../../up.bin", true},
+                                                 {"", false},
+                                                 {"none.bin", false},
+                                                 {"pipe.bin", false},
+                                                 {"zero.bin", false},
+                                                 {"away.bin", false},
+                                                 {"../beside/other.bin", false},
+                                                 {"../../../../../../../../etc/passwd", false}}) {
+    EXPECT_EQ(static_cast<bool>(folder.Open((top / "model" / name).string())), isOpened) << name;
+  }
+  for (char const* const name : {"/dev/null", "/etc/passwd", "/proc/self/mem", "own.bin"}) {
+    EXPECT_FALSE(folder.Open(name)) << name;
+  }
+  // By a link, what lies beside the link and beside the model.
+  app::NModelFolder const linked((top / "beside/a.gltf").string());
+  for (char const* const name : {"beside/a.gltf", "beside/other.bin", "model/own.bin"}) {
+    EXPECT_TRUE(linked.Open((top / name).string())) << name;
+  }
+}
+
+TEST(ReadingTest, WhatTakesTooMuchEndsAndTheOthersGoOn) {
+  TemporaryFiles const files;
+  files.Write("good.gltf", kGood);
+  files.Write("many.gltf", Doubled(19));
+  Result const memory =
+      RunProgram(files, {"info", "many.gltf", "good.gltf", "--memory", "60", "--json"});
+  EXPECT_EQ(memory.status, 1);
+  EXPECT_TRUE(memory.HasOneError("many.gltf: ", "more than 60 MB")) << memory.err;
+  EXPECT_FALSE(Named(memory.Json()["trees"][1]["items"], "only").is_null());
+
+  Result const time = RunProgram(files, {"info", "many.gltf", "--timeout", "0.001"});
+  EXPECT_EQ(time.status, 1);
+  EXPECT_TRUE(time.HasOneError("many.gltf: ", "longer than 0.001 s")) << time.err;
+
+  for (char const* const option : {"--memory", "--timeout"}) {
+    for (char const* const value : {"0", "-1", "nan", "x", "1e10"}) {
+      EXPECT_EQ(RunProgram(files, {"info", "good.gltf", option, value}).status, 2) << value;
+    }
+  }
+}
+
+// Programs that aren't readers, in the place of one.
+TEST(ReadingTest, AReaderThatFailsIsToldAndLeavesNothing) {
+  TemporaryFiles const files;
+  std::string const good = (files.GetFolder() / "good.gltf").string();
+  files.Write("good.gltf", kGood);
+  auto const script = [&](std::string const& text) {
+    auto const path = files.Write("script", "#!/bin/sh\n" + text + "\n");
+    fs::permissions(files.GetFolder() / "script", fs::perms::owner_all);
+    return path.ToString();
+  };
+  app::NImportLimits const limits = app::GetImportLimits();
+  struct Row {
+    std::wstring program;
+    char const* reason;
+  };
+  for (Row const& row :
+       {Row{L"/nowhere/reader", "can't start"},
+        Row{files.At("good.gltf").ToString(), "can't start"},
+        Row{L"/bin/sleep", "longer than 0.3 s"},
+        Row{script("exec sleep 1000"), "longer than 0.3 s"}, Row{script("exit 3"), "status 3"},
+        Row{script("kill -SEGV $$"), "signal 11"}, Row{script("echo done >&3"), "gave no scene"}}) {
+    SCOPED_TRACE(row.reason);
+    app::SetReaderProgram(row.program);
+    app::SetImportLimits({limits.memory, std::chrono::milliseconds(300)});
+    NDocument document;
+    EXPECT_THAT(GetReason([&] { app::ImportModel(document, good); }), HasSubstr(row.reason));
+    EXPECT_EQ(document.GetTrees().GetNodeCount(), 0u);
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(errno, ECHILD);
+  }
+  app::SetReaderProgram(L"");
+  app::SetImportLimits(limits);
+  NDocument document;
+  app::ImportModel(document, good);
+  EXPECT_EQ(document.GetTrees().GetNodeCount(), 1u);
+}
+
+// A triangle with all that it can have, below a root.
+std::unique_ptr<aiScene> MakeScene() {
+  auto scene = std::make_unique<aiScene>();
+  auto* const mesh = new aiMesh;
+  mesh->mNumVertices = 3;
+  mesh->mVertices = new aiVector3D[3]{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+  mesh->mNormals = new aiVector3D[3];
+  mesh->mTextureCoords[0] = new aiVector3D[3];
+  mesh->mNumFaces = 1;
+  mesh->mFaces = new aiFace[1];
+  mesh->mFaces[0].mNumIndices = 3;
+  mesh->mFaces[0].mIndices = new unsigned[3]{0, 1, 2};
+  scene->mNumMeshes = scene->mNumMaterials = 1;
+  scene->mMeshes = new aiMesh* [1] { mesh };
+  scene->mMaterials = new aiMaterial* [1] { new aiMaterial };
+  auto* const child = new aiNode("child");
+  child->mNumMeshes = 1;
+  child->mMeshes = new unsigned[1]{0};
+  scene->mRootNode = new aiNode("root");
+  scene->mRootNode->addChildren(1, const_cast<aiNode**>(&child));
+  return scene;
+}
+
+// What is wrong is put right again before the scene is taken down.
+TEST(ReadingTest, NothingOfAReadersSceneIsTrusted) {
+  EXPECT_EQ(GetReason([] { app::reader::CheckScene(*MakeScene()); }), "");
+  auto const refused = [](auto aiMesh::*member, auto value, char const* reason) {
+    auto const scene = MakeScene();
+    auto& place = (*scene->mMeshes[0]).*member;
+    auto const before = std::exchange(place, value);
+    EXPECT_THAT(GetReason([&] { app::reader::CheckScene(*scene); }), HasSubstr(reason));
+    place = before;
+  };
+  refused(&aiMesh::mVertices, nullptr, "vertices");
+  refused(&aiMesh::mFaces, nullptr, "faces");
+  refused(&aiMesh::mNumVertices, 900u, "vertices");
+  refused(&aiMesh::mNumFaces, 900u, "faces");
+  refused(&aiMesh::mMaterialIndex, 1u, "material");
+  std::unique_ptr<aiVector3D[]> const few(new aiVector3D[1]);
+  refused(&aiMesh::mNormals, few.get(), "normals");
+
+  auto const spoilt = [](auto const& spoil, auto const& mend, char const* reason) {
+    auto const scene = MakeScene();
+    spoil(*scene);
+    EXPECT_THAT(GetReason([&] { app::reader::CheckScene(*scene); }), HasSubstr(reason));
+    mend(*scene);
+  };
+  aiNode* child = nullptr;
+  spoilt([&](aiScene& s) { child = std::exchange(s.mRootNode->mChildren[0], nullptr); },
+         [&](aiScene& s) { s.mRootNode->mChildren[0] = child; }, "a child that isn't there");
+  spoilt([](aiScene& s) { s.mRootNode->mNumChildren = 90; },
+         [](aiScene& s) { s.mRootNode->mNumChildren = 1; }, "a child that isn't there");
+  spoilt([&](aiScene& s) { child = std::exchange(s.mRootNode->mChildren[0], s.mRootNode); },
+         [&](aiScene& s) { s.mRootNode->mChildren[0] = child; }, "items");
+  spoilt([](aiScene& s) { s.mRootNode->mChildren[0]->mMeshes[0] = 1; }, [](aiScene&) {}, "mesh");
+  aiMesh* mesh = nullptr;
+  spoilt([&](aiScene& s) { mesh = std::exchange(s.mMeshes[0], nullptr); },
+         [&](aiScene& s) { s.mMeshes[0] = mesh; }, "shorter");
+  spoilt(
+      [](aiScene& s) {
+        aiFace& face = s.mMeshes[0]->mFaces[0];
+        delete[] face.mIndices;
+        face.mIndices = new unsigned[900'000]{};
+        face.mNumIndices = 900'000;
+      },
+      [](aiScene&) {}, "900000 corners");
+}
+
+// A scene with one of each.
+neutral::NSceneWriter MakeWhole() {
+  neutral::NSceneWriter writer;
+  AddNode(writer, "root", 1);
+  AddNode(writer, "child");
+  auto& child = writer.Get<neutral::NNode>().back();
+  std::vector<std::uint32_t> const first{0};
+  child.meshes = writer.Add(first);
+  child.lights = writer.Add(first);
+  child.cameras = writer.Add(first);
+  neutral::NMesh mesh{};
+  mesh.positions = writer.Add(std::vector<neutral::NTriple>{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
+  mesh.normals = writer.Add(std::vector<neutral::NTriple>(3));
+  mesh.uvs[0] = writer.Add(std::vector<neutral::NTriple>(3));
+  mesh.uvSetCount = 1;
+  mesh.triangles = writer.Add(std::vector<neutral::NTriangle>{{0, 1, 2}});
+  writer.Get<neutral::NMesh>().push_back(mesh);
+  neutral::NMaterial material{};
+  material.textures = writer.Add(std::vector<neutral::NTexture>{{0, 0, 0}, {1, 1, 0}});
+  writer.Get<neutral::NMaterial>().push_back(material);
+  neutral::NText const name = writer.AddText("png");
+  neutral::NBytes const bytes = writer.Add(std::vector<std::uint8_t>(5));
+  writer.Get<neutral::NPicture>() = {{name, 1, writer.AddText("png"), bytes}, {name, 0, {}, {}}};
+  writer.Get<neutral::NLight>().push_back({{}, neutral::NLK_SPOT, {}, {0, 1, 0}, {}, 1, 2});
+  writer.Get<neutral::NCamera>().push_back({{}, {}, {0, 0, -1}, {0, 1, 0}, 1, 1, 0});
+  auto const moves = writer.Add(std::vector<neutral::NTripleKey>{{0, {}}, {1, {1, 0, 0}}});
+  auto const turns =
+      writer.Add(std::vector<neutral::NTurnKey>{{0, {0, 0, 0, 1}}, {1, {0, 1, 0, 0}}});
+  auto const channels = writer.Add(std::vector<neutral::NChannel>{{{}, 1, moves, turns, {}}});
+  writer.Get<neutral::NAnimation>().push_back({{}, 25, 2, channels, 0, 0});
+  writer.Get<neutral::NText>().push_back(writer.AddText("note"));
+  return writer;
+}
+
+// Each word is spoilt in turn, in several ways: the block is refused or can be built of.
+TEST(ReadingTest, ADamagedBlockIsRefusedOrHarmless) {
+  TemporaryFiles const files;
+  auto const whole = MakeBlock(MakeWhole());
+  int refusedCount = 0;
+  int builtCount = 0;
+  for (std::size_t at = 0; at != whole.size(); ++at) {
+    for (std::uint64_t const mask :
+         {~std::uint64_t{0}, std::uint64_t{1}, std::uint64_t{8}, std::uint64_t{1} << 32,
+          std::uint64_t{1} << 63, std::uint64_t{0x7F80'0000}}) {
+      auto block = whole;
+      block[at] ^= mask;
+      try {
+        neutral::NSceneView const scene(std::as_bytes(std::span(block)));
+        NDocument document;
+        app::NPictures pictures(document, scene, files.GetFolder());
+        app::NMaterials materials(document, scene, pictures);
+        app::NHierarchy hierarchy(document, scene, materials);
+        auto const tree = document.GetTrees().CreateNode(core::node::NNodeID());
+        hierarchy.Build(*tree);
+        app::NAnimations const animations(document, scene, hierarchy, *tree);
+        ++builtCount;
+      } catch (NImportError const&) {
+        ++refusedCount;
+      }
+    }
+  }
+  EXPECT_GT(refusedCount, 300);
+  EXPECT_GT(builtCount, 300);
+  for (std::size_t size = 0; size != whole.size(); ++size) {
+    EXPECT_THROW(neutral::NSceneView(std::as_bytes(std::span(whole).first(size))), NImportError);
+  }
+}
+
+}  // namespace
+}  // namespace corvanta::app_tests
