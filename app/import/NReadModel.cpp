@@ -26,7 +26,8 @@ class Reading {
         m_folder(path),
         m_limits(limits),
         m_deadline(steady_clock::now() + limits.timeout),
-        m_memory(platform::CreateSharedMemory(limits.memory)) {
+        m_memory(platform::CreateSharedMemory(
+            std::min(limits.memory, platform::GetSharedMemoryLimit()))) {
     if (!m_memory) throw NImportError("there is no shared memory to read it into");
     Start();
   }

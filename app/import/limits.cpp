@@ -8,11 +8,12 @@ namespace corvanta::app {
 
 namespace {
 
+// In whole MB.
 std::uint64_t GetHalfOfMemory() {
   long const pages = sysconf(_SC_PHYS_PAGES);
   long const size = sysconf(_SC_PAGESIZE);
   if (pages <= 0 || size <= 0) return std::uint64_t{1} << 30;
-  return static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(size) / 2;
+  return (static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(size)) >> 21 << 20;
 }
 
 struct Settings {

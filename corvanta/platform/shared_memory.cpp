@@ -2,11 +2,26 @@
 
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+
+#include <cerrno>
+#include <limits>
 
 namespace corvanta::platform {
 
+std::uint64_t GetSharedMemoryLimit() {
+  struct rlimit limit = {};
+  bool const isKnown = getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY;
+  return isKnown ? limit.rlim_cur : std::numeric_limits<off_t>::max();
+}
+
 NDescriptor CreateSharedMemory(std::uint64_t size) {
+  // A larger one would end the process by a signal.
+  if (size > GetSharedMemoryLimit()) {
+    errno = EFBIG;
+    return NDescriptor();
+  }
   NDescriptor memory(memfd_create("corvanta", MFD_CLOEXEC | MFD_ALLOW_SEALING));
   bool const made = memory && ftruncate(memory.Get(), static_cast<off_t>(size)) == 0 &&
                     fcntl(memory.Get(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW) == 0;

@@ -11,6 +11,10 @@
 /// child does can change it or take it away.
 namespace corvanta::platform {
 
+/// The most that CreateSharedMemory can make: the process's limit to the size of files.
+/// Units: bytes.
+CORVANTA_API std::uint64_t GetSharedMemoryLimit();
+
 /// Shared memory of `size` bytes that takes room only where it is written. Its size is fixed: no
 /// process can shorten it under another one's mapping.
 /// Fails: no descriptor, with errno set.

@@ -283,7 +283,8 @@ TEST(GltfAnimationTest, ReadsSparseAndBufferlessAccessors) {
     of(0)["sparse"][json::json_pointer(key)] = value;
     support::TemporaryFiles const files;
     files.Write("model.gltf", file.dump());
-    app::NGltfFile read(files.GetFolder() / "model.gltf");
+    PlainOpener opener;
+    app::reader::NGltfFile read(opener, files.GetFolder() / "model.gltf");
     EXPECT_ANY_THROW(read.ReadAccessor(samplers[0]["output"].get<std::size_t>(), 3)) << key;
     EXPECT_THROW(Played(file.dump()), app::NImportError) << key << ": the other reader would crash";
     of(0)["sparse"] = good;

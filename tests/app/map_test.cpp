@@ -148,10 +148,19 @@ TEST_F(MapTest, WhatReplacesAFileIsWholeAndKeepsItsModeAndOwner) {
   fs::permissions(old, fs::perms(0444));
   EXPECT_TRUE(write("old.obj").HasOneError("old.obj", "read-only"));
   fs::permissions(old, fs::perms(0644));
-  // What breaks off on the way, here by a limit to the size of files, changes nothing.
+  // What breaks off on the way, here by a limit to the size of files, changes nothing. The model
+  // itself takes less than that.
+  Mesh strip = Triangle();
+  for (int i = 0; i != 200; ++i) strip.indices.insert(strip.indices.end(), {0, 1, 2});
+  nlohmann::json nodes = {{{"children", nlohmann::json::array()}}};
+  for (int i = 1; i != 50; ++i) {
+    nodes[0]["children"].push_back(i);
+    nodes.push_back({{"mesh", 0}});
+  }
+  m_files.Write("model.gltf", MakeGltf({strip}, nodes));
   struct rlimit before = {};
   getrlimit(RLIMIT_FSIZE, &before);
-  struct rlimit const small = {200, before.rlim_max};
+  struct rlimit const small = {50'000, before.rlim_max};
   signal(SIGXFSZ, SIG_IGN);
   setrlimit(RLIMIT_FSIZE, &small);
   Result const full = write("old.obj");

@@ -1,5 +1,6 @@
 // corvanta-read VERSION MEMORY: reads a model file for a host that has started it. Not to be called
 // by hand.
+#include <malloc.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -8,6 +9,7 @@
 #include <cstring>
 #include <exception>
 #include <iostream>
+#include <limits>
 #include <new>
 #include <optional>
 #include <string_view>
@@ -76,6 +78,8 @@ void Fail(std::string_view reason) {
 // Leaves no mapping, so that the host can take the memory over.
 void Write(NModelReader const& reader, NDescriptor memory) {
   std::size_t const size = reader.GetSize();
+  off_t const room = lseek(memory.Get(), 0, SEEK_END);
+  if (room < 0 || size > static_cast<std::uint64_t>(room)) throw std::bad_alloc();
   void* const block =
       mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_POPULATE, memory.Get(), 0);
   if (block == MAP_FAILED) throw std::bad_alloc();
@@ -129,6 +133,10 @@ int main(int count, char** arguments) {
     return 2;
   }
   std::uint64_t const memory = std::strtoull(arguments[2], nullptr, 10);
+  // One heap, which grows in large steps and gives nothing back: the process ends soon.
+  mallopt(M_ARENA_MAX, 1);
+  mallopt(M_TOP_PAD, 16 << 20);
+  mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
   // Readers recurse through hierarchies of any depth.
   corvanta::app::reader::RunOnLargeStack(
       [&] { corvanta::app::reader::Serve(arguments[1], memory); });
