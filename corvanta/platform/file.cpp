@@ -1,6 +1,7 @@
 #include "corvanta/platform/file.h"
 
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <cstdlib>
@@ -8,6 +9,7 @@
 #include <optional>
 
 #include "corvanta/core/text/convert.h"
+#include "corvanta/platform/descriptor.h"
 #include "corvanta/platform/narrow_path.h"
 
 namespace corvanta::platform {
@@ -28,15 +30,21 @@ std::optional<std::string> ToNarrowPath(std::wstring const& path) {
   return core::text::ToNarrow(path);
 }
 
-NFile OpenFile(std::wstring const& path, char const* mode) {
-  std::optional<struct stat> const status = GetStatus(path);
+NFile OpenFile(std::wstring const& path) {
+  std::optional<struct stat> status = GetStatus(path);
   std::optional<std::string> const narrow = ToNarrowPath(path);
-  if (!narrow || (status && !S_ISREG(status->st_mode))) return nullptr;
-  return NFile(std::fopen(narrow->c_str(), (std::string(mode) + "e").c_str()));
+  if (!narrow || !status || !S_ISREG(status->st_mode)) return nullptr;
+  // Something else may stand there by now.
+  NDescriptor descriptor(open(narrow->c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  if (!descriptor || fstat(descriptor.Get(), &*status) != 0 || !S_ISREG(status->st_mode))
+    return nullptr;
+  NFile file(fdopen(descriptor.Get(), "rb"));
+  if (file) descriptor.Release();
+  return file;
 }
 
 bool ReadFile(std::wstring const& path, std::vector<unsigned char>& bytes) {
-  NFile const file = OpenFile(path, "rb");
+  NFile const file = OpenFile(path);
   struct stat status;
   if (!file || fstat(fileno(file.get()), &status) != 0) return false;
   std::setvbuf(file.get(), nullptr, _IONBF, 0);

@@ -16,10 +16,10 @@ struct NFileCloser {
 /// An open file, closed by its end.
 using NFile = std::unique_ptr<std::FILE, NFileCloser>;
 
-/// Opens a file; `mode` as for fopen. Child processes don't inherit it.
+/// Opens a file for reading. Child processes don't inherit it.
 /// Fails: null, also for what is there and isn't a regular file: reading from a pipe could wait for
 /// ever.
-CORVANTA_API NFile OpenFile(std::wstring const& path, char const* mode);
+CORVANTA_API NFile OpenFile(std::wstring const& path);
 
 /// All bytes of a file, by one read where its size is known.
 /// Fails: false, with `bytes` in any state, if it can't be opened or read.

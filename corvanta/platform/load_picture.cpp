@@ -38,7 +38,7 @@ std::unique_ptr<NPicture const> LoadPicture(std::wstring const& path, std::strin
   std::string unused;
   std::string& why = reason ? *reason : unused;
   std::unique_ptr<NPicture const> picture;
-  NFile const file = OpenFile(path, "rb");
+  NFile const file = OpenFile(path);
   std::optional<std::uint64_t> const length = GetLength(file.get());
   if (!length) {
     why = "the file can't be opened";
@@ -72,7 +72,7 @@ std::unique_ptr<NPicture const> DecodePicture(void const* bytes, std::size_t len
 }
 
 bool GetPictureSize(std::wstring const& path, unsigned int& width, unsigned int& height) {
-  NFile const file = OpenFile(path, "rb");
+  NFile const file = OpenFile(path);
   std::optional<std::uint64_t> const length = GetLength(file.get());
   if (!length) return false;
   NPictureFormat const format = JudgeContent(*file);

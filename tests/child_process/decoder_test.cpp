@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 #include <csignal>
@@ -106,17 +107,23 @@ TEST_F(Decoder, ServesManyThreadsAndAFork) {
   EXPECT_TRUE(IsDecoded(m_sound)) << m_reason;
 }
 
-// A picture that is cut and grown while it is read is itself or nothing.
+// A picture that is cut, grown, and replaced by a pipe while it is read is itself or nothing.
 TEST_F(Decoder, APictureThatChangesIsNoTrouble) {
   std::string const whole = pictures::Tiff(700, 700, 490000);
   std::wstring const path = m_files.Write("a.tif", whole).ToString();
+  std::filesystem::path const at = m_files.GetFolder() / "a.tif";
+  std::filesystem::path const kept = m_files.GetFolder() / "kept";
+  std::filesystem::path const pipe = m_files.GetFolder() / "pipe";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
   std::jthread const writer([&](std::stop_token const& stop) {
     while (!stop.stop_requested()) {
-      std::filesystem::resize_file(m_files.GetFolder() / "a.tif", 1000);
-      std::filesystem::resize_file(m_files.GetFolder() / "a.tif", whole.size());
+      std::filesystem::resize_file(at, 1000);
+      std::filesystem::resize_file(at, whole.size());
+      for (auto const& [from, to] : {std::pair(at, kept), {pipe, at}, {at, pipe}, {kept, at}})
+        std::filesystem::rename(from, to);
     }
   });
-  for (int i = 0; i < 200; ++i) LoadPicture(path);
+  for (int i = 0; i < 300; ++i) LoadPicture(path);
   EXPECT_TRUE(IsDecoded(m_sound)) << m_reason;
 }
 

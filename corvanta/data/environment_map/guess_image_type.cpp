@@ -33,7 +33,7 @@ std::optional<Layout> ReadDdsHeader(std::FILE& file) {
 }
 
 std::optional<Layout> ReadLayout(std::wstring const& path) {
-  platform::NFile const file = platform::OpenFile(path, "rb");
+  platform::NFile const file = platform::OpenFile(path);
   char magic[4];
   if (!file || std::fread(magic, 1, sizeof magic, file.get()) != sizeof magic) return std::nullopt;
   if (std::memcmp(magic, "DDS ", sizeof magic) == 0) return ReadDdsHeader(*file);
