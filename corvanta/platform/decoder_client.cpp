@@ -145,7 +145,7 @@ class Question {
   }
 
   bool MakeMemory(std::string& reason) {
-    std::uint64_t const length = m_worker.setup->shared;
+    std::uint64_t const length = std::min(m_worker.setup->shared, GetSharedMemoryLimit());
     m_worker.memory = CreateSharedMemory(length);
     m_worker.mapping = std::make_unique<NSharedMapping const>(m_worker.memory.Get(), 0, length);
     if (m_worker.mapping->GetData()) return true;

@@ -56,19 +56,80 @@ TEST_F(Decoder, WithoutOneTheReasonIsTold) {
   }
 }
 
+// The number of this process's only child; 0 if it has none, or the system doesn't tell.
+pid_t GetChild() {
+  std::ifstream children("/proc/self/task/" + std::to_string(getpid()) + "/children");
+  pid_t child = 0;
+  children >> child;
+  return child;
+}
+
+TEST_F(Decoder, KilledAtWorkItCostsThePictureAlone) {
+  SetDecoderProgram(LIAR);
+  ASSERT_TRUE(IsDecoded(m_files.Write("true", "x").ToString())) << m_reason;
+  if (GetChild() == 0) GTEST_SKIP() << "the system doesn't tell the children";
+  std::jthread const killer([child = GetChild()] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    kill(child, SIGKILL);
+  });
+  EXPECT_FALSE(IsDecoded(m_files.Write("sleep", "x").ToString()));
+  EXPECT_NE(m_reason.find("signal 9"), std::string::npos) << m_reason;
+  EXPECT_TRUE(IsDecoded(m_files.Write("true", "x").ToString())) << m_reason;
+}
+
 #ifdef CORVANTA_WITH_FREEIMAGE
 
 TEST_F(Decoder, IsStartedAgainWhenItWasKilled) {
   for (int i = 0; i < 3; ++i) {
     ASSERT_TRUE(IsDecoded(m_sound)) << m_reason;
-    // Its number is that of our only child.
-    std::ifstream children("/proc/self/task/" + std::to_string(getpid()) + "/children");
-    pid_t child = 0;
-    if (!(children >> child)) GTEST_SKIP() << "the system doesn't tell the children";
+    pid_t const child = GetChild();
+    if (child == 0) GTEST_SKIP() << "the system doesn't tell the children";
     kill(child, SIGKILL);
     siginfo_t info{};
     waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOWAIT);
   }
+}
+
+TEST_F(Decoder, LittleSharedMemoryIsEnoughAndNoneIsAReason) {
+  std::string const large = pictures::Tiff(2000, 1000, 2000000);
+  std::wstring const path = m_files.Write("a.tif", large).ToString();
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  for (rlim_t const most : {rlim_t{0}, rlim_t{1} << 20}) {
+    EndDecoderProgram();
+    rlimit const limit{most, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    std::string reason;
+    bool const isSmallDecoded = IsDecoded(m_sound);
+    bool const isDecoded = LoadPicture(path, &reason) != nullptr;
+    std::string reasonInMemory;
+    DecodePicture(large.data(), large.size(), L"a.tif", &reasonInMemory);
+    setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_EQ(isSmallDecoded, most != 0) << m_reason;
+    EXPECT_FALSE(isDecoded);
+    EXPECT_NE(reason, "");
+    EXPECT_EQ(reasonInMemory, "there is no shared memory");
+  }
+  EndDecoderProgram();
+  EXPECT_TRUE(IsDecoded(path)) << m_reason;
+}
+
+TEST_F(Decoder, WhereNoProgramMayBeStartedThreeFormatsAreLeft) {
+  std::string const gif = pictures::Gif(2, 2), jpeg = pictures::Jpeg();
+  ASSERT_NE(GetDecoderProgram(), L"");
+  pid_t const fork = ::fork();
+  if (fork == 0) {
+    rlimit const none{};
+    setrlimit(RLIMIT_NPROC, &none);
+    if (geteuid() == 0 && setresuid(65534, 65534, 65534) != 0) _exit(9);  // root has no such limit
+    bool const isRefused = !DecodePicture(gif.data(), gif.size(), L"a.gif", &m_reason) &&
+                           m_reason.find("can't be started") != std::string::npos;
+    bool const isDecoded = DecodePicture(jpeg.data(), jpeg.size(), L"a.jpg") != nullptr;
+    _exit((isRefused ? 0 : 1) + (isDecoded ? 0 : 2));
+  }
+  int status = 0;
+  waitpid(fork, &status, 0);
+  EXPECT_EQ(status, 0);
 }
 
 TEST_F(Decoder, FewDescriptorsAreEnoughAndNoneIsAReason) {

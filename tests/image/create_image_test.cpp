@@ -126,6 +126,21 @@ TEST_F(CreateImageTest, EntriesOfArchivesAreLoaded) {
   ExpectJpeg(*CreateImage(secret, NIF_DECODED));
 }
 
+TEST_F(CreateImageTest, WithoutATemporaryFolderAnEntryThrowsAndOtherPicturesCome) {
+  support::WriteZip(m_files.At("a.zip"), {{"b.jpg", pictures::Jpeg()}});
+  NLocator const entry(NUri::CreateFileUri(m_files.At("a.zip")), L"b.jpg");
+  auto const folder = m_files.GetFolder() / "tmp";
+  std::filesystem::remove_all(folder);
+  std::ofstream(folder) << "in the way";
+  EXPECT_THROW(CreateImage(entry, NIF_DECODED), core::zip::NZipError);
+  EXPECT_THROW(LocatorToFormat(entry), core::zip::NZipError);
+  ExpectJpeg(*Load(m_files.Write("a.jpg", pictures::Jpeg()), NIF_DECODED));
+  std::filesystem::remove(folder);
+  std::filesystem::create_directory(folder);
+  ExpectJpeg(*CreateImage(entry, NIF_DECODED));
+  EXPECT_THAT(m_files.GetLeftovers(), IsEmpty());
+}
+
 TEST_F(CreateImageTest, ANestedCallThrowsAndNoThrowKeepsTheLock) {
   NPath const plain = m_files.Write("a.png", "bytes");
   support::WriteZip(m_files.At("a.zip"), {{"b.png", "entry"}});
