@@ -9,12 +9,6 @@
 #include <memory>
 #include <vector>
 
-#include "app/render/NContext.h"
-#include "app/render/NEye.h"
-#include "app/render/NLamps.h"
-#include "app/render/NRenderError.h"
-#include "app/render/NRenderer.h"
-#include "app/render/NTarget.h"
 #include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
 #include "bench/support.h"
@@ -22,11 +16,18 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/data/domain/scenegraph/item/view_clip_distances.h"
+#include "corvanta/renderer/NContext.h"
+#include "corvanta/renderer/NEye.h"
+#include "corvanta/renderer/NLamps.h"
+#include "corvanta/renderer/NRenderError.h"
+#include "corvanta/renderer/NRenderer.h"
+#include "corvanta/renderer/NTarget.h"
 #include "tests/support/ball.h"
 
 namespace {
 
 namespace app = corvanta::app;
+namespace renderer = corvanta::renderer;
 namespace item = corvanta::data::domain::scenegraph::item;
 using corvanta::core::node::NNodeID;
 using corvanta::core::node::NNodeReference;
@@ -78,15 +79,15 @@ class World {
     auto const tree = m_document.GetTrees().CreateNode(NNodeID());
     tree->SetRoot(NNodeReference<item::NSceneGraphItemNode>(*root));
     stage = std::make_unique<app::NStage>(m_document, tree);
-    renderer = std::make_unique<app::NRenderer>(m_context, m_document.GetEvents());
-    target = std::make_unique<app::NTarget>(m_context.GetGl(), kWidth, kHeight,
-                                            app::NTarget::NTK_PICTURE);
+    renderer = std::make_unique<renderer::NRenderer>(m_context, m_document.GetEvents());
+    target = std::make_unique<renderer::NTarget>(m_context.GetGl(), kWidth, kHeight,
+                                                 renderer::NTarget::NTK_PICTURE);
   }
 
-  app::NEye GetEye() const {
+  renderer::NEye GetEye() const {
     auto const& camera = stage->GetView().GetCamera();
     auto const [near, far] = item::GetClipDistances(camera, stage->GetView());
-    return app::GetEye(camera, static_cast<double>(kWidth) / kHeight, {near, far});
+    return renderer::GetEye(camera, static_cast<double>(kWidth) / kHeight, {near, far});
   }
 
   void Draw() const {
@@ -97,14 +98,14 @@ class World {
   std::string GetRendererName() const { return m_context.GetRendererName(); }
 
  private:
-  app::NContext m_context;
+  renderer::NContext m_context;
   app::NDocument m_document;
 
  public:
   boost::intrusive_ptr<item::NSceneGraphModelNode> moved;
   std::unique_ptr<app::NStage> stage;
-  std::unique_ptr<app::NRenderer> renderer;
-  std::unique_ptr<app::NTarget> target;
+  std::unique_ptr<renderer::NRenderer> renderer;
+  std::unique_ptr<renderer::NTarget> target;
 };
 
 World& GetWorld() {
@@ -117,8 +118,8 @@ World& GetWorld() {
 void Ask(World& world) {
   world.renderer->Update(world.stage->GetScene());
   benchmark::DoNotOptimize(world.GetEye());
-  benchmark::DoNotOptimize(app::ReadLamps(world.stage->GetEnvironment()));
-  for (app::NDrawItem const& drawn : world.renderer->GetItems()) {
+  benchmark::DoNotOptimize(renderer::ReadLamps(world.stage->GetEnvironment()));
+  for (renderer::NDrawItem const& drawn : world.renderer->GetItems()) {
     benchmark::DoNotOptimize(drawn.model->IsWired());
     benchmark::DoNotOptimize(drawn.model->GetBillboardType());
     benchmark::DoNotOptimize(drawn.model->GetBoundingBoxWithoutChildren());
@@ -183,7 +184,7 @@ Frame MeasureFrame() {
 int main(int argc, char** argv) {
   try {
     std::printf("drawn by %s\n", GetWorld().GetRendererName().c_str());
-  } catch (app::NRenderError const& error) {
+  } catch (renderer::NRenderError const& error) {
     std::printf("left out: %s\n", error.what());
     return 0;
   }

@@ -6,7 +6,7 @@
 #include <boost/intrusive_ptr.hpp>
 #include <cstring>
 
-#include "app/render/texels.h"
+#include "corvanta/renderer/texels.h"
 #include "fuzz/support.h"
 
 namespace corvanta::fuzz {
@@ -47,7 +47,7 @@ void CheckPicture(platform::NPicture const& picture, platform::NDecodeAnswer con
   constexpr std::uint64_t kMostPixels = 1 << 20;
   if (std::uint64_t{header.width} * header.height > kMostPixels) return;
   boost::intrusive_ptr<Image> const drawn(new Image(picture));
-  for (app::NTexels const& texels : app::ReadTexels(*drawn, L"")) {
+  for (renderer::NTexels const& texels : renderer::ReadTexels(*drawn, L"")) {
     Require(texels.width == header.width && texels.height == header.height, "it is drawn whole");
     Require(std::max(texels.bytes.size(), texels.floats.size()) ==
                 std::size_t{4} * texels.width * texels.height,

@@ -17,7 +17,6 @@
 #include "app/play/NTourPlayer.h"
 #include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
-#include "app/scene/map_surface.h"
 #include "app/scene/walk.h"
 #include "app/watch/NEventPrinter.h"
 #include "corvanta/core/text/convert.h"
@@ -27,6 +26,7 @@
 #include "corvanta/data/domain/light_env/NLightEnvNode.h"
 #include "corvanta/data/domain/material/NMaterialNode.h"
 #include "corvanta/data/domain/material/texture_mapping/NProjectionMapping.h"
+#include "corvanta/data/domain/material/texture_mapping/map_surface.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
 #include "corvanta/data/internal/internal_data.h"
@@ -39,6 +39,7 @@ namespace {
 
 namespace domain = data::domain;
 namespace item = domain::scenegraph::item;
+namespace texture_mapping = domain::material::texture_mapping;
 using core::node::NNodeID;
 using core::text::ToNarrow;
 using VX_Math::Vec3;
@@ -93,7 +94,7 @@ class Demo {
   }
 
  private:
-  using ModelPath = domain::material::texture_mapping::NProjectionMapping::ModelPath;
+  using ModelPath = texture_mapping::NProjectionMapping::ModelPath;
 
   static std::ostream& Title(char const* title) {
     return std::cout << title << std::string(14 - std::string(title).size(), ' ');
@@ -184,8 +185,8 @@ class Demo {
   void ShowProjection() {
     auto const node = m_document.GetProjections().CreateNode(NNodeID());
     ModelPath const path(*m_shown, *m_model.tree);
-    boost::intrusive_ptr<domain::material::texture_mapping::NProjectionMapping> const mapping(
-        new domain::material::texture_mapping::NProjectionMapping);
+    boost::intrusive_ptr<texture_mapping::NProjectionMapping> const mapping(
+        new texture_mapping::NProjectionMapping);
     node->AddModel(path);
     mapping->AddProjectionData(path, *node);
     auto const& surface = **m_shown->GetGeometryNode()->GetSurfaces().begin();
@@ -194,7 +195,7 @@ class Demo {
     for (wchar_t const* const method : {L"plane", L"cylinder", L"sphere", L"triplanar", L"box"}) {
       node->SetProjectionMethod(method);
       std::cout << gap << ToNarrow(method) << ' '
-                << MapSurface(*mapping, path, surface).coords.size();
+                << texture_mapping::MapSurface(*mapping, path, surface).coords.size();
       gap = ", ";
     }
     std::cout << " texture coordinates for "

@@ -19,11 +19,11 @@
 #include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
 #include "app/scene/float_range.h"
-#include "app/scene/map_surface.h"
 #include "app/scene/walk.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
 #include "corvanta/data/domain/material/texture_mapping/NProjectionMapping.h"
+#include "corvanta/data/domain/material/texture_mapping/map_surface.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 
 namespace corvanta::app {
@@ -31,11 +31,12 @@ namespace corvanta::app {
 namespace {
 
 namespace projection = data::domain::projection;
+namespace texture_mapping = data::domain::material::texture_mapping;
 using core::text::ToNarrow;
 using data::domain::geometry::NSurface;
-using data::domain::material::texture_mapping::NProjectionMapping;
 using data::domain::scenegraph::item::NSceneGraphModelNode;
 using projection::NProjectionNode;
+using texture_mapping::NProjectionMapping;
 using Numbers = std::vector<double>;
 
 constexpr char kFooter[] = R"(
@@ -173,7 +174,8 @@ class Map {
     if (writer != nullptr) writer->Begin(name);
     if (geometry) {
       for (auto const& surface : geometry->GetSurfaces()) {
-        NMappedCoords const mapped = MapSurface(*m_mapping, path, *surface);
+        texture_mapping::NMappedCoords const mapped =
+            texture_mapping::MapSurface(*m_mapping, path, *surface);
         before += surface->GetCoords().size();
         after += mapped.coords.size();
         for (auto const& c : mapped.coords) {

@@ -12,10 +12,9 @@
 #include "app/commands/commands.h"
 #include "app/commands/open_model.h"
 #include "app/commands/size.h"
-#include "app/output/NPixels.h"
+#include "app/output/png_file.h"
 #include "app/output/record.h"
 #include "app/output/text.h"
-#include "app/render/NRenderError.h"
 #include "app/render/NStudio.h"
 #include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
@@ -26,6 +25,7 @@
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
 #include "corvanta/data/domain/geometry/detail/NPickIndex.h"
 #include "corvanta/data/operators/ray_picker/NRayPicker.h"
+#include "corvanta/renderer/NRenderError.h"
 
 namespace corvanta::app {
 
@@ -113,7 +113,7 @@ class Pick {
       NStudio studio(m_document, stage, m_size[0], m_size[1]);
       WritePng(m_options.output, studio.TakePicture());
       return true;
-    } catch (NRenderError const& error) {
+    } catch (renderer::NRenderError const& error) {
       PrintError("render", error.what());
     } catch (std::exception const& error) {
       PrintError(m_options.output, error.what());

@@ -23,10 +23,10 @@
 #include "app/play/NTourPlayer.h"
 #include "app/play/csv.h"
 #include "app/play/plot.h"
-#include "app/render/NRenderError.h"
 #include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
 #include "corvanta/core/text/convert.h"
+#include "corvanta/renderer/NRenderError.h"
 
 namespace corvanta::app {
 
@@ -133,7 +133,7 @@ class Play {
       auto const [width, height] = *ParseSize(m_options.size);
       m_frames = std::make_unique<NFrameWriter>(m_document, stage, m_options.frames, width, height);
       return NS_DONE;
-    } catch (NRenderError const& error) {
+    } catch (renderer::NRenderError const& error) {
       PrintError("render", error.what());
     }
     return NS_FILE;
@@ -146,7 +146,7 @@ class Play {
     try {
       m_frames->Write(number);
       return true;
-    } catch (NRenderError const& error) {
+    } catch (renderer::NRenderError const& error) {
       PrintError("render", error.what());
     } catch (std::exception const& error) {
       PrintError(m_frames->GetPath(number), error.what());

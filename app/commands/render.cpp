@@ -13,7 +13,7 @@
 #include "app/commands/commands.h"
 #include "app/commands/open_model.h"
 #include "app/commands/size.h"
-#include "app/output/NPixels.h"
+#include "app/output/png_file.h"
 #include "app/output/text.h"
 #include "app/play/NTimeLinePlayer.h"
 #include "app/play/NTourPlayer.h"
@@ -178,8 +178,8 @@ class Render {
               << " of them before near, " << report.beyond << " beyond far\n";
   }
 
-  NPixels ToPixels(std::vector<std::uint32_t> const& numbers) const {
-    NPixels pixels(m_size[0], m_size[1]);
+  renderer::NPixels ToPixels(std::vector<std::uint32_t> const& numbers) const {
+    renderer::NPixels pixels(m_size[0], m_size[1]);
     unsigned char* to = pixels.GetRow(0);
     for (std::uint32_t const number : numbers) {
       *to++ = static_cast<unsigned char>(number >> 16);
@@ -189,7 +189,7 @@ class Render {
     return pixels;
   }
 
-  static bool Write(std::string const& path, NPixels const& pixels) {
+  static bool Write(std::string const& path, renderer::NPixels const& pixels) {
     try {
       WritePng(path, pixels);
       return true;
@@ -199,9 +199,9 @@ class Render {
     return false;
   }
 
-  static void PrintItems(std::vector<NDrawItem> const& items) {
+  static void PrintItems(std::vector<renderer::NDrawItem> const& items) {
     std::size_t number = 0;
-    for (NDrawItem const& item : items) {
+    for (renderer::NDrawItem const& item : items) {
       std::string text;
       for (auto const& point : item.path.GetCheckPoints()) {
         if (auto const reference = point.Get()) {

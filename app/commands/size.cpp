@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <system_error>
 
-#include "app/render/NTarget.h"
+#include "corvanta/renderer/NTarget.h"
 
 namespace corvanta::app {
 
@@ -28,8 +28,8 @@ std::string CheckDrawnSize(std::string const& text) {
   auto const size = ParseSize(text);
   if (!size) return CheckSize(text);
   auto const [width, height] = *size;
-  bool const isSmall =
-      width <= kMostSide && height <= kMostSide && std::uint64_t{width} * height <= kMostPixels;
+  bool const isSmall = width <= renderer::kMostSide && height <= renderer::kMostSide &&
+                       std::uint64_t{width} * height <= renderer::kMostPixels;
   return isSmall ? "" : "is too large: 16384 pixels a side and 33554432 in all are the most";
 }
 

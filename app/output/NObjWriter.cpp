@@ -39,7 +39,8 @@ void NObjWriter::Begin(std::string const& name) {
   m_out << "o " << free << '\n';
 }
 
-void NObjWriter::Add(data::domain::geometry::NSurface const& surface, NMappedCoords const& mapped,
+void NObjWriter::Add(data::domain::geometry::NSurface const& surface,
+                     data::domain::material::texture_mapping::NMappedCoords const& mapped,
                      VX_Math::Matrix const& global) {
   VX_Math::Matrix const forNormals = global.Inverse().Transpose();
   for (std::size_t i = 0; i != mapped.coords.size(); ++i) {

@@ -6,8 +6,8 @@
 #include <unordered_set>
 #include <vector>
 
-#include "app/scene/map_surface.h"
 #include "corvanta/data/domain/geometry/NSurface.h"
+#include "corvanta/data/domain/material/texture_mapping/map_surface.h"
 #include "corvanta/vx_math/Matrix.h"
 
 namespace corvanta::app {
@@ -25,7 +25,8 @@ class NObjWriter {
   void Begin(std::string const& name);
   /// Numbers that aren't finite are written as 0; triangles with an index outside the vertices are
   /// left out.
-  void Add(data::domain::geometry::NSurface const& surface, NMappedCoords const& mapped,
+  void Add(data::domain::geometry::NSurface const& surface,
+           data::domain::material::texture_mapping::NMappedCoords const& mapped,
            VX_Math::Matrix const& global);
 
  private:

@@ -3,7 +3,7 @@
 #include <charconv>
 #include <string_view>
 
-#include "app/output/NPixels.h"
+#include "app/output/png_file.h"
 
 namespace corvanta::app {
 

@@ -29,13 +29,13 @@ NStudio::NStudio(NDocument const& document, NStage& stage, unsigned width, unsig
       m_eyes(eyes),
       m_renderer(m_context, document.GetEvents()) {
   if (eyes == NE_ONE) {
-    m_parts.push_back({&stage.GetView(), NES_BOTH});
+    m_parts.push_back({&stage.GetView(), renderer::NES_BOTH});
     return;
   }
-  for (NEyeSide const side : {NES_LEFT, NES_RIGHT}) {
+  for (renderer::NEyeSide const side : {renderer::NES_LEFT, renderer::NES_RIGHT}) {
     boost::intrusive_ptr<data::view::NView> const view(new data::view::NView);
     view->SetScene(stage.GetView().GetSceneRef());
-    (side == NES_LEFT) ? view->SetRight(0.5) : view->SetLeft(0.5);
+    (side == renderer::NES_LEFT) ? view->SetRight(0.5) : view->SetLeft(0.5);
     m_parts.push_back({view, side});
   }
 }
@@ -52,7 +52,7 @@ void NStudio::Prepare() {
 
 // That of the view; where vertices that aren't finite would spoil it, that of the others. Models
 // that stand far off the surroundings aren't cut away for the sake of these.
-NClip NStudio::GetClip(data::view::NView const& view) const {
+renderer::NClip NStudio::GetClip(data::view::NView const& view) const {
   auto const [near, far] = item::GetClipDistances(view.GetCamera(), view);
   VX_Math::Box3 box = m_renderer.GetBox();
   auto const [boxNear, boxFar] = item::GetClipDistances(view.GetCamera(), box);
@@ -63,24 +63,26 @@ NClip NStudio::GetClip(data::view::NView const& view) const {
   return {cutsModels && near > kMuch * boxNear ? boxNear : near, far};
 }
 
-NEye NStudio::GetEyeOf(Part const& part) const {
-  NViewport const viewport = GetViewport(*part.view);
+renderer::NEye NStudio::GetEyeOf(Part const& part) const {
+  renderer::NViewport const viewport = GetViewport(*part.view);
   double const aspect = static_cast<double>(std::max(viewport.width, 1u)) /
                         static_cast<double>(std::max(viewport.height, 1u));
   m_stage.GetOverview().FitAspect(aspect);
-  NCameraPath const& camera = part.view->GetCamera();
-  NClip const clip = GetClip(*part.view);
-  return m_eyes == NE_HEAD_MOUNTED ? GetHeadMountedEye(camera, aspect, clip, part.side)
-                                   : GetEye(camera, aspect, clip, part.side);
+  renderer::NCameraPath const& camera = part.view->GetCamera();
+  renderer::NClip const clip = GetClip(*part.view);
+  return m_eyes == NE_HEAD_MOUNTED ? renderer::GetHeadMountedEye(camera, aspect, clip, part.side)
+                                   : renderer::GetEye(camera, aspect, clip, part.side);
 }
 
-NTarget const& NStudio::GetTarget(std::unique_ptr<NTarget>& target, NTarget::NKind kind) const {
-  if (!target) target = std::make_unique<NTarget>(m_context.GetGl(), m_width, m_height, kind);
+renderer::NTarget const& NStudio::GetTarget(std::unique_ptr<renderer::NTarget>& target,
+                                            renderer::NTarget::NKind kind) const {
+  if (!target)
+    target = std::make_unique<renderer::NTarget>(m_context.GetGl(), m_width, m_height, kind);
   return *target;
 }
 
-NPixels NStudio::TakePicture() {
-  NTarget const& target = GetTarget(m_picture, NTarget::NTK_PICTURE);
+renderer::NPixels NStudio::TakePicture() {
+  renderer::NTarget const& target = GetTarget(m_picture, renderer::NTarget::NTK_PICTURE);
   Prepare();
   for (Part const& part : m_parts) {
     m_renderer.DrawPicture(m_stage.GetScene(), GetEyeOf(part), target, GetViewport(*part.view));
@@ -89,7 +91,7 @@ NPixels NStudio::TakePicture() {
 }
 
 std::vector<std::uint32_t> NStudio::TakeNumbers() {
-  NTarget const& target = GetTarget(m_numbers, NTarget::NTK_NUMBERS);
+  renderer::NTarget const& target = GetTarget(m_numbers, renderer::NTarget::NTK_NUMBERS);
   Prepare();
   for (Part const& part : m_parts) {
     m_renderer.DrawNumbers(m_stage.GetScene(), GetEyeOf(part), target, GetViewport(*part.view));
@@ -98,12 +100,12 @@ std::vector<std::uint32_t> NStudio::TakeNumbers() {
 }
 
 NClipReport NStudio::MeasureClip() {
-  NTarget const& target = GetTarget(m_numbers, NTarget::NTK_NUMBERS);
+  renderer::NTarget const& target = GetTarget(m_numbers, renderer::NTarget::NTK_NUMBERS);
   Prepare();
   NClipReport report;
-  Part const part{&m_stage.GetView(), NES_BOTH};
+  Part const part{&m_stage.GetView(), renderer::NES_BOTH};
   report.clip = GetClip(*part.view);
-  NEye const eye = GetEyeOf(part);
+  renderer::NEye const eye = GetEyeOf(part);
   m_renderer.DrawNumbers(m_stage.GetScene(), eye, target, {0, 0, m_width, m_height});
   auto const numbers = target.ReadNumbers();
   auto const depths = target.ReadDepths();
@@ -123,7 +125,7 @@ NClipReport NStudio::MeasureClip() {
     report.nearest = getDistance(nearest);
     report.farthest = getDistance(farthest);
   }
-  for (NDrawItem const& drawn : m_renderer.GetItems()) {
+  for (renderer::NDrawItem const& drawn : m_renderer.GetItems()) {
     auto const geometry = drawn.model->GetGeometryNode();
     if (!geometry || !drawn.isPlaced) continue;
     Matrix const toView = drawn.global * eye.view;
@@ -141,7 +143,7 @@ NClipReport NStudio::MeasureClip() {
   return report;
 }
 
-NViewport NStudio::GetViewport(data::view::NView const& view) const {
+renderer::NViewport NStudio::GetViewport(data::view::NView const& view) const {
   unsigned const left = Pixels(view.GetLeft(), m_width);
   unsigned const top = Pixels(view.GetTop(), m_height);
   unsigned const right = Pixels(view.GetRight(), m_width);

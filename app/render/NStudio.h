@@ -6,14 +6,14 @@
 #include <memory>
 #include <vector>
 
-#include "app/output/NPixels.h"
-#include "app/render/NContext.h"
-#include "app/render/NEye.h"
-#include "app/render/NRenderer.h"
-#include "app/render/NTarget.h"
 #include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
 #include "corvanta/data/view/NView.h"
+#include "corvanta/renderer/NContext.h"
+#include "corvanta/renderer/NEye.h"
+#include "corvanta/renderer/NPixels.h"
+#include "corvanta/renderer/NRenderer.h"
+#include "corvanta/renderer/NTarget.h"
 
 namespace corvanta::app {
 
@@ -26,7 +26,7 @@ enum NEyes {
 
 /// The clip distances of a view and what there is to be clipped. Units: scene units ahead.
 struct NClipReport {
-  NClip clip;
+  renderer::NClip clip;
   double nearest = 0, farthest = 0;  // of what is seen; both 0 where nothing is
   std::size_t vertices = 0;          // of what is drawn
   std::size_t before = 0;            // of these: ahead, but nearer than the near distance
@@ -43,35 +43,36 @@ class NStudio {
   ~NStudio();
 
   /// Fails: throws NRenderError for a picture that can't be drawn at this size.
-  NPixels TakePicture();
+  renderer::NPixels TakePicture();
   /// The numbers of the models that are seen; see NRenderer::DrawNumbers.
   std::vector<std::uint32_t> TakeNumbers();
   /// Of the stage's view through one eye.
   NClipReport MeasureClip();
 
-  NRenderer const& GetRenderer() const { return m_renderer; }
-  NContext const& GetContext() const { return m_context; }
+  renderer::NRenderer const& GetRenderer() const { return m_renderer; }
+  renderer::NContext const& GetContext() const { return m_context; }
 
  private:
   // A part of the picture, and the eye that it is for.
   struct Part {
     boost::intrusive_ptr<data::view::NView> view;
-    NEyeSide side;
+    renderer::NEyeSide side;
   };
 
   void Prepare();
-  NClip GetClip(data::view::NView const& view) const;
-  NViewport GetViewport(data::view::NView const& view) const;
-  NEye GetEyeOf(Part const& part) const;
-  NTarget const& GetTarget(std::unique_ptr<NTarget>& target, NTarget::NKind kind) const;
+  renderer::NClip GetClip(data::view::NView const& view) const;
+  renderer::NViewport GetViewport(data::view::NView const& view) const;
+  renderer::NEye GetEyeOf(Part const& part) const;
+  renderer::NTarget const& GetTarget(std::unique_ptr<renderer::NTarget>& target,
+                                     renderer::NTarget::NKind kind) const;
 
   NStage& m_stage;
   unsigned const m_width, m_height;
   NEyes const m_eyes;
-  NContext const m_context;
-  NRenderer m_renderer;
+  renderer::NContext const m_context;
+  renderer::NRenderer m_renderer;
   std::vector<Part> m_parts;
-  std::unique_ptr<NTarget> m_picture, m_numbers;
+  std::unique_ptr<renderer::NTarget> m_picture, m_numbers;
 };
 
 }  // namespace corvanta::app

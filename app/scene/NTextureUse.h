@@ -1,20 +1,10 @@
 #pragma once
 
+#include "corvanta/data/domain/texture/NTextureUse.h"
+
 namespace corvanta::app {
 
-/// What a texture does for its material; the importer stores it as the texture's type.
-enum NTextureUse : long {
-  NTU_COLOR = 0,
-  NTU_SPECULAR = 1,
-  NTU_AMBIENT = 2,
-  NTU_EMISSIVE = 3,
-  NTU_HEIGHT = 4,
-  NTU_NORMAL = 5,
-  NTU_OPACITY = 6,
-  NTU_LIGHTMAP = 7,
-  NTU_METALNESS = 8,
-  NTU_ROUGHNESS = 9,
-  NTU_OTHER = 10,
-};
+using data::domain::texture::NTextureUse;
+using enum data::domain::texture::NTextureUse;
 
 }  // namespace corvanta::app

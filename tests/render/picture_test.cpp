@@ -1,11 +1,11 @@
 #include <array>
 #include <cmath>
 
-#include "app/scene/NTextureUse.h"
 #include "corvanta/data/domain/light_env/NLamp.h"
 #include "corvanta/data/domain/light_env/NLightEnvNode.h"
 #include "corvanta/data/domain/material/texture_mapping/NProjectionMapping.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
+#include "corvanta/data/domain/texture/NTextureUse.h"
 #include "tests/render/world.h"
 #include "tests/support/temporary_files.h"
 
@@ -13,6 +13,7 @@ namespace corvanta::render_tests {
 namespace {
 
 namespace light_env = data::domain::light_env;
+namespace texture = data::domain::texture;
 namespace texture_mapping = data::domain::material::texture_mapping;
 using Color = std::array<int, 3>;
 
@@ -77,8 +78,8 @@ class PictureTest : public World {
   }
 
   /// A texture of the wall's material from the pixels of a PPM file.
-  void AddTexture(app::NTextureUse use, unsigned width, unsigned height, std::string const& pixels,
-                  texture_mapping::NTextureMapping* mapping = nullptr) {
+  void AddTexture(texture::NTextureUse use, unsigned width, unsigned height,
+                  std::string const& pixels, texture_mapping::NTextureMapping* mapping = nullptr) {
     auto const path = m_files.Write(
         "picture" + std::to_string(m_textureCount++) + ".ppm",
         "P6 " + std::to_string(width) + ' ' + std::to_string(height) + " 255\n" + pixels);
@@ -94,7 +95,7 @@ class PictureTest : public World {
   }
 
   /// The pixel where a point of the wall is seen.
-  Color At(app::NPixels const& picture, float x, float y) const {
+  Color At(renderer::NPixels const& picture, float x, float y) const {
     VX_Math::Vec3 place(x, y, 0);
     GetEye().GetViewProjection().MultVecMatrix(place, place);
     auto const column = static_cast<unsigned>((place.x + 1) / 2 * kWidth);
@@ -107,7 +108,9 @@ class PictureTest : public World {
     unsigned char const* const pixel = picture.GetRow(kHeight / 2) + 3 * (kWidth / 2);
     return {pixel[0], pixel[1], pixel[2]};
   }
-  int GreyAt(app::NPixels const& picture, float x, float y) const { return At(picture, x, y)[0]; }
+  int GreyAt(renderer::NPixels const& picture, float x, float y) const {
+    return At(picture, x, y)[0];
+  }
 
   support::TemporaryFiles m_files;
   boost::intrusive_ptr<data::domain::environment::NEnvironmentNode> m_environment;
@@ -190,7 +193,7 @@ TEST_F(PictureTest, ColourTexturesStandUpright) {
 #endif
   AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
   // Red and green above, blue and white below.
-  AddTexture(app::NTU_COLOR, 2, 2, std::string("\xFF\0\0\0\xFF\0\0\0\xFF\xFF\xFF\xFF", 12));
+  AddTexture(texture::NTU_COLOR, 2, 2, std::string("\xFF\0\0\0\xFF\0\0\0\xFF\xFF\xFF\xFF", 12));
   auto const picture = DrawPicture();
   ExpectColor(At(picture, -2, 2), Color{255, 0, 0});
   ExpectColor(At(picture, 2, 2), Color{0, 255, 0});
@@ -205,7 +208,7 @@ TEST_F(PictureTest, BumpsTurnTheNormalAlongTheTexture) {
   auto const lamp = AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
   lamp->SetDirectionX(-1);
   // Normals turned by 45 degrees towards the lamp, and away from it.
-  AddTexture(app::NTU_NORMAL, 2, 1, std::string("\xDA\x80\xDA\x26\x80\xDA", 6));
+  AddTexture(texture::NTU_NORMAL, 2, 1, std::string("\xDA\x80\xDA\x26\x80\xDA", 6));
   auto const picture = DrawPicture();
   EXPECT_GT(GreyAt(picture, -2, 0), 250);
   EXPECT_LT(GreyAt(picture, 2, 0), 30);
@@ -213,7 +216,7 @@ TEST_F(PictureTest, BumpsTurnTheNormalAlongTheTexture) {
   // Heights that rise to the right in the left half: it turns to the left, away from the lamp.
   std::string slope;
   for (int x = 0; x != 64; ++x) slope += std::string(3, static_cast<char>(x < 32 ? 8 * x : 0));
-  AddTexture(app::NTU_HEIGHT, 64, 1, slope);
+  AddTexture(texture::NTU_HEIGHT, 64, 1, slope);
   auto const bumped = DrawPicture();
   EXPECT_LT(GreyAt(bumped, -2, 0), GreyAt(bumped, 2, 0) - 5);
 }
@@ -234,7 +237,7 @@ TEST_F(PictureTest, ThrownTexturesFollowTheProjection) {
   boost::intrusive_ptr<texture_mapping::NProjectionMapping> const mapping(
       new texture_mapping::NProjectionMapping);
   mapping->AddProjectionData(path, *node);
-  AddTexture(app::NTU_COLOR, 2, 1, std::string("\xFF\0\0\0\xFF\0", 6), mapping.get());
+  AddTexture(texture::NTU_COLOR, 2, 1, std::string("\xFF\0\0\0\xFF\0", 6), mapping.get());
   auto const picture = DrawPicture();
   ExpectColor(At(picture, 2, 1), Color{255, 0, 0});
   ExpectColor(At(picture, -2, 1), Color{0, 255, 0});

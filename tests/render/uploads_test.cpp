@@ -30,13 +30,13 @@ class UploadsTest : public World {
     m_before = Draw();
   }
 
-  app::NUploads Draw() {
+  renderer::NUploads Draw() {
     DrawNumbers();
     return m_renderer->GetUploads();
   }
 
   void ExpectMore(std::size_t meshes, std::size_t coords, std::size_t textures) {
-    app::NUploads const now = Draw();
+    renderer::NUploads const now = Draw();
     EXPECT_EQ(now.meshes - m_before.meshes, meshes);
     EXPECT_EQ(now.coords - m_before.coords, coords);
     EXPECT_EQ(now.textures - m_before.textures, textures);
@@ -48,7 +48,7 @@ class UploadsTest : public World {
   boost::intrusive_ptr<data::domain::material::NMaterialNode> m_material;
   boost::intrusive_ptr<data::domain::texture::NTextureNode> m_texture;
   boost::intrusive_ptr<data::domain::image::NImageNode> m_image;
-  app::NUploads m_before;
+  renderer::NUploads m_before;
 };
 
 TEST_F(UploadsTest, TwoModelsShareOneMesh) {
@@ -115,7 +115,7 @@ TEST_F(UploadsTest, BrokenTrianglesDrawNothingAndHarmNothingElse) {
   EXPECT_TRUE(box.max.x - box.min.x < 20.0f);
   auto const [near, far] = item::GetClipDistances(GetCamera(), box);
   NTarget const target(m_context->GetGl(), kWidth, kHeight, NTarget::NTK_NUMBERS);
-  m_renderer->DrawNumbers(*m_scene, app::GetEye(GetCamera(), 4.0 / 3, {near, far}), target,
+  m_renderer->DrawNumbers(*m_scene, renderer::GetEye(GetCamera(), 4.0 / 3, {near, far}), target,
                           {0, 0, kWidth, kHeight});
   EXPECT_EQ(target.ReadNumbers(), before);
 }

@@ -6,25 +6,25 @@
 #include <memory>
 #include <vector>
 
-#include "app/render/NContext.h"
-#include "app/render/NRenderError.h"
-#include "app/render/NRenderer.h"
-#include "app/scene/NDocument.h"
+#include "corvanta/data/document/NDocument.h"
 #include "corvanta/data/domain/geometry/NPolygonSurface.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/data/domain/scenegraph/item/view.h"
+#include "corvanta/renderer/NContext.h"
+#include "corvanta/renderer/NRenderError.h"
+#include "corvanta/renderer/NRenderer.h"
 #include "tests/support/ball.h"
 
 namespace corvanta::render_tests {
 
 namespace item = data::domain::scenegraph::item;
-using app::NCameraPath;
-using app::NDrawItem;
-using app::NEye;
-using app::NTarget;
 using core::node::NNodeID;
 using core::node::NNodeReference;
+using renderer::NCameraPath;
+using renderer::NDrawItem;
+using renderer::NEye;
+using renderer::NTarget;
 using Group = boost::intrusive_ptr<item::NSceneGraphGroupNode>;
 using Model = boost::intrusive_ptr<item::NSceneGraphModelNode>;
 using Geometry = boost::intrusive_ptr<data::domain::geometry::NGeometryNode>;
@@ -38,11 +38,11 @@ class World : public testing::Test {
 
   void SetUp() override {
     try {
-      m_context = std::make_unique<app::NContext>();
-    } catch (app::NRenderError const& error) {
+      m_context = std::make_unique<renderer::NContext>();
+    } catch (renderer::NRenderError const& error) {
       GTEST_SKIP() << error.what();
     }
-    m_renderer = std::make_unique<app::NRenderer>(*m_context, m_document.GetEvents());
+    m_renderer = std::make_unique<renderer::NRenderer>(*m_context, m_document.GetEvents());
     m_root = Add<item::NSceneGraphGroupNode>(nullptr);
     m_tree = CreateTree(*m_root);
     m_scene = m_document.GetScenes().CreateNode(NNodeID());
@@ -111,7 +111,7 @@ class World : public testing::Test {
 
   NEye GetEye() const {
     auto const [near, far] = item::GetClipDistances(GetCamera(), *m_tree);
-    return app::GetEye(GetCamera(), static_cast<double>(kWidth) / kHeight, {near, far});
+    return renderer::GetEye(GetCamera(), static_cast<double>(kWidth) / kHeight, {near, far});
   }
 
   /// The numbers of a picture of the scene, rows from the top.
@@ -121,15 +121,15 @@ class World : public testing::Test {
     return target.ReadNumbers();
   }
 
-  app::NPixels DrawPicture() {
+  renderer::NPixels DrawPicture() {
     NTarget const target(m_context->GetGl(), kWidth, kHeight, NTarget::NTK_PICTURE);
     m_renderer->DrawPicture(*m_scene, GetEye(), target, {0, 0, kWidth, kHeight});
     return target.ReadPicture();
   }
 
-  app::NDocument m_document;
-  std::unique_ptr<app::NContext> m_context;
-  std::unique_ptr<app::NRenderer> m_renderer;
+  data::document::NDocument m_document;
+  std::unique_ptr<renderer::NContext> m_context;
+  std::unique_ptr<renderer::NRenderer> m_renderer;
   Group m_root;
   Tree m_tree;
   boost::intrusive_ptr<data::domain::scene::NSceneNode> m_scene;

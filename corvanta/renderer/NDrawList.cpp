@@ -1,0 +1,102 @@
+#include "corvanta/renderer/NDrawList.h"
+
+#include <cmath>
+#include <exception>
+
+namespace corvanta::renderer {
+
+namespace {
+
+bool IsFinite(VX_Math::Matrix const& matrix) {
+  for (int row = 0; row != 4; ++row) {
+    for (int column = 0; column != 4; ++column) {
+      if (!std::isfinite(matrix(row, column))) return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+void NDrawList::Clear() {
+  m_items.clear();
+  m_ranges.clear();
+  m_begins.clear();
+  m_hiddenDepth = 0;
+  m_isWalked = false;
+}
+
+bool NDrawList::Update(data::domain::scenegraph::tree::NSceneGraphTreeNode& tree,
+                       NMarks const& marks) {
+  bool const isOther = GetTree().Get().get() != &tree;
+  if (marks.structure || isOther || !m_isWalked) {
+    Clear();
+    Start(tree, nullptr);
+    m_isWalked = true;
+    for (NDrawItem& item : m_items) Place(item);
+    return true;
+  }
+  if (marks.places) {
+    for (NDrawItem& item : m_items) Place(item);
+    return false;
+  }
+  for (Item const* const moved : marks.movedItems) {
+    auto const [begin, end] = m_ranges.equal_range(moved);
+    for (auto range = begin; range != end; ++range) {
+      for (std::size_t i = range->second.first; i != range->second.second; ++i) Place(m_items[i]);
+    }
+  }
+  return false;
+}
+
+void NDrawList::Place(NDrawItem& item) {
+  try {
+    item.path.GetGlobalTransform(item.global);
+  } catch (std::exception const&) {
+    // An item that two lists hold, and whose parent leads elsewhere.
+    item.isPlaced = false;
+    return;
+  }
+  item.normals = item.global.Inverse().Transpose();
+  item.isPlaced = IsFinite(item.global);
+  // A flat model has no inverse; its faces tell their normals.
+  if (!IsFinite(item.normals)) {
+    item.normals = VX_Math::Matrix();
+    item.normals.SetScale(0.0f);
+  }
+}
+
+void NDrawList::BeforeCommon(Item& item, void const*, NCheckPoints const&) {
+  if (m_hiddenDepth != 0 || !(m_isRoot || item.IsVisible())) ++m_hiddenDepth;
+  m_isRoot = false;
+  m_begins.push_back(m_items.size());
+}
+
+void NDrawList::AfterCommon(Item& item, void const*, NCheckPoints const&) {
+  std::size_t const begin = m_begins.back();
+  m_begins.pop_back();
+  if (m_hiddenDepth != 0) {
+    --m_hiddenDepth;
+  } else if (begin != m_items.size()) {
+    m_ranges.emplace(&item, std::pair(begin, m_items.size()));
+  }
+}
+
+void NDrawList::Before(data::domain::scenegraph::tree::NSceneGraphTreeNode&, void const*,
+                       NCheckPoints const&) {
+  m_isRoot = true;
+}
+
+// A tree without a root has set the flag for nobody.
+void NDrawList::After(data::domain::scenegraph::tree::NSceneGraphTreeNode&, void const*,
+                      NCheckPoints const&) {
+  m_isRoot = false;
+}
+
+void NDrawList::After(Model& model, void const*, NCheckPoints const& checkPoints) {
+  if (m_hiddenDepth != 0) return;
+  auto const tree = GetTree().Get();
+  m_items.push_back({&model, NDrawItem::Path(model, *tree, checkPoints), {}, {}, false});
+}
+
+}  // namespace corvanta::renderer

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <boost/intrusive_ptr.hpp>
+#include <cstddef>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "corvanta/data/domain/scenegraph/NSceneGraphPath.h"
+#include "corvanta/data/domain/scenegraph/NSceneGraphTraverser.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
+#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
+#include "corvanta/renderer/NChanges.h"
+#include "corvanta/vx_math/Matrix.h"
+
+namespace corvanta::renderer {
+
+/// A model in one of the places where it is seen.
+struct NDrawItem {
+  using Path = data::domain::scenegraph::NSceneGraphPath<
+      data::domain::scenegraph::item::NSceneGraphModelNode const>;
+
+  boost::intrusive_ptr<data::domain::scenegraph::item::NSceneGraphModelNode const> model;
+  Path path;
+  VX_Math::Matrix global;
+  VX_Math::Matrix normals;  // the inverse of `global`, transposed
+  bool isPlaced = false;    // both matrices are finite
+};
+
+/// The models of a tree that are seen, in the order in which a pick meets them: what a model holds
+/// before the model itself, what a reference shows before the reference's own children.
+///
+/// Hidden items are left out with all that they hold or show. A root's own visibility counts for
+/// nothing, as in boxes and picks.
+class NDrawList : private data::domain::scenegraph::NSceneGraphTraverser {
+ public:
+  std::vector<NDrawItem> const& GetItems() const { return m_items; }
+
+  void Clear();
+  /// Walks the tree anew, or computes the places of what moved alone. True if it walked.
+  /// Cost: without a walk, a path's global transform for each model that moved.
+  bool Update(data::domain::scenegraph::tree::NSceneGraphTreeNode& tree, NMarks const& marks);
+
+ private:
+  using Item = data::domain::scenegraph::item::NSceneGraphItemNode;
+  using Model = data::domain::scenegraph::item::NSceneGraphModelNode;
+
+  void BeforeCommon(Item& item, void const* data, NCheckPoints const& checkPoints) override;
+  void AfterCommon(Item& item, void const* data, NCheckPoints const& checkPoints) override;
+  void Before(data::domain::scenegraph::tree::NSceneGraphTreeNode& tree, void const* data,
+              NCheckPoints const& checkPoints) override;
+  void After(data::domain::scenegraph::tree::NSceneGraphTreeNode& tree, void const* data,
+             NCheckPoints const& checkPoints) override;
+  void After(Model& model, void const* data, NCheckPoints const& checkPoints) override;
+  using NSceneGraphTraverser::After;
+  using NSceneGraphTraverser::Before;
+
+  static void Place(NDrawItem& item);
+
+  std::vector<NDrawItem> m_items;
+  // The models at and below an item, for each place where it stands.
+  std::unordered_multimap<Item const*, std::pair<std::size_t, std::size_t>> m_ranges;
+  std::vector<std::size_t> m_begins;  // of the items that the walk is below
+  std::size_t m_hiddenDepth = 0;
+  bool m_isRoot = false;
+  bool m_isWalked = false;
+};
+
+}  // namespace corvanta::renderer

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <array>
+
+#include "corvanta/renderer/NEye.h"
+#include "corvanta/renderer/NProgram.h"
+#include "corvanta/renderer/shaders.h"
+
+namespace corvanta::renderer {
+
+/// The program that gives all of a model one colour.
+class NFlatProgram {
+ public:
+  /// Fails: as NProgram.
+  explicit NFlatProgram(NGl const& gl)
+      : m_gl(gl),
+        m_program(gl, kSurfaceVertexShader, kFlatFragmentShader),
+        m_viewProjection(m_program.GetUniform("viewProjection")),
+        m_depthRange(m_program.GetUniform("depthRange")),
+        m_world(m_program.GetUniform("world")),
+        m_color(m_program.GetUniform("color")) {}
+
+  void Begin(NEye const& eye) const {
+    m_program.Use();
+    VX_Math::Matrix const viewProjection = eye.GetDrawnViewProjection();
+    m_gl.glUniformMatrix4fv(m_viewProjection, 1, GL_FALSE, viewProjection[0]);
+    m_gl.glUniform2fv(m_depthRange, 1, GetDepthRange(m_gl).data());
+  }
+  void SetColor(std::array<float, 4> const& color) const {
+    m_gl.glUniform4fv(m_color, 1, color.data());
+  }
+  void SetPlace(VX_Math::Matrix const& global) const {
+    m_gl.glUniformMatrix4fv(m_world, 1, GL_FALSE, global[0]);
+  }
+
+ private:
+  NGl const& m_gl;
+  NProgram m_program;
+  GLint const m_viewProjection, m_depthRange, m_world, m_color;
+};
+
+}  // namespace corvanta::renderer

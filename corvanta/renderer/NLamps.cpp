@@ -1,0 +1,113 @@
+#include "corvanta/renderer/NLamps.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <vector>
+
+#include "corvanta/data/domain/light_env/NLamp.h"
+#include "corvanta/data/domain/light_env/NLightEnvNode.h"
+
+namespace corvanta::renderer {
+
+namespace {
+
+namespace light_env = data::domain::light_env;
+using VX_Math::Vec3;
+
+float CosineOfHalf(double degrees) {
+  double const half = std::clamp(degrees, 0.0, 360.0) / 2;
+  return static_cast<float>(std::cos(half * std::numbers::pi / 180));
+}
+
+template <std::size_t N>
+void Put(std::array<float, N>& to, std::size_t index, Vec3 const& v) {
+  for (int c = 0; c != 3; ++c) {
+    to[3 * index + static_cast<std::size_t>(c)] = std::isfinite(v[c]) ? v[c] : 0.0f;
+  }
+}
+
+struct Source {
+  light_env::NLamp const* lamp;
+  double strength;
+  int kind;
+};
+
+int GetKind(light_env::NLamp const& lamp) {
+  std::wstring const type = lamp.GetType();
+  if (type == light_env::LAMP_TYPE_POINT) return 1;
+  return type == light_env::LAMP_TYPE_SPOT ? 2 : 0;
+}
+
+void Add(NLamps& lamps, Source const& source) {
+  auto const index = static_cast<std::size_t>(lamps.count++);
+  light_env::NLamp const& lamp = *source.lamp;
+  lamps.farCount += source.kind == 0;
+  lamps.kinds[index] = source.kind;
+  lamps.fades[index] = static_cast<int>(lamp.GetAttenuationType());
+  VX_Math::Matrix const transform = lamp.GetTransform();
+  Vec3 place, direction;
+  transform.MultVecMatrix(Vec3(), place);
+  transform.MultDirMatrix(Vec3(0.0f, 0.0f, -1.0f), direction);
+  direction.Normalize();
+  Put(lamps.places, index, place);
+  Put(lamps.directions, index, direction);
+  double const factor = lamp.IsEmitMinus() ? -source.strength : source.strength;
+  Put(lamps.colors, index,
+      Vec3(static_cast<float>(lamp.GetColorR() * factor),
+           static_cast<float>(lamp.GetColorG() * factor),
+           static_cast<float>(lamp.GetColorB() * factor)));
+  float const spread = CosineOfHalf(lamp.GetSpreadAngle());
+  lamps.cones[2 * index] = spread;
+  // A fall-off that isn't wider leaves a sharp edge.
+  lamps.cones[2 * index + 1] = std::min(CosineOfHalf(lamp.GetFalloffAngle()), spread - 1e-4f);
+  lamps.ranges[index] = std::max(static_cast<float>(lamp.GetAttenuationRange()), 1e-30f);
+}
+
+// A lamp along the ground would throw shadows without an end.
+constexpr float kLeastSlope = 0.1f;
+// What a floor mirrors stays in the darkest shadow.
+constexpr double kDarkest = 0.8;
+
+/// `ambient` is the light that comes from everywhere, of three colours.
+void SetShadows(NLamps& lamps, std::vector<Source> const& sources, double ambient) {
+  std::array<double, kLampCount> shares{};
+  double total = std::max(ambient, 0.0);
+  for (std::size_t i = 0; i != static_cast<std::size_t>(lamps.farCount); ++i) {
+    float const brightness =
+        lamps.colors[3 * i] + lamps.colors[3 * i + 1] + lamps.colors[3 * i + 2];
+    shares[i] = std::max(0.0f, -lamps.directions[3 * i + 1] * brightness);
+    total += shares[i];
+  }
+  for (std::size_t i = 0; i != static_cast<std::size_t>(lamps.farCount); ++i) {
+    light_env::NLamp const& lamp = *sources[i].lamp;
+    if (!lamp.IsMakesShadow() || -lamps.directions[3 * i + 1] < kLeastSlope) continue;
+    double const shadow = kDarkest * lamp.GetShadowDarkness() * shares[i] / total;
+    lamps.shadows[i] = std::isfinite(shadow) ? static_cast<float>(std::clamp(shadow, 0.0, 1.0)) : 0;
+  }
+}
+
+}  // namespace
+
+NLamps ReadLamps(data::domain::environment::NEnvironmentNode const& environment) {
+  std::vector<Source> sources;
+  for (auto const& reference : environment.GetLightEnvs()) {
+    auto const lightEnv = reference.Get();
+    if (!lightEnv) continue;
+    double const strength = lightEnv->GetLampsCoefficient() * environment.GetHdrLight();
+    for (auto const& lamp : lightEnv->GetLamps()) {
+      if (lamp->IsEnabled()) sources.push_back({lamp.get(), strength, GetKind(*lamp)});
+    }
+  }
+  sources.resize(std::min<std::size_t>(sources.size(), kLampCount));
+  std::stable_partition(sources.begin(), sources.end(),
+                        [](Source const& source) { return source.kind == 0; });
+  NLamps lamps;
+  for (Source const& source : sources) Add(lamps, source);
+  SetShadows(lamps, sources,
+             environment.GetAmbientLightR() + environment.GetAmbientLightG() +
+                 environment.GetAmbientLightB());
+  return lamps;
+}
+
+}  // namespace corvanta::renderer

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "corvanta/export.h"
+
+namespace corvanta::renderer {
+
+/// A picture: three bytes a pixel, red, green and blue, rows from the top.
+class NPixels {
+ public:
+  NPixels(unsigned width, unsigned height)
+      : m_width(width), m_height(height), m_bytes(std::size_t{3} * width * height) {}
+
+  unsigned GetWidth() const { return m_width; }
+  unsigned GetHeight() const { return m_height; }
+  unsigned char* GetRow(unsigned y) { return m_bytes.data() + std::size_t{3} * m_width * y; }
+  unsigned char const* GetRow(unsigned y) const {
+    return m_bytes.data() + std::size_t{3} * m_width * y;
+  }
+
+ private:
+  unsigned m_width, m_height;
+  std::vector<unsigned char> m_bytes;
+};
+
+/// The picture as the bytes of a PNG file; the same picture gives the same bytes.
+/// Fails: throws std::runtime_error where the encoder gives up.
+CORVANTA_API std::string EncodePng(NPixels const& pixels);
+
+}  // namespace corvanta::renderer

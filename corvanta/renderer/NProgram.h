@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+#include "corvanta/renderer/NGl.h"
+
+namespace corvanta::renderer {
+
+/// A program of shaders on the graphics processor.
+class NProgram {
+ public:
+  /// Fails: throws NRenderError with the driver's first line about a shader that it refuses.
+  NProgram(NGl const& gl, std::string const& vertexShader, std::string const& fragmentShader);
+  NProgram(NProgram const&) = delete;
+  NProgram& operator=(NProgram const&) = delete;
+  ~NProgram();
+
+  void Use() const { m_gl.glUseProgram(m_name); }
+  /// Where the uniform `name` is set; -1, which is set without effect, if the shaders don't use it.
+  GLint GetUniform(char const* name) const { return m_gl.glGetUniformLocation(m_name, name); }
+
+ private:
+  void Attach(GLenum kind, std::string const& source) const;
+
+  NGl const& m_gl;
+  GLuint const m_name;
+};
+
+}  // namespace corvanta::renderer

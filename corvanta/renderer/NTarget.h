@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "corvanta/export.h"
+#include "corvanta/renderer/NGl.h"
+#include "corvanta/renderer/NPixels.h"
+
+namespace corvanta::renderer {
+
+/// The largest picture that is drawn. Units: pixels a side, and in all.
+inline constexpr unsigned kMostSide = 16384;
+inline constexpr std::uint64_t kMostPixels = 32ull * 1024 * 1024;
+
+/// What is drawn into: linear colour, depth as floats and stencil, with several samples a pixel or
+/// one.
+class CORVANTA_API NTarget {
+ public:
+  enum NKind {
+    NTK_PICTURE,  ///< half floats, four samples a pixel where the driver has them
+    NTK_NUMBERS,  ///< bytes, one sample
+  };
+
+  /// Fails: throws NRenderError for a size that is 0 or beyond what the driver or memory has.
+  NTarget(NGl const& gl, unsigned width, unsigned height, NKind kind);
+
+  unsigned GetWidth() const { return m_width; }
+  unsigned GetHeight() const { return m_height; }
+
+  /// Makes this what is drawn into.
+  void Bind() const;
+  /// The picture, its samples averaged as linear light and written with the transfer function of
+  /// sRGB. Requires: NTK_PICTURE.
+  NPixels ReadPicture() const;
+  /// The number that each pixel was given, red the highest byte; rows from the top.
+  /// Requires: NTK_NUMBERS.
+  std::vector<std::uint32_t> ReadNumbers() const;
+  /// The depth of each pixel, 1 at the near plane to 0 at the far one; rows from the top.
+  /// Requires: NTK_NUMBERS.
+  std::vector<float> ReadDepths() const;
+
+ private:
+  void Check(char const* what) const;
+
+  NGl const* m_gl;
+  unsigned m_width, m_height;
+  NKind m_kind;
+  NGlRenderbuffer m_color, m_depth, m_resolved;
+  NGlFramebuffer m_frame, m_resolvedFrame;
+};
+
+}  // namespace corvanta::renderer

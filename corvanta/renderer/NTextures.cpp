@@ -1,0 +1,99 @@
+#include "corvanta/renderer/NTextures.h"
+
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "corvanta/core/uri/NPath.h"
+#include "corvanta/core/uri/NUri.h"
+#include "corvanta/data/internal/built_in_images.h"
+#include "corvanta/data/resource/image/create_image.h"
+#include "corvanta/renderer/texels.h"
+
+namespace corvanta::renderer {
+
+namespace {
+
+using data::domain::image::NImageNode;
+
+NTexels MakeGrey() { return {1, 1, {128, 128, 128, 255}, {}, false}; }
+
+/// The board that the library shows for a picture that isn't there.
+std::vector<NTexels> ReadBoard() {
+  namespace image = data::resource::image;
+  try {
+    return ReadTexels(*image::CreateImage(data::internal::GetNotFoundImage(), image::NIF_RAW),
+                      L".dds");
+  } catch (std::exception const&) {
+    return {};
+  }
+}
+
+std::vector<NTexels> Read(NImageNode const& image) {
+  std::vector<NTexels> faces;
+  try {
+    auto const& locator = image.GetImageLocator();
+    auto const name =
+        locator.IsZipped() ? locator.GetZippedPath() : core::uri::GetFile(locator.GetUri());
+    faces = ReadTexels(*image.GetImage(), name.GetExtension());
+  } catch (std::exception const&) {
+    // An archive that can't be opened; its picture isn't one.
+  }
+  if (faces.empty()) faces = ReadBoard();
+  if (faces.empty()) faces.push_back(MakeGrey());
+  return faces;
+}
+
+void Fill(NGl const& gl, GLenum place, NTexels const& texels, NTextureContent content) {
+  bool const hasFloats = !texels.floats.empty();
+  GLint const format = hasFloats ? GL_RGBA16F : content == NTC_DATA ? GL_RGBA8 : GL_SRGB8_ALPHA8;
+  void const* const data = hasFloats ? static_cast<void const*>(texels.floats.data())
+                                     : static_cast<void const*>(texels.bytes.data());
+  gl.glTexImage2D(place, 0, format, static_cast<GLsizei>(texels.width),
+                  static_cast<GLsizei>(texels.height), 0, GL_RGBA,
+                  hasFloats ? GL_FLOAT : GL_UNSIGNED_BYTE, data);
+}
+
+}  // namespace
+
+NTexture const& NTextures::Get(NImageNode const& image, NTextureContent content) {
+  Key const key(image, content);
+  auto const found = m_textures.find(key);
+  if (found != m_textures.end()) return found->second;
+  ++m_uploadCount;
+  return m_textures.emplace(key, Load(image, content)).first->second;
+}
+
+NTexture NTextures::Load(NImageNode const& image, NTextureContent content) const {
+  std::vector<NTexels> faces = Read(image);
+  NTexture result{NGlTexture(m_gl), faces.front().hasAlpha};
+  GLenum const target = content == NTC_CUBE ? GL_TEXTURE_CUBE_MAP : GL_TEXTURE_2D;
+  m_gl.glBindTexture(target, result.texture.Get());
+  m_gl.glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+  if (content == NTC_CUBE) {
+    // A cube's faces are square.
+    if (faces.size() != 6 && faces.front().width != faces.front().height) faces = {MakeGrey()};
+    for (unsigned face = 0; face != 6; ++face) {
+      Fill(m_gl, GL_TEXTURE_CUBE_MAP_POSITIVE_X + face, faces[faces.size() == 6 ? face : 0],
+           content);
+    }
+  } else {
+    Fill(m_gl, target, faces.front(), content);
+  }
+  GLint const wrap = content == NTC_CUBE ? GL_CLAMP_TO_EDGE : GL_REPEAT;
+  m_gl.glTexParameteri(target, GL_TEXTURE_WRAP_S, wrap);
+  m_gl.glTexParameteri(target, GL_TEXTURE_WRAP_T, wrap);
+  m_gl.glTexParameteri(target, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+  m_gl.glTexParameteri(target, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
+  m_gl.glGenerateMipmap(target);
+  return result;
+}
+
+void NTextures::Forget(std::unordered_set<NImageNode const*> const& images) {
+  std::erase_if(m_textures, [&images](auto const& entry) {
+    auto const node = entry.first.first.Get();
+    return !node || images.contains(node.get());
+  });
+}
+
+}  // namespace corvanta::renderer

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <boost/intrusive_ptr.hpp>
+#include <cstddef>
+#include <map>
+#include <unordered_set>
+#include <utility>
+
+#include "corvanta/core/node/NNodeReference.h"
+#include "corvanta/data/domain/image/NImageNode.h"
+#include "corvanta/renderer/NGl.h"
+
+namespace corvanta::renderer {
+
+/// How the numbers of a picture are meant.
+enum NTextureContent {
+  NTC_COLOR,  ///< display values, which are linearised
+  NTC_DATA,   ///< numbers as they stand
+  NTC_CUBE,   ///< six faces of display values; a flat picture stands on all of them
+};
+
+struct NTexture {
+  NGlTexture texture;
+  bool hasAlpha = false;
+};
+
+/// The pictures of image nodes on the graphics processor. Each is loaded once, and again when an
+/// event has named its node.
+class NTextures {
+ public:
+  explicit NTextures(NGl const& gl) : m_gl(gl) {}
+
+  /// The picture of `image`. What isn't a picture becomes the board that stands for one.
+  NTexture const& Get(data::domain::image::NImageNode const& image, NTextureContent content);
+  /// Forgets what the nodes showed, and the pictures of nodes that have gone.
+  void Forget(std::unordered_set<data::domain::image::NImageNode const*> const& images);
+  std::size_t GetUploadCount() const { return m_uploadCount; }
+
+ private:
+  using Key =
+      std::pair<core::node::NNodeReference<data::domain::image::NImageNode const>, NTextureContent>;
+
+  NTexture Load(data::domain::image::NImageNode const& image, NTextureContent content) const;
+
+  NGl const& m_gl;
+  std::map<Key, NTexture> m_textures;
+  std::size_t m_uploadCount = 0;
+};
+
+}  // namespace corvanta::renderer
