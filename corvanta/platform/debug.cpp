@@ -2,12 +2,12 @@
 
 #include <cstdio>
 
-#include "corvanta/core/text/convert.h"
+#include "corvanta/platform/convert.h"
 
 namespace corvanta::platform {
 
 void OutputDebugString(std::wstring const& text) {
-  std::string const narrow = core::text::ToNarrow(text);
+  std::string const narrow = ToNarrow(text);
   std::fwrite(narrow.data(), 1, narrow.size(), stderr);
 }
 

@@ -8,7 +8,7 @@
 #include <cstring>
 #include <optional>
 
-#include "corvanta/core/text/convert.h"
+#include "corvanta/platform/convert.h"
 #include "corvanta/platform/descriptor.h"
 #include "corvanta/platform/narrow_path.h"
 
@@ -27,7 +27,7 @@ std::optional<struct stat> GetStatus(std::wstring const& path) {
 
 std::optional<std::string> ToNarrowPath(std::wstring const& path) {
   if (path.find(L'\0') != std::wstring::npos) return std::nullopt;
-  return core::text::ToNarrow(path);
+  return ToNarrow(path);
 }
 
 NFile OpenFile(std::wstring const& path) {
@@ -82,7 +82,7 @@ std::wstring GetLibraryFolder() {
                                                          &std::free);
   if (!real) return {};
   std::string const path = real.get();
-  return core::text::ToWide(path.substr(0, path.find_last_of('/') + 1));
+  return ToWide(path.substr(0, path.find_last_of('/') + 1));
 }
 
 }  // namespace corvanta::platform

@@ -3,7 +3,7 @@
 #include <optional>
 #include <vector>
 
-#include "corvanta/core/text/convert.h"
+#include "corvanta/platform/convert.h"
 #include "corvanta/platform/decode_here.h"
 #include "corvanta/platform/decoder_client.h"
 #include "corvanta/platform/file.h"
@@ -45,7 +45,7 @@ std::unique_ptr<NPicture const> LoadPicture(std::wstring const& path, std::strin
     return nullptr;
   }
   NDecoderOutcome const outcome =
-      AskForPicture(fileno(file.get()), core::text::ToNarrow(path), *length, picture, why);
+      AskForPicture(fileno(file.get()), ToNarrow(path), *length, picture, why);
   if (outcome != kDecoderUnavailable) return picture;
   std::vector<unsigned char> bytes;
   if (*length <= GetMostBytes(GetPictureLimits()) && ReadFile(path, bytes))
@@ -64,7 +64,7 @@ std::unique_ptr<NPicture const> DecodePicture(void const* bytes, std::size_t len
     why = length != 0 ? "there is no shared memory" : "the file is empty";
     return nullptr;
   }
-  if (AskForPicture(file.Get(), core::text::ToNarrow(name), length, picture, why) !=
+  if (AskForPicture(file.Get(), ToNarrow(name), length, picture, why) !=
       kDecoderUnavailable)
     return picture;
   auto const* const begin = static_cast<unsigned char const*>(bytes);
@@ -79,7 +79,7 @@ bool GetPictureSize(std::wstring const& path, unsigned int& width, unsigned int&
   std::optional<NPictureClaim> claim = PeekClaim(format, *file, *length);
   NDecodeAnswer answer;
   std::string reason;
-  if (!claim && AskForSize(fileno(file.get()), core::text::ToNarrow(path), answer, reason) ==
+  if (!claim && AskForSize(fileno(file.get()), ToNarrow(path), answer, reason) ==
                     kDecoderAnswered)
     claim = NPictureClaim{answer.width, answer.height};
   if (!claim || claim->width == 0 || claim->height == 0) return false;

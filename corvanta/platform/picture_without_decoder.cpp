@@ -2,8 +2,7 @@
 
 #include <string_view>
 
-#include "corvanta/core/text/convert.h"
-#include "corvanta/core/uri/NPath.h"
+#include "corvanta/platform/convert.h"
 #include "corvanta/platform/decode_here.h"
 
 namespace corvanta::platform {
@@ -59,7 +58,12 @@ constexpr Row kRows[] = {
 }  // namespace
 
 NPictureFormat GetFIFFromFilename(std::wstring const& path) {
-  std::string wanted = core::text::ToNarrow(core::uri::NPath(path).GetExtension());
+  std::string wanted = ToNarrow(path);
+  wanted.erase(0, wanted.find_last_of('/') + 1);  // npos + 1 is 0
+  std::size_t const point = wanted.find_last_of('.');
+  if (point == 0 || point == std::string::npos || wanted.compare(0, 2, "..") == 0)
+    return PF_UNKNOWN;
+  wanted.erase(0, point);
   for (char& c : wanted) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
   if (wanted.size() > 1) {
     wanted += '.';

@@ -12,7 +12,7 @@
 #include <system_error>
 #include <utility>
 
-#include "corvanta/core/text/convert.h"
+#include "corvanta/platform/convert.h"
 #include "corvanta/platform/narrow_path.h"
 
 namespace corvanta::platform {
@@ -68,7 +68,7 @@ std::string MakePrivateFolder(std::string const& place) {
 std::string GetNarrowFolder() {
   char const* const set = secure_getenv("TMPDIR");
   // Paths are wide outside: one that isn't UTF-8 would name something else there.
-  bool const isUsable = set && *set == '/' && core::text::ToNarrow(core::text::ToWide(set)) == set;
+  bool const isUsable = set && *set == '/' && ToNarrow(ToWide(set)) == set;
   std::string folder = isUsable ? set : P_tmpdir;
   folder += "/corvanta-" + std::to_string(geteuid());
   return MakeOwnFolder(folder) ? folder : MakePrivateFolder(folder);
@@ -89,14 +89,14 @@ NFile MakeFile(std::string& path, std::size_t extensionLength) {
 
 }  // namespace
 
-std::wstring GetTemporaryFolder() { return core::text::ToWide(GetNarrowFolder()); }
+std::wstring GetTemporaryFolder() { return ToWide(GetNarrowFolder()); }
 
 std::wstring WriteTemporaryFile(std::wstring const& name, void const* bytes, std::size_t length) {
   std::string const folder = GetNarrowFolder();
   std::optional<std::string> const narrow = ToNarrowPath(name);
   if (folder.empty() || !narrow) return {};
   std::string const path = folder + '/' + *narrow;
-  std::wstring const given = core::text::ToWide(path);
+  std::wstring const given = ToWide(path);
   std::string aside = path + ".XXXXXX";
   NFile file = MakeFile(aside, 0);
   if (!file) return {};
@@ -111,14 +111,14 @@ std::wstring WriteTemporaryFile(std::wstring const& name, void const* bytes, std
 
 NTemporaryFile::NTemporaryFile(std::wstring const& extension) {
   std::string const folder = GetNarrowFolder();
-  std::string const end = core::text::ToNarrow(extension);
+  std::string const end = ToNarrow(extension);
   if (folder.empty()) return;
   std::string path = folder + "/XXXXXX" + end;
   m_file = MakeFile(path, end.size());
   if (!m_file) return;
   m_narrowPath = std::move(path);
   try {
-    m_path = core::text::ToWide(m_narrowPath);
+    m_path = ToWide(m_narrowPath);
   } catch (...) {
     unlink(m_narrowPath.c_str());
     throw;

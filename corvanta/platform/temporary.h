@@ -20,7 +20,7 @@ CORVANTA_API std::wstring WriteTemporaryFile(std::wstring const& name, void cons
                                              std::size_t length);
 
 /// A file of its own name in the temporary folder, gone when the object goes.
-class NTemporaryFile {
+class CORVANTA_API NTemporaryFile {
  public:
   /// `extension` ends the name; empty, or a point and letters.
   explicit NTemporaryFile(std::wstring const& extension);

@@ -1,18 +1,10 @@
 #pragma once
 
-#include <string>
-#include <string_view>
+#include "corvanta/platform/convert.h"
 
-#include "corvanta/export.h"
-
-/// Wide text and its narrow form. All narrow text of the library is UTF-8, and only this place
-/// knows it.
 namespace corvanta::core::text {
 
-/// The narrow form of `text`. What isn't a character becomes U+FFFD.
-CORVANTA_API std::string ToNarrow(std::wstring_view text);
-
-/// The wide form of `text`. Bytes that aren't UTF-8 become U+FFFD.
-CORVANTA_API std::wstring ToWide(std::string_view text);
+using platform::ToNarrow;
+using platform::ToWide;
 
 }  // namespace corvanta::core::text

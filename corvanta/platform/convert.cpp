@@ -1,8 +1,8 @@
-#include "corvanta/core/text/convert.h"
+#include "corvanta/platform/convert.h"
 
 #include <boost/nowide/convert.hpp>
 
-namespace corvanta::core::text {
+namespace corvanta::platform {
 
 std::string ToNarrow(std::wstring_view text) {
   return boost::nowide::narrow(text.data(), text.size());
@@ -12,4 +12,4 @@ std::wstring ToWide(std::string_view text) {
   return boost::nowide::widen(text.data(), text.size());
 }
 
-}  // namespace corvanta::core::text
+}  // namespace corvanta::platform
