@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
+#include <utility>
 
 #include "corvanta/platform/child_process.h"
 #include "corvanta/platform/decoded_picture.h"
@@ -39,9 +40,11 @@ struct Worker {
   // What the child decodes into, mapped by it and here.
   NDescriptor memory;
   std::unique_ptr<NSharedMapping const> mapping;
+  bool hasDecoded = false;  // the child, anything
 
   void End() {
     child.reset();
+    hasDecoded = false;
     LetGoOfMemory();
   }
   void LetGoOfMemory() {
@@ -81,28 +84,20 @@ class Question {
     std::memcpy(m_request.name, name.data() + name.size() - length, length);
   }
 
+  // A program that refuses a picture decodes no other one, since the picture may have harmed it.
+  // It may have been harmed by an earlier one, too: then a new one is asked again.
   NDecoderOutcome Ask(int file, NDecodeAnswer& answer, std::string& reason) {
     if (!Start(reason)) return kDecoderUnavailable;
-    int descriptors[2] = {file, -1};
-    std::size_t count = 1;
-    if (m_request.kind == kDecodePixels && !m_worker.memory) {
-      if (!MakeMemory(reason)) return kDecoderRefused;
-      descriptors[count++] = m_worker.memory.Get();
-    }
-    NChildProcess& child = *m_worker.child;
-    child.LimitCpu(m_request.limits.milliseconds / 1000 + 1);
-    if (child.Send(&m_request, sizeof m_request, {descriptors, count}, GetDeadline(0, PF_BMP)) &&
-        Receive(child, answer)) {
-      answer.text[sizeof answer.text - 1] = '\0';
-      if (answer.state == kDecodeDone) return kDecoderAnswered;
-      reason = answer.text[0] != 0 ? answer.text : "the decoder gave no picture";
-      std::ranges::replace_if(
-          reason, [](unsigned char c) { return c < ' ' || c > '~'; }, ' ');
-      return kDecoderRefused;
-    }
-    reason = "the decoder gave no picture: " + child.End();
+    bool const isUsed = std::exchange(m_worker.hasDecoded, true);
+    NDecoderOutcome outcome = AskOnce(file, answer, reason);
+    if (outcome == kDecoderAnswered) return outcome;
     m_worker.End();
-    return kDecoderRefused;
+    std::string unused;
+    if (!isUsed || steady_clock::now() >= GetDeadline(0, PF_BMP) || !Start(unused)) return outcome;
+    m_worker.hasDecoded = true;
+    outcome = AskOnce(file, answer, reason);
+    if (outcome != kDecoderAnswered) m_worker.End();
+    return outcome;
   }
 
   std::unique_ptr<NPicture const> Take(NDecodeAnswer const& answer) {
@@ -142,6 +137,29 @@ class Question {
     reason = "the decoding program doesn't start: " + m_worker.child->End();
     m_worker.End();
     return false;
+  }
+
+  NDecoderOutcome AskOnce(int file, NDecodeAnswer& answer, std::string& reason) {
+    int descriptors[2] = {file, -1};
+    std::size_t count = 1;
+    if (m_request.kind == kDecodePixels && !m_worker.memory) {
+      if (!MakeMemory(reason)) return kDecoderRefused;
+      descriptors[count++] = m_worker.memory.Get();
+    }
+    NChildProcess& child = *m_worker.child;
+    child.LimitCpu(m_request.limits.milliseconds / 1000 + 1);
+    if (child.Send(&m_request, sizeof m_request, {descriptors, count}, GetDeadline(0, PF_BMP)) &&
+        Receive(child, answer)) {
+      answer.text[sizeof answer.text - 1] = '\0';
+      if (answer.state == kDecodeDone) return kDecoderAnswered;
+      reason = answer.text[0] != 0 ? answer.text : "the decoder gave no picture";
+      std::ranges::replace_if(
+          reason, [](unsigned char c) { return c < ' ' || c > '~'; }, ' ');
+      return kDecoderRefused;
+    }
+    reason = "the decoder gave no picture: " + child.End();
+    m_worker.End();
+    return kDecoderRefused;
   }
 
   bool MakeMemory(std::string& reason) {

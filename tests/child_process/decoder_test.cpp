@@ -45,7 +45,9 @@ TEST_F(Decoder, NothingThatItAnswersIsTrusted) {
     EXPECT_NE(m_reason, "") << lie;
     EXPECT_EQ(m_reason.find('\n'), std::string::npos) << lie;
   }
-  EXPECT_TRUE(IsDecoded(m_files.Write("true", "x").ToString())) << m_reason;
+  for (char const* const sound : {"true", "harmed"}) {
+    EXPECT_TRUE(IsDecoded(m_files.Write(sound, "x").ToString())) << m_reason;
+  }
 }
 
 TEST_F(Decoder, WithoutOneTheReasonIsTold) {
@@ -64,7 +66,7 @@ pid_t GetChild() {
   return child;
 }
 
-TEST_F(Decoder, KilledAtWorkItCostsThePictureAlone) {
+TEST_F(Decoder, KilledAtWorkItIsStartedAgain) {
   SetDecoderProgram(LIAR);
   ASSERT_TRUE(IsDecoded(m_files.Write("true", "x").ToString())) << m_reason;
   if (GetChild() == 0) GTEST_SKIP() << "the system doesn't tell the children";
@@ -72,9 +74,7 @@ TEST_F(Decoder, KilledAtWorkItCostsThePictureAlone) {
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     kill(child, SIGKILL);
   });
-  EXPECT_FALSE(IsDecoded(m_files.Write("sleep", "x").ToString()));
-  EXPECT_NE(m_reason.find("signal 9"), std::string::npos) << m_reason;
-  EXPECT_TRUE(IsDecoded(m_files.Write("true", "x").ToString())) << m_reason;
+  EXPECT_TRUE(IsDecoded(m_files.Write("slow", "x").ToString())) << m_reason;
 }
 
 #ifdef CORVANTA_WITH_FREEIMAGE

@@ -52,8 +52,10 @@ int main() {
   child::Send(&ready, sizeof ready);
   NDecodeRequest request;
   NDescriptor with[2];
-  while (child::Receive(&request, sizeof request, with)) {
+  for (bool isUsed = false; child::Receive(&request, sizeof request, with); isUsed = true) {
     std::string_view const wish = request.name;
+    if (wish.ends_with("harmed") && isUsed) __builtin_trap();
+    while (wish.ends_with("slow") && isUsed) pause();
     if (wish.ends_with("abort")) __builtin_trap();
     if (wish.ends_with("leave")) _exit(0);
     while (wish.ends_with("sleep")) pause();
