@@ -89,7 +89,9 @@ NAnimations::NodePointer NAnimations::CreateNode(
   for (neutral::NChannel const& channel : m_scene.Get(source.channels)) {
     AddChannel(*node, channel, range, curves);
   }
-  for (NMovableCamera const& camera : m_cameras) AddCameraCurves(*node, tree, camera, curves);
+  for (NMovableCamera const& camera : m_cameras) {
+    AddCameraCurves(*node, tree, camera, curves, m_effort);
+  }
   m_morphCount += source.meshChannelCount;
   m_idleCount += node->GetAnimations().empty();
   return node;
@@ -110,13 +112,14 @@ void NAnimations::AddChannel(data::domain::animation::NAnimationNode& node,
   NTurnKeys const turns = read(source.rotations);
   NTripleKeys const scales = read(source.scales);
   if (translations.empty() && turns.empty() && scales.empty()) return;
+  m_effort.AddKeys(translations.size() + scales.size());
   NItemCurves* const entry = curves.Add(*item);
   if (entry == nullptr) {
     ++m_doubledCount;
     return;
   }
   NTripleKeys const angles =
-      ToAngles(turns, {item->GetRotationX(), item->GetRotationY(), item->GetRotationZ()});
+      ToAngles(turns, {item->GetRotationX(), item->GetRotationY(), item->GetRotationZ()}, m_effort);
   entry->curves = {AddCurves(node, entry->target, kTranslation, translations),
                    AddCurves(node, entry->target, kRotation, angles),
                    AddCurves(node, entry->target, kScale, scales)};

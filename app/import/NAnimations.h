@@ -28,6 +28,7 @@ class NAnimations {
   using NodePointer = boost::intrusive_ptr<data::domain::animation::NAnimationNode>;
 
   /// Requires: `hierarchy` is built, as `tree`.
+  /// Fails: throws NImportError for more keys or moving cameras than NEffort allows.
   NAnimations(NDocument& document, neutral::NSceneView const& scene, NHierarchy const& hierarchy,
               data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree);
 
@@ -57,6 +58,7 @@ class NAnimations {
   std::vector<NMovableCamera> m_cameras;
   std::vector<NodePointer> m_nodes;
   NKeyFaults m_faults;
+  NEffort m_effort;
   std::size_t m_strayCount = 0;  // channels that name no node
   std::string m_firstStray;
   std::size_t m_doubledCount = 0;  // channels of a node that has one

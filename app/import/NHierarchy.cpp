@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/import/NEffort.h"
 #include "app/import/lens.h"
 #include "app/import/mesh.h"
 #include "app/import/placement.h"
@@ -41,7 +42,15 @@ NHierarchy::NHierarchy(NDocument& document, neutral::NSceneView const& scene, NM
 void NHierarchy::Build(tree::NSceneGraphTreeNode& tree) {
   auto const nodes = m_scene.Get<neutral::NNode>();
   m_items.reserve(nodes.size());
-  for (neutral::NNode const& node : nodes) m_items.push_back(CreateItem(node));
+  // A camera is aimed by the transforms of all that it stands below.
+  NEffort effort;
+  std::vector<std::uint32_t> depths{1};
+  for (neutral::NNode const& node : nodes) {
+    std::uint32_t const depth = depths[m_items.size()];
+    effort.AddTransforms(depth * node.cameras.count);
+    depths.insert(depths.end(), node.childCount, depth + 1);
+    m_items.push_back(CreateItem(node));
+  }
   // From the leaves up: a new child is told to all above, and as yet nothing is.
   std::size_t firstChild = nodes.size();
   for (std::size_t i = nodes.size(); i-- != 0;) {

@@ -29,7 +29,8 @@ class NHierarchy {
   NHierarchy(NDocument& document, neutral::NSceneView const& scene, NMaterials& materials);
 
   /// Makes the items and sets the root of `tree`.
-  /// Cost: linear in the nodes, however deep they stand; no recursion.
+  /// Fails: throws NImportError for more cameras at such depths than NEffort allows.
+  /// Cost: linear in the nodes and in the depths of the cameras; no recursion.
   void Build(data::domain::scenegraph::tree::NSceneGraphTreeNode& tree);
 
   /// The camera items with the numbers of their cameras in the file, in the file's order.

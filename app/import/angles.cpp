@@ -90,7 +90,8 @@ Angles ToAngles(Turn const& turn, Angles const& before) {
 
 class Unroller {
  public:
-  Unroller(NTripleKeys& out, Angles const& before) : m_out(out), m_last(before) {}
+  Unroller(NTripleKeys& out, Angles const& before, NEffort& effort)
+      : m_out(out), m_last(before), m_effort(effort) {}
 
   void Begin(NKey<4> const& key) { Add(key.time, ToAngles(key.values, m_last)); }
 
@@ -128,21 +129,24 @@ class Unroller {
   }
 
   void Add(double time, Angles const& angles) {
+    m_effort.AddKeys(1);
     m_last = angles;
     m_out.push_back({time, {angles[0] / kDegree, angles[1] / kDegree, angles[2] / kDegree}});
   }
 
   NTripleKeys& m_out;
   Angles m_last;
+  NEffort& m_effort;
 };
 
 }  // namespace
 
-NTripleKeys ToAngles(NTurnKeys const& keys, std::array<double, 3> const& before) {
+NTripleKeys ToAngles(NTurnKeys const& keys, std::array<double, 3> const& before, NEffort& effort) {
   NTripleKeys result;
   if (keys.empty()) return result;
   result.reserve(keys.size());
-  Unroller unroller(result, {before[0] * kDegree, before[1] * kDegree, before[2] * kDegree});
+  Unroller unroller(result, {before[0] * kDegree, before[1] * kDegree, before[2] * kDegree},
+                    effort);
   unroller.Begin(keys.front());
   for (std::size_t i = 1; i != keys.size(); ++i) unroller.GoOn(keys[i - 1], keys[i], 0);
   return result;

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "app/import/NEffort.h"
 #include "app/import/keys.h"
 
 namespace corvanta::app {
@@ -18,6 +19,7 @@ inline constexpr double kTurnTolerance = 0.02;
 /// Where an arc passes by a pole of the angles (y at 90 degrees) closer than about 0.001 degrees,
 /// it is followed to that nearness only.
 /// Units: degrees.
-NTripleKeys ToAngles(NTurnKeys const& keys, std::array<double, 3> const& before);
+/// Fails: throws NImportError for more keys than `effort` allows.
+NTripleKeys ToAngles(NTurnKeys const& keys, std::array<double, 3> const& before, NEffort& effort);
 
 }  // namespace corvanta::app

@@ -25,10 +25,11 @@ struct Pose {
 class Motion {
  public:
   Motion(data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
-         NMovableCamera const& camera, NCurvesByItem const& curves)
-      : m_control(tree.GetControlTransform()), m_camera(camera) {
+         NMovableCamera const& camera, NCurvesByItem const& curves, NEffort& effort)
+      : m_control(tree.GetControlTransform()), m_camera(camera), m_effort(effort) {
     for (boost::intrusive_ptr<NSceneGraphItemNode> item = camera.item; item;
          item = item->GetParent()) {
+      m_effort.AddTransforms(1);
       m_chain.push_back({item, curves.Find(*item)});
       if (m_chain.back().curves != nullptr) AddTimes(*m_chain.back().curves);
     }
@@ -41,7 +42,7 @@ class Motion {
     for (double const time : m_times) {
       Pose const pose = GetPose(time);
       if (m_poses.empty()) {
-        m_poses.push_back(pose);
+        Add(pose);
       } else {
         GoOn(m_poses.back(), pose, 0);
       }
@@ -78,6 +79,7 @@ class Motion {
   }
 
   Pose GetPose(double frame) const {
+    m_effort.AddTransforms(m_chain.size());
     Matrix global;
     for (Link const& link : m_chain) global *= GetTransform(*link.item, link.curves, frame);
     global *= m_control;
@@ -92,11 +94,17 @@ class Motion {
     return {frame, eye + ahead * m_distance, up};
   }
 
+  // It becomes a key of the interest and one of the direction up.
+  void Add(Pose const& pose) {
+    m_effort.AddKeys(2);
+    m_poses.push_back(pose);
+  }
+
   void GoOn(Pose const& from, Pose const& to, int depth) {
     double const middle = from.frame + (to.frame - from.frame) / 2;
     bool const isParted = middle > from.frame && middle < to.frame;
     if (depth == kDeepest || !isParted || IsStraight(from, to)) {
-      m_poses.push_back(to);
+      Add(to);
       return;
     }
     Pose const start = from;  // what it refers to may move
@@ -120,6 +128,7 @@ class Motion {
 
   Matrix const m_control;
   NMovableCamera const& m_camera;
+  NEffort& m_effort;
   std::vector<Link> m_chain;
   std::set<double> m_times;
   float m_distance = 0.0f;
@@ -130,8 +139,8 @@ class Motion {
 
 void AddCameraCurves(data::domain::animation::NAnimationNode& animation,
                      data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
-                     NMovableCamera const& camera, NCurvesByItem& curves) {
-  Motion motion(tree, camera, curves);
+                     NMovableCamera const& camera, NCurvesByItem& curves, NEffort& effort) {
+  Motion motion(tree, camera, curves, effort);
   if (!motion.Moves()) return;
   NTripleKeys interests;
   NTripleKeys ups;

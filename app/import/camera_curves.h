@@ -2,6 +2,7 @@
 
 #include <boost/intrusive_ptr.hpp>
 
+#include "app/import/NEffort.h"
 #include "app/import/item_curves.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
@@ -20,8 +21,9 @@ struct NMovableCamera {
 /// it: both are global, and don't follow by themselves. The interest keeps its distance. Straight
 /// lines between the keys stray from the way by at most 0.0005 of it.
 /// Requires: the camera stands in `tree`.
+/// Fails: throws NImportError for more keys or transforms than `effort` allows.
 void AddCameraCurves(data::domain::animation::NAnimationNode& animation,
                      data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
-                     NMovableCamera const& camera, NCurvesByItem& curves);
+                     NMovableCamera const& camera, NCurvesByItem& curves, NEffort& effort);
 
 }  // namespace corvanta::app

@@ -69,7 +69,8 @@ Turn At(NTurnKeys const& keys, double time) {
 
 // The largest way from the arcs, at many times, and no angle goes by half a turn at once.
 void ExpectOnArcs(NTurnKeys const& keys) {
-  auto const angles = ToAngles(keys, {0, 0, 0});
+  app::NEffort effort;
+  auto const angles = ToAngles(keys, {0, 0, 0}, effort);
   ASSERT_EQ(angles.back().time, keys.back().time);
   for (std::size_t i = 1; i != angles.size(); ++i) {
     ASSERT_LT(angles[i - 1].time, angles[i].time);
@@ -126,7 +127,8 @@ TEST(AnglesTest, WholeTurnsAddUp) {
       if (i % 3 == 1) turn = {-turn[0], -turn[1], -turn[2], -turn[3]};
       keys.push_back({static_cast<double>(i), turn});
     }
-    auto const angles = ToAngles(keys, {0, 0, 0});
+    app::NEffort effort;
+    auto const angles = ToAngles(keys, {0, 0, 0}, effort);
     for (auto const& [time, values] : angles) {
       for (std::size_t k = 0; k != 3; ++k) {
         EXPECT_NEAR(values[k], k == axis ? 90.0 * time : 0.0, 1e-4) << time;

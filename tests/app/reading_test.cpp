@@ -11,8 +11,11 @@
 #include <functional>
 
 #include "app/import/NAnimations.h"
+#include "app/import/NEffort.h"
 #include "app/import/NImportError.h"
 #include "app/import/NModelFolder.h"
+#include "app/import/angles.h"
+#include "app/import/camera_curves.h"
 #include "app/import/import.h"
 #include "app/import/limits.h"
 #include "app/import/reader/check.h"
@@ -310,6 +313,44 @@ TEST(ReadingTest, ADamagedBlockIsRefusedOrHarmless) {
   EXPECT_GT(builtCount, 300);
   for (std::size_t size = 0; size != whole.size(); ++size) {
     EXPECT_THROW(neutral::NSceneView(std::as_bytes(std::span(whole).first(size))), NImportError);
+  }
+}
+
+// A few bytes that name the same keys and cameras many times keep the host neither busy nor large.
+TEST(ReadingTest, WhatAFileMakesOfCamerasAndKeysIsLimited) {
+  constexpr std::uint32_t kDepth = 10'000;
+  neutral::NSceneWriter deep;
+  for (std::uint32_t i = 0; i != kDepth; ++i) AddNode(deep, "", i + 1 != kDepth);
+  deep.Get<neutral::NCamera>().push_back({{}, {}, {0, 0, -1}, {0, 1, 0}, 1, 1, 0});
+  deep.Get<neutral::NNode>().back().cameras = deep.Add(std::vector<std::uint32_t>(kDepth));
+  Built built(deep);
+  EXPECT_THAT(GetReason([&] { built.hierarchy.Build(*built.tree); }), HasSubstr("transforms"));
+
+  app::NTurnKeys const turns{{0, {0, 0, 0, 1}}, {9, {0.6, 0.48, 0.64, 0}}};
+  app::NEffort effort(10, 100);
+  EXPECT_THAT(GetReason([&] { app::ToAngles(turns, {}, effort); }), HasSubstr("more than 10 keys"));
+  NDocument document;
+  auto const camera =
+      document.GetItems().CreateNode<data::domain::scenegraph::item::NSceneGraphCameraNode>(
+          core::node::NNodeID());
+  auto const tree = document.GetTrees().CreateNode(core::node::NNodeID());
+  tree->SetRoot(
+      core::node::NNodeReference<data::domain::scenegraph::item::NSceneGraphItemNode>(*camera));
+  camera->SetInterestZ(-1);
+  auto const animation = document.GetAnimations().CreateNode(core::node::NNodeID());
+  for (auto const& [limited, reason] : std::vector<std::pair<app::NEffort, char const*>>{
+           {app::NEffort(100, 1'000'000), "keys"}, {app::NEffort(1'000, 100), "transforms"}}) {
+    app::NEffort own = limited;
+    app::NCurvesByItem curves;
+    auto& entry = *curves.Add(*camera);
+    entry.curves[1] =
+        app::AddCurves(*animation, entry.target, {L"rotation.x", L"rotation.y", L"rotation.z"},
+                       {{0, {0, 0, 0}}, {9, {170, 0, 0}}});
+    EXPECT_THAT(
+        GetReason([&] {
+          app::AddCameraCurves(*animation, *tree, {camera, {0, 0, -1}, {0, 1, 0}}, curves, own);
+        }),
+        HasSubstr(reason));
   }
 }
 
