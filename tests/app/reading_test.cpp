@@ -1,6 +1,7 @@
 #include <assimp/scene.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
@@ -134,6 +135,19 @@ TEST(ReadingTest, WhatTakesTooMuchEndsAndTheOthersGoOn) {
   Result const time = RunProgram(files, {"info", "many.gltf", "--timeout", "0.001"});
   EXPECT_EQ(time.status, 1);
   EXPECT_TRUE(time.HasOneError("many.gltf: ", "longer than 0.001 s")) << time.err;
+
+#ifndef __SANITIZE_ADDRESS__
+  // The stack on which the file is recursed through is part of its memory.
+  std::string const opened(5'000'000, '['), closed(5'000'000, ']');
+  files.Write("deep.gltf", R"({"asset": {"version": "2.0"}, "x": )" + opened + closed + '}');
+  rusage usage{};
+  int status = 0;
+  pid_t const program = StartProgram(files, {"info", "deep.gltf", "--memory", "200"});
+  ASSERT_EQ(wait4(program, &status, 0, &usage), program);
+  EXPECT_EQ(WEXITSTATUS(status), 1);
+  EXPECT_LT(usage.ru_maxrss, 250 * 1024) << "the larger one of host and reader";
+#endif
+  EXPECT_EQ(RunProgram(files, {"info", "good.gltf", "--memory", "16"}).status, 0);
 
   for (char const* const option : {"--memory", "--timeout"}) {
     for (char const* const value : {"0", "-1", "nan", "x", "1e10"}) {

@@ -1,13 +1,11 @@
 #include "app/import/reader/large_stack.h"
 
 #include <boost/thread/thread.hpp>
-#include <cstddef>
 #include <exception>
 
 namespace corvanta::app::reader {
 
-void RunOnLargeStack(std::function<void()> const& work) {
-  constexpr std::size_t kStackSize = std::size_t{1} << 30;
+void RunOnLargeStack(std::size_t size, std::function<void()> const& work) {
   std::exception_ptr failure;
   auto const guarded = [&work, &failure] {
     try {
@@ -17,7 +15,7 @@ void RunOnLargeStack(std::function<void()> const& work) {
     }
   };
   boost::thread::attributes attributes;
-  attributes.set_stack_size(kStackSize);
+  attributes.set_stack_size(size);
   boost::thread thread;
   try {
     thread = boost::thread(attributes, guarded);

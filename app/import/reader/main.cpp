@@ -135,9 +135,11 @@ int main(int count, char** arguments) {
   std::uint64_t const memory = std::strtoull(arguments[2], nullptr, 10);
   // One heap, which grows in large steps and gives nothing back: the process ends soon.
   mallopt(M_ARENA_MAX, 1);
-  mallopt(M_TOP_PAD, 16 << 20);
+  mallopt(M_TOP_PAD, static_cast<int>(std::min<std::uint64_t>(16 << 20, memory / 16)));
   mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
-  // Readers recurse through hierarchies of any depth.
+  // Readers recurse through hierarchies of any depth. What is mapped now isn't limited any more, so
+  // that the stack's share is taken off.
+  std::uint64_t const stack = std::clamp<std::uint64_t>(memory / 4, 1 << 18, 1 << 30);
   corvanta::app::reader::RunOnLargeStack(
-      [&] { corvanta::app::reader::Serve(arguments[1], memory); });
+      stack, [&] { corvanta::app::reader::Serve(arguments[1], memory - std::min(memory, stack)); });
 }
