@@ -91,9 +91,7 @@ NPictures::Place NPictures::FindFile(std::string const& name) {
   fs::path const& path = found != candidates.end() ? *found : candidates.front();
   if (found == candidates.end()) {
     std::string note = "no such picture: " + path.string();
-    if (std::find(m_notes.begin(), m_notes.end(), note) == m_notes.end()) {
-      m_notes.push_back(std::move(note));
-    }
+    if (m_missing.insert(note).second) m_notes.push_back(std::move(note));
   }
   std::error_code error;
   fs::path const whole = fs::absolute(path, error).lexically_normal();

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -42,6 +43,7 @@ class NPictures {
   std::map<std::size_t, Place> m_embedded;  // by their numbers
   std::map<core::locator::NLocator, boost::intrusive_ptr<data::domain::image::NImageNode>> m_nodes;
   std::vector<std::string> m_notes;
+  std::set<std::string> m_missing;  // those that are noted
 };
 
 }  // namespace corvanta::app

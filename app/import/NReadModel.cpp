@@ -63,6 +63,8 @@ class Reading {
     Send(request, m_memory);
     NReadAnswer answer = Receive();
     for (; answer.state == kReadOpen; answer = Receive()) {
+      // One that asks faster than it is answered is never waited for.
+      if (steady_clock::now() >= m_deadline) Refuse();
       NDescriptor const file = m_folder.Open(GetText(answer));
       Send(NOpenAnswer{file ? 1u : 0u}, file);
     }

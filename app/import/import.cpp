@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <iterator>
+#include <set>
 
 #include "app/import/NAnimations.h"
 #include "app/import/NHierarchy.h"
@@ -22,10 +24,11 @@ double Milliseconds(Clock::time_point from, Clock::time_point to) {
   return std::chrono::duration<double, std::milli>(to - from).count();
 }
 
+// Each once.
 void Append(std::vector<std::string>& notes, std::vector<std::string> const& more) {
-  for (std::string const& note : more) {
-    if (std::find(notes.begin(), notes.end(), note) == notes.end()) notes.push_back(note);
-  }
+  std::set<std::string> known(notes.begin(), notes.end());
+  std::copy_if(more.begin(), more.end(), std::back_inserter(notes),
+               [&known](std::string const& note) { return known.insert(note).second; });
 }
 
 }  // namespace
