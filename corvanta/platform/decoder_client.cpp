@@ -84,20 +84,19 @@ class Question {
     std::memcpy(m_request.name, name.data() + name.size() - length, length);
   }
 
-  // A program that refuses a picture decodes no other one, since the picture may have harmed it.
-  // It may have been harmed by an earlier one, too: then a new one is asked again.
+  // A program that refuses a picture may have been harmed by an earlier one: a new one is asked
+  // again.
   NDecoderOutcome Ask(int file, NDecodeAnswer& answer, std::string& reason) {
     if (!Start(reason)) return kDecoderUnavailable;
     bool const isUsed = std::exchange(m_worker.hasDecoded, true);
-    NDecoderOutcome outcome = AskOnce(file, answer, reason);
-    if (outcome == kDecoderAnswered) return outcome;
+    NDecoderOutcome const outcome = AskOnce(file, answer, reason);
+    if (outcome == kDecoderAnswered || !isUsed) return outcome;
     m_worker.End();
     std::string unused;
-    if (!isUsed || steady_clock::now() >= GetDeadline(0, PF_BMP) || !Start(unused)) return outcome;
+    if (steady_clock::now() >= GetDeadline(0, PF_BMP) || !Start(unused)) return outcome;
     m_worker.hasDecoded = true;
-    outcome = AskOnce(file, answer, reason);
-    if (outcome != kDecoderAnswered) m_worker.End();
-    return outcome;
+    reason.clear();
+    return AskOnce(file, answer, reason);
   }
 
   std::unique_ptr<NPicture const> Take(NDecodeAnswer const& answer) {
