@@ -4,6 +4,7 @@
 
 #include "corvanta/core/attribute/NAttribute.h"
 #include "corvanta/core/attribute/NAttributeContainerError.h"
+#include "corvanta/core/attribute/NAttributeDescription.h"
 #include "corvanta/core/attribute/NAttributeHost.h"
 #include "corvanta/core/attribute/NAttributeValues.h"
 #include "corvanta/core/attribute/NTypedAttribute.h"

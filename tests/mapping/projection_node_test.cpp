@@ -61,6 +61,14 @@ TEST(ProjectionNode, ScalesThenTurnsThenMoves) {
   node->QueryAttribute(AN_TRANSLATION_Z)->SetValue(7.0, false);
   node->QueryAttribute(AN_FLIP_U)->SetValue(true, true);
   EXPECT_EQ(node->GetTransform()(3, 2), 0.0f);
+  for (wchar_t const* const name :
+       {AN_TRANSLATION_X, AN_TRANSLATION_Y, AN_TRANSLATION_Z, AN_ROTATION_X, AN_ROTATION_Y,
+        AN_ROTATION_Z, AN_SCALE_X, AN_SCALE_Y, AN_SCALE_Z}) {
+    Matrix const before = node->GetTransform();
+    core::attribute::NAttribute& attribute = *node->QueryAttribute(name);
+    attribute.SetValue(attribute.GetDouble() + 1.5, true);
+    EXPECT_FALSE(node->GetTransform() == before) << testing::PrintToString(name);
+  }
 }
 
 TEST(ProjectionNode, ATargetKeepsTheFrameOfItsFirstUse) {

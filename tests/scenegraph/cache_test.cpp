@@ -52,6 +52,50 @@ TEST(LocalTransform, FollowsAttributesAndTryTransform) {
   }
 }
 
+TEST(Caches, FollowEveryAttributeThatTheyDependOn) {
+  std::set<std::wstring> const matrix{L"translation.x",    L"translation.y",    L"translation.z",
+                                      L"rotation.x",       L"rotation.y",       L"rotation.z",
+                                      L"scale.x",          L"scale.y",          L"rotation.pivot.x",
+                                      L"rotation.pivot.y", L"rotation.pivot.z", L"scale.z"};
+  std::set<std::wstring> const box{L"isVisible", L"transform.isAbsolute"};
+  std::set<std::wstring> const global{L"interest.x", L"interest.y", L"interest.z",
+                                      L"transform.isAbsolute"};
+  Graph graph;
+  auto const all = graph.Make<item::NSceneGraphCameraNode>();
+  for (auto i = all->GetAttributeBegin(); i != all->GetAttributeEnd(); ++i) {
+    std::wstring const name = i->GetName();
+    Group const parent = graph.Make();
+    auto const camera = graph.Make<item::NSceneGraphCameraNode>();
+    Model const model = graph.MakeModel({0, 0, 0}, {1, 1, 1});
+    ASSERT_TRUE(parent->AddChild(*camera) && camera->AddChild(*model));
+    Move(*parent, 1, 2, 3);
+    camera->SetRotationX(10);
+    camera->SetRotationY(20);
+    camera->SetRotationZ(30);
+    Matrix const before = camera->GetTransform();
+    Box3 const boxBefore = parent->GetBoundingBox(parent->GetTransform(), {});
+    auto& attribute = *camera->QueryAttribute(name);
+    attribute.SetValue(attribute.GetKind() == core::variant::NVK_BOOL
+                           ? core::variant::NVariant(!attribute.GetBool())
+                           : core::variant::NVariant(attribute.GetDouble() + 2),
+                       true);
+    EXPECT_EQ(camera->GetTransform() != before, matrix.count(name) != 0)
+        << testing::PrintToString(name);
+    Box3 const& boxAfter = parent->GetBoundingBox(parent->GetTransform(), {});
+    EXPECT_EQ(boxAfter.min != boxBefore.min || boxAfter.max != boxBefore.max,
+              matrix.count(name) + box.count(name) != 0)
+        << testing::PrintToString(name);
+    EXPECT_EQ(scenegraph::IsSceneGraphTransformAttribute(name),
+              matrix.count(name) + global.count(name) != 0)
+        << testing::PrintToString(name);
+  }
+  for (wchar_t const* const name : {L"unit", L"", L"translation"}) {
+    EXPECT_FALSE(scenegraph::IsSceneGraphTransformAttribute(name));
+  }
+  EXPECT_TRUE(scenegraph::IsSceneGraphCoordConversionAttribute(L"coordConversion"));
+  EXPECT_FALSE(scenegraph::IsSceneGraphCoordConversionAttribute(L"unit"));
+}
+
 struct ReadInside : data::events::attribute_change::NListener {
   std::function<void()> read;
 

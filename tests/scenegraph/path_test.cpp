@@ -320,18 +320,6 @@ TEST(TreeHosts, SubscribeLate) {
   EXPECT_FALSE(reference->GetSceneGraph());
 }
 
-TEST(TransformNames, AreTheSixteen) {
-  for (wchar_t const* const name : {L"translation.z", L"rotation.pivot.x", L"interest.y",
-                                    L"scale.x", L"transform.isAbsolute", L"rotation.y"}) {
-    EXPECT_TRUE(scenegraph::IsSceneGraphTransformAttribute(name));
-  }
-  for (wchar_t const* const name : {L"up.x", L"isVisible", L"unit", L"", L"translation"}) {
-    EXPECT_FALSE(scenegraph::IsSceneGraphTransformAttribute(name));
-  }
-  EXPECT_TRUE(scenegraph::IsSceneGraphCoordConversionAttribute(L"coordConversion"));
-  EXPECT_FALSE(scenegraph::IsSceneGraphCoordConversionAttribute(L"unit"));
-}
-
 struct Scene : Graph {
   Group root = Make();
   Camera camera = Make<item::NSceneGraphCameraNode>();

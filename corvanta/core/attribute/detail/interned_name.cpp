@@ -17,7 +17,7 @@ constexpr std::size_t kChunkCount = 1024;
 struct Record {
   std::wstring text;
   std::size_t hash = 0;
-  std::atomic<unsigned> marks{0};
+  std::atomic<NNameEffects> effects{0};
 };
 
 /// An open-addressed table of name numbers. It is replaced, never changed in place, when it grows,
@@ -101,7 +101,14 @@ class NameTable {
 
 }  // namespace
 
-NNameIndex InternName(std::wstring_view name) { return NameTable::Get().Intern(name); }
+NNameIndex InternName(std::wstring_view name, NNameEffects effects) {
+  NameTable& table = NameTable::Get();
+  NNameIndex const index = table.Intern(name);
+  if (effects != 0 && index != kNoName) {
+    table.At(index).effects.fetch_or(effects, std::memory_order_relaxed);
+  }
+  return index;
+}
 
 NNameIndex FindName(std::wstring_view name) noexcept {
   return NameTable::Get().Find(name, std::hash<std::wstring_view>()(name));
@@ -111,13 +118,8 @@ std::wstring const& GetNameText(NNameIndex index) noexcept {
   return NameTable::Get().At(index).text;
 }
 
-unsigned GetNameMarks(NNameIndex index) noexcept {
-  return NameTable::Get().At(index).marks.load(std::memory_order_relaxed);
-}
-
-void AddNameMarks(std::wstring_view name, unsigned marks) {
-  NameTable& table = NameTable::Get();
-  table.At(table.Intern(name)).marks.fetch_or(marks, std::memory_order_relaxed);
+NNameEffects GetNameEffects(NNameIndex index) noexcept {
+  return NameTable::Get().At(index).effects.load(std::memory_order_relaxed);
 }
 
 }  // namespace corvanta::core::attribute::detail

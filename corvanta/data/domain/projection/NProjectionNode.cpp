@@ -4,6 +4,7 @@
 #include "corvanta/core/detail/scope_exit.h"
 #include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
+#include "corvanta/data/domain/detail/attribute_effects.h"
 #include "corvanta/data/domain/projection/NProjectionNodeError.h"
 #include "corvanta/vx_math/euler_angles.h"
 
@@ -23,22 +24,11 @@ Vec3 Narrow(double x, double y, double z) {
   return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)};
 }
 
-/// Marks the names that the transform and the signal depend on; runs when the library loads.
-[[maybe_unused]] bool const g_areNamesMarked = [] {
-  using namespace core::attribute::detail;
-  for (wchar_t const* const name :
-       {AN_TRANSLATION_X, AN_TRANSLATION_Y, AN_TRANSLATION_Z, AN_ROTATION_X, AN_ROTATION_Y,
-        AN_ROTATION_Z, AN_SCALE_X, AN_SCALE_Y, AN_SCALE_Z}) {
-    AddNameMarks(name, NNM_PROJECTION_TRANSFORM);
-  }
-  AddNameMarks(AN_METHOD, NNM_PROJECTION_METHOD);
-  return true;
-}();
-
 }  // namespace
 
 struct NProjectionNode::Block {
   core::attribute::NAttributeHost& host;
+  using enum domain::detail::NAttributeEffect;
 #define CORVANTA_ROWS_SLOTS
 #include "corvanta/data/domain/projection/projection_attributes.def"
 
@@ -135,17 +125,15 @@ void NProjectionNode::ConvertTangent(float& tx, float& ty, float& tz, float& bx,
 
 void NProjectionNode::OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) {
   auto const held = core::reference_countable::Hold(*this);
-  unsigned const marks = core::attribute::detail::GetNameMarks(attribute.GetNameIndex());
+  auto const effects = core::attribute::detail::GetNameEffects(attribute.GetNameIndex());
   {
     // Listeners run before the cache is marked, and the marking happens also when one throws.
-    core::detail::ScopeExit const mark([this, marks] {
-      if (marks & core::attribute::detail::NNM_PROJECTION_TRANSFORM) {
-        m_block->isTransformDirty = true;
-      }
+    core::detail::ScopeExit const mark([this, effects] {
+      if (effects & domain::detail::NAE_PROJECTOR) m_block->isTransformDirty = true;
     });
     NNode::OnAttributeChangeImpl(attribute);
   }
-  if (marks & core::attribute::detail::NNM_PROJECTION_METHOD) {
+  if (effects & domain::detail::NAE_METHOD) {
     NotifyObservers([this](auto& listener) { listener.OnProjectionChange(*this); });
   }
 }

@@ -1,6 +1,12 @@
 #include "corvanta/data/domain/scenegraph/transform.h"
 
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+#include <utility>
+
 #include "corvanta/core/reference_countable/hold.h"
+#include "corvanta/data/domain/detail/attribute_effects.h"
 #include "corvanta/data/domain/scenegraph/detail/item_access.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
@@ -10,23 +16,19 @@ namespace corvanta::data::domain::scenegraph {
 namespace {
 
 using detail::NItemAccess;
+using enum domain::detail::NAttributeEffect;
 using item::NSceneGraphItemNode;
 using item::NSceneGraphReferenceNode;
 using tree::NSceneGraphTreeNode;
 using VX_Math::Matrix;
 
-/// Marks the names that a global transform or a view depends on; runs when the library loads.
-[[maybe_unused]] bool const g_areNamesMarked = [] {
-  using namespace core::attribute::detail;
-  for (wchar_t const* const name :
-       {L"translation.x", L"translation.y", L"translation.z", L"rotation.x", L"rotation.y",
-        L"rotation.z", L"rotation.pivot.x", L"rotation.pivot.y", L"rotation.pivot.z", L"interest.x",
-        L"interest.y", L"interest.z", L"scale.x", L"scale.y", L"scale.z",
-        L"transform.isAbsolute"}) {
-    AddNameMarks(name, NNM_GLOBAL_TRANSFORM);
-  }
-  return true;
-}();
+/// What a change of an item's or a camera item's attributes dirties.
+constexpr std::pair<std::wstring_view, core::attribute::detail::NNameEffects> kEffects[] = {
+#define CORVANTA_ROWS_EFFECTS
+#include "corvanta/data/domain/scenegraph/item/item_attributes.def"
+#define CORVANTA_ROWS_EFFECTS
+#include "corvanta/data/domain/scenegraph/item/camera_item_attributes.def"
+};
 
 /// One tree's part of the product: from an item up to where the tree ends.
 class Ascent {
@@ -70,9 +72,11 @@ bool AscendToReference(NSceneGraphItemNode const& item, NSceneGraphReferenceNode
 NGetGlobalTransformException::~NGetGlobalTransformException() = default;
 
 bool IsSceneGraphTransformAttribute(wchar_t const* name) {
-  using namespace core::attribute::detail;
-  NNameIndex const index = name == nullptr ? kNoName : FindName(name);
-  return index != kNoName && (GetNameMarks(index) & NNM_GLOBAL_TRANSFORM) != 0;
+  if (name == nullptr) return false;
+  std::wstring_view const wanted = name;
+  return std::any_of(std::begin(kEffects), std::end(kEffects), [wanted](auto const& row) {
+    return (row.second & NAE_GLOBAL) != 0 && row.first == wanted;
+  });
 }
 
 Matrix& GetGlobalTransform(

@@ -3,6 +3,7 @@
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/camera/NCameraNode.h"
+#include "corvanta/data/domain/detail/attribute_effects.h"
 
 namespace corvanta::data::domain::scenegraph::item {
 
@@ -11,6 +12,7 @@ using core::node::NNodeReference;
 
 struct NSceneGraphCameraNode::Block {
   core::attribute::NAttributeHost& host;
+  using enum domain::detail::NAttributeEffect;
 #define CORVANTA_ROWS_SLOTS
 #include "corvanta/data/domain/scenegraph/item/camera_item_attributes.def"
 

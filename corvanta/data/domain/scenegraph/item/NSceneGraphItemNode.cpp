@@ -16,7 +16,6 @@ namespace corvanta::data::domain::scenegraph::item {
 
 namespace {
 
-using core::attribute::detail::AddNameMarks;
 using VX_Math::Matrix;
 using VX_Math::Vec3;
 
@@ -29,20 +28,6 @@ constexpr unsigned kAttributeCount = 0
 Vec3 Narrow(double x, double y, double z) {
   return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)};
 }
-
-/// Marks the names that the two caches depend on; runs when the library loads.
-[[maybe_unused]] bool const g_areNamesMarked = [] {
-  using namespace core::attribute::detail;
-  for (wchar_t const* const name :
-       {AN_TRANSLATION_X, AN_TRANSLATION_Y, AN_TRANSLATION_Z, AN_ROTATION_X, AN_ROTATION_Y,
-        AN_ROTATION_Z, AN_ROTATION_PIVOT_X, AN_ROTATION_PIVOT_Y, AN_ROTATION_PIVOT_Z, AN_SCALE_X,
-        AN_SCALE_Y, AN_SCALE_Z}) {
-    AddNameMarks(name, NNM_ITEM_TRANSFORM | NNM_ITEM_BOX);
-  }
-  AddNameMarks(AN_IS_VISIBLE, NNM_ITEM_BOX);
-  AddNameMarks(AN_TRANSFORM_IS_ABSOLUTE, NNM_ITEM_BOX);
-  return true;
-}();
 
 }  // namespace
 
@@ -92,9 +77,9 @@ Matrix const& NSceneGraphItemNode::GetTransform() const {
 void NSceneGraphItemNode::OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) {
   // Listeners run before the caches are marked, and the marking happens also when one throws.
   core::detail::ScopeExit const mark([this, &attribute] {
-    unsigned const marks = core::attribute::detail::GetNameMarks(attribute.GetNameIndex());
-    if (marks & core::attribute::detail::NNM_ITEM_TRANSFORM) m_block->isTransformDirty = true;
-    if (marks & core::attribute::detail::NNM_ITEM_BOX) DirtyBoundingBox();
+    auto const effects = core::attribute::detail::GetNameEffects(attribute.GetNameIndex());
+    if (effects & domain::detail::NAE_LOCAL) m_block->isTransformDirty = true;
+    if (effects & domain::detail::NAE_BOX) DirtyBoundingBox();
   });
   NNode::OnAttributeChangeImpl(attribute);
 }

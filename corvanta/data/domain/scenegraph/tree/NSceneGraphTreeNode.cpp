@@ -1,9 +1,12 @@
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
 
+#include <cwchar>
+
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/detail/scope_exit.h"
 #include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
+#include "corvanta/data/domain/detail/attribute_effects.h"
 #include "corvanta/data/domain/scenegraph/coord_conversion.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/vx_math/Quaternion.h"
@@ -12,22 +15,14 @@ namespace corvanta::data::domain::scenegraph::tree {
 
 namespace {
 
-using core::attribute::detail::AddNameMarks;
 using core::node::NNodeReference;
 using item::NSceneGraphItemNode;
-
-/// Marks what the control transform depends on; runs when the library loads.
-[[maybe_unused]] bool const g_areNamesMarked = [] {
-  using namespace core::attribute::detail;
-  AddNameMarks(AN_COORD_CONVERSION, NNM_TREE_CONTROL | NNM_COORD_CONVERSION);
-  AddNameMarks(AN_UNIT, NNM_TREE_CONTROL);
-  return true;
-}();
 
 }  // namespace
 
 struct NSceneGraphTreeNode::Block {
   core::attribute::NAttributeHost& host;
+  using enum domain::detail::NAttributeEffect;
 #define CORVANTA_ROWS_SLOTS
 #include "corvanta/data/domain/scenegraph/tree/tree_attributes.def"
 
@@ -102,8 +97,8 @@ void NSceneGraphTreeNode::CopyTo(NSceneGraphTreeNode& target) const {
 }
 
 void NSceneGraphTreeNode::OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) {
-  bool const isControl = core::attribute::detail::GetNameMarks(attribute.GetNameIndex()) &
-                         core::attribute::detail::NNM_TREE_CONTROL;
+  bool const isControl = core::attribute::detail::GetNameEffects(attribute.GetNameIndex()) &
+                         domain::detail::NAE_CONTROL;
   auto const held = core::reference_countable::Hold(*this);
   // Listeners run before the caches are marked, here and in the hosts. When one throws, the rest
   // isn't told, but what the library keeps is marked.
@@ -128,9 +123,7 @@ void NSceneGraphTreeNode::OnAttributeChangeImpl(core::attribute::NAttribute cons
 namespace corvanta::data::domain::scenegraph {
 
 bool IsSceneGraphCoordConversionAttribute(wchar_t const* name) {
-  using namespace core::attribute::detail;
-  NNameIndex const index = name == nullptr ? kNoName : FindName(name);
-  return index != kNoName && (GetNameMarks(index) & NNM_COORD_CONVERSION) != 0;
+  return name != nullptr && std::wcscmp(name, tree::AN_COORD_CONVERSION) == 0;
 }
 
 }  // namespace corvanta::data::domain::scenegraph

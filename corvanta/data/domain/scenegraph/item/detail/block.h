@@ -7,6 +7,7 @@
 
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/reference_countable/NWeakReferenceImpl.h"
+#include "corvanta/data/domain/detail/attribute_effects.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphItemNode.h"
 
 namespace corvanta::data::domain::scenegraph::item {
@@ -26,6 +27,7 @@ struct NSceneGraphItemNode::Block {
   using ChildIndex = std::unordered_map<NSceneGraphItemNode const*, Children::const_iterator>;
 
   core::attribute::NAttributeHost& host;
+  using enum domain::detail::NAttributeEffect;
 #define CORVANTA_ROWS_SLOTS
 #include "corvanta/data/domain/scenegraph/item/item_attributes.def"
 
