@@ -14,26 +14,27 @@ namespace corvanta::platform {
 
 namespace {
 
-// A JPEG without the segments of cameras and editors, whose readers are written less carefully than
-// that of the picture itself. The two that say how the colours are meant, and the density, stay.
+// A JPEG without the segments of cameras and editors, wherever they are, whose readers are written
+// less carefully than that of the picture itself. The two that say how the colours are meant, and
+// the density, stay.
 void RemoveExtras(std::vector<unsigned char>& bytes) {
-  constexpr unsigned kFirst = 0xe0, kLast = 0xef, kAdobe = 0xee, kComment = 0xfe, kScan = 0xda;
-  std::size_t from = 2, to = 2;
-  while (from + 4 <= bytes.size() && bytes[from] == 0xff && bytes[from + 1] != kScan) {
-    unsigned const code = bytes[from + 1];
-    if (code == 0xff || code < 0xc0) break;
-    std::size_t const length = std::min<std::size_t>(
-        2 + (std::size_t{bytes[from + 2]} << 8 | bytes[from + 3]), bytes.size() - from);
-    bool const isExtra = (code > kFirst && code <= kLast && code != kAdobe) || code == kComment;
-    if (!isExtra) {
-      std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(from), length,
-                  bytes.begin() + static_cast<std::ptrdiff_t>(to));
-      to += length;
+  constexpr unsigned kFirst = 0xe0, kLast = 0xef, kAdobe = 0xee, kComment = 0xfe;
+  auto const begin = bytes.begin();
+  auto const end = bytes.end();
+  auto to = begin;
+  for (auto from = begin; from != end;) {
+    auto next = from + 1;
+    if (*from == 0xff && end - from >= 4 && HasJpegContent(from[1])) {
+      unsigned const code = from[1];
+      std::ptrdiff_t const length = 2 + (from[2] << 8 | from[3]);
+      next = from + std::min(std::max<std::ptrdiff_t>(length, 4), end - from);
+      bool const isExtra = (code > kFirst && code <= kLast && code != kAdobe) || code == kComment;
+      if (isExtra) from = next;
     }
-    from += length;
+    to = std::copy(from, next, to);
+    from = next;
   }
-  bytes.erase(bytes.begin() + static_cast<std::ptrdiff_t>(to),
-              bytes.begin() + static_cast<std::ptrdiff_t>(from));
+  bytes.erase(to, end);
 }
 
 }  // namespace

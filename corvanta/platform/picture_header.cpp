@@ -101,8 +101,7 @@ bool FindJpegMarker(Bytes& bytes, std::uint64_t& at, unsigned& code) {
   for (at = bytes.Find(at, 0xff); bytes.Has(at, 4); at = bytes.Find(at + 1, 0xff)) {
     code = bytes[at + 1];
     if (code == kJpegEnd) return false;
-    bool const isAlone = code <= 1 || code == 0xff || (code >= 0xd0 && code <= 0xd8);
-    if (!isAlone) return true;
+    if (HasJpegContent(code)) return true;
   }
   return false;
 }
@@ -299,6 +298,12 @@ std::uint64_t NPictureClaim::GetBytes() const {
   std::uint64_t const rows = Multiply(row / kBitsPerWord + (row % kBitsPerWord != 0), kWord);
   std::uint64_t const pixels = Multiply(rows, height);
   return pixels > UINT64_MAX - otherBytes ? UINT64_MAX : pixels + otherBytes;
+}
+
+bool HasJpegContent(unsigned code) {
+  constexpr unsigned kTables[] = {0xc4, 0xcc, 0xda, 0xdb, 0xdc, 0xdd, 0xfe};
+  return IsJpegFrame(code) || code == 0xc8 || (code >= 0xe0 && code <= 0xef) ||
+         std::ranges::find(kTables, code) != std::end(kTables);
 }
 
 NPictureFormat JudgeContent(std::FILE& file) {

@@ -36,6 +36,10 @@ std::optional<NPictureClaim> PeekClaim(NPictureFormat format, std::FILE& file,
 /// Adds what only the whole file tells: the scans of a JPEG, the packed texts of a PNG.
 void AddWork(NPictureFormat format, std::FILE& file, std::uint64_t length, NPictureClaim& claim);
 
+/// Whether a JPEG's marker of that code has a segment with a length, as the decoder takes it:
+/// behind a marker that it doesn't know it looks for the next one at once.
+bool HasJpegContent(unsigned code);
+
 /// Why a picture of that claim in a file of `length` bytes is beyond the limits; empty if it isn't.
 std::string JudgeClaim(NPictureClaim const& claim, std::uint64_t length,
                        NPictureLimits const& limits);

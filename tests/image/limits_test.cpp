@@ -113,6 +113,20 @@ TEST(PictureLimits, TheyAreOnBytesAndCanBeSet) {
   platform::SetDecoderProgramAllowed(true);
 }
 
+// Behind a marker that it doesn't know, the decoder looks for the next one at once: the frame in
+// what would be the segment of such a marker counts, not another one at its end.
+TEST(PictureLimits, NoMarkerOfAJpegHidesItsFrame) {
+  support::TemporaryFiles const files;
+  std::string frame = Jpeg().substr(2);
+  frame.replace(frame.find("\xff\xc0") + 5, 4, Big(20000, 2) + Big(30000, 2));
+  for (unsigned const code : {0x02, 0x4f, 0xbf, 0xde, 0xf0, 0xfd}) {
+    std::string const marker = "\xff" + std::string(1, static_cast<char>(code));
+    std::string const bytes =
+        "\xff\xd8" + marker + Big(2 + static_cast<std::uint32_t>(frame.size()), 2) + frame;
+    EXPECT_TRUE(HasSize(files.Write("a.jpg", bytes + Jpeg().substr(2)), 30000, 20000)) << code;
+  }
+}
+
 TEST(PictureLimits, DamagedFilesEndQuietly) {
   support::TemporaryFiles const files;
   testing::internal::CaptureStderr();
