@@ -31,6 +31,8 @@ bool IsWhole(unsigned char const* bytes, std::uint64_t length) {
     return false;
   std::uint64_t const pitch = (width * bits + 31) / 32 * 4;
   std::uint64_t const head = kHeader + 4 * colors + masks;
+  constexpr std::uintptr_t kAlignment = 16;
+  if ((reinterpret_cast<std::uintptr_t>(bytes) + head) % kAlignment != 0) return false;
   return length >= head && (length - head) % height == 0 && (length - head) / height == pitch;
 }
 

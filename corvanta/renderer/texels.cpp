@@ -56,9 +56,8 @@ class Bitmap {
     unsigned const masks = m_bits == 16 && Word(m_bytes, 16) == 3 ? 3 : 0;
     if (masks != 0 && m_palette + 12 <= m_bytes.size()) m_greenMask = Word(m_bytes, m_palette + 4);
     m_pitch = (std::size_t{m_texels.width} * m_bits + 31) / 32 * 4;
-    std::size_t const unaligned = m_palette + std::size_t{4} * (colors + masks);
-    if (unaligned + m_pitch * m_texels.height > m_bytes.size()) return {};
-    std::size_t const rows = Align(unaligned);
+    std::size_t const rows = m_palette + std::size_t{4} * (colors + masks);
+    if (rows + m_pitch * m_texels.height > m_bytes.size()) return {};
     bool const hasFloats = m_bits > 32 || (m_bits == 16 && masks == 0);
     std::size_t const count = std::size_t{4} * m_texels.width * m_texels.height;
     hasFloats ? m_texels.floats.resize(count) : m_texels.bytes.resize(count);
@@ -79,12 +78,6 @@ class Bitmap {
   }
 
  private:
-  // The decoder's rows begin at an address that 16 divides; the block's length leaves the gap out.
-  std::size_t Align(std::size_t offset) const {
-    auto const address = reinterpret_cast<std::uintptr_t>(m_bytes.data()) + offset;
-    return offset + (16 - address % 16) % 16;
-  }
-
   bool HasAlpha() const {
     for (std::size_t i = 3; i < m_texels.bytes.size(); i += 4) {
       if (m_texels.bytes[i] != 0) return true;
