@@ -1,0 +1,67 @@
+// Whatever a reading program leaves in the memory that it shares is refused, or makes a document
+// whose surfaces name their own vertices; nothing is left behind.
+#include <cstring>
+#include <stdexcept>
+#include <vector>
+
+#include "app/import/NAnimations.h"
+#include "app/import/NHierarchy.h"
+#include "app/import/NImportError.h"
+#include "app/import/NMaterials.h"
+#include "app/import/NPictures.h"
+#include "app/import/neutral/NSceneView.h"
+#include "fuzz/support.h"
+
+namespace corvanta::fuzz {
+namespace {
+
+using namespace app::neutral;
+
+// What a view promises, looked at once more.
+void CheckView(NSceneView const& scene) {
+  std::size_t children = 0;
+  for (NNode const& node : scene.Get<NNode>()) {
+    static_cast<void>(scene.GetString(node.name));
+    for (auto const number : scene.Get(node.meshes))
+      Require(number < scene.Get<NMesh>().size(), "a node has its meshes");
+    children += node.childCount;
+  }
+  Require(scene.Get<NNode>().size() == children + 1, "the nodes are one tree");
+  for (NMesh const& mesh : scene.Get<NMesh>()) {
+    for (auto const& triangle : scene.Get(mesh.triangles))
+      for (auto const corner : triangle)
+        Require(corner < mesh.positions.count, "a corner has its position");
+    for (auto const& position : scene.Get(mesh.positions))
+      Require(position[0] - position[0] == 0.0f, "a position is finite");
+  }
+}
+
+void Build(NSceneView const& scene) {
+  app::NDocument document;
+  app::NPictures pictures(document, scene, "/nowhere");
+  app::NMaterials materials(document, scene, pictures);
+  app::NHierarchy hierarchy(document, scene, materials);
+  auto const tree = document.GetTrees().CreateNode(core::node::NNodeID());
+  hierarchy.Build(*tree);
+  app::NAnimations const animations(document, scene, hierarchy, *tree);
+  Require(animations.GetNodes().size() == scene.Get<NAnimation>().size(),
+          "each animation has a node");
+}
+
+}  // namespace
+}  // namespace corvanta::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+  using namespace corvanta;
+  static fuzz::Folder const folder;
+  std::vector<std::uint64_t> words((size + 7) / 8);
+  if (size != 0) std::memcpy(words.data(), data, size);
+  try {
+    app::neutral::NSceneView const scene(std::as_bytes(std::span(words)).first(size));
+    fuzz::CheckView(scene);
+    fuzz::Build(scene);
+  } catch (app::NImportError const&) {
+  }
+  fuzz::Require(folder.CountFiles() == 0, "nothing is left");
+  return 0;
+}
