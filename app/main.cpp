@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <exception>
 #include <iostream>
 
@@ -10,6 +11,8 @@ int main(int argc, char** argv) {
   using namespace corvanta::app;
   // Nothing is read from stdin, and a model may print a million lines.
   std::ios::sync_with_stdio(false);
+  // A file that grows beyond the process's limit is one that can't be written, and no end.
+  std::signal(SIGXFSZ, SIG_IGN);
   int status = NS_DONE;
   try {
     CLI::App program("Builds scenes from model files, prints them and watches them change.",

@@ -8,7 +8,7 @@ namespace corvanta::app {
 /// turn becomes several keys, and a camera gets curves of its own for whatever moves above it.
 class NEffort {
  public:
-  explicit NEffort(std::size_t mostKeys = 10'000'000, std::size_t mostTransforms = 50'000'000)
+  explicit NEffort(std::size_t mostKeys = 5'000'000, std::size_t mostTransforms = 50'000'000)
       : m_keys{mostKeys, mostKeys}, m_transforms{mostTransforms, mostTransforms} {}
 
   /// Keys of three values. Fails: throws NImportError beyond the most.

@@ -156,6 +156,18 @@ TEST(ReadingTest, WhatTakesTooMuchEndsAndTheOthersGoOn) {
   }
 }
 
+TEST(ReadingTest, ALimitOnTheSizeOfFilesDoesNotEndTheProgram) {
+  TemporaryFiles const files;
+  files.Write("good.gltf", kGood);
+  rlimit before{};
+  getrlimit(RLIMIT_FSIZE, &before);
+  rlimit const small{8 * 1024, before.rlim_max};  // less than a built-in picture
+  setrlimit(RLIMIT_FSIZE, &small);
+  Result const result = RunProgram(files, {"info", "good.gltf", "--json"});
+  setrlimit(RLIMIT_FSIZE, &before);
+  EXPECT_NE(result.status, -1) << result.err;
+}
+
 // Programs that aren't readers, in the place of one.
 TEST(ReadingTest, AReaderThatFailsIsToldAndLeavesNothing) {
   TemporaryFiles const files;
