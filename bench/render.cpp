@@ -80,7 +80,7 @@ class World {
     tree->SetRoot(NNodeReference<item::NSceneGraphItemNode>(*root));
     stage = std::make_unique<app::NStage>(m_document, tree);
     renderer = std::make_unique<renderer::NRenderer>(m_context, m_document.GetEvents());
-    target = std::make_unique<renderer::NTarget>(m_context.GetGl(), kWidth, kHeight,
+    target = std::make_unique<renderer::NTarget>(m_context, kWidth, kHeight,
                                                  renderer::NTarget::NTK_PICTURE);
   }
 

@@ -77,7 +77,7 @@ renderer::NEye NStudio::GetEyeOf(Part const& part) const {
 renderer::NTarget const& NStudio::GetTarget(std::unique_ptr<renderer::NTarget>& target,
                                             renderer::NTarget::NKind kind) const {
   if (!target)
-    target = std::make_unique<renderer::NTarget>(m_context.GetGl(), m_width, m_height, kind);
+    target = std::make_unique<renderer::NTarget>(m_context, m_width, m_height, kind);
   return *target;
 }
 

@@ -3,7 +3,7 @@
 #include <array>
 
 #include "corvanta/data/domain/environment/NEnvironmentNode.h"
-#include "corvanta/renderer/shaders.h"
+#include "corvanta/renderer/gl/shaders.h"
 
 namespace corvanta::renderer {
 

@@ -123,8 +123,6 @@ class Laid {
 }  // namespace
 
 struct NMeshes::Shared {
-  explicit Shared(NGl const& gl) : vertices(gl), indices(gl) {}
-
   core::node::NNodeReference<NGeometryNode const> geometry;
   NGlBuffer vertices;
   NGlBuffer indices;
@@ -143,7 +141,7 @@ struct NMeshes::Thrown {
   std::vector<NGlVertexArray> arrays;
 };
 
-NMeshes::NMeshes(NGl const& gl) : m_gl(gl) {}
+NMeshes::NMeshes() = default;
 
 NMeshes::~NMeshes() = default;
 
@@ -196,7 +194,7 @@ NMeshPart NMeshes::GetShared(NGeometryNode const& geometry, NSurface const& surf
       vertices.push_back(MakeVertex(surface.GetCoords()[i], surface.GetNormals()[i]));
     }
     std::vector<unsigned> const indices = GetDrawnIndices(surface);
-    mesh = std::make_unique<Shared>(m_gl);
+    mesh = std::make_unique<Shared>();
     mesh->geometry = geometry;
     mesh->vertices = Upload(GL_ARRAY_BUFFER, vertices.data(), ByteCount(vertices));
     mesh->indices = Upload(GL_ARRAY_BUFFER, indices.data(), ByteCount(indices));
@@ -209,11 +207,11 @@ NMeshPart NMeshes::GetShared(NGeometryNode const& geometry, NSurface const& surf
   }
   auto found = mesh->arrays.find(types);
   if (found == mesh->arrays.end()) {
-    found = mesh->arrays.emplace(types, NGlVertexArray(m_gl)).first;
-    m_gl.glBindVertexArray(found->second.Get());
+    found = mesh->arrays.emplace(types, NGlVertexArray()).first;
+    glBindVertexArray(found->second.Get());
     SetAttribute(kPosition, mesh->vertices, 3, sizeof(Vertex), 0);
     SetAttribute(kNormal, mesh->vertices, 3, sizeof(Vertex), 12);
-    m_gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, mesh->indices.Get());
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, mesh->indices.Get());
     for (unsigned slot = 0; slot != NS_COUNT; ++slot) {
       if (types[slot] >= 0) AddCoords(*mesh, slot, surface, static_cast<unsigned>(types[slot]));
     }
@@ -278,8 +276,8 @@ NMeshPart NMeshes::MakeThrown(NDrawItem const& item, NSurface const& surface,
 
   ++m_meshUploadCount;
   Thrown& thrown = *m_thrown.at(item.path);
-  thrown.arrays.emplace_back(m_gl);
-  m_gl.glBindVertexArray(thrown.arrays.back().Get());
+  thrown.arrays.emplace_back();
+  glBindVertexArray(thrown.arrays.back().Get());
   auto const add = [&](auto const& values) -> NGlBuffer const& {
     return thrown.buffers.emplace_back(Upload(GL_ARRAY_BUFFER, values.data(), ByteCount(values)));
   };
@@ -301,16 +299,16 @@ NMeshPart NMeshes::MakeThrown(NDrawItem const& item, NSurface const& surface,
 
 void NMeshes::SetAttribute(unsigned place, NGlBuffer const& buffer, int size, std::size_t stride,
                            std::size_t offset) const {
-  m_gl.glBindBuffer(GL_ARRAY_BUFFER, buffer.Get());
-  m_gl.glVertexAttribPointer(place, size, GL_FLOAT, GL_FALSE, static_cast<GLsizei>(stride),
-                             reinterpret_cast<void const*>(offset));
-  m_gl.glEnableVertexAttribArray(place);
+  glBindBuffer(GL_ARRAY_BUFFER, buffer.Get());
+  glVertexAttribPointer(place, size, GL_FLOAT, GL_FALSE, static_cast<GLsizei>(stride),
+                        reinterpret_cast<void const*>(offset));
+  glEnableVertexAttribArray(place);
 }
 
 NGlBuffer NMeshes::Upload(GLenum kind, void const* data, std::size_t bytes) const {
-  NGlBuffer buffer(m_gl);
-  m_gl.glBindBuffer(kind, buffer.Get());
-  m_gl.glBufferData(kind, static_cast<GLsizeiptr>(bytes), data, GL_STATIC_DRAW);
+  NGlBuffer buffer;
+  glBindBuffer(kind, buffer.Get());
+  glBufferData(kind, static_cast<GLsizeiptr>(bytes), data, GL_STATIC_DRAW);
   return buffer;
 }
 

@@ -14,8 +14,8 @@
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
 #include "corvanta/data/domain/material/texture_mapping/NTextureMapping.h"
 #include "corvanta/renderer/NDrawList.h"
-#include "corvanta/renderer/NGl.h"
-#include "corvanta/renderer/shaders.h"
+#include "corvanta/renderer/gl/objects.h"
+#include "corvanta/renderer/gl/shaders.h"
 #include "corvanta/vx_math/Box3.h"
 
 namespace corvanta::renderer {
@@ -39,7 +39,7 @@ struct NMeshPart {
 /// Triangles with an index outside the coordinates or a corner that isn't finite are left out.
 class NMeshes {
  public:
-  explicit NMeshes(NGl const& gl);
+  NMeshes();
   ~NMeshes();
 
   /// What shows `geometry` as the model of `item`, its textures laid by `mappings`.
@@ -69,7 +69,6 @@ class NMeshes {
                     std::size_t offset) const;
   NGlBuffer Upload(GLenum kind, void const* data, std::size_t bytes) const;
 
-  NGl const& m_gl;
   std::unordered_map<std::uint64_t, std::unique_ptr<Shared>> m_shared;  // by creation number
   std::map<NDrawItem::Path, std::unique_ptr<Thrown>> m_thrown;
   std::size_t m_meshUploadCount = 0;

@@ -3,16 +3,18 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <exception>
 #include <optional>
 #include <unordered_map>
 
 #include "corvanta/renderer/NBillboard.h"
-#include "corvanta/renderer/NFlatProgram.h"
 #include "corvanta/renderer/NMeshes.h"
 #include "corvanta/renderer/NShade.h"
-#include "corvanta/renderer/NSurfaceProgram.h"
 #include "corvanta/renderer/NTextures.h"
 #include "corvanta/renderer/floor.h"
+#include "corvanta/renderer/gl/NContextScope.h"
+#include "corvanta/renderer/gl/NFlatProgram.h"
+#include "corvanta/renderer/gl/NSurfaceProgram.h"
 
 namespace corvanta::renderer {
 
@@ -71,24 +73,16 @@ NExposure ReadExposure(NEnvironmentNode const& environment, NEye const& eye) {
 }  // namespace
 
 struct NRenderer::Block {
-  Block(NContext const& context, data::events::NEventMultiplexer& multiplexer)
-      : gl(context.GetGl()),
+  Block(NContext const& drawingContext, data::events::NEventMultiplexer& multiplexer)
+      : context(drawingContext),
         events(&multiplexer),
-        solidProgram(gl, false),
-        clearProgram(gl, true),
-        flatProgram(gl),
-        skyProgram(gl, kSkyVertexShader, kSkyFragmentShader),
-        textures(gl),
-        meshes(gl),
-        noVertices(gl) {
+        solidProgram(false),
+        clearProgram(true),
+        skyProgram(kSkyVertexShader, kSkyFragmentShader) {
     events->AddObserver(*changes);
-    gl.glEnable(GL_TEXTURE_CUBE_MAP_SEAMLESS);
-    if (gl.glClipControl != nullptr) gl.glClipControl(GL_LOWER_LEFT, GL_ZERO_TO_ONE);
-    gl.glClearDepth(0.0);
-    gl.glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     skyProgram.Use();
-    gl.glUniform1i(skyProgram.GetUniform("skyCube"), kCubeUnit);
-    gl.glUniform1i(skyProgram.GetUniform("skyFlat"), kFlatUnit);
+    glUniform1i(skyProgram.GetUniform("skyCube"), kCubeUnit);
+    glUniform1i(skyProgram.GetUniform("skyFlat"), kFlatUnit);
   }
   ~Block() { events->RemoveObserver(*changes); }
 
@@ -121,28 +115,27 @@ struct NRenderer::Block {
     auto const left = static_cast<GLint>(viewport.left);
     auto const width = static_cast<GLsizei>(viewport.width);
     auto const height = static_cast<GLsizei>(viewport.height);
-    target.Bind();
-    gl.glViewport(left, bottom, width, height);
-    gl.glScissor(left, bottom, width, height);
-    gl.glEnable(GL_SCISSOR_TEST);
-    gl.glEnable(GL_DEPTH_TEST);
-    gl.glDepthMask(GL_TRUE);
+    glViewport(left, bottom, width, height);
+    glScissor(left, bottom, width, height);
+    glEnable(GL_SCISSOR_TEST);
+    glEnable(GL_DEPTH_TEST);
+    glDepthMask(GL_TRUE);
     // The first of two models in one place is seen, as it is picked.
-    gl.glDepthFunc(GL_GREATER);
-    gl.glDisable(GL_BLEND);
-    gl.glDisable(GL_STENCIL_TEST);
-    gl.glStencilMask(0xFF);
-    gl.glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    glDepthFunc(GL_GREATER);
+    glDisable(GL_BLEND);
+    glDisable(GL_STENCIL_TEST);
+    glStencilMask(0xFF);
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
   }
 
   void DrawParts(std::vector<NMeshPart> const& parts) const {
     for (NMeshPart const& part : parts) {
       if (part.count == 0) continue;
-      gl.glBindVertexArray(part.vertexArray);
+      glBindVertexArray(part.vertexArray);
       if (part.isIndexed) {
-        gl.glDrawElements(GL_TRIANGLES, part.count, GL_UNSIGNED_INT, nullptr);
+        glDrawElements(GL_TRIANGLES, part.count, GL_UNSIGNED_INT, nullptr);
       } else {
-        gl.glDrawArrays(GL_TRIANGLES, 0, part.count);
+        glDrawArrays(GL_TRIANGLES, 0, part.count);
       }
     }
   }
@@ -154,18 +147,18 @@ struct NRenderer::Block {
     Matrix turn = pass.eye.view;
     for (int axis = 0; axis != 3; ++axis) turn(3, axis) = 0.0f;
     Matrix const fromView = (turn * pass.eye.projection).Inverse();
-    gl.glUniformMatrix4fv(skyProgram.GetUniform("fromView"), 1, GL_FALSE, fromView[0]);
-    gl.glUniform1i(skyProgram.GetUniform("isPerspective"), pass.eye.towards[3] != 0.0f);
-    gl.glUniform1i(skyProgram.GetUniform("skyKind"), sky.kind);
-    SetTurn(gl, skyProgram.GetUniform("skyTurn"), sky.turn);
-    gl.glUniform1f(skyProgram.GetUniform("exposure"), exposure.factor);
-    gl.glUniform1f(skyProgram.GetUniform("gamma"), exposure.gamma);
-    gl.glUniform1f(skyProgram.GetUniform("white"), exposure.white);
-    BindSky(gl, sky);
-    gl.glBindVertexArray(noVertices.Get());
-    gl.glDisable(GL_DEPTH_TEST);
-    gl.glDrawArrays(GL_TRIANGLES, 0, 3);
-    gl.glEnable(GL_DEPTH_TEST);
+    glUniformMatrix4fv(skyProgram.GetUniform("fromView"), 1, GL_FALSE, fromView[0]);
+    glUniform1i(skyProgram.GetUniform("isPerspective"), pass.eye.towards[3] != 0.0f);
+    glUniform1i(skyProgram.GetUniform("skyKind"), sky.kind);
+    SetTurn(skyProgram.GetUniform("skyTurn"), sky.turn);
+    glUniform1f(skyProgram.GetUniform("exposure"), exposure.factor);
+    glUniform1f(skyProgram.GetUniform("gamma"), exposure.gamma);
+    glUniform1f(skyProgram.GetUniform("white"), exposure.white);
+    BindSky(sky);
+    glBindVertexArray(noVertices.Get());
+    glDisable(GL_DEPTH_TEST);
+    glDrawArrays(GL_TRIANGLES, 0, 3);
+    glEnable(GL_DEPTH_TEST);
   }
 
   void DrawBackdrop(Pass const& pass, NEnvironmentNode const& environment) {
@@ -233,12 +226,12 @@ struct NRenderer::Block {
     if (depths.empty()) return;
     std::reverse(depths.begin(), depths.end());
     clearProgram.Begin(pass.eye, pass.lamps, pass.exposure);
-    gl.glEnable(GL_BLEND);
-    gl.glDepthMask(GL_FALSE);
+    glEnable(GL_BLEND);
+    glDepthMask(GL_FALSE);
     NShade const* shade = nullptr;
     for (auto const& [depth, index] : depths) DrawItem(clearProgram, index, pass, shade);
-    gl.glDepthMask(GL_TRUE);
-    gl.glDisable(GL_BLEND);
+    glDepthMask(GL_TRUE);
+    glDisable(GL_BLEND);
   }
 
   /// Where the floor of an environment lies; it is made for what bears the surroundings.
@@ -271,31 +264,31 @@ struct NRenderer::Block {
     program.Begin(pass.eye, pass.lamps, pass.exposure);
     program.SetShade(shade, pass.ambientLight, pass.lamps, pass.sky);
     program.SetPlace(*place, place->Inverse().Transpose());
-    if (shade.isTransparent) gl.glEnable(GL_BLEND);
-    gl.glEnable(GL_STENCIL_TEST);
-    gl.glStencilFunc(GL_ALWAYS, kFloorBit, kFloorBit);
-    gl.glStencilOp(GL_KEEP, GL_KEEP, GL_REPLACE);
+    if (shade.isTransparent) glEnable(GL_BLEND);
+    glEnable(GL_STENCIL_TEST);
+    glStencilFunc(GL_ALWAYS, kFloorBit, kFloorBit);
+    glStencilOp(GL_KEEP, GL_KEEP, GL_REPLACE);
     DrawParts(meshes.Get(NDrawItem(), *floor, shade.mappings));
     if (environment.FloorShowsShadow()) DrawShadows(pass, (*place)(3, 1));
-    gl.glDisable(GL_STENCIL_TEST);
-    gl.glStencilMask(0xFF);
-    gl.glDisable(GL_BLEND);
+    glDisable(GL_STENCIL_TEST);
+    glStencilMask(0xFF);
+    glDisable(GL_BLEND);
   }
 
   /// The models flattened onto a floor that was drawn just now, for each lamp that makes shadows. A
   /// bit of the stencil for each keeps a shadow from falling twice on one place.
   void DrawShadows(Pass const& pass, float height) const {
     flatProgram.Begin(pass.eye);
-    gl.glEnable(GL_BLEND);
-    gl.glEnable(GL_POLYGON_OFFSET_FILL);
-    gl.glPolygonOffset(2.0f, 2.0f);
-    gl.glDepthMask(GL_FALSE);
-    gl.glStencilOp(GL_KEEP, GL_KEEP, GL_INVERT);
+    glEnable(GL_BLEND);
+    glEnable(GL_POLYGON_OFFSET_FILL);
+    glPolygonOffset(2.0f, 2.0f);
+    glDepthMask(GL_FALSE);
+    glStencilOp(GL_KEEP, GL_KEEP, GL_INVERT);
     for (unsigned lamp = 0; lamp != kLampCount; ++lamp) {
       float const darkness = pass.lamps.shadows[lamp];
       if (darkness <= 0.0f) continue;
-      gl.glStencilMask(1u << lamp);
-      gl.glStencilFunc(GL_EQUAL, kFloorBit, kFloorBit | 1u << lamp);
+      glStencilMask(1u << lamp);
+      glStencilFunc(GL_EQUAL, kFloorBit, kFloorBit | 1u << lamp);
       float const* const direction = &pass.lamps.directions[std::size_t{3} * lamp];
       float const x = direction[0] / direction[1], z = direction[2] / direction[1];
       Matrix const flat(1, 0, 0, 0, -x, 0, -z, 0, 0, 0, 1, 0, height * x, height, height * z, 1);
@@ -307,11 +300,11 @@ struct NRenderer::Block {
         DrawParts(all[i].parts);
       }
     }
-    gl.glDepthMask(GL_TRUE);
-    gl.glDisable(GL_POLYGON_OFFSET_FILL);
+    glDepthMask(GL_TRUE);
+    glDisable(GL_POLYGON_OFFSET_FILL);
   }
 
-  NGl const& gl;
+  NContext const& context;
   boost::intrusive_ptr<data::events::NEventMultiplexer> const events;
   boost::intrusive_ptr<NChanges> const changes{new NChanges};
   NSurfaceProgram const solidProgram;
@@ -330,13 +323,25 @@ struct NRenderer::Block {
   boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeNode> tree;
 };
 
-NRenderer::NRenderer(NContext const& context, data::events::NEventMultiplexer& events)
-    : m_block(new Block(context, events)) {}
+NRenderer::NRenderer(NContext const& context, data::events::NEventMultiplexer& events) {
+  NContextScope const scope(context);
+  m_block = std::make_unique<Block>(context, events);
+}
 
-NRenderer::~NRenderer() = default;
+NRenderer::~NRenderer() {
+  try {
+    NContextScope const scope(m_block->context);
+    m_block.reset();
+  } catch (std::exception const&) {
+    // Another context's objects have the same names: the objects end with their own context.
+    m_block->events->RemoveObserver(*m_block->changes);
+    static_cast<void>(m_block.release());
+  }
+}
 
 void NRenderer::Update(NSceneNode const& scene) {
   Block& block = *m_block;
+  NContextScope const scope(block.context);
   block.tree = scene.GetSceneGraph();
   NMarks const marks = block.changes->Take();
   if (!block.tree) {
@@ -375,7 +380,9 @@ Box3 NRenderer::GetBox() const {
 void NRenderer::DrawPicture(NSceneNode const& scene, NEye const& eye, NTarget const& target,
                             NViewport const& viewport) {
   Block& block = *m_block;
+  NContextScope const scope(block.context);
   Update(scene);
+  target.Bind();
   block.BeginView(target, viewport);
   auto const environment = scene.GetEnvironment();
   Pass pass{eye, {}, {}, {}};
@@ -390,11 +397,11 @@ void NRenderer::DrawPicture(NSceneNode const& scene, NEye const& eye, NTarget co
     pass.exposure = ReadExposure(*environment, eye);
     pass.sky = ReadSky(environment->GetEnvironmentMap(), block.textures);
   }
-  block.gl.glClearColor(pass.color[0], pass.color[1], pass.color[2], 1.0f);
-  block.gl.glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
+  glClearColor(pass.color[0], pass.color[1], pass.color[2], 1.0f);
+  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
   if (environment) block.DrawBackdrop(pass, *environment);
   block.DrawSolid(pass);
-  block.gl.glDepthFunc(GL_GEQUAL);
+  glDepthFunc(GL_GEQUAL);
   if (environment) block.DrawFloor(pass, *environment);
   block.DrawTransparent(pass);
 }
@@ -402,10 +409,12 @@ void NRenderer::DrawPicture(NSceneNode const& scene, NEye const& eye, NTarget co
 void NRenderer::DrawNumbers(NSceneNode const& scene, NEye const& eye, NTarget const& target,
                             NViewport const& viewport) {
   Block& block = *m_block;
+  NContextScope const scope(block.context);
   Update(scene);
+  target.Bind();
   block.BeginView(target, viewport);
-  block.gl.glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
-  block.gl.glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
+  glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
+  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
   block.flatProgram.Begin(eye);
   for (std::size_t i = 0; i != block.all.size(); ++i) {
     NDrawItem const& item = block.list.GetItems()[i];
@@ -420,7 +429,10 @@ void NRenderer::DrawNumbers(NSceneNode const& scene, NEye const& eye, NTarget co
   }
 }
 
-void NRenderer::Finish() const { m_block->gl.glFinish(); }
+void NRenderer::Finish() const {
+  NContextScope const scope(m_block->context);
+  glFinish();
+}
 
 NUploads NRenderer::GetUploads() const {
   return {m_block->meshes.GetMeshUploadCount(), m_block->meshes.GetCoordsUploadCount(),

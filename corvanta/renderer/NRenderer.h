@@ -64,7 +64,7 @@ class CORVANTA_API NRenderer {
  private:
   struct Block;
 
-  std::unique_ptr<Block> const m_block;
+  std::unique_ptr<Block> m_block;
 };
 
 }  // namespace corvanta::renderer

@@ -6,7 +6,7 @@
 #include "corvanta/data/domain/material/NMaterialNode.h"
 #include "corvanta/renderer/NMeshes.h"
 #include "corvanta/renderer/NTextures.h"
-#include "corvanta/renderer/shaders.h"
+#include "corvanta/renderer/gl/shaders.h"
 #include "corvanta/vx_math/Matrix.h"
 
 namespace corvanta::renderer {

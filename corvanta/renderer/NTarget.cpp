@@ -3,8 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <exception>
+#include <string>
 
 #include "corvanta/renderer/NRenderError.h"
+#include "corvanta/renderer/gl/NContextScope.h"
+#include "corvanta/renderer/gl/objects.h"
 
 namespace corvanta::renderer {
 
@@ -39,98 +43,122 @@ void TurnRows(unsigned height, Row const& row) {
 
 }  // namespace
 
-NTarget::NTarget(NGl const& gl, unsigned width, unsigned height, NKind kind)
-    : m_gl(&gl),
-      m_width(width),
-      m_height(height),
-      m_kind(kind),
-      m_color(gl),
-      m_depth(gl),
-      m_resolved(gl),
-      m_frame(gl),
-      m_resolvedFrame(gl) {
-  GLint most = 0, samples = 0;
-  gl.glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &most);
-  gl.glGetIntegerv(GL_MAX_SAMPLES, &samples);
+struct NTarget::Block {
+  void Check(char const* what) const;
+  void Attach(NGlFramebuffer const& to, GLenum place, NGlRenderbuffer const& buffer, GLenum content,
+              GLsizei samples) const;
+
+  NContext const& context;
+  unsigned width, height;
+  NGlRenderbuffer color, depth, resolved;
+  NGlFramebuffer frame, resolvedFrame;
+};
+
+NTarget::NTarget(NContext const& context, unsigned width, unsigned height, NKind kind) {
   if (width == 0 || height == 0) throw NRenderError("a picture needs at least one pixel");
+  NContextScope const scope(context);
+  GLint most = 0, samples = 0;
+  glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &most);
+  glGetIntegerv(GL_MAX_SAMPLES, &samples);
   if (std::max(width, height) > std::min(kMostSide, static_cast<unsigned>(most)) ||
       std::uint64_t{width} * height > kMostPixels) {
     throw NRenderError("the picture is too large to be drawn");
   }
+  std::unique_ptr<Block> block(new Block{context, width, height, {}, {}, {}, {}, {}});
   bool const isPicture = kind == NTK_PICTURE;
   GLenum const format = isPicture ? GL_RGBA16F : GL_RGBA8;
-  auto const attach = [&](NGlFramebuffer const& frame, GLenum place, NGlRenderbuffer const& buffer,
-                          GLenum content, GLsizei count) {
-    gl.glBindRenderbuffer(GL_RENDERBUFFER, buffer.Get());
-    gl.glRenderbufferStorageMultisample(GL_RENDERBUFFER, count, content,
-                                        static_cast<GLsizei>(width), static_cast<GLsizei>(height));
-    gl.glBindFramebuffer(GL_FRAMEBUFFER, frame.Get());
-    gl.glFramebufferRenderbuffer(GL_FRAMEBUFFER, place, GL_RENDERBUFFER, buffer.Get());
-  };
   GLsizei const count = isPicture ? std::min(kSamples, static_cast<int>(samples)) : 0;
-  attach(m_frame, GL_COLOR_ATTACHMENT0, m_color, format, count);
-  attach(m_frame, GL_DEPTH_STENCIL_ATTACHMENT, m_depth, GL_DEPTH32F_STENCIL8, count);
-  Check("drawn");
+  block->Attach(block->frame, GL_COLOR_ATTACHMENT0, block->color, format, count);
+  block->Attach(block->frame, GL_DEPTH_STENCIL_ATTACHMENT, block->depth, GL_DEPTH32F_STENCIL8,
+                count);
+  block->Check("drawn");
   if (isPicture) {
-    attach(m_resolvedFrame, GL_COLOR_ATTACHMENT0, m_resolved, format, 0);
-    Check("read");
+    block->Attach(block->resolvedFrame, GL_COLOR_ATTACHMENT0, block->resolved, format, 0);
+    block->Check("read");
+  }
+  m_block = std::move(block);
+}
+
+NTarget::~NTarget() {
+  try {
+    NContextScope const scope(m_block->context);
+    m_block.reset();
+  } catch (std::exception const&) {
+    // Another context's objects have the same names: the objects end with their own context.
+    static_cast<void>(m_block.release());
   }
 }
 
-void NTarget::Check(char const* what) const {
-  bool const isWhole = m_gl->glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE;
-  if (m_gl->glGetError() != GL_NO_ERROR || !isWhole) {
+void NTarget::Block::Attach(NGlFramebuffer const& to, GLenum place, NGlRenderbuffer const& buffer,
+                            GLenum content, GLsizei samples) const {
+  glBindRenderbuffer(GL_RENDERBUFFER, buffer.Get());
+  glRenderbufferStorageMultisample(GL_RENDERBUFFER, samples, content, static_cast<GLsizei>(width),
+                                   static_cast<GLsizei>(height));
+  glBindFramebuffer(GL_FRAMEBUFFER, to.Get());
+  glFramebufferRenderbuffer(GL_FRAMEBUFFER, place, GL_RENDERBUFFER, buffer.Get());
+}
+
+void NTarget::Block::Check(char const* what) const {
+  bool const isWhole = glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE;
+  if (glGetError() != GL_NO_ERROR || !isWhole) {
     throw NRenderError(std::string("a picture of this size can't be ") + what);
   }
 }
 
-void NTarget::Bind() const { m_gl->glBindFramebuffer(GL_FRAMEBUFFER, m_frame.Get()); }
+unsigned NTarget::GetWidth() const { return m_block->width; }
+
+unsigned NTarget::GetHeight() const { return m_block->height; }
+
+void NTarget::Bind() const { glBindFramebuffer(GL_FRAMEBUFFER, m_block->frame.Get()); }
 
 NPixels NTarget::ReadPicture() const {
-  auto const width = static_cast<GLint>(m_width);
-  auto const height = static_cast<GLint>(m_height);
+  Block const& block = *m_block;
+  NContextScope const scope(block.context);
+  auto const width = static_cast<GLint>(block.width);
+  auto const height = static_cast<GLint>(block.height);
   // It would hold for the copy too.
-  m_gl->glDisable(GL_SCISSOR_TEST);
-  m_gl->glBindFramebuffer(GL_READ_FRAMEBUFFER, m_frame.Get());
-  m_gl->glBindFramebuffer(GL_DRAW_FRAMEBUFFER, m_resolvedFrame.Get());
-  m_gl->glBlitFramebuffer(0, 0, width, height, 0, 0, width, height, GL_COLOR_BUFFER_BIT,
-                          GL_NEAREST);
-  m_gl->glBindFramebuffer(GL_READ_FRAMEBUFFER, m_resolvedFrame.Get());
-  NPixels pixels(m_width, m_height);
-  std::vector<float> row(std::size_t{3} * m_width);
-  TurnRows(m_height, [&](unsigned from, unsigned to) {
-    m_gl->glReadPixels(0, static_cast<GLint>(from), width, 1, GL_RGB, GL_FLOAT, row.data());
+  glDisable(GL_SCISSOR_TEST);
+  glBindFramebuffer(GL_READ_FRAMEBUFFER, m_block->frame.Get());
+  glBindFramebuffer(GL_DRAW_FRAMEBUFFER, m_block->resolvedFrame.Get());
+  glBlitFramebuffer(0, 0, width, height, 0, 0, width, height, GL_COLOR_BUFFER_BIT, GL_NEAREST);
+  glBindFramebuffer(GL_READ_FRAMEBUFFER, m_block->resolvedFrame.Get());
+  NPixels pixels(m_block->width, m_block->height);
+  std::vector<float> row(std::size_t{3} * m_block->width);
+  TurnRows(m_block->height, [&](unsigned from, unsigned to) {
+    glReadPixels(0, static_cast<GLint>(from), width, 1, GL_RGB, GL_FLOAT, row.data());
     std::transform(row.begin(), row.end(), pixels.GetRow(to), &Encode);
   });
-  Check("read");
+  m_block->Check("read");
   return pixels;
 }
 
 std::vector<std::uint32_t> NTarget::ReadNumbers() const {
-  m_gl->glBindFramebuffer(GL_FRAMEBUFFER, m_frame.Get());
-  std::vector<std::uint32_t> numbers(std::size_t{m_width} * m_height);
-  std::vector<unsigned char> row(std::size_t{4} * m_width);
-  TurnRows(m_height, [&](unsigned from, unsigned to) {
-    m_gl->glReadPixels(0, static_cast<GLint>(from), static_cast<GLsizei>(m_width), 1, GL_RGBA,
-                       GL_UNSIGNED_BYTE, row.data());
-    for (std::size_t x = 0; x != m_width; ++x) {
-      numbers[std::size_t{to} * m_width + x] = static_cast<std::uint32_t>(row[4 * x]) << 16 |
-                                               static_cast<std::uint32_t>(row[4 * x + 1]) << 8 |
-                                               row[4 * x + 2];
+  NContextScope const scope(m_block->context);
+  glBindFramebuffer(GL_FRAMEBUFFER, m_block->frame.Get());
+  std::vector<std::uint32_t> numbers(std::size_t{m_block->width} * m_block->height);
+  std::vector<unsigned char> row(std::size_t{4} * m_block->width);
+  TurnRows(m_block->height, [&](unsigned from, unsigned to) {
+    glReadPixels(0, static_cast<GLint>(from), static_cast<GLsizei>(m_block->width), 1, GL_RGBA,
+                 GL_UNSIGNED_BYTE, row.data());
+    for (std::size_t x = 0; x != m_block->width; ++x) {
+      numbers[std::size_t{to} * m_block->width + x] =
+          static_cast<std::uint32_t>(row[4 * x]) << 16 |
+          static_cast<std::uint32_t>(row[4 * x + 1]) << 8 | row[4 * x + 2];
     }
   });
-  Check("read");
+  m_block->Check("read");
   return numbers;
 }
 
 std::vector<float> NTarget::ReadDepths() const {
-  m_gl->glBindFramebuffer(GL_FRAMEBUFFER, m_frame.Get());
-  std::vector<float> depths(std::size_t{m_width} * m_height);
-  TurnRows(m_height, [&](unsigned from, unsigned to) {
-    m_gl->glReadPixels(0, static_cast<GLint>(from), static_cast<GLsizei>(m_width), 1,
-                       GL_DEPTH_COMPONENT, GL_FLOAT, &depths[std::size_t{to} * m_width]);
+  NContextScope const scope(m_block->context);
+  glBindFramebuffer(GL_FRAMEBUFFER, m_block->frame.Get());
+  std::vector<float> depths(std::size_t{m_block->width} * m_block->height);
+  TurnRows(m_block->height, [&](unsigned from, unsigned to) {
+    glReadPixels(0, static_cast<GLint>(from), static_cast<GLsizei>(m_block->width), 1,
+                 GL_DEPTH_COMPONENT, GL_FLOAT, &depths[std::size_t{to} * m_block->width]);
   });
-  Check("read");
+  m_block->Check("read");
   return depths;
 }
 

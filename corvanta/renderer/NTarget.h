@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "corvanta/export.h"
-#include "corvanta/renderer/NGl.h"
+#include "corvanta/renderer/NContext.h"
 #include "corvanta/renderer/NPixels.h"
 
 namespace corvanta::renderer {
@@ -22,14 +23,17 @@ class CORVANTA_API NTarget {
     NTK_NUMBERS,  ///< bytes, one sample
   };
 
+  /// Requires: the context outlives this.
   /// Fails: throws NRenderError for a size that is 0 or beyond what the driver or memory has.
-  NTarget(NGl const& gl, unsigned width, unsigned height, NKind kind);
+  NTarget(NContext const& context, unsigned width, unsigned height, NKind kind);
 
-  unsigned GetWidth() const { return m_width; }
-  unsigned GetHeight() const { return m_height; }
+  NTarget(NTarget const&) = delete;
+  NTarget& operator=(NTarget const&) = delete;
+  ~NTarget();
 
-  /// Makes this what is drawn into.
-  void Bind() const;
+  unsigned GetWidth() const;
+  unsigned GetHeight() const;
+
   /// The picture, its samples averaged as linear light and written with the transfer function of
   /// sRGB. Requires: NTK_PICTURE.
   NPixels ReadPicture() const;
@@ -41,13 +45,13 @@ class CORVANTA_API NTarget {
   std::vector<float> ReadDepths() const;
 
  private:
-  void Check(char const* what) const;
+  friend class NRenderer;
+  struct Block;
 
-  NGl const* m_gl;
-  unsigned m_width, m_height;
-  NKind m_kind;
-  NGlRenderbuffer m_color, m_depth, m_resolved;
-  NGlFramebuffer m_frame, m_resolvedFrame;
+  /// Makes this what is drawn into. Requires: a scope of the context.
+  void Bind() const;
+
+  std::unique_ptr<Block> m_block;
 };
 
 }  // namespace corvanta::renderer

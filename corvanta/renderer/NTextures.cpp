@@ -44,14 +44,14 @@ std::vector<NTexels> Read(NImageNode const& image) {
   return faces;
 }
 
-void Fill(NGl const& gl, GLenum place, NTexels const& texels, NTextureContent content) {
+void Fill(GLenum place, NTexels const& texels, NTextureContent content) {
   bool const hasFloats = !texels.floats.empty();
   GLint const format = hasFloats ? GL_RGBA16F : content == NTC_DATA ? GL_RGBA8 : GL_SRGB8_ALPHA8;
   void const* const data = hasFloats ? static_cast<void const*>(texels.floats.data())
                                      : static_cast<void const*>(texels.bytes.data());
-  gl.glTexImage2D(place, 0, format, static_cast<GLsizei>(texels.width),
-                  static_cast<GLsizei>(texels.height), 0, GL_RGBA,
-                  hasFloats ? GL_FLOAT : GL_UNSIGNED_BYTE, data);
+  glTexImage2D(place, 0, format, static_cast<GLsizei>(texels.width),
+               static_cast<GLsizei>(texels.height), 0, GL_RGBA,
+               hasFloats ? GL_FLOAT : GL_UNSIGNED_BYTE, data);
 }
 
 }  // namespace
@@ -66,26 +66,25 @@ NTexture const& NTextures::Get(NImageNode const& image, NTextureContent content)
 
 NTexture NTextures::Load(NImageNode const& image, NTextureContent content) const {
   std::vector<NTexels> faces = Read(image);
-  NTexture result{NGlTexture(m_gl), faces.front().hasAlpha};
+  NTexture result{NGlTexture(), faces.front().hasAlpha};
   GLenum const target = content == NTC_CUBE ? GL_TEXTURE_CUBE_MAP : GL_TEXTURE_2D;
-  m_gl.glBindTexture(target, result.texture.Get());
-  m_gl.glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+  glBindTexture(target, result.texture.Get());
+  glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
   if (content == NTC_CUBE) {
     // A cube's faces are square.
     if (faces.size() != 6 && faces.front().width != faces.front().height) faces = {MakeGrey()};
     for (unsigned face = 0; face != 6; ++face) {
-      Fill(m_gl, GL_TEXTURE_CUBE_MAP_POSITIVE_X + face, faces[faces.size() == 6 ? face : 0],
-           content);
+      Fill(GL_TEXTURE_CUBE_MAP_POSITIVE_X + face, faces[faces.size() == 6 ? face : 0], content);
     }
   } else {
-    Fill(m_gl, target, faces.front(), content);
+    Fill(target, faces.front(), content);
   }
   GLint const wrap = content == NTC_CUBE ? GL_CLAMP_TO_EDGE : GL_REPEAT;
-  m_gl.glTexParameteri(target, GL_TEXTURE_WRAP_S, wrap);
-  m_gl.glTexParameteri(target, GL_TEXTURE_WRAP_T, wrap);
-  m_gl.glTexParameteri(target, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-  m_gl.glTexParameteri(target, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
-  m_gl.glGenerateMipmap(target);
+  glTexParameteri(target, GL_TEXTURE_WRAP_S, wrap);
+  glTexParameteri(target, GL_TEXTURE_WRAP_T, wrap);
+  glTexParameteri(target, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+  glTexParameteri(target, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
+  glGenerateMipmap(target);
   return result;
 }
 

@@ -8,7 +8,7 @@
 
 #include "corvanta/core/node/NNodeReference.h"
 #include "corvanta/data/domain/image/NImageNode.h"
-#include "corvanta/renderer/NGl.h"
+#include "corvanta/renderer/gl/objects.h"
 
 namespace corvanta::renderer {
 
@@ -28,8 +28,6 @@ struct NTexture {
 /// event has named its node.
 class NTextures {
  public:
-  explicit NTextures(NGl const& gl) : m_gl(gl) {}
-
   /// The picture of `image`. What isn't a picture becomes the board that stands for one.
   NTexture const& Get(data::domain::image::NImageNode const& image, NTextureContent content);
   /// Forgets what the nodes showed, and the pictures of nodes that have gone.
@@ -42,7 +40,6 @@ class NTextures {
 
   NTexture Load(data::domain::image::NImageNode const& image, NTextureContent content) const;
 
-  NGl const& m_gl;
   std::map<Key, NTexture> m_textures;
   std::size_t m_uploadCount = 0;
 };

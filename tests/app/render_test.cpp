@@ -217,7 +217,14 @@ TEST_F(RenderTest, SaysWhatTheMachineLacks) {
   setenv("LIBGL_DRIVERS_PATH", "/nonexistent", 1);
   Result const noDriver = Render({"-o", "a.png"});
   unsetenv("LIBGL_DRIVERS_PATH");
-  for (Result const& result : {noVendor, noDriver}) {
+  // The loader takes the first file of the name, and this one isn't a library.
+  m_files.Write("libEGL.so.1", "");
+  setenv("LD_LIBRARY_PATH", m_files.GetFolder().c_str(), 1);
+  Result const noEgl = Render({"-o", "a.png"});
+  unsetenv("LD_LIBRARY_PATH");
+  std::filesystem::remove(m_files.GetFolder() / "libEGL.so.1");
+  EXPECT_TRUE(noEgl.HasOneError("render", "there is no EGL on this machine")) << noEgl.err;
+  for (Result const& result : {noVendor, noDriver, noEgl}) {
     EXPECT_EQ(result.status, 1);
     EXPECT_TRUE(result.HasOneError("render", "")) << result.err;
   }

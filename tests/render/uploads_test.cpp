@@ -114,7 +114,7 @@ TEST_F(UploadsTest, BrokenTrianglesDrawNothingAndHarmNothingElse) {
   VX_Math::Box3 const box = m_renderer->GetBox();
   EXPECT_TRUE(box.max.x - box.min.x < 20.0f);
   auto const [near, far] = item::GetClipDistances(GetCamera(), box);
-  NTarget const target(m_context->GetGl(), kWidth, kHeight, NTarget::NTK_NUMBERS);
+  NTarget const target(*m_context, kWidth, kHeight, NTarget::NTK_NUMBERS);
   m_renderer->DrawNumbers(*m_scene, renderer::GetEye(GetCamera(), 4.0 / 3, {near, far}), target,
                           {0, 0, kWidth, kHeight});
   EXPECT_EQ(target.ReadNumbers(), before);

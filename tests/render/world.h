@@ -116,13 +116,13 @@ class World : public testing::Test {
 
   /// The numbers of a picture of the scene, rows from the top.
   std::vector<std::uint32_t> DrawNumbers() {
-    NTarget const target(m_context->GetGl(), kWidth, kHeight, NTarget::NTK_NUMBERS);
+    NTarget const target(*m_context, kWidth, kHeight, NTarget::NTK_NUMBERS);
     m_renderer->DrawNumbers(*m_scene, GetEye(), target, {0, 0, kWidth, kHeight});
     return target.ReadNumbers();
   }
 
   renderer::NPixels DrawPicture() {
-    NTarget const target(m_context->GetGl(), kWidth, kHeight, NTarget::NTK_PICTURE);
+    NTarget const target(*m_context, kWidth, kHeight, NTarget::NTK_PICTURE);
     m_renderer->DrawPicture(*m_scene, GetEye(), target, {0, 0, kWidth, kHeight});
     return target.ReadPicture();
   }

@@ -24,6 +24,7 @@ enum NSlot : unsigned {
 /// The units of the surroundings: a cube map, a flat picture.
 inline constexpr int kCubeUnit = 5;
 inline constexpr int kFlatUnit = 6;
+inline constexpr unsigned kUnitCount = 7;
 inline constexpr unsigned kLampCount = 7;
 
 /// Where the vertex shader reads a vertex; a slot's coordinates stand at kFirstCoords + slot.

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "corvanta/renderer/NGl.h"
+#include "corvanta/renderer/gl/objects.h"
 
 namespace corvanta::renderer {
 
@@ -10,19 +10,18 @@ namespace corvanta::renderer {
 class NProgram {
  public:
   /// Fails: throws NRenderError with the driver's first line about a shader that it refuses.
-  NProgram(NGl const& gl, std::string const& vertexShader, std::string const& fragmentShader);
+  NProgram(std::string const& vertexShader, std::string const& fragmentShader);
   NProgram(NProgram const&) = delete;
   NProgram& operator=(NProgram const&) = delete;
   ~NProgram();
 
-  void Use() const { m_gl.glUseProgram(m_name); }
+  void Use() const { glUseProgram(m_name); }
   /// Where the uniform `name` is set; -1, which is set without effect, if the shaders don't use it.
-  GLint GetUniform(char const* name) const { return m_gl.glGetUniformLocation(m_name, name); }
+  GLint GetUniform(char const* name) const { return glGetUniformLocation(m_name, name); }
 
  private:
   void Attach(GLenum kind, std::string const& source) const;
 
-  NGl const& m_gl;
   GLuint const m_name;
 };
 

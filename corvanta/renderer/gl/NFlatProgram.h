@@ -3,8 +3,8 @@
 #include <array>
 
 #include "corvanta/renderer/NEye.h"
-#include "corvanta/renderer/NProgram.h"
-#include "corvanta/renderer/shaders.h"
+#include "corvanta/renderer/gl/NProgram.h"
+#include "corvanta/renderer/gl/shaders.h"
 
 namespace corvanta::renderer {
 
@@ -12,9 +12,8 @@ namespace corvanta::renderer {
 class NFlatProgram {
  public:
   /// Fails: as NProgram.
-  explicit NFlatProgram(NGl const& gl)
-      : m_gl(gl),
-        m_program(gl, kSurfaceVertexShader, kFlatFragmentShader),
+  NFlatProgram()
+      : m_program(kSurfaceVertexShader, kFlatFragmentShader),
         m_viewProjection(m_program.GetUniform("viewProjection")),
         m_depthRange(m_program.GetUniform("depthRange")),
         m_world(m_program.GetUniform("world")),
@@ -23,18 +22,15 @@ class NFlatProgram {
   void Begin(NEye const& eye) const {
     m_program.Use();
     VX_Math::Matrix const viewProjection = eye.GetDrawnViewProjection();
-    m_gl.glUniformMatrix4fv(m_viewProjection, 1, GL_FALSE, viewProjection[0]);
-    m_gl.glUniform2fv(m_depthRange, 1, GetDepthRange(m_gl).data());
+    glUniformMatrix4fv(m_viewProjection, 1, GL_FALSE, viewProjection[0]);
+    glUniform2fv(m_depthRange, 1, GetDepthRange().data());
   }
-  void SetColor(std::array<float, 4> const& color) const {
-    m_gl.glUniform4fv(m_color, 1, color.data());
-  }
+  void SetColor(std::array<float, 4> const& color) const { glUniform4fv(m_color, 1, color.data()); }
   void SetPlace(VX_Math::Matrix const& global) const {
-    m_gl.glUniformMatrix4fv(m_world, 1, GL_FALSE, global[0]);
+    glUniformMatrix4fv(m_world, 1, GL_FALSE, global[0]);
   }
 
  private:
-  NGl const& m_gl;
   NProgram m_program;
   GLint const m_viewProjection, m_depthRange, m_world, m_color;
 };

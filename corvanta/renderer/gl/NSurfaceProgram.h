@@ -2,8 +2,8 @@
 
 #include "corvanta/renderer/NEye.h"
 #include "corvanta/renderer/NLamps.h"
-#include "corvanta/renderer/NProgram.h"
 #include "corvanta/renderer/NShade.h"
+#include "corvanta/renderer/gl/NProgram.h"
 
 namespace corvanta::renderer {
 
@@ -19,7 +19,7 @@ class NSurfaceProgram {
  public:
   /// `hasHoles` is for what may be clear in places.
   /// Fails: as NProgram.
-  NSurfaceProgram(NGl const& gl, bool hasHoles);
+  explicit NSurfaceProgram(bool hasHoles);
 
   /// Makes this what draws, through `eye`, by these lamps.
   void Begin(NEye const& eye, NLamps const& lamps, NExposure const& exposure) const;
@@ -31,7 +31,6 @@ class NSurfaceProgram {
   void SetWired(bool isWired) const;
 
  private:
-  NGl const& m_gl;
   NProgram m_program;
   GLint const m_world, m_normalWorld, m_viewProjection, m_depthRange, m_eye;
   GLint const m_diffuse, m_ambient, m_specular, m_emissive, m_power, m_opacity;
@@ -44,8 +43,8 @@ class NSurfaceProgram {
 };
 
 /// Gives the upper left 3 x 3 of a matrix to a uniform.
-void SetTurn(NGl const& gl, GLint uniform, VX_Math::Matrix const& matrix);
+void SetTurn(GLint uniform, VX_Math::Matrix const& matrix);
 /// Binds a picture of the surroundings to its unit.
-void BindSky(NGl const& gl, NSky const& sky);
+void BindSky(NSky const& sky);
 
 }  // namespace corvanta::renderer

@@ -1,4 +1,4 @@
-#include "corvanta/renderer/shaders.h"
+#include "corvanta/renderer/gl/shaders.h"
 
 namespace corvanta::renderer {
 

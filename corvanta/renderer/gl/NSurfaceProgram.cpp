@@ -1,4 +1,4 @@
-#include "corvanta/renderer/NSurfaceProgram.h"
+#include "corvanta/renderer/gl/NSurfaceProgram.h"
 
 #include <cstddef>
 #include <string>
@@ -14,24 +14,23 @@ constexpr char const* kMaps[NS_COUNT] = {"colorMap", "bumpMap", "specularMap", "
 
 }  // namespace
 
-void SetTurn(NGl const& gl, GLint uniform, Matrix const& matrix) {
+void SetTurn(GLint uniform, Matrix const& matrix) {
   float const turn[9] = {matrix(0, 0), matrix(0, 1), matrix(0, 2), matrix(1, 0), matrix(1, 1),
                          matrix(1, 2), matrix(2, 0), matrix(2, 1), matrix(2, 2)};
-  gl.glUniformMatrix3fv(uniform, 1, GL_FALSE, turn);
+  glUniformMatrix3fv(uniform, 1, GL_FALSE, turn);
 }
 
-void BindSky(NGl const& gl, NSky const& sky) {
+void BindSky(NSky const& sky) {
   if (sky.kind < 0) return;
   bool const isCube = sky.kind == 0;
-  gl.glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(isCube ? kCubeUnit : kFlatUnit));
-  gl.glBindTexture(isCube ? GL_TEXTURE_CUBE_MAP : GL_TEXTURE_2D, sky.texture);
+  glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(isCube ? kCubeUnit : kFlatUnit));
+  glBindTexture(isCube ? GL_TEXTURE_CUBE_MAP : GL_TEXTURE_2D, sky.texture);
 }
 
-NSurfaceProgram::NSurfaceProgram(NGl const& gl, bool hasHoles)
-    : m_gl(gl),
-      m_program(gl, kSurfaceVertexShader,
-                std::string("#version 330 core\n") + (hasHoles ? "#define HAS_HOLES\n" : "") +
-                    kSurfaceFragmentShader),
+NSurfaceProgram::NSurfaceProgram(bool hasHoles)
+    : m_program(kSurfaceVertexShader, std::string("#version 330 core\n") +
+                                          (hasHoles ? "#define HAS_HOLES\n" : "") +
+                                          kSurfaceFragmentShader),
       m_world(m_program.GetUniform("world")),
       m_normalWorld(m_program.GetUniform("normalWorld")),
       m_viewProjection(m_program.GetUniform("viewProjection")),
@@ -72,79 +71,79 @@ NSurfaceProgram::NSurfaceProgram(NGl const& gl, bool hasHoles)
       m_white(m_program.GetUniform("white")) {
   m_program.Use();
   for (int slot = 0; slot != NS_COUNT; ++slot) {
-    gl.glUniform1i(m_program.GetUniform(kMaps[slot]), slot);
+    glUniform1i(m_program.GetUniform(kMaps[slot]), slot);
   }
-  gl.glUniform1i(m_program.GetUniform("skyCube"), kCubeUnit);
-  gl.glUniform1i(m_program.GetUniform("skyFlat"), kFlatUnit);
+  glUniform1i(m_program.GetUniform("skyCube"), kCubeUnit);
+  glUniform1i(m_program.GetUniform("skyFlat"), kFlatUnit);
 }
 
 void NSurfaceProgram::Begin(NEye const& eye, NLamps const& lamps, NExposure const& exposure) const {
   constexpr auto kCount = static_cast<GLsizei>(kLampCount);
   m_program.Use();
   Matrix const viewProjection = eye.GetDrawnViewProjection();
-  m_gl.glUniformMatrix4fv(m_viewProjection, 1, GL_FALSE, viewProjection[0]);
-  m_gl.glUniform2fv(m_depthRange, 1, GetDepthRange(m_gl).data());
-  m_gl.glUniform4fv(m_eye, 1, eye.towards.data());
-  m_gl.glUniform1i(m_farCount, lamps.farCount);
-  m_gl.glUniform1i(m_lampCount, lamps.count);
-  m_gl.glUniform1iv(m_lampKind, kCount, lamps.kinds.data());
-  m_gl.glUniform1iv(m_lampFade, kCount, lamps.fades.data());
-  m_gl.glUniform3fv(m_lampColor, kCount, lamps.colors.data());
-  m_gl.glUniform3fv(m_lampPlace, kCount, lamps.places.data());
-  m_gl.glUniform3fv(m_lampDirection, kCount, lamps.directions.data());
-  m_gl.glUniform2fv(m_lampCone, kCount, lamps.cones.data());
-  m_gl.glUniform1fv(m_lampRange, kCount, lamps.ranges.data());
-  m_gl.glUniform1f(m_exposure, exposure.factor);
-  m_gl.glUniform1i(m_gammaCount, exposure.gamma != 1.0f);
-  m_gl.glUniform1f(m_gamma, exposure.gamma);
-  m_gl.glUniform1f(m_white, exposure.white);
+  glUniformMatrix4fv(m_viewProjection, 1, GL_FALSE, viewProjection[0]);
+  glUniform2fv(m_depthRange, 1, GetDepthRange().data());
+  glUniform4fv(m_eye, 1, eye.towards.data());
+  glUniform1i(m_farCount, lamps.farCount);
+  glUniform1i(m_lampCount, lamps.count);
+  glUniform1iv(m_lampKind, kCount, lamps.kinds.data());
+  glUniform1iv(m_lampFade, kCount, lamps.fades.data());
+  glUniform3fv(m_lampColor, kCount, lamps.colors.data());
+  glUniform3fv(m_lampPlace, kCount, lamps.places.data());
+  glUniform3fv(m_lampDirection, kCount, lamps.directions.data());
+  glUniform2fv(m_lampCone, kCount, lamps.cones.data());
+  glUniform1fv(m_lampRange, kCount, lamps.ranges.data());
+  glUniform1f(m_exposure, exposure.factor);
+  glUniform1i(m_gammaCount, exposure.gamma != 1.0f);
+  glUniform1f(m_gamma, exposure.gamma);
+  glUniform1f(m_white, exposure.white);
 }
 
 void NSurfaceProgram::SetShade(NShade const& shade, NColor const& ambientLight, NLamps const& lamps,
                                NSky const& sky) const {
   bool const hasHighlights = shade.specular != NColor{};
-  m_gl.glUniform1i(m_shineCount, hasHighlights ? lamps.farCount : 0);
+  glUniform1i(m_shineCount, hasHighlights ? lamps.farCount : 0);
   GLint used[NS_COUNT];
   for (unsigned slot = 0; slot != NS_COUNT; ++slot) used[slot] = shade.slots >> slot & 1;
-  m_gl.glUniform1iv(m_used, NS_COUNT, used);
+  glUniform1iv(m_used, NS_COUNT, used);
   NColor const ambient{shade.ambient[0] * ambientLight[0], shade.ambient[1] * ambientLight[1],
                        shade.ambient[2] * ambientLight[2]};
-  m_gl.glUniform3fv(m_diffuse, 1, shade.diffuse.data());
-  m_gl.glUniform3fv(m_ambient, 1, ambient.data());
-  m_gl.glUniform3fv(m_specular, 1, shade.specular.data());
-  m_gl.glUniform3fv(m_emissive, 1, shade.emissive.data());
-  m_gl.glUniform1f(m_power, shade.power);
-  m_gl.glUniform1f(m_opacity, shade.opacity);
-  m_gl.glUniform1i(m_bounds, shade.bounds);
-  m_gl.glUniform1i(m_colorOperation, shade.colorOperation);
-  m_gl.glUniform1i(m_bumpKind, shade.bumpKind);
-  m_gl.glUniform1f(m_bumpScale, shade.bumpScale);
-  m_gl.glUniform1i(m_opacityInAlpha, shade.opacityInAlpha);
+  glUniform3fv(m_diffuse, 1, shade.diffuse.data());
+  glUniform3fv(m_ambient, 1, ambient.data());
+  glUniform3fv(m_specular, 1, shade.specular.data());
+  glUniform3fv(m_emissive, 1, shade.emissive.data());
+  glUniform1f(m_power, shade.power);
+  glUniform1f(m_opacity, shade.opacity);
+  glUniform1i(m_bounds, shade.bounds);
+  glUniform1i(m_colorOperation, shade.colorOperation);
+  glUniform1i(m_bumpKind, shade.bumpKind);
+  glUniform1f(m_bumpScale, shade.bumpScale);
+  glUniform1i(m_opacityInAlpha, shade.opacityInAlpha);
   for (unsigned slot = 0; slot != NS_COUNT; ++slot) {
     if ((shade.slots & 1 << slot) == 0) continue;
-    m_gl.glActiveTexture(GL_TEXTURE0 + slot);
-    m_gl.glBindTexture(GL_TEXTURE_2D, shade.textures[slot]);
+    glActiveTexture(GL_TEXTURE0 + slot);
+    glBindTexture(GL_TEXTURE_2D, shade.textures[slot]);
   }
   NSky const& mirrored = shade.sky.kind >= 0 ? shade.sky : sky;
   bool const isMirror = shade.mirror > 0.0f && mirrored.kind >= 0;
-  m_gl.glUniform1i(m_mirrorCount, isMirror);
+  glUniform1i(m_mirrorCount, isMirror);
   if (!isMirror) return;
-  m_gl.glUniform1f(m_mirror, shade.mirror);
-  m_gl.glUniform1f(m_mirrorFloor, shade.mirrorFloor);
-  m_gl.glUniform1f(m_mirrorBlur, shade.mirrorBlur);
-  m_gl.glUniform1i(m_skyKind, mirrored.kind);
-  SetTurn(m_gl, m_skyTurn, mirrored.turn);
-  BindSky(m_gl, mirrored);
+  glUniform1f(m_mirror, shade.mirror);
+  glUniform1f(m_mirrorFloor, shade.mirrorFloor);
+  glUniform1f(m_mirrorBlur, shade.mirrorBlur);
+  glUniform1i(m_skyKind, mirrored.kind);
+  SetTurn(m_skyTurn, mirrored.turn);
+  BindSky(mirrored);
 }
 
 void NSurfaceProgram::SetWired(bool isWired) const {
-  m_gl.glUniform1i(m_wired, isWired);
-  m_gl.glPolygonMode(GL_FRONT_AND_BACK, isWired ? GL_LINE : GL_FILL);
+  glUniform1i(m_wired, isWired);
+  glPolygonMode(GL_FRONT_AND_BACK, isWired ? GL_LINE : GL_FILL);
 }
 
 void NSurfaceProgram::SetPlace(Matrix const& global, Matrix const& normals) const {
-  m_gl.glUniformMatrix4fv(m_world, 1, GL_FALSE, global[0]);
-  SetTurn(m_gl, m_normalWorld, normals);
+  glUniformMatrix4fv(m_world, 1, GL_FALSE, global[0]);
+  SetTurn(m_normalWorld, normals);
 }
 
 }  // namespace corvanta::renderer
