@@ -15,9 +15,9 @@
 #include "app/output/png_file.h"
 #include "app/output/record.h"
 #include "app/output/text.h"
-#include "app/render/NStudio.h"
 #include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
+#include "app/scene/NStagePreview.h"
 #include "app/scene/common_tree.h"
 #include "app/scene/float_range.h"
 #include "app/scene/hit_marks.h"
@@ -110,8 +110,8 @@ class Pick {
     Vec3 const from = m_options.ray.empty() ? Vec3() : ToVec3(m_options.ray);
     MarkHits(m_document, stage, m_points, m_options.ray.empty() ? nullptr : &from);
     try {
-      NStudio studio(m_document, stage, m_size[0], m_size[1]);
-      WritePng(m_options.output, studio.TakePicture());
+      NStagePreview preview(m_document, stage, m_size[0], m_size[1]);
+      WritePng(m_options.output, preview.TakePicture());
       return true;
     } catch (renderer::NRenderError const& error) {
       PrintError("render", error.what());

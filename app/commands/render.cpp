@@ -17,9 +17,9 @@
 #include "app/output/text.h"
 #include "app/play/NTimeLinePlayer.h"
 #include "app/play/NTourPlayer.h"
-#include "app/render/NStudio.h"
 #include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
+#include "app/scene/NStagePreview.h"
 #include "app/scene/common_tree.h"
 #include "app/scene/material_choice.h"
 #include "app/watch/assignment.h"
@@ -146,18 +146,18 @@ class Render {
 
   int Draw(NStage& stage) const {
     try {
-      NEyes const eyes = m_options.isStereo        ? NE_STEREO
-                         : m_options.isHeadMounted ? NE_HEAD_MOUNTED
-                                                   : NE_ONE;
-      NStudio studio(m_document, stage, m_size[0], m_size[1], eyes);
-      if (!m_options.output.empty() && !Write(m_options.output, studio.TakePicture())) {
+      renderer::NStereoMode const stereo = m_options.isStereo        ? renderer::NSM_SIDE_BY_SIDE
+                                           : m_options.isHeadMounted ? renderer::NSM_HEAD_MOUNTED
+                                                                     : renderer::NSM_MONO;
+      NStagePreview preview(m_document, stage, m_size[0], m_size[1], stereo);
+      if (!m_options.output.empty() && !Write(m_options.output, preview.TakePicture())) {
         return NS_FILE;
       }
       if (!m_options.ids.empty()) {
-        if (!Write(m_options.ids, ToPixels(studio.TakeNumbers()))) return NS_FILE;
-        PrintItems(studio.GetRenderer().GetItems());
+        if (!Write(m_options.ids, ToPixels(preview.TakeNumbers()))) return NS_FILE;
+        PrintItems(preview.GetRenderer().GetItems());
       }
-      if (m_options.reportsClip) Print(studio.MeasureClip());
+      if (m_options.reportsClip) Print(preview.MeasureClip());
       return NS_DONE;
     } catch (std::exception const& error) {
       PrintError("render", error.what());
@@ -165,7 +165,7 @@ class Render {
     return NS_FILE;
   }
 
-  static void Print(NClipReport const& report) {
+  static void Print(renderer::NClipReport const& report) {
     std::cout << "near " << NumberText(report.clip.near) << "  far " << NumberText(report.clip.far)
               << '\n';
     if (report.farthest > 0) {

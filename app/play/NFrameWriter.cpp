@@ -37,7 +37,7 @@ Place FindPlace(std::string const& pattern) {
 
 NFrameWriter::NFrameWriter(NDocument const& document, NStage& stage, std::string const& pattern,
                            unsigned width, unsigned height)
-    : m_pattern(pattern), m_studio(document, stage, width, height) {}
+    : m_pattern(pattern), m_preview(document, stage, width, height) {}
 
 std::string NFrameWriter::FindFault(std::string const& pattern) {
   return FindPlace(pattern).isGood ? "" : "needs one place for the number, such as frames/%04d.png";
@@ -50,6 +50,6 @@ std::string NFrameWriter::GetPath(std::size_t frame) const {
   return m_pattern.substr(0, place.begin) + number + m_pattern.substr(place.end);
 }
 
-void NFrameWriter::Write(std::size_t frame) { WritePng(GetPath(frame), m_studio.TakePicture()); }
+void NFrameWriter::Write(std::size_t frame) { WritePng(GetPath(frame), m_preview.TakePicture()); }
 
 }  // namespace corvanta::app

@@ -3,9 +3,9 @@
 #include <cstddef>
 #include <string>
 
-#include "app/render/NStudio.h"
 #include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
+#include "app/scene/NStagePreview.h"
 
 namespace corvanta::app {
 
@@ -29,7 +29,7 @@ class NFrameWriter {
 
  private:
   std::string const m_pattern;
-  NStudio m_studio;
+  NStagePreview m_preview;
 };
 
 }  // namespace corvanta::app

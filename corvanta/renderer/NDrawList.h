@@ -1,31 +1,16 @@
 #pragma once
 
-#include <boost/intrusive_ptr.hpp>
 #include <cstddef>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
-#include "corvanta/data/domain/scenegraph/NSceneGraphPath.h"
 #include "corvanta/data/domain/scenegraph/NSceneGraphTraverser.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
 #include "corvanta/renderer/NChanges.h"
-#include "corvanta/vx_math/Matrix.h"
+#include "corvanta/renderer/NDrawItem.h"
 
 namespace corvanta::renderer {
-
-/// A model in one of the places where it is seen.
-struct NDrawItem {
-  using Path = data::domain::scenegraph::NSceneGraphPath<
-      data::domain::scenegraph::item::NSceneGraphModelNode const>;
-
-  boost::intrusive_ptr<data::domain::scenegraph::item::NSceneGraphModelNode const> model;
-  Path path;
-  VX_Math::Matrix global;
-  VX_Math::Matrix normals;  // the inverse of `global`, transposed
-  bool isPlaced = false;    // both matrices are finite
-};
 
 /// The models of a tree that are seen, in the order in which a pick meets them: what a model holds
 /// before the model itself, what a reference shows before the reference's own children.

@@ -8,6 +8,8 @@
 #include <unordered_map>
 
 #include "corvanta/renderer/NBillboard.h"
+#include "corvanta/renderer/NChanges.h"
+#include "corvanta/renderer/NDrawList.h"
 #include "corvanta/renderer/NMeshes.h"
 #include "corvanta/renderer/NShade.h"
 #include "corvanta/renderer/NTextures.h"

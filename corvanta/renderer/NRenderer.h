@@ -7,9 +7,8 @@
 
 #include "corvanta/data/domain/scene/NSceneNode.h"
 #include "corvanta/data/events/NEventMultiplexer.h"
-#include "corvanta/renderer/NChanges.h"
 #include "corvanta/renderer/NContext.h"
-#include "corvanta/renderer/NDrawList.h"
+#include "corvanta/renderer/NDrawItem.h"
 #include "corvanta/renderer/NEye.h"
 #include "corvanta/renderer/NTarget.h"
 #include "corvanta/vx_math/Box3.h"

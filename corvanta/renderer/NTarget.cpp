@@ -111,6 +111,13 @@ unsigned NTarget::GetHeight() const { return m_block->height; }
 
 void NTarget::Bind() const { glBindFramebuffer(GL_FRAMEBUFFER, m_block->frame.Get()); }
 
+void NTarget::Clear() const {
+  Bind();
+  glDisable(GL_SCISSOR_TEST);
+  glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
+  glClear(GL_COLOR_BUFFER_BIT);
+}
+
 NPixels NTarget::ReadPicture() const {
   Block const& block = *m_block;
   NContextScope const scope(block.context);

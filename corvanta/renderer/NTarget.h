@@ -45,11 +45,14 @@ class CORVANTA_API NTarget {
   std::vector<float> ReadDepths() const;
 
  private:
+  friend class NPreview;
   friend class NRenderer;
   struct Block;
 
   /// Makes this what is drawn into. Requires: a scope of the context.
   void Bind() const;
+  /// Makes all of it black, or 0. Requires: a scope of the context.
+  void Clear() const;
 
   std::unique_ptr<Block> m_block;
 };

@@ -1,0 +1,5 @@
+find_dependency(PNG)
+find_dependency(PkgConfig)
+if(NOT TARGET PkgConfig::epoxy)
+  pkg_check_modules(epoxy REQUIRED IMPORTED_TARGET epoxy)
+endif()
