@@ -11,6 +11,11 @@ fi
 build() {
   local preset=$1
   shift
-  cmake --preset "$preset"
+  # mold links in a fraction of the time.
+  local linker=()
+  if command -v mold > /dev/null; then
+    linker=(-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=mold -DCMAKE_SHARED_LINKER_FLAGS=-fuse-ld=mold)
+  fi
+  cmake --preset "$preset" "${linker[@]}"
   cmake --build --preset "$preset" --target "$@"
 }

@@ -64,8 +64,7 @@ std::unique_ptr<NPicture const> DecodePicture(void const* bytes, std::size_t len
     why = length != 0 ? "there is no shared memory" : "the file is empty";
     return nullptr;
   }
-  if (AskForPicture(file.Get(), ToNarrow(name), length, picture, why) !=
-      kDecoderUnavailable)
+  if (AskForPicture(file.Get(), ToNarrow(name), length, picture, why) != kDecoderUnavailable)
     return picture;
   auto const* const begin = static_cast<unsigned char const*>(bytes);
   return DecodeHere({begin, begin + length}, why);
@@ -79,8 +78,7 @@ bool GetPictureSize(std::wstring const& path, unsigned int& width, unsigned int&
   std::optional<NPictureClaim> claim = PeekClaim(format, *file, *length);
   NDecodeAnswer answer;
   std::string reason;
-  if (!claim && AskForSize(fileno(file.get()), ToNarrow(path), answer, reason) ==
-                    kDecoderAnswered)
+  if (!claim && AskForSize(fileno(file.get()), ToNarrow(path), answer, reason) == kDecoderAnswered)
     claim = NPictureClaim{answer.width, answer.height};
   if (!claim || claim->width == 0 || claim->height == 0) return false;
   width = claim->width;
