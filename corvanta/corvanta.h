@@ -202,6 +202,7 @@
 #include "corvanta/data/view/NViewManager.h"
 #include "corvanta/data/view/NViewManagerListener.h"
 #include "corvanta/export.h"
+#include "corvanta/platform/convert.h"
 #include "corvanta/platform/d3dx9.h"
 #include "corvanta/platform/debug.h"
 #include "corvanta/platform/limits.h"
