@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "app/play/NPlayer.h"
+
 namespace corvanta::app {
 
 NPlayback::NPlayback(NDocument& document, NPlayer& player, NPace const& pace)
@@ -54,5 +56,7 @@ std::size_t NPlayback::CountMoved(std::vector<double> const& before,
   }
   return count;
 }
+
+NPlayer::~NPlayer() = default;
 
 }  // namespace corvanta::app

@@ -4,6 +4,7 @@
 
 #include <FreeImage.h>
 
+#include <mutex>
 #include <optional>
 
 #include "corvanta/platform/decode_file.h"
@@ -41,8 +42,11 @@ void RemoveExtras(std::vector<unsigned char>& bytes) {
 
 NPictureFormat GetFIFFromFilename(std::wstring const& path) {
   std::optional<std::string> const narrow = ToNarrowPath(path);
-  return narrow ? static_cast<NPictureFormat>(FreeImage_GetFIFFromFilename(narrow->c_str()))
-                : PF_UNKNOWN;
+  if (!narrow) return PF_UNKNOWN;
+  // It takes its list of extensions apart with strtok, whose state is the process's.
+  static std::mutex& mutex = *new std::mutex;
+  std::lock_guard const lock(mutex);
+  return static_cast<NPictureFormat>(FreeImage_GetFIFFromFilename(narrow->c_str()));
 }
 
 std::unique_ptr<NPicture const> DecodeHere(std::vector<unsigned char> bytes, std::string& reason) {

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "corvanta/vx_math/MatrixStack.h"
+
 namespace VX_Math {
 
 namespace {
@@ -130,5 +132,7 @@ void Matrix::GetScale(Matrix& scale) const noexcept {
   };
   scale.SetScale(Vec3(length(0), length(1), length(2)));
 }
+
+MatrixStack::MatrixStack() : m_matrices(1) {}
 
 }  // namespace VX_Math

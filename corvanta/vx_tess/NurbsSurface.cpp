@@ -3,6 +3,8 @@
 #include <memory>
 #include <utility>
 
+#include "corvanta/vx_tess/TessNode.h"
+
 namespace VX_Tess {
 
 NurbsSurface::NurbsSurface() = default;
@@ -58,5 +60,7 @@ NurbsSurface* NurbsSurface::Clone(bool isDeep) const {
   }
   return clone.release();
 }
+
+TessNode::~TessNode() = default;
 
 }  // namespace VX_Tess

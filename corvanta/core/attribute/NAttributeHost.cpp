@@ -1,9 +1,11 @@
 #include "corvanta/core/attribute/NAttributeHost.h"
 
 #include <algorithm>
-#include <boost/intrusive_ptr.hpp>
 #include <new>
 
+#include <boost/intrusive_ptr.hpp>
+
+#include "corvanta/core/attribute/NAttributeContainerError.h"
 #include "corvanta/core/attribute/NAttributeValues.h"
 #include "corvanta/core/reference_countable/hold.h"
 
@@ -130,5 +132,11 @@ void NAttributeHost::AttributeChanged(NAttribute const& attribute) {
 }
 
 void NAttributeHost::OnAttributeChangeImpl(NAttribute const&) {}
+
+NAttributeContainerError::~NAttributeContainerError() = default;
+
+wchar_t const* NAttributeContainerError::GetErrorCodeImpl() const {
+  return L"Attribute Container Error";
+}
 
 }  // namespace corvanta::core::attribute

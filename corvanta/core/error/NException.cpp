@@ -4,6 +4,7 @@
 #include <mutex>
 #include <string>
 
+#include "corvanta/core/error/NFileError.h"
 #include "corvanta/core/text/convert.h"
 
 namespace corvanta::core::error {
@@ -41,5 +42,9 @@ char const* NException::what() const noexcept {
     return "corvanta::core::error::NException";
   }
 }
+
+NFileError::~NFileError() = default;
+
+wchar_t const* NFileError::GetErrorCodeImpl() const { return L"File Error"; }
 
 }  // namespace corvanta::core::error

@@ -1,12 +1,16 @@
 #include "corvanta/core/name/NNamespace.h"
 
 #include <array>
-#include <boost/intrusive_ptr.hpp>
 #include <charconv>
 #include <limits>
 #include <string_view>
 #include <utility>
 
+#include <boost/intrusive_ptr.hpp>
+
+#include "corvanta/core/name/NNameListener.h"
+#include "corvanta/core/name/NNamedObject.h"
+#include "corvanta/core/name/NStrictNamespace.h"
 #include "corvanta/core/reference_countable/hold.h"
 
 namespace corvanta::core::name {
@@ -131,5 +135,23 @@ bool NNamespace::AddNameListener(NNameListener& listener) {
 bool NNamespace::RemoveNameListener(NNameListener& listener) {
   return m_listeners.RemoveObserver(listener);
 }
+
+NNamedObject::~NNamedObject() {
+  if (m_namespace != nullptr) m_namespace->RemoveNamedObject(*this);
+}
+
+void NNamedObject::SetName(std::wstring const& name) {
+  if (m_namespace != nullptr) {
+    m_namespace->Rename(*this, name);
+  } else {
+    m_name = name;
+  }
+}
+
+NNameListener::~NNameListener() = default;
+
+NStrictNamespace::~NStrictNamespace() = default;
+
+bool NStrictNamespace::AreNamesUniqueImpl() const noexcept { return true; }
 
 }  // namespace corvanta::core::name

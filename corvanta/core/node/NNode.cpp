@@ -1,6 +1,7 @@
 #include "corvanta/core/node/NNode.h"
 
 #include "corvanta/core/domain/NDomainBase.h"
+#include "corvanta/core/node/NNodeReferenceError.h"
 
 namespace corvanta::core::node {
 
@@ -27,5 +28,9 @@ domain::NDomainManager const* NNode::GetDomainManager() const noexcept {
   domain::NDomainBase const* const domain = GetDomain();
   return domain == nullptr ? nullptr : domain->GetManager();
 }
+
+NNodeReferenceError::~NNodeReferenceError() = default;
+
+wchar_t const* NNodeReferenceError::GetErrorCodeImpl() const { return L"Node Reference Error"; }
 
 }  // namespace corvanta::core::node

@@ -1,5 +1,8 @@
 #include "corvanta/core/reference_countable/NReferenceCountableWithWeakReference.h"
 
+#include <limits>
+
+#include "corvanta/core/reference_countable/NReferenceCountable.h"
 #include "corvanta/core/reference_countable/NWeakReferenceImpl.h"
 
 namespace corvanta::core::reference_countable {
@@ -23,5 +26,21 @@ NReferenceCountableWithWeakReference::GetWeakReference() const {
   }
   return weak;
 }
+
+NReferenceCountable::~NReferenceCountable() = default;
+
+void NReferenceCountable::Destroy() const noexcept {
+  m_count.store(std::numeric_limits<int>::min() / 2, std::memory_order_relaxed);
+  delete this;
+}
+
+namespace {
+std::atomic<std::uint64_t> g_lastSerial{0};
+}  // namespace
+
+NWeakReferenceImpl::NWeakReferenceImpl(NReferenceCountableWithWeakReference* object) noexcept
+    : m_object(object), m_serial(++g_lastSerial) {}
+
+NWeakReferenceImpl::~NWeakReferenceImpl() = default;
 
 }  // namespace corvanta::core::reference_countable

@@ -1,9 +1,9 @@
 #include "corvanta/core/zip/NUnzipToTemporary.h"
 
-#include <zip.h>
-
 #include <algorithm>
 #include <vector>
+
+#include <zip.h>
 
 #include "corvanta/core/text/convert.h"
 #include "corvanta/core/zip/NZipError.h"
@@ -105,5 +105,13 @@ NUnzipToTemporary::NUnzipToTemporary(uri::NPath const& archive, uri::NPath const
 }
 
 NUnzipToTemporary::~NUnzipToTemporary() = default;
+
+NZipError::~NZipError() = default;
+
+wchar_t const* NZipError::GetErrorCodeImpl() const { return L"Zip Error"; }
+
+NZipPassError::~NZipPassError() = default;
+
+wchar_t const* NZipPassError::GetErrorCodeImpl() const { return L"Zip Pass Error"; }
 
 }  // namespace corvanta::core::zip

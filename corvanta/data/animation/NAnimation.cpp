@@ -4,6 +4,8 @@
 
 #include "corvanta/core/name/NStrictNamespace.h"
 #include "corvanta/core/reference_countable/NUncounted.h"
+#include "corvanta/data/animation/KnotMap.h"
+#include "corvanta/data/animation/NAnimationListener.h"
 
 namespace corvanta::data::animation {
 
@@ -170,5 +172,9 @@ void NAnimation::Notify() {
 NAnimationEngine& NAnimation::GetEngine() noexcept { return m_block->engine; }
 
 NAnimationEngine const& NAnimation::GetEngine() const noexcept { return m_block->engine; }
+
+KnotMap::KnotMap(std::vector<double> const& times) : m_index(times) {}
+
+NAnimationListener::~NAnimationListener() = default;
 
 }  // namespace corvanta::data::animation

@@ -1,5 +1,6 @@
 #include "corvanta/data/animation/NAnimationEngine.h"
 
+#include "corvanta/data/animation/NAnimationEngineListener.h"
 #include "corvanta/data/animation/detail/Players.h"
 
 namespace corvanta::data::animation {
@@ -66,5 +67,7 @@ void NAnimationEngine::SetEndTime(double time) noexcept { m_block->endTime = tim
 bool SetCurrentTime(NAnimationEngine& engine, NAnimationEngineArgs const& args, double time) {
   return engine.Update(args, time - engine.GetTickCount());
 }
+
+NAnimationEngineListener::~NAnimationEngineListener() = default;
 
 }  // namespace corvanta::data::animation

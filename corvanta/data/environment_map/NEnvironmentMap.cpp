@@ -1,5 +1,8 @@
 #include "corvanta/data/environment_map/NEnvironmentMap.h"
 
+#include "corvanta/data/environment_map/NEnvironmentMapListener.h"
+#include "corvanta/data/environment_map/NEnvironmentMapTransform.h"
+
 namespace corvanta::data::environment_map {
 
 using ImageReference = core::node::NNodeReference<domain::image::NImageNode>;
@@ -40,5 +43,9 @@ boost::intrusive_ptr<NEnvironmentMapTransform const> NEnvironmentMap::GetTransfo
 void NEnvironmentMap::SetTransform(NEnvironmentMapTransform const& transform) {
   m_block->transform = &transform;
 }
+
+NEnvironmentMapListener::~NEnvironmentMapListener() = default;
+
+NEnvironmentMapTransform::~NEnvironmentMapTransform() = default;
 
 }  // namespace corvanta::data::environment_map

@@ -2,6 +2,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include "corvanta/data/internal/built_in_images.h"
 #include "corvanta/data/internal/detail/NInternalDataManager.h"
 #include "corvanta/data/internal/detail/create_node.h"
 #include "corvanta/data/internal/detail/registry.h"
@@ -159,5 +160,18 @@ domain::material::NMaterialDomain* GetInternalMaterialDomain(NDomainManager cons
   NMaterialNode const* const red = GetMaterial(manager, detail::NIM_RED);
   return red ? dynamic_cast<domain::material::NMaterialDomain*>(red->GetDomain()) : nullptr;
 }
+
+using core::locator::NLocator;
+using core::uri::NUri;
+
+NLocator GetDefaultEnvironmentMapImage() {
+  return NLocator(NUri::CreateSystemUri(L"/Resource/cubemap-vx01.dds"));
+}
+
+NLocator GetDefaultFloorImage() {
+  return NLocator(NUri::CreateSystemUri(L"/Resource/floor-vx01.dds"));
+}
+
+NLocator GetNotFoundImage() { return NLocator(NUri::CreateSystemUri(L"/Resource/notfound.dds")); }
 
 }  // namespace corvanta::data::internal

@@ -4,6 +4,7 @@
 
 #include "corvanta/data/domain/material/NMaterialNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
+#include "corvanta/data/switches/NMaterialSwitchListener.h"
 
 namespace corvanta::data::switches {
 
@@ -85,5 +86,7 @@ bool NMaterialSwitch::RemoveModel(ModelReference const& model) {
 unsigned int NMaterialSwitch::GetModelIndex(NSceneGraphModelNode const& model) const {
   return FindPosition(m_block->models, model);
 }
+
+NMaterialSwitchListener::~NMaterialSwitchListener() = default;
 
 }  // namespace corvanta::data::switches

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "corvanta/core/reference_countable/hold.h"
+#include "corvanta/data/switches/NModelSwitchListener.h"
 
 namespace corvanta::data::switches {
 
@@ -91,5 +92,7 @@ boost::intrusive_ptr<NModelSet> FindModelSet(NModelSwitch const& modelSwitch,
   }
   return nullptr;
 }
+
+NModelSwitchListener::~NModelSwitchListener() = default;
 
 }  // namespace corvanta::data::switches

@@ -3,6 +3,8 @@
 #include <atomic>
 
 #include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/core/reference_countable/NUncounted.h"
+#include "corvanta/data/timeline/NTimeLineManager.h"
 
 namespace corvanta::data::timeline {
 
@@ -65,5 +67,18 @@ bool Update(NTimeLine& timeline, double seconds) {
   timeline.SetCurrentFrame(frame);
   return goesOn;
 }
+
+NTimeLineManager::NTimeLineManager() = default;
+NTimeLineManager::~NTimeLineManager() = default;
+
+bool NTimeLineManager::AddTimeLine(NTimeLine& timeline) {
+  return m_timelines.insert(&timeline).second;
+}
+
+bool NTimeLineManager::RemoveTimeLine(NTimeLine& timeline) {
+  return m_timelines.erase(core::reference_countable::NUncounted<NTimeLine>(timeline)) == 1;
+}
+
+void NTimeLineManager::ClearAll() { m_timelines.clear(); }
 
 }  // namespace corvanta::data::timeline

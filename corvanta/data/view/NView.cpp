@@ -5,6 +5,7 @@
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/data/domain/scene/NSceneNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
+#include "corvanta/data/view/NViewListener.h"
 
 namespace corvanta::data::view {
 
@@ -48,5 +49,7 @@ void NView::SetCamera(NSceneGraphPath<NSceneGraphCameraNode> const& camera) {
   m_block->camera = set;
   NotifyObservers([&](NViewListener& listener) { listener.SignalSetCamera(*this, set); });
 }
+
+NViewListener::~NViewListener() = default;
 
 }  // namespace corvanta::data::view

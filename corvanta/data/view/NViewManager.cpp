@@ -4,6 +4,7 @@
 
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/data/events/attribute_change/NMultiplexer.h"
+#include "corvanta/data/view/NViewManagerListener.h"
 
 namespace corvanta::data::view {
 
@@ -47,5 +48,7 @@ void NViewManager::RemoveAllViews() {
 void NViewManager::OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) {
   if (m_block->multiplexer) m_block->multiplexer->OnAttributeChange(*this, attribute);
 }
+
+NViewManagerListener::~NViewManagerListener() = default;
 
 }  // namespace corvanta::data::view

@@ -1,6 +1,9 @@
 #include "corvanta/data/animation/detail/spline.h"
 
+#include <cmath>
 #include <vector>
+
+#include "corvanta/data/animation/detail/plateaus.h"
 
 namespace corvanta::data::animation::detail {
 
@@ -20,6 +23,12 @@ void SolveNaturalSpline(SplineKnot* knots, std::size_t count) {
   for (std::size_t i = count - 1; i-- != 0;) {
     knots[i].curvature = knots[i].curvature * knots[i + 1].curvature + right[i];
   }
+}
+
+bool ApproxEqual(double a, double b) noexcept {
+  if (a == 0.0) return b == 0.0 || std::abs(b) < 1e-6;
+  double const ratio = b / a;
+  return ratio > 0.9990009990009991 && ratio < 1.001;
 }
 
 }  // namespace corvanta::data::animation::detail

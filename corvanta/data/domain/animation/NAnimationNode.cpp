@@ -1,12 +1,18 @@
 #include "corvanta/data/domain/animation/NAnimationNode.h"
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 #include <vector>
 
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
+#include "corvanta/data/domain/animation/NAnimationContext.h"
+#include "corvanta/data/domain/animation/NAnimationDomain.h"
+#include "corvanta/data/domain/animation/NAnimationTarget.h"
+#include "corvanta/data/domain/animation/NNodeAnimationTarget.h"
+#include "corvanta/data/domain/domain_types.h"
 
 namespace corvanta::data::domain::animation {
 
@@ -103,5 +109,53 @@ void NAnimationNode::ClearAnimations() {
 NAnimationNode::Animations const& NAnimationNode::GetAnimations() const noexcept {
   return m_block->animations;
 }
+
+NAnimationContext::NAnimationContext() = default;
+
+NAnimationContext::NAnimationContext(std::wstring attribute,
+                                     boost::intrusive_ptr<NAnimationTarget> actedOn)
+    : attributeName(std::move(attribute)), target(std::move(actedOn)) {}
+
+NAnimationContext::NAnimationContext(NAnimationContext const&) = default;
+NAnimationContext& NAnimationContext::operator=(NAnimationContext const&) = default;
+NAnimationContext::~NAnimationContext() = default;
+
+bool operator<(NAnimationContext const& a, NAnimationContext const& b) noexcept {
+  if (a.target != b.target) {
+    return b.target && (!a.target || a.target->GetCreationNumber() < b.target->GetCreationNumber());
+  }
+  return a.attributeName < b.attributeName;
+}
+
+namespace {
+std::atomic<std::uint64_t> g_lastCreationNumber{0};
+}  // namespace
+
+NAnimationTarget::NAnimationTarget() noexcept : m_creationNumber(++g_lastCreationNumber) {}
+
+NAnimationTarget::NAnimationTarget(NAnimationTarget const& other) noexcept
+    : NReferenceCountable(other), m_creationNumber(++g_lastCreationNumber) {}
+
+NAnimationTarget::~NAnimationTarget() = default;
+
+NNodeAnimationTarget::NNodeAnimationTarget(core::node::NNodeReference<NNode> const& target)
+    : m_target(target) {}
+
+NNodeAnimationTarget::NNodeAnimationTarget(NNodeAnimationTarget const& other) = default;
+NNodeAnimationTarget& NNodeAnimationTarget::operator=(NNodeAnimationTarget const& other) = default;
+NNodeAnimationTarget::~NNodeAnimationTarget() = default;
+
+boost::intrusive_ptr<core::attribute::NAttributeHost> NNodeAnimationTarget::GetTargetImpl() const {
+  return m_target.Get();
+}
+
+NAnimationDomain::NAnimationDomain(core::domain::NDomainManager const* manager,
+                                   events::attribute_change::NMultiplexer const* multiplexer)
+    : NDomain(manager, multiplexer,
+              core::string_table::GetString(core::string_table::DATA_ANIMATION)) {}
+
+NAnimationDomain::~NAnimationDomain() = default;
+
+wchar_t const* NAnimationDomain::GetTypeImpl() const { return DT_ANIMATION; }
 
 }  // namespace corvanta::data::domain::animation

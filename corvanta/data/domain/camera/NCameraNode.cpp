@@ -4,6 +4,8 @@
 
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/string_table/string_table.h"
+#include "corvanta/data/domain/camera/NCameraDomain.h"
+#include "corvanta/data/domain/domain_types.h"
 #include "corvanta/platform/d3dx9.h"
 
 namespace corvanta::data::domain::camera {
@@ -137,5 +139,14 @@ VX_Math::Matrix NCameraNode::GetProjectionMatrixHMD(double nearZ, double farZ, d
 }
 
 void NCameraNode::CopyTo(NCameraNode& target) const { CopyNodeTo(target); }
+
+NCameraDomain::NCameraDomain(core::domain::NDomainManager const* manager,
+                             events::attribute_change::NMultiplexer const* multiplexer)
+    : NDomain(manager, multiplexer,
+              core::string_table::GetString(core::string_table::DATA_CAMERA)) {}
+
+NCameraDomain::~NCameraDomain() = default;
+
+wchar_t const* NCameraDomain::GetTypeImpl() const { return DT_CAMERA; }
 
 }  // namespace corvanta::data::domain::camera

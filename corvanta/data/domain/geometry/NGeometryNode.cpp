@@ -5,6 +5,9 @@
 
 #include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
+#include "corvanta/data/domain/domain_types.h"
+#include "corvanta/data/domain/geometry/NGeometryChangeListener.h"
+#include "corvanta/data/domain/geometry/NGeometryDomain.h"
 #include "corvanta/data/domain/geometry/detail/NPickIndex.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 
@@ -109,6 +112,23 @@ void NGeometryNode::CopyTo(NGeometryNode& target) const {
     target.Enter(*clone, std::move(entry));
     target.OnSurfaceChange(*clone, NGCT_SURFACE_ADDED);
   }
+}
+
+NGeometryChangeListener::~NGeometryChangeListener() = default;
+
+NGeometryDomain::NGeometryDomain(core::domain::NDomainManager const* manager,
+                                 events::attribute_change::NMultiplexer const* multiplexer,
+                                 events::geometry_change::NMultiplexer* geometryChange)
+    : NDomain(manager, multiplexer,
+              core::string_table::GetString(core::string_table::DATA_GEOMETRY)),
+      m_geometryChange(geometryChange) {}
+
+NGeometryDomain::~NGeometryDomain() = default;
+
+wchar_t const* NGeometryDomain::GetTypeImpl() const { return DT_GEOMETRY; }
+
+bool NGeometryDomain::InitializeNode(NGeometryNode& node) const {
+  return Attach<NGeometryChangeListener>(m_geometryChange, node);
 }
 
 }  // namespace corvanta::data::domain::geometry

@@ -9,6 +9,7 @@
 #include "corvanta/core/node/NNodeReference.h"
 #include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
+#include "corvanta/data/domain/geometry/NPolygonSurface.h"
 #include "corvanta/data/domain/geometry/detail/NPickIndex.h"
 
 namespace corvanta::data::domain::geometry {
@@ -126,5 +127,15 @@ bool NSurface::RemoveOwnerNode(NGeometryNode const& node) {
 }
 
 void NSurface::CopyTo(NSurface& target) const { target.m_block->arrays = m_block->arrays; }
+
+NPolygonSurface::NPolygonSurface() = default;
+
+NPolygonSurface::~NPolygonSurface() = default;
+
+boost::intrusive_ptr<NSurface> NPolygonSurface::CloneSurface() const {
+  boost::intrusive_ptr<NPolygonSurface> const clone(new NPolygonSurface);
+  CopyTo(*clone);
+  return clone;
+}
 
 }  // namespace corvanta::data::domain::geometry

@@ -7,6 +7,8 @@
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
+#include "corvanta/data/domain/domain_types.h"
+#include "corvanta/data/domain/image/NImageDomain.h"
 #include "corvanta/data/resource/image/create_image.h"
 
 namespace corvanta::data::domain::image {
@@ -69,5 +71,14 @@ void NImageNode::CopyTo(NImageNode& target) const {
   CopyNodeTo(target);
   target.m_block->locator = std::move(locator);
 }
+
+NImageDomain::NImageDomain(core::domain::NDomainManager const* manager,
+                           events::attribute_change::NMultiplexer const* multiplexer)
+    : NDomain(manager, multiplexer, core::string_table::GetString(core::string_table::DATA_IMAGE)) {
+}
+
+NImageDomain::~NImageDomain() = default;
+
+wchar_t const* NImageDomain::GetTypeImpl() const { return DT_IMAGE; }
 
 }  // namespace corvanta::data::domain::image

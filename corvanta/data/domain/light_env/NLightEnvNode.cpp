@@ -7,6 +7,8 @@
 #include "corvanta/core/detail/scope_exit.h"
 #include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
+#include "corvanta/data/domain/domain_types.h"
+#include "corvanta/data/domain/light_env/NLightEnvDomain.h"
 
 namespace corvanta::data::domain::light_env {
 
@@ -144,6 +146,21 @@ void NLightEnvNode::SignalLampChange(NLamp const& lamp, NLampEventType type) {
   NotifyObservers([&](events::light_env::NListener& listener) {
     listener.SignalLampChange(*this, lamp, type);
   });
+}
+
+NLightEnvDomain::NLightEnvDomain(core::domain::NDomainManager const* manager,
+                                 events::attribute_change::NMultiplexer const* multiplexer,
+                                 events::light_env::NMultiplexer* lightEnvs)
+    : NDomain(manager, multiplexer,
+              core::string_table::GetString(core::string_table::DATA_LIGHT_ENV)),
+      m_lightEnvs(lightEnvs) {}
+
+NLightEnvDomain::~NLightEnvDomain() = default;
+
+wchar_t const* NLightEnvDomain::GetTypeImpl() const { return DT_LIGHT_ENV; }
+
+bool NLightEnvDomain::InitializeNode(NLightEnvNode& node) const {
+  return Attach<events::light_env::NListener>(m_lightEnvs, node);
 }
 
 }  // namespace corvanta::data::domain::light_env

@@ -5,7 +5,11 @@
 #include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/detail/attribute_effects.h"
+#include "corvanta/data/domain/domain_types.h"
+#include "corvanta/data/domain/projection/NProjectionChangeListener.h"
+#include "corvanta/data/domain/projection/NProjectionDomain.h"
 #include "corvanta/data/domain/projection/NProjectionNodeError.h"
+#include "corvanta/data/error_code/error_code.h"
 #include "corvanta/vx_math/euler_angles.h"
 
 namespace corvanta::data::domain::projection {
@@ -144,5 +148,22 @@ Matrix GetGlobalTransform(NProjectionNode const& projection,
   Matrix const frame = projection.GetModelToProjectionTransform(target);
   return frame.Inverse() * target.GetGlobalTransform();
 }
+
+NProjectionChangeListener::~NProjectionChangeListener() = default;
+
+NProjectionNodeError::~NProjectionNodeError() = default;
+
+wchar_t const* NProjectionNodeError::GetErrorCodeImpl() const {
+  return error_code::NE_PROJECTION_NODE;
+}
+
+NProjectionDomain::NProjectionDomain(core::domain::NDomainManager const* manager,
+                                     events::attribute_change::NMultiplexer const* multiplexer)
+    : NDomain(manager, multiplexer,
+              core::string_table::GetString(core::string_table::DATA_PROJECTION)) {}
+
+NProjectionDomain::~NProjectionDomain() = default;
+
+wchar_t const* NProjectionDomain::GetTypeImpl() const { return DT_PROJECTION; }
 
 }  // namespace corvanta::data::domain::projection

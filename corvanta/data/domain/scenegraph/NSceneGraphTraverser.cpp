@@ -1,6 +1,7 @@
 #include "corvanta/data/domain/scenegraph/NSceneGraphTraverser.h"
 
 #include <algorithm>
+#include <atomic>
 #include <optional>
 #include <unordered_set>
 #include <utility>
@@ -8,6 +9,8 @@
 
 #include "corvanta/core/detail/scope_exit.h"
 #include "corvanta/core/reference_countable/hold.h"
+#include "corvanta/data/domain/scenegraph/NSceneGraphPathError.h"
+#include "corvanta/data/domain/scenegraph/NSceneGraphWalkError.h"
 #include "corvanta/data/domain/scenegraph/detail/NWalkBounds.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
@@ -15,6 +18,8 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
+#include "corvanta/data/domain/scenegraph/walk_budget.h"
+#include "corvanta/data/error_code/error_code.h"
 
 namespace corvanta::data::domain::scenegraph {
 
@@ -193,5 +198,35 @@ void NSceneGraphTraverser::After(NSceneGraphLightNode&, void const*, NCheckPoint
 void NSceneGraphTraverser::After(NSceneGraphGroupNode&, void const*, NCheckPoints const&) {}
 void NSceneGraphTraverser::After(NSceneGraphCameraNode&, void const*, NCheckPoints const&) {}
 void NSceneGraphTraverser::After(NSceneGraphTreeNode&, void const*, NCheckPoints const&) {}
+
+NSceneGraphPathError::~NSceneGraphPathError() = default;
+
+wchar_t const* NSceneGraphPathError::GetErrorCodeImpl() const {
+  return error_code::NE_SCENE_GRAPH_PATH;
+}
+
+NSceneGraphWalkError::~NSceneGraphWalkError() = default;
+
+char const* NSceneGraphWalkError::what() const noexcept {
+  return m_reason == kTooManyVisits
+             ? "Scene Graph Walk Error: more visits than the budget of a walk allows"
+             : "Scene Graph Walk Error: references are nested deeper than the stack carries";
+}
+
+wchar_t const* NSceneGraphWalkError::GetErrorCodeImpl() const {
+  return error_code::NE_SCENE_GRAPH_WALK;
+}
+
+namespace {
+
+std::atomic<std::uint64_t> g_budget{kDefaultWalkBudget};
+
+}  // namespace
+
+void SetWalkBudget(std::uint64_t visits) noexcept {
+  g_budget.store(visits, std::memory_order_relaxed);
+}
+
+std::uint64_t GetWalkBudget() noexcept { return g_budget.load(std::memory_order_relaxed); }
 
 }  // namespace corvanta::data::domain::scenegraph

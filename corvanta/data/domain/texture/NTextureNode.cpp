@@ -3,6 +3,8 @@
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
+#include "corvanta/data/domain/domain_types.h"
+#include "corvanta/data/domain/texture/NTextureDomain.h"
 
 namespace corvanta::data::domain::texture {
 
@@ -43,6 +45,21 @@ void NTextureNode::CopyTo(NTextureNode& target) const {
   ImageReference const image = m_block->image;
   CopyNodeTo(target);
   target.m_block->image = image;
+}
+
+NTextureDomain::NTextureDomain(core::domain::NDomainManager const* manager,
+                               events::attribute_change::NMultiplexer const* multiplexer,
+                               events::texture::NMultiplexer* textures)
+    : NDomain(manager, multiplexer,
+              core::string_table::GetString(core::string_table::DATA_TEXTURE)),
+      m_textures(textures) {}
+
+NTextureDomain::~NTextureDomain() = default;
+
+wchar_t const* NTextureDomain::GetTypeImpl() const { return DT_TEXTURE; }
+
+bool NTextureDomain::InitializeNode(NTextureNode& node) const {
+  return Attach<events::texture::NListener>(m_textures, node);
 }
 
 }  // namespace corvanta::data::domain::texture

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "corvanta/core/observer/NObservable.h"
+#include "corvanta/core/reference_countable/NReferenceCountable.h"
 #include "corvanta/core/reference_countable/NReferenceCountableWithWeakReference.h"
 #include "corvanta/export.h"
 
@@ -28,6 +30,20 @@ class CORVANTA_API NListener
  private:
   virtual void OnAttributeChangeImpl(core::attribute::NAttributeHost& host,
                                      core::attribute::NAttribute const& attribute) = 0;
+};
+
+/// Passes every attribute change on to whoever registered here. Nodes hold and call it directly.
+/// Rules: docs/events.md.
+class CORVANTA_API NMultiplexer final : public core::observer::NObservable<NMultiplexer, NListener>,
+                                        public core::reference_countable::NReferenceCountable {
+ public:
+  NMultiplexer();
+
+  void OnAttributeChange(core::attribute::NAttributeHost& host,
+                         core::attribute::NAttribute const& attribute) const;
+
+ private:
+  ~NMultiplexer() override;
 };
 
 }  // namespace corvanta::data::events::attribute_change

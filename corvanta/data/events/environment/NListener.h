@@ -1,5 +1,6 @@
 #pragma once
 
+#include "corvanta/core/observer/NObservable.h"
 #include "corvanta/core/reference_countable/NReferenceCountableWithWeakReference.h"
 #include "corvanta/data/domain/fwd.h"
 #include "corvanta/export.h"
@@ -38,6 +39,24 @@ class CORVANTA_API NListener
                              domain::light_env::NLightEnvNode const& lightEnv) = 0;
   virtual void OnRemoveLightEnv(domain::environment::NEnvironmentNode const& environment,
                                 domain::light_env::NLightEnvNode const& lightEnv) = 0;
+};
+
+/// Passes every signal of the kind on to whoever registered here. Rules: docs/events.md.
+class CORVANTA_API NMultiplexer final
+    : public NListener,
+      public core::observer::NObservable<NMultiplexer, NListener> {
+ public:
+  NMultiplexer();
+
+ private:
+  ~NMultiplexer() override;
+
+  void OnFloorImageChange(domain::environment::NEnvironmentNode const& environment) override;
+  void OnFloorGeometryChange(domain::environment::NEnvironmentNode const& environment) override;
+  void OnAddLightEnv(domain::environment::NEnvironmentNode const& environment,
+                     domain::light_env::NLightEnvNode const& lightEnv) override;
+  void OnRemoveLightEnv(domain::environment::NEnvironmentNode const& environment,
+                        domain::light_env::NLightEnvNode const& lightEnv) override;
 };
 
 }  // namespace corvanta::data::events::environment

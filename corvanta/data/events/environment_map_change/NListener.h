@@ -1,5 +1,6 @@
 #pragma once
 
+#include "corvanta/core/observer/NObservable.h"
 #include "corvanta/core/reference_countable/NReferenceCountableWithWeakReference.h"
 #include "corvanta/data/domain/fwd.h"
 #include "corvanta/export.h"
@@ -34,6 +35,22 @@ class CORVANTA_API NListener
   virtual void OnImageChange(domain::environment::NEnvironmentNode const& environment) = 0;
   virtual void OnImageTypeChange(domain::material::NMaterialNode const& material) = 0;
   virtual void OnImageTypeChange(domain::environment::NEnvironmentNode const& environment) = 0;
+};
+
+/// Passes every signal of the kind on to whoever registered here. Rules: docs/events.md.
+class CORVANTA_API NMultiplexer final
+    : public NListener,
+      public core::observer::NObservable<NMultiplexer, NListener> {
+ public:
+  NMultiplexer();
+
+ private:
+  ~NMultiplexer() override;
+
+  void OnImageChange(domain::material::NMaterialNode const& material) override;
+  void OnImageChange(domain::environment::NEnvironmentNode const& environment) override;
+  void OnImageTypeChange(domain::material::NMaterialNode const& material) override;
+  void OnImageTypeChange(domain::environment::NEnvironmentNode const& environment) override;
 };
 
 }  // namespace corvanta::data::events::environment_map_change

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "corvanta/core/observer/NObservable.h"
 #include "corvanta/core/reference_countable/NReferenceCountableWithWeakReference.h"
 #include "corvanta/data/domain/fwd.h"
 #include "corvanta/data/events/light_env/NLampEventType.h"
@@ -25,6 +26,20 @@ class CORVANTA_API NListener
  private:
   virtual void OnLampChange(domain::light_env::NLightEnvNode const& lightEnv,
                             domain::light_env::NLamp const& lamp, NLampEventType type) = 0;
+};
+
+/// Passes every signal of the kind on to whoever registered here. Rules: docs/events.md.
+class CORVANTA_API NMultiplexer final
+    : public NListener,
+      public core::observer::NObservable<NMultiplexer, NListener> {
+ public:
+  NMultiplexer();
+
+ private:
+  ~NMultiplexer() override;
+
+  void OnLampChange(domain::light_env::NLightEnvNode const& lightEnv,
+                    domain::light_env::NLamp const& lamp, NLampEventType type) override;
 };
 
 }  // namespace corvanta::data::events::light_env

@@ -3,6 +3,7 @@
 #include <boost/intrusive_ptr.hpp>
 
 #include "corvanta/core/locator/fwd.h"
+#include "corvanta/core/observer/NObservable.h"
 #include "corvanta/core/reference_countable/NReferenceCountableWithWeakReference.h"
 #include "corvanta/data/domain/fwd.h"
 #include "corvanta/export.h"
@@ -42,6 +43,26 @@ class CORVANTA_API NListener
       boost::intrusive_ptr<domain::material::texture_mapping::NTextureMapping> const& mapping) = 0;
   virtual void OnSetBrdfTextureLocator(domain::material::NMaterialNode const& material,
                                        core::locator::NLocator const& locator) = 0;
+};
+
+/// Passes every signal of the kind on to whoever registered here. Rules: docs/events.md.
+class CORVANTA_API NMultiplexer final
+    : public NListener,
+      public core::observer::NObservable<NMultiplexer, NListener> {
+ public:
+  NMultiplexer();
+
+ private:
+  ~NMultiplexer() override;
+
+  void OnAddTexture(domain::material::NMaterialNode const& material, unsigned int index) override;
+  void OnRemoveTexture(
+      domain::material::NMaterialNode const& material,
+      boost::intrusive_ptr<domain::texture::NTextureNode> const& texture,
+      boost::intrusive_ptr<domain::material::texture_mapping::NTextureMapping> const& mapping)
+      override;
+  void OnSetBrdfTextureLocator(domain::material::NMaterialNode const& material,
+                               core::locator::NLocator const& locator) override;
 };
 
 }  // namespace corvanta::data::events::material

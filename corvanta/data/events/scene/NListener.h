@@ -2,6 +2,7 @@
 
 #include <boost/intrusive_ptr.hpp>
 
+#include "corvanta/core/observer/NObservable.h"
 #include "corvanta/core/reference_countable/NReferenceCountableWithWeakReference.h"
 #include "corvanta/data/domain/fwd.h"
 #include "corvanta/export.h"
@@ -28,6 +29,21 @@ class CORVANTA_API NListener
   virtual void OnEnvironmentChange(
       domain::scene::NSceneNode const& scene,
       boost::intrusive_ptr<domain::environment::NEnvironmentNode> const& oldEnvironment) = 0;
+};
+
+/// Passes every signal of the kind on to whoever registered here. Rules: docs/events.md.
+class CORVANTA_API NMultiplexer final
+    : public NListener,
+      public core::observer::NObservable<NMultiplexer, NListener> {
+ public:
+  NMultiplexer();
+
+ private:
+  ~NMultiplexer() override;
+
+  void OnEnvironmentChange(
+      domain::scene::NSceneNode const& scene,
+      boost::intrusive_ptr<domain::environment::NEnvironmentNode> const& oldEnvironment) override;
 };
 
 }  // namespace corvanta::data::events::scene

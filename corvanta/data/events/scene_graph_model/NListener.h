@@ -2,6 +2,7 @@
 
 #include <boost/intrusive_ptr.hpp>
 
+#include "corvanta/core/observer/NObservable.h"
 #include "corvanta/core/reference_countable/NReferenceCountableWithWeakReference.h"
 #include "corvanta/data/domain/fwd.h"
 #include "corvanta/export.h"
@@ -36,6 +37,24 @@ class CORVANTA_API NListener
   virtual void OnMaterialChange(
       domain::scenegraph::item::NSceneGraphModelNode const& model,
       boost::intrusive_ptr<domain::material::NMaterialNode> const& oldMaterial) = 0;
+};
+
+/// Passes every signal of the kind on to whoever registered here. Rules: docs/events.md.
+class CORVANTA_API NMultiplexer final
+    : public NListener,
+      public core::observer::NObservable<NMultiplexer, NListener> {
+ public:
+  NMultiplexer();
+
+ private:
+  ~NMultiplexer() override;
+
+  void OnGeometryChange(
+      domain::scenegraph::item::NSceneGraphModelNode const& model,
+      boost::intrusive_ptr<domain::geometry::NGeometryNode> const& oldGeometry) override;
+  void OnMaterialChange(
+      domain::scenegraph::item::NSceneGraphModelNode const& model,
+      boost::intrusive_ptr<domain::material::NMaterialNode> const& oldMaterial) override;
 };
 
 }  // namespace corvanta::data::events::scene_graph_model

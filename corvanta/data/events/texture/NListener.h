@@ -1,5 +1,6 @@
 #pragma once
 
+#include "corvanta/core/observer/NObservable.h"
 #include "corvanta/core/reference_countable/NReferenceCountableWithWeakReference.h"
 #include "corvanta/data/domain/fwd.h"
 #include "corvanta/export.h"
@@ -22,6 +23,19 @@ class CORVANTA_API NListener
 
  private:
   virtual void OnTextureImageChange(domain::texture::NTextureNode const& texture) = 0;
+};
+
+/// Passes every signal of the kind on to whoever registered here. Rules: docs/events.md.
+class CORVANTA_API NMultiplexer final
+    : public NListener,
+      public core::observer::NObservable<NMultiplexer, NListener> {
+ public:
+  NMultiplexer();
+
+ private:
+  ~NMultiplexer() override;
+
+  void OnTextureImageChange(domain::texture::NTextureNode const& texture) override;
 };
 
 }  // namespace corvanta::data::events::texture

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "corvanta/data/internal/detail/NInternalDataManager.h"
+
 namespace corvanta::data::internal::detail {
 
 using core::domain::NDomainBase;
@@ -85,5 +87,14 @@ NInternalDomains::NInternalDomains(NRegistration& registration, NDomainManager c
       environments(Make<domain::environment::NEnvironmentDomain>(
           registration, manager, events, events.GetEnvironmentMapChangeEventMultiplexer(),
           events.GetEnvironmentEventMultiplexer())) {}
+
+NInternalDataManager::NInternalDataManager(NInternalDomains const& domains)
+    : geometry(*domains.geometries),
+      material(*domains.materials, *domains.textures, *domains.images),
+      scene(*domains.scenes, *domains.trees, *domains.items, *domains.cameras),
+      environment(*domains.environments, *domains.images, *domains.lightEnvs, *domains.trees,
+                  *domains.items, geometry) {
+  scene.model->SetGeometryNode(*geometry.nodes[NP_SPHERE]);
+}
 
 }  // namespace corvanta::data::internal::detail

@@ -6,7 +6,10 @@
 #include <utility>
 #include <vector>
 
+#include "corvanta/data/error_code/error_code.h"
+#include "corvanta/data/operators/animation/NInterpolator.h"
 #include "corvanta/data/operators/animation/NInterpolatorError.h"
+#include "corvanta/data/operators/animation/NKeyFrameAnimationError.h"
 #include "corvanta/data/operators/animation/detail/NTimeIndex.h"
 
 namespace corvanta::data::operators::animation {
@@ -129,6 +132,22 @@ double NKeyFrameAnimation::CalculateValue(double time) const {
 
 std::map<unsigned int, NKeyData> const& NKeyFrameAnimation::GetKeyData() const noexcept {
   return m_block->keys;
+}
+
+NInterpolator::NInterpolator(double left, double right) : m_left(left), m_right(right) {
+  if (left == right) throw NInterpolatorError();
+}
+
+NInterpolator::~NInterpolator() = default;
+
+NInterpolatorError::~NInterpolatorError() = default;
+
+wchar_t const* NInterpolatorError::GetErrorCodeImpl() const { return error_code::NE_INTERPOLATOR; }
+
+NKeyFrameAnimationError::~NKeyFrameAnimationError() = default;
+
+wchar_t const* NKeyFrameAnimationError::GetErrorCodeImpl() const {
+  return error_code::NE_KEY_FRAME_ANIMATION;
 }
 
 }  // namespace corvanta::data::operators::animation

@@ -1,16 +1,18 @@
 #include "corvanta/data/resource/image/create_image.h"
 
-#include <boost/thread/locks.hpp>
-#include <boost/thread/mutex.hpp>
 #include <exception>
 #include <new>
 #include <optional>
 #include <string_view>
 
+#include <boost/thread/locks.hpp>
+#include <boost/thread/mutex.hpp>
+
 #include "corvanta/core/text/convert.h"
 #include "corvanta/core/zip/NUnzipToTemporary.h"
 #include "corvanta/core/zip/pass.h"
 #include "corvanta/data/internal/built_in_images.h"
+#include "corvanta/data/resource/image/NImage.h"
 #include "corvanta/data/resource/image/NNestedCreationError.h"
 #include "corvanta/data/resource/image/detail/NFIImage.h"
 #include "corvanta/data/resource/image/detail/NFIImageError.h"
@@ -128,5 +130,11 @@ NImageFormat ExtensionToFormat(wchar_t const* extension) {
   for (wchar_t& c : lower) c = c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c;
   return lower == L".tif" || lower == L".tiff" ? NIF_DECODED : NIF_RAW;
 }
+
+NImage::~NImage() = default;
+
+NNestedCreationError::~NNestedCreationError() = default;
+
+wchar_t const* NNestedCreationError::GetErrorCodeImpl() const { return L"Nested Creation Error"; }
 
 }  // namespace corvanta::data::resource::image

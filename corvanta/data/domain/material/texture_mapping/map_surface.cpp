@@ -1,6 +1,7 @@
 #include "corvanta/data/domain/material/texture_mapping/map_surface.h"
 
 #include "corvanta/data/domain/geometry/NSurface.h"
+#include "corvanta/data/domain/material/texture_mapping/NTextureMapping.h"
 
 namespace corvanta::data::domain::material::texture_mapping {
 
@@ -18,5 +19,7 @@ NMappedCoords MapSurface(NProjectionMapping const& mapping,
                                mapped.coords, mapped.indices, mapped.vertexMap);
   return mapped;
 }
+
+NTextureMapping::~NTextureMapping() = default;
 
 }  // namespace corvanta::data::domain::material::texture_mapping

@@ -4,6 +4,7 @@
 #include "corvanta/data/domain/domain_types.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
+#include "corvanta/data/domain/scenegraph/item/item_types.h"
 
 namespace corvanta::data::domain::scenegraph::item {
 
@@ -35,5 +36,11 @@ bool NSceneGraphItemDomain::InitializeNode(NSceneGraphItemNode& node) const {
   }
   return true;
 }
+
+wchar_t const* const SGIT_GROUP = L"group";
+wchar_t const* const SGIT_MODEL = L"model";
+wchar_t const* const SGIT_LIGHT = L"light";
+wchar_t const* const SGIT_CAMERA = L"camera";
+wchar_t const* const SGIT_REFERENCE = L"reference";
 
 }  // namespace corvanta::data::domain::scenegraph::item

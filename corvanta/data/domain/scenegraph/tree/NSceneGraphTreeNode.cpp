@@ -7,8 +7,11 @@
 #include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/detail/attribute_effects.h"
+#include "corvanta/data/domain/domain_types.h"
 #include "corvanta/data/domain/scenegraph/coord_conversion.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
+#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeDomain.h"
+#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeListener.h"
 #include "corvanta/vx_math/Quaternion.h"
 
 namespace corvanta::data::domain::scenegraph::tree {
@@ -116,6 +119,24 @@ void NSceneGraphTreeNode::OnAttributeChangeImpl(core::attribute::NAttribute cons
     }
     throw;
   }
+}
+
+NSceneGraphTreeListener::~NSceneGraphTreeListener() = default;
+
+NSceneGraphTreeDomain::NSceneGraphTreeDomain(
+    core::domain::NDomainManager const* manager,
+    events::attribute_change::NMultiplexer const* multiplexer,
+    events::scene_graph_tree::NMultiplexer* trees)
+    : NDomain(manager, multiplexer,
+              core::string_table::GetString(core::string_table::DATA_SCENEGRAPH_TREE)),
+      m_trees(trees) {}
+
+NSceneGraphTreeDomain::~NSceneGraphTreeDomain() = default;
+
+wchar_t const* NSceneGraphTreeDomain::GetTypeImpl() const { return DT_SCENEGRAPH_TREE; }
+
+bool NSceneGraphTreeDomain::InitializeNode(NSceneGraphTreeNode& node) const {
+  return Attach<events::scene_graph_tree::NListener>(m_trees, node);
 }
 
 }  // namespace corvanta::data::domain::scenegraph::tree

@@ -3,6 +3,8 @@
 #include <cmath>
 
 #include "corvanta/data/domain/geometry/NPolygonSurface.h"
+#include "corvanta/data/internal/detail/primitives/meshes.h"
+#include "corvanta/data/internal/detail/primitives/primitive.h"
 
 namespace corvanta::data::internal::detail {
 
@@ -68,6 +70,24 @@ NTurn HalfTurns(unsigned int numerator, unsigned int denominator) {
 
 NTurn CircleStep(unsigned int index, unsigned int count) {
   return Turn(2.0 * (index % count), count);
+}
+
+namespace {
+
+constexpr SurfacePointer (*kMakers[NP_COUNT])() = {
+    MakePlane,        MakeCube,        MakeInwardCube, MakeCubeFloor,   MakeSphere,
+    MakeInwardSphere, MakeSphereFloor, MakeArrow,      MakeRing,        MakeMace,
+    MakeCone,         MakeInwardDome,  MakeMapPlanar,  MakeMapCylinder, MakeMapRibbon,
+    MakeCameraObject, MakeRod,
+};
+
+}  // namespace
+
+SurfacePointer GetPrimitiveSurface(NPrimitive primitive) {
+  static SurfacePointer surfaces[NP_COUNT];
+  SurfacePointer& surface = surfaces[primitive];
+  if (!surface) surface = kMakers[primitive]();
+  return surface;
 }
 
 }  // namespace corvanta::data::internal::detail

@@ -1,5 +1,6 @@
 #include "corvanta/data/resource/image/detail/NFIImage.h"
 
+#include "corvanta/data/error_code/error_code.h"
 #include "corvanta/data/resource/image/detail/NFIImageError.h"
 #include "corvanta/platform/picture.h"
 
@@ -27,5 +28,9 @@ void const* NFIImage::GetDataImpl() const { return m_picture->GetInfoHeader(); }
 unsigned int NFIImage::GetDataByteLengthImpl() const {
   return m_picture->GetByteLength() - m_picture->GetMasksByteLength();
 }
+
+NFIImageError::~NFIImageError() = default;
+
+wchar_t const* NFIImageError::GetErrorCodeImpl() const { return error_code::NE_FIIMAGE; }
 
 }  // namespace corvanta::data::resource::image::detail

@@ -1,7 +1,0 @@
-#include "app/play/NPlayer.h"
-
-namespace corvanta::app {
-
-NPlayer::~NPlayer() = default;
-
-}  // namespace corvanta::app

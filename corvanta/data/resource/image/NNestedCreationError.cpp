@@ -1,9 +1,0 @@
-#include "corvanta/data/resource/image/NNestedCreationError.h"
-
-namespace corvanta::data::resource::image {
-
-NNestedCreationError::~NNestedCreationError() = default;
-
-wchar_t const* NNestedCreationError::GetErrorCodeImpl() const { return L"Nested Creation Error"; }
-
-}  // namespace corvanta::data::resource::image

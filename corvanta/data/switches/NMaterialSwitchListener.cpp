@@ -1,7 +1,0 @@
-#include "corvanta/data/switches/NMaterialSwitchListener.h"
-
-namespace corvanta::data::switches {
-
-NMaterialSwitchListener::~NMaterialSwitchListener() = default;
-
-}  // namespace corvanta::data::switches

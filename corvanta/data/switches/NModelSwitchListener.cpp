@@ -1,7 +1,0 @@
-#include "corvanta/data/switches/NModelSwitchListener.h"
-
-namespace corvanta::data::switches {
-
-NModelSwitchListener::~NModelSwitchListener() = default;
-
-}  // namespace corvanta::data::switches
