@@ -14,18 +14,18 @@
 #include <string>
 #include <vector>
 
-#include "app/import/NImportError.h"
-#include "app/import/NReadModel.h"
-#include "app/import/limits.h"
-#include "app/import/neutral/NSceneView.h"
-#include "app/import/reader/NAssimpFile.h"
+#include "corvanta/importer/NImportError.h"
+#include "corvanta/importer/limits.h"
+#include "corvanta/importer/neutral/NSceneView.h"
+#include "corvanta/importer/process/NReadModel.h"
+#include "corvanta/importer/reader/NAssimpFile.h"
 
 namespace {
 
 using namespace corvanta;
 using std::chrono::steady_clock;
 
-class Opener : public app::reader::NFileOpener {
+class Opener : public importer::reader::NFileOpener {
  public:
   int Open(std::string const& path) override { return open(path.c_str(), O_RDONLY | O_CLOEXEC); }
 };
@@ -45,7 +45,7 @@ double MeasureHere(std::string const& path) {
   if (pid == 0) {
     double const time = Measure([&] {
       Opener opener;
-      new app::reader::NAssimpFile(opener, path);  // not taken down, as in the reader
+      new importer::reader::NAssimpFile(opener, path);  // not taken down, as in the reader
     });
     _exit(write(ends[1], &time, sizeof time) == sizeof time ? 0 : 1);
   }
@@ -87,8 +87,8 @@ void Compare(int side, double start, std::string const& folder) {
   for (int i = 0; i < 11; ++i) {
     here.push_back(MeasureHere(path));
     there.push_back(Measure([&] {
-                      app::NReadModel const read(path, app::GetImportLimits());
-                      app::neutral::NSceneView const scene(read.GetBlock());
+                      importer::NReadModel const read(path, importer::GetImportLimits());
+                      importer::neutral::NSceneView const scene(read.GetBlock());
                     }) -
                     start);
   }
@@ -105,8 +105,8 @@ double MeasureStart(std::string const& folder) {
   for (int i = 0; i < 31; ++i) {
     times.push_back(Measure([&] {
       try {
-        app::NReadModel const read(path, app::GetImportLimits());
-      } catch (app::NImportError const&) {
+        importer::NReadModel const read(path, importer::GetImportLimits());
+      } catch (importer::NImportError const&) {
       }
     }));
   }

@@ -2,8 +2,8 @@
 #   cmake [-DWRITE=ON] -P cmake/umbrella.cmake
 get_filename_component(root ${CMAKE_CURRENT_LIST_DIR}/.. ABSOLUTE)
 file(GLOB_RECURSE headers RELATIVE ${root} ${root}/corvanta/*.h)
-# The renderer is a library of its own, and has its own.
-list(FILTER headers EXCLUDE REGEX "^corvanta/renderer")
+# The importer and the renderer are libraries of their own, and have their own.
+list(FILTER headers EXCLUDE REGEX "^corvanta/(importer|renderer)")
 list(SORT headers)
 set(text "#pragma once\n\n// Every public header of corvanta. Written by cmake/umbrella.cmake.\n\n")
 foreach(header ${headers})

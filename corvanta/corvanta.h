@@ -35,6 +35,7 @@
 #include "corvanta/core/resource/NResource.h"
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/core/text/convert.h"
+#include "corvanta/core/text/message.h"
 #include "corvanta/core/uri/NPath.h"
 #include "corvanta/core/uri/NUri.h"
 #include "corvanta/core/variant/NVariant.h"

@@ -18,7 +18,7 @@ namespace {
 using core::attribute::NAttribute;
 using core::variant::NVariant;
 
-class Document : public app::NDocument {
+class Document : public data::document::NDocument {
  public:
   Document() {
     Add(GetLights(), L"lamp");

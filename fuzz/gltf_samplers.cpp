@@ -4,18 +4,18 @@
 #include <exception>
 #include <memory>
 
-#include "app/import/reader/NGltfAnimations.h"
+#include "corvanta/importer/reader/NGltfAnimations.h"
 #include "fuzz/support.h"
 
 namespace corvanta::fuzz {
 namespace {
 
-using app::reader::NGltfAnimations;
-using app::reader::NGltfFile;
-using app::reader::NGltfNodes;
+using importer::reader::NGltfAnimations;
+using importer::reader::NGltfFile;
+using importer::reader::NGltfNodes;
 using nlohmann::json;
 
-class Opener : public app::reader::NFileOpener {
+class Opener : public importer::reader::NFileOpener {
  public:
   explicit Opener(Bytes model) : m_model(model) {}
 
@@ -51,7 +51,7 @@ class Scene {
     constexpr std::size_t kMostNodes = 1000;
     if (++m_count > kMostNodes) throw std::length_error("too many nodes for this target");
     json const& source = m_nodes.at(number);
-    auto node = std::make_unique<aiNode>(app::reader::GetNodeName(source, number));
+    auto node = std::make_unique<aiNode>(importer::reader::GetNodeName(source, number));
     if (auto const children = source.find("children"); children != source.end())
       AddChildren(*node, *children);
     return node;
@@ -86,11 +86,11 @@ std::size_t CountKeys(NGltfAnimations const& animations, std::size_t count) {
 void Read(Bytes bytes) {
   Opener opener(bytes);
   NGltfFile file(opener, "model");
-  app::reader::CheckItemCount(file.GetRoot());
+  importer::reader::CheckItemCount(file.GetRoot());
   static_cast<void>(file.GetMended());
   Scene const scene(file.GetRoot());
-  NGltfNodes const nodes = app::reader::MatchNodes(file.GetRoot(), scene.Get());
-  static_cast<void>(app::reader::FindShared(file.GetRoot(), nodes, scene.Get()));
+  NGltfNodes const nodes = importer::reader::MatchNodes(file.GetRoot(), scene.Get());
+  static_cast<void>(importer::reader::FindShared(file.GetRoot(), nodes, scene.Get()));
   NGltfAnimations const animations(file, nodes, scene.Get());
   std::size_t const count = scene.Get().mNumAnimations;
   std::size_t const keys = CountKeys(animations, count);

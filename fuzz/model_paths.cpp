@@ -4,7 +4,7 @@
 
 #include <fstream>
 
-#include "app/import/NModelFolder.h"
+#include "corvanta/importer/process/NModelFolder.h"
 #include "fuzz/support.h"
 
 namespace corvanta::fuzz {
@@ -32,7 +32,7 @@ bool IsBelow(std::string const& folder, std::string const& top) {
   return top == "/" || folder == top || folder.starts_with(top + '/');
 }
 
-void CheckOpen(app::NModelFolder const& folder, Tree const& tree, std::string const& path) {
+void CheckOpen(importer::NModelFolder const& folder, Tree const& tree, std::string const& path) {
   platform::NDescriptor const file = folder.Open(path);
   if (!file) return;
   struct stat status {};
@@ -48,7 +48,7 @@ void CheckOpen(app::NModelFolder const& folder, Tree const& tree, std::string co
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
   using namespace corvanta;
   static fuzz::Tree const tree;
-  static app::NModelFolder const folder(tree.GetModel());
+  static importer::NModelFolder const folder(tree.GetModel());
   std::string const name(fuzz::AsText({data, size}));
   std::string const beside = tree.GetPath() / "model";
   for (std::string const& path : {name, beside + '/' + name, beside + "/sub/../" + name})

@@ -4,9 +4,9 @@
 
 #include <fstream>
 
-#include "app/import/NImportError.h"
-#include "app/import/import.h"
-#include "app/import/limits.h"
+#include "corvanta/importer/NImportError.h"
+#include "corvanta/importer/import.h"
+#include "corvanta/importer/limits.h"
 #include "fuzz/support.h"
 
 namespace corvanta::fuzz {
@@ -33,7 +33,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
   static fuzz::Folder const folder;
   static bool const prepared = [] {
     constexpr std::uint64_t kMemory = 512 << 20;
-    app::SetImportLimits({kMemory, std::chrono::seconds(2)});
+    importer::SetImportLimits({kMemory, std::chrono::seconds(2)});
     // What some of the files name.
     fuzz::Require(mkfifo((folder.GetPath() / "ff").c_str(), S_IRWXU) == 0, "a pipe can be had");
     return true;
@@ -43,10 +43,10 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
   std::filesystem::path const path = folder.GetPath() / ("model" + fuzz::GetExtension(content));
   std::ofstream(path, std::ios::binary) << content;
   try {
-    app::NDocument document;
-    auto const model = app::ImportModel(document, path.string());
+    data::document::NDocument document;
+    auto const model = importer::ImportModel(document, path.string());
     fuzz::Require(model.tree != nullptr, "there is a tree");
-  } catch (app::NImportError const& error) {
+  } catch (importer::NImportError const& error) {
     fuzz::Require(error.what()[0] != 0, "there is a reason where there is none");
   }
   std::filesystem::remove(path);

@@ -4,18 +4,18 @@
 #include <stdexcept>
 #include <vector>
 
-#include "app/import/NAnimations.h"
-#include "app/import/NHierarchy.h"
-#include "app/import/NImportError.h"
-#include "app/import/NMaterials.h"
-#include "app/import/NPictures.h"
-#include "app/import/neutral/NSceneView.h"
+#include "corvanta/importer/NHierarchy.h"
+#include "corvanta/importer/NImportError.h"
+#include "corvanta/importer/NMaterials.h"
+#include "corvanta/importer/NPictures.h"
+#include "corvanta/importer/animation/NAnimations.h"
+#include "corvanta/importer/neutral/NSceneView.h"
 #include "fuzz/support.h"
 
 namespace corvanta::fuzz {
 namespace {
 
-using namespace app::neutral;
+using namespace importer::neutral;
 
 // What a view promises, looked at once more.
 void CheckView(NSceneView const& scene) {
@@ -37,13 +37,15 @@ void CheckView(NSceneView const& scene) {
 }
 
 void Build(NSceneView const& scene) {
-  app::NDocument document;
-  app::NPictures pictures(document, scene, "/nowhere");
-  app::NMaterials materials(document, scene, pictures);
-  app::NHierarchy hierarchy(document, scene, materials);
+  data::document::NDocument document;
+  importer::NImportTarget target(document);
+  importer::NEffort effort;
+  importer::NPictures pictures(target, scene, "/nowhere");
+  importer::NMaterials materials(target, scene, pictures);
+  importer::NHierarchy hierarchy(target, scene, materials);
   auto const tree = document.GetTrees().CreateNode(core::node::NNodeID());
-  hierarchy.Build(*tree);
-  app::NAnimations const animations(document, scene, hierarchy, *tree);
+  hierarchy.Build(*tree, effort);
+  importer::NAnimations const animations(target, scene, hierarchy, *tree, effort);
   Require(animations.GetNodes().size() == scene.Get<NAnimation>().size(),
           "each animation has a node");
 }
@@ -57,10 +59,10 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
   std::vector<std::uint64_t> words((size + 7) / 8);
   if (size != 0) std::memcpy(words.data(), data, size);
   try {
-    app::neutral::NSceneView const scene(std::as_bytes(std::span(words)).first(size));
+    importer::neutral::NSceneView const scene(std::as_bytes(std::span(words)).first(size));
     fuzz::CheckView(scene);
     fuzz::Build(scene);
-  } catch (app::NImportError const&) {
+  } catch (importer::NImportError const&) {
   }
   fuzz::Require(folder.CountFiles() == 0, "nothing is left");
   return 0;

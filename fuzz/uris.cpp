@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <cctype>
 
-#include "app/import/escape.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/core/uri/NUri.h"
 #include "corvanta/data/resource/image/create_image.h"
+#include "corvanta/importer/escape.h"
 #include "fuzz/support.h"
 
 namespace corvanta::fuzz {
@@ -24,7 +24,7 @@ void CheckText(std::string_view text) {
 }
 
 void CheckEscapes(std::string const& text) {
-  std::string const plain = app::Unescape(text);
+  std::string const plain = importer::Unescape(text);
   auto const count = static_cast<std::size_t>(std::ranges::count(text, '%'));
   Require(plain.size() <= text.size() && plain.size() + 2 * count >= text.size(),
           "each escape is three characters for one");
@@ -34,7 +34,7 @@ void CheckEscapes(std::string const& text) {
     auto const byte = static_cast<unsigned char>(c);
     escaped += {'%', kDigits[byte >> 4], kDigits[byte & 15]};
   }
-  Require(app::Unescape(escaped) == plain, "an escaped text comes back");
+  Require(importer::Unescape(escaped) == plain, "an escaped text comes back");
 }
 
 void CheckExtension(NPath const& path) {

@@ -15,11 +15,11 @@
 #include "app/output/text.h"
 #include "app/play/NPlayback.h"
 #include "app/play/NTourPlayer.h"
-#include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
 #include "app/scene/walk.h"
 #include "app/watch/NEventPrinter.h"
 #include "corvanta/core/text/convert.h"
+#include "corvanta/data/document/NDocument.h"
 #include "corvanta/data/domain/environment/NEnvironmentNode.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
 #include "corvanta/data/domain/light_env/NLamp.h"
@@ -70,7 +70,8 @@ class Demo {
   using Clock = std::chrono::steady_clock;
 
   /// Requires: `model` is in `document`.
-  Demo(NDocument& document, NImportedModel const& model, Clock::time_point start)
+  Demo(data::document::NDocument& document, importer::NImportedModel const& model,
+       Clock::time_point start)
       : m_start(start), m_document(document), m_model(model), m_stage(document, model.tree) {}
 
   void Run() {
@@ -261,8 +262,8 @@ class Demo {
   }
 
   Clock::time_point const m_start;
-  NDocument& m_document;
-  NImportedModel const& m_model;
+  data::document::NDocument& m_document;
+  importer::NImportedModel const& m_model;
   NStage m_stage;
   boost::intrusive_ptr<item::NSceneGraphModelNode> m_shown;  // the first model with a geometry
 };
@@ -271,7 +272,7 @@ int Show(std::string file) {
   try {
     auto const start = Demo::Clock::now();
     if (file.empty()) file = FindSample();
-    NDocument document;
+    data::document::NDocument document;
     auto const model = OpenModel(document, file);
     if (!model) return NS_FILE;
     Demo(document, *model, start).Run();

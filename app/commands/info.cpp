@@ -10,12 +10,12 @@
 #include "app/commands/open_model.h"
 #include "app/output/NReport.h"
 #include "app/output/text.h"
-#include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
 #include "app/scene/common_tree.h"
 #include "app/scene/float_range.h"
 #include "app/scene/walk.h"
 #include "corvanta/core/text/convert.h"
+#include "corvanta/data/document/NDocument.h"
 #include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
 
 namespace corvanta::app {
@@ -62,6 +62,15 @@ class Info {
     m_models.push_back(*model);
   }
 
+  static NRecord DescribeFile(importer::NImportedModel const& model) {
+    NRecord const tree = DescribeNode(*model.tree);
+    return {{"file", model.file},
+            {"tree", {{"name", tree["name"]}, {"id", tree["id"]}}},
+            {"readMilliseconds", model.readMilliseconds},
+            {"buildMilliseconds", model.buildMilliseconds},
+            {"notes", model.notes}};
+  }
+
   void Print() {
     std::vector<boost::intrusive_ptr<NSceneGraphTreeNode>> trees;
     for (auto const& model : m_models) trees.push_back(model.tree);
@@ -72,7 +81,7 @@ class Info {
 
     auto const report =
         m_options.asJson ? CreateJsonReport(std::cout) : CreateTextReport(std::cout);
-    for (auto const& model : m_models) report->AddFile(model);
+    for (auto const& model : m_models) report->AddFile(DescribeFile(model));
     for (auto const& tree : trees) PrintTree(*tree, *report);
     for (auto const& domain : m_document.GetDomains()) PrintDomain(*domain, *report);
     // The first tree shows all others.
@@ -109,8 +118,8 @@ class Info {
   }
 
   Options const& m_options;
-  NDocument m_document;
-  std::vector<NImportedModel> m_models;
+  data::document::NDocument m_document;
+  std::vector<importer::NImportedModel> m_models;
 };
 
 std::string CheckUnit(std::string const& text) {

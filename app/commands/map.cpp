@@ -16,11 +16,11 @@
 #include "app/output/NWholeFile.h"
 #include "app/output/record.h"
 #include "app/output/text.h"
-#include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
 #include "app/scene/float_range.h"
 #include "app/scene/walk.h"
 #include "corvanta/core/text/convert.h"
+#include "corvanta/data/document/NDocument.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
 #include "corvanta/data/domain/material/texture_mapping/NProjectionMapping.h"
 #include "corvanta/data/domain/material/texture_mapping/map_surface.h"
@@ -206,7 +206,7 @@ class Map {
   }
 
   Options const& m_options;
-  NDocument m_document;
+  data::document::NDocument m_document;
   boost::intrusive_ptr<data::domain::scenegraph::tree::NSceneGraphTreeNode> m_tree;
   boost::intrusive_ptr<NProjectionMapping> const m_mapping{new NProjectionMapping};
   std::vector<ModelPath> m_paths;

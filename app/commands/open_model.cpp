@@ -5,8 +5,8 @@
 #include <cmath>
 #include <exception>
 
-#include "app/import/limits.h"
 #include "app/output/text.h"
+#include "corvanta/importer/limits.h"
 
 namespace corvanta::app {
 
@@ -20,14 +20,14 @@ std::string CheckLimit(std::string const& text) {
 }
 
 void AddLimit(CLI::App& command, std::string const& name, std::string const& help,
-              void (*set)(NImportLimits& limits, double value)) {
+              void (*set)(importer::NImportLimits& limits, double value)) {
   command
       .add_option_function<double>(
           name,
           [set](double const& value) {
-            NImportLimits limits = GetImportLimits();
+            importer::NImportLimits limits = importer::GetImportLimits();
             set(limits, value);
-            SetImportLimits(limits);
+            importer::SetImportLimits(limits);
           },
           help)
       ->check(CLI::Validator(&CheckLimit, "NUMBER"));
@@ -35,9 +35,10 @@ void AddLimit(CLI::App& command, std::string const& name, std::string const& hel
 
 }  // namespace
 
-std::optional<NImportedModel> OpenModel(NDocument& document, std::string const& file) {
+std::optional<importer::NImportedModel> OpenModel(data::document::NDocument& document,
+                                                  std::string const& file) {
   try {
-    NImportedModel model = ImportModel(document, file);
+    importer::NImportedModel model = importer::ImportModel(document, file);
     for (std::string const& note : model.notes) PrintNote(file, note);
     return model;
   } catch (std::exception const& error) {
@@ -49,11 +50,11 @@ std::optional<NImportedModel> OpenModel(NDocument& document, std::string const& 
 void AddLimitOptions(CLI::App& command) {
   AddLimit(command, "--memory",
            "MB that reading a model file may take; half of the machine's by default",
-           [](NImportLimits& limits, double value) {
+           [](importer::NImportLimits& limits, double value) {
              limits.memory = static_cast<std::uint64_t>(std::ceil(value * (1 << 20)));
            });
   AddLimit(command, "--timeout", "Seconds that reading a model file may take; 60 by default",
-           [](NImportLimits& limits, double value) {
+           [](importer::NImportLimits& limits, double value) {
              limits.timeout = std::chrono::milliseconds(std::max(1LL, std::llround(value * 1e3)));
            });
 }

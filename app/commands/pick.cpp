@@ -15,13 +15,13 @@
 #include "app/output/png_file.h"
 #include "app/output/record.h"
 #include "app/output/text.h"
-#include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
 #include "app/scene/NStagePreview.h"
 #include "app/scene/common_tree.h"
 #include "app/scene/float_range.h"
 #include "app/scene/hit_marks.h"
 #include "corvanta/core/text/convert.h"
+#include "corvanta/data/document/NDocument.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
 #include "corvanta/data/domain/geometry/detail/NPickIndex.h"
 #include "corvanta/data/operators/ray_picker/NRayPicker.h"
@@ -219,7 +219,7 @@ class Pick {
 
   Options const& m_options;
   std::array<unsigned, 2> const m_size;
-  NDocument m_document;
+  data::document::NDocument m_document;
   std::vector<Vec3> m_points;  // that were hit
 };
 

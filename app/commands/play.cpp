@@ -23,9 +23,9 @@
 #include "app/play/NTourPlayer.h"
 #include "app/play/csv.h"
 #include "app/play/plot.h"
-#include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
 #include "corvanta/core/text/convert.h"
+#include "corvanta/data/document/NDocument.h"
 #include "corvanta/renderer/NRenderError.h"
 
 namespace corvanta::app {
@@ -208,8 +208,8 @@ class Play {
   }
 
   Options const& m_options;
-  NDocument m_document;
-  NImportedModel m_model;
+  data::document::NDocument m_document;
+  importer::NImportedModel m_model;
   std::unique_ptr<NFrameWriter> m_frames;
   NOverview* m_overview = nullptr;  // whose camera sees the frames; null for another
   bool m_hasFailed = false;

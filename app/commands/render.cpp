@@ -17,13 +17,13 @@
 #include "app/output/text.h"
 #include "app/play/NTimeLinePlayer.h"
 #include "app/play/NTourPlayer.h"
-#include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
 #include "app/scene/NStagePreview.h"
 #include "app/scene/common_tree.h"
 #include "app/scene/material_choice.h"
 #include "app/watch/assignment.h"
 #include "corvanta/core/text/convert.h"
+#include "corvanta/data/document/NDocument.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 
 namespace corvanta::app {
@@ -130,7 +130,7 @@ class Render {
 
   /// Moves all that the first animation of each file moves to that moment.
   void PlayTo(double seconds) {
-    for (NImportedModel const& model : m_models) {
+    for (importer::NImportedModel const& model : m_models) {
       if (model.animations.empty()) continue;
       m_players.push_back(
           std::make_unique<NTimeLinePlayer>(*model.animations.front(), false, false));
@@ -215,8 +215,8 @@ class Render {
 
   Options const& m_options;
   std::array<unsigned, 2> const m_size;
-  NDocument m_document;
-  std::vector<NImportedModel> m_models;
+  data::document::NDocument m_document;
+  std::vector<importer::NImportedModel> m_models;
   std::unique_ptr<NStage> m_stage;
   std::vector<std::unique_ptr<NPlayer>> m_players;
 };

@@ -7,10 +7,10 @@
 #include "app/commands/commands.h"
 #include "app/commands/open_model.h"
 #include "app/output/text.h"
-#include "app/scene/NDocument.h"
 #include "app/watch/NEventPrinter.h"
 #include "app/watch/assignment.h"
 #include "corvanta/core/text/convert.h"
+#include "corvanta/data/document/NDocument.h"
 #include "corvanta/data/domain/scenegraph/NSceneGraphPath.h"
 #include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
 
@@ -139,7 +139,7 @@ class Watch {
   }
 
   Options const& m_options;
-  NDocument m_document;
+  data::document::NDocument m_document;
   boost::intrusive_ptr<scenegraph::tree::NSceneGraphTreeNode> m_tree;
   std::vector<boost::intrusive_ptr<NSceneGraphItemNode>> m_items;
 };

@@ -12,9 +12,9 @@ class TextReport : public NReport {
  public:
   explicit TextReport(std::ostream& out) : m_out(out) {}
 
-  void AddFile(NImportedModel const& model) override {
-    m_out << "file " << Quoted(model.file) << " read " << Time(model.readMilliseconds) << " built "
-          << Time(model.buildMilliseconds) << '\n';
+  void AddFile(NRecord const& file) override {
+    m_out << "file " << Quoted(file["file"].get<std::string>()) << " read "
+          << Time(file["readMilliseconds"]) << " built " << Time(file["buildMilliseconds"]) << '\n';
   }
   void AddTree(NRecord const& tree) override { Write(tree, ""); }
   void AddItem(NRecord const& item, std::size_t depth) override {
@@ -51,13 +51,9 @@ class JsonReport : public NReport {
  public:
   explicit JsonReport(std::ostream& out) : m_out(out) {}
 
-  void AddFile(NImportedModel const& model) override {
+  void AddFile(NRecord const& file) override {
     Open(kFiles);
-    Element({{"file", model.file},
-             {"tree", ToJson(*model.tree)},
-             {"readMilliseconds", model.readMilliseconds},
-             {"buildMilliseconds", model.buildMilliseconds},
-             {"notes", model.notes}});
+    Element(file);
   }
   void AddTree(NRecord const& tree) override {
     Open(kTrees);
@@ -85,10 +81,6 @@ class JsonReport : public NReport {
 
   static std::string Dump(NRecord const& record) {
     return record.dump(-1, ' ', false, NRecord::error_handler_t::replace);
-  }
-  static NRecord ToJson(core::node::NNode const& node) {
-    NRecord const record = DescribeNode(node);
-    return {{"name", record["name"]}, {"id", record["id"]}};
   }
   // Goes on to `section`; those before it that have nothing to show are empty lists.
   void Open(Section section) {

@@ -5,7 +5,6 @@
 #include <ostream>
 #include <string>
 
-#include "app/import/import.h"
 #include "app/output/record.h"
 
 namespace corvanta::app {
@@ -21,7 +20,8 @@ class NReport {
   NReport& operator=(NReport const&) = delete;
   virtual ~NReport();
 
-  virtual void AddFile(NImportedModel const& model) = 0;
+  /// `file`: its name, its tree, the two times it took and its notes, as `info --json` has them.
+  virtual void AddFile(NRecord const& file) = 0;
   virtual void AddTree(NRecord const& tree) = 0;
   virtual void AddItem(NRecord const& item, std::size_t depth) = 0;
   virtual void AddDomain(std::string const& type, std::size_t count) = 0;

@@ -35,8 +35,8 @@ Place FindPlace(std::string const& pattern) {
 
 }  // namespace
 
-NFrameWriter::NFrameWriter(NDocument const& document, NStage& stage, std::string const& pattern,
-                           unsigned width, unsigned height)
+NFrameWriter::NFrameWriter(data::document::NDocument const& document, NStage& stage,
+                           std::string const& pattern, unsigned width, unsigned height)
     : m_pattern(pattern), m_preview(document, stage, width, height) {}
 
 std::string NFrameWriter::FindFault(std::string const& pattern) {

@@ -3,9 +3,9 @@
 #include <cstddef>
 #include <string>
 
-#include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
 #include "app/scene/NStagePreview.h"
+#include "corvanta/data/document/NDocument.h"
 
 namespace corvanta::app {
 
@@ -16,8 +16,8 @@ class NFrameWriter {
   /// `pattern` is a path with one "%d", "%4d" or "%04d" for the number of the frame.
   /// Requires: FindFault finds none in it; document and stage outlive this.
   /// Fails: throws NRenderError where this machine can't draw.
-  NFrameWriter(NDocument const& document, NStage& stage, std::string const& pattern, unsigned width,
-               unsigned height);
+  NFrameWriter(data::document::NDocument const& document, NStage& stage, std::string const& pattern,
+               unsigned width, unsigned height);
 
   /// What is wrong with a pattern; empty if it can be used.
   static std::string FindFault(std::string const& pattern);

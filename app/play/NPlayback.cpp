@@ -7,7 +7,7 @@
 
 namespace corvanta::app {
 
-NPlayback::NPlayback(NDocument& document, NPlayer& player, NPace const& pace)
+NPlayback::NPlayback(data::document::NDocument& document, NPlayer& player, NPace const& pace)
     : m_document(document), m_player(player), m_fps(pace.fps), m_counter(new NEventCounter) {
   double const length = player.GetLength();
   m_seconds = pace.seconds.value_or(pace.repeats ? 2.0 * length : length);

@@ -8,7 +8,7 @@
 
 #include "app/play/NEventCounter.h"
 #include "app/play/NPlayer.h"
-#include "app/scene/NDocument.h"
+#include "corvanta/data/document/NDocument.h"
 
 namespace corvanta::app {
 
@@ -33,7 +33,7 @@ struct NPace {
 /// it is in that frame.
 class NPlayback {
  public:
-  NPlayback(NDocument& document, NPlayer& player, NPace const& pace);
+  NPlayback(data::document::NDocument& document, NPlayer& player, NPace const& pace);
   NPlayback(NPlayback const&) = delete;
   NPlayback& operator=(NPlayback const&) = delete;
   ~NPlayback();
@@ -48,7 +48,7 @@ class NPlayback {
   double GetTime(std::size_t frame) const;
   std::size_t CountMoved(std::vector<double> const& before, std::vector<double> const& now) const;
 
-  NDocument& m_document;
+  data::document::NDocument& m_document;
   NPlayer& m_player;
   double const m_fps;
   double m_seconds;

@@ -1,6 +1,6 @@
 #include "app/play/NTourPlayer.h"
 
-#include "app/import/presentation.h"
+#include "app/play/presentation.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/animation/NAnimationEngineArgs.h"
 #include "corvanta/data/domain/camera/NCameraNode.h"
@@ -31,7 +31,8 @@ constexpr char const* kAttributes[] = {"position.x", "position.y", "position.z",
 
 }  // namespace
 
-NTourPlayer::NTourPlayer(NStage& stage, NImportedModel const& model, bool isReverse, bool repeats)
+NTourPlayer::NTourPlayer(NStage& stage, importer::NImportedModel const& model, bool isReverse,
+                         bool repeats)
     : m_stage(stage), m_camera(stage.GetView().GetCamera()), m_isReverse(isReverse) {
   auto const camera = m_camera.GetNode();
   auto const lens = camera->GetCameraNode();

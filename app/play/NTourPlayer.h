@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "app/import/import.h"
 #include "app/play/NPlayer.h"
 #include "app/scene/NStage.h"
 #include "corvanta/data/animation/NAnimation.h"
+#include "corvanta/importer/import.h"
 
 namespace corvanta::app {
 
@@ -17,7 +17,7 @@ class NTourPlayer : public NPlayer {
  public:
   /// Gives the camera the lens of the first camera of the file.
   /// Requires: `stage` shows the model, and is there as long as this.
-  NTourPlayer(NStage& stage, NImportedModel const& model, bool isReverse, bool repeats);
+  NTourPlayer(NStage& stage, importer::NImportedModel const& model, bool isReverse, bool repeats);
 
   std::vector<double> Sample() const override;
   std::string GetTitle() const override;

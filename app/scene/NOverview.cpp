@@ -14,7 +14,7 @@ namespace item = data::domain::scenegraph::item;
 using core::node::NNodeID;
 using VX_Math::Vec3;
 
-NOverview::NOverview(NDocument& document, Tree const& tree)
+NOverview::NOverview(data::document::NDocument& document, Tree const& tree)
     : m_tree(tree), m_scene(document.GetScenes().CreateNode(NNodeID())) {
   m_scene->SetSceneGraph(tree);
   m_lens = document.GetCameras().CreateNode(NNodeID());

@@ -2,7 +2,7 @@
 
 #include <boost/intrusive_ptr.hpp>
 
-#include "app/scene/NDocument.h"
+#include "corvanta/data/document/NDocument.h"
 #include "corvanta/data/domain/camera/NCameraNode.h"
 #include "corvanta/data/domain/scene/NSceneNode.h"
 #include "corvanta/data/domain/scenegraph/NSceneGraphPath.h"
@@ -17,7 +17,7 @@ class NOverview {
   using Tree = boost::intrusive_ptr<data::domain::scenegraph::tree::NSceneGraphTreeNode>;
 
   /// Requires: `tree` has a root, below which the camera is put.
-  NOverview(NDocument& document, Tree const& tree);
+  NOverview(data::document::NDocument& document, Tree const& tree);
 
   using Camera = data::domain::scenegraph::NSceneGraphPath<
       data::domain::scenegraph::item::NSceneGraphCameraNode>;

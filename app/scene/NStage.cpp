@@ -60,7 +60,7 @@ void Normalize(data::domain::light_env::NLightEnvNode& lightEnv) {
 
 }  // namespace
 
-NStage::NStage(NDocument& document, NOverview::Tree const& tree)
+NStage::NStage(data::document::NDocument& document, NOverview::Tree const& tree)
     : m_document(document),
       m_hasInitialized(data::internal::Initialize(document.GetManager(), document.GetEvents())),
       m_tree(tree),

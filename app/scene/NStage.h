@@ -3,8 +3,8 @@
 #include <boost/intrusive_ptr.hpp>
 #include <string>
 
-#include "app/scene/NDocument.h"
 #include "app/scene/NOverview.h"
+#include "corvanta/data/document/NDocument.h"
 #include "corvanta/data/domain/environment/NEnvironmentNode.h"
 #include "corvanta/data/view/NView.h"
 
@@ -16,7 +16,7 @@ namespace corvanta::app {
 class NStage {
  public:
   /// Requires: `tree` has a root, below which the camera is put.
-  NStage(NDocument& document, NOverview::Tree const& tree);
+  NStage(data::document::NDocument& document, NOverview::Tree const& tree);
   NStage(NStage const&) = delete;
   NStage& operator=(NStage const&) = delete;
   ~NStage();
@@ -34,7 +34,7 @@ class NStage {
   void Light();
   void AddDefaultLights();
 
-  NDocument& m_document;
+  data::document::NDocument& m_document;
   bool const m_hasInitialized;
   NOverview::Tree m_tree;
   NOverview m_overview;

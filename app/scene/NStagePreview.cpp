@@ -2,8 +2,8 @@
 
 namespace corvanta::app {
 
-NStagePreview::NStagePreview(NDocument const& document, NStage& stage, unsigned width,
-                             unsigned height, renderer::NStereoMode stereo)
+NStagePreview::NStagePreview(data::document::NDocument const& document, NStage& stage,
+                             unsigned width, unsigned height, renderer::NStereoMode stereo)
     : m_stage(stage),
       m_side(stereo == renderer::NSM_MONO ? renderer::NES_BOTH : renderer::NES_LEFT),
       m_preview(document, stage.GetView(), width, height, stereo) {}

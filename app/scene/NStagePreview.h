@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
+#include "corvanta/data/document/NDocument.h"
 #include "corvanta/renderer/NPreview.h"
 
 namespace corvanta::app {
@@ -15,8 +15,8 @@ class NStagePreview {
  public:
   /// Requires: the stage outlives this.
   /// Fails: throws NRenderError where this machine can't draw.
-  NStagePreview(NDocument const& document, NStage& stage, unsigned width, unsigned height,
-                renderer::NStereoMode stereo = renderer::NSM_MONO);
+  NStagePreview(data::document::NDocument const& document, NStage& stage, unsigned width,
+                unsigned height, renderer::NStereoMode stereo = renderer::NSM_MONO);
 
   /// Fails: each throws NRenderError for a picture that can't be drawn at this size.
   renderer::NPixels TakePicture();

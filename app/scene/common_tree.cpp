@@ -15,7 +15,8 @@ using data::domain::scenegraph::tree::NSceneGraphTreeNode;
 }  // namespace
 
 boost::intrusive_ptr<NSceneGraphTreeNode> CreateCommonTree(
-    NDocument& document, std::vector<boost::intrusive_ptr<NSceneGraphTreeNode>> const& trees) {
+    data::document::NDocument& document,
+    std::vector<boost::intrusive_ptr<NSceneGraphTreeNode>> const& trees) {
   auto const root = document.GetItems().CreateNode<item::NSceneGraphGroupNode>(NNodeID());
   root->SetName(L"scene");
   for (auto const& tree : trees) {

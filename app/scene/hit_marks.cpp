@@ -26,7 +26,7 @@ constexpr float kRodScale = 0.15f;
 constexpr int kRed = 0;
 constexpr int kYellow = 3;
 
-void Add(NDocument& document, item::NSceneGraphItemNode& group,
+void Add(data::document::NDocument& document, item::NSceneGraphItemNode& group,
          internal::GeometryReference const& geometry, int color, Matrix const& place) {
   auto const model = document.GetItems().CreateNode<item::NSceneGraphModelNode>(NNodeID());
   model->SetGeometryNode(geometry);
@@ -39,7 +39,7 @@ void Add(NDocument& document, item::NSceneGraphItemNode& group,
 
 }  // namespace
 
-void MarkHits(NDocument& document, NStage& stage, std::vector<Vec3> const& points,
+void MarkHits(data::document::NDocument& document, NStage& stage, std::vector<Vec3> const& points,
               Vec3 const* from) {
   auto const tree = stage.GetScene().GetSceneGraph();
   if (points.empty()) return;

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "app/scene/NDocument.h"
 #include "app/scene/NStage.h"
+#include "corvanta/data/document/NDocument.h"
 #include "corvanta/vx_math/Vec3.h"
 
 namespace corvanta::app {
@@ -11,7 +11,7 @@ namespace corvanta::app {
 /// Puts a red ball at the first of the points, yellow ones at the others, and a rod from `from`, if
 /// that isn't null, to the last. Units: global.
 /// Requires: the stage's tree has the identity as its control transform.
-void MarkHits(NDocument& document, NStage& stage, std::vector<VX_Math::Vec3> const& points,
-              VX_Math::Vec3 const* from);
+void MarkHits(data::document::NDocument& document, NStage& stage,
+              std::vector<VX_Math::Vec3> const& points, VX_Math::Vec3 const* from);
 
 }  // namespace corvanta::app

@@ -7,13 +7,13 @@
 #include <utility>
 #include <vector>
 
-#include "app/scene/NTextureUse.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/domain/material/texture_mapping/NProjectionMapping.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
 #include "corvanta/data/domain/scenegraph/NSceneGraphTraverser.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
+#include "corvanta/data/domain/texture/NTextureUse.h"
 #include "corvanta/data/internal/built_in_images.h"
 #include "corvanta/data/switches/NMaterialSwitch.h"
 #include "corvanta/platform/picture.h"
@@ -45,16 +45,17 @@ class Models : public data::domain::scenegraph::NSceneGraphTraverser {
   }
 };
 
-void AddTexture(NDocument& document, NMaterialNode& material, Image const& image,
+void AddTexture(data::document::NDocument& document, NMaterialNode& material, Image const& image,
                 texture_mapping::NTextureMapping& mapping) {
   auto const texture = document.GetTextures().CreateNode(NNodeID());
-  texture->SetType(static_cast<data::domain::texture::NTextureType>(NTU_COLOR));
+  texture->SetType(
+      static_cast<data::domain::texture::NTextureType>(data::domain::texture::NTU_COLOR));
   texture->SetImage(image);
   material.AddTexture(texture, mapping, 0);
 }
 
 /// The materials of the models; a model without one gets a white one.
-std::set<boost::intrusive_ptr<NMaterialNode>> GetMaterials(NDocument& document,
+std::set<boost::intrusive_ptr<NMaterialNode>> GetMaterials(data::document::NDocument& document,
                                                            Models const& models) {
   std::set<boost::intrusive_ptr<NMaterialNode>> materials;
   boost::intrusive_ptr<NMaterialNode> white;
@@ -74,7 +75,7 @@ std::set<boost::intrusive_ptr<NMaterialNode>> GetMaterials(NDocument& document,
 }
 
 boost::intrusive_ptr<data::domain::projection::NProjectionNode> CreateProjector(
-    NDocument& document, VX_Math::Box3 const& box, std::wstring const& method) {
+    data::document::NDocument& document, VX_Math::Box3 const& box, std::wstring const& method) {
   auto const node = document.GetProjections().CreateNode(NNodeID());
   node->SetProjectionMethod(method);
   if (box.IsEmpty()) return node;
@@ -93,7 +94,8 @@ boost::intrusive_ptr<data::domain::projection::NProjectionNode> CreateProjector(
 
 }  // namespace
 
-bool SwitchMaterial(NDocument& document, NOverview::Tree const& tree, unsigned index) {
+bool SwitchMaterial(data::document::NDocument& document, NOverview::Tree const& tree,
+                    unsigned index) {
   boost::intrusive_ptr<data::switches::NMaterialSwitch> const choice(
       new data::switches::NMaterialSwitch);
   auto& materials = document.GetMaterials();
@@ -109,7 +111,8 @@ bool SwitchMaterial(NDocument& document, NOverview::Tree const& tree, unsigned i
   return true;
 }
 
-bool LayPicture(NDocument& document, NOverview::Tree const& tree, std::string const& file) {
+bool LayPicture(data::document::NDocument& document, NOverview::Tree const& tree,
+                std::string const& file) {
   std::error_code error;
   auto const path = std::filesystem::absolute(file, error);
   std::wstring const wide = core::text::ToWide(path.string());
@@ -127,7 +130,8 @@ bool LayPicture(NDocument& document, NOverview::Tree const& tree, std::string co
   return true;
 }
 
-void ThrowTextures(NDocument& document, NOverview::Tree const& tree, std::wstring const& method) {
+void ThrowTextures(data::document::NDocument& document, NOverview::Tree const& tree,
+                   std::wstring const& method) {
   Models const models(tree);
   auto const node =
       CreateProjector(document, data::domain::scenegraph::tree::GetBoundingBox(*tree), method);

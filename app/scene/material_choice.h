@@ -2,23 +2,26 @@
 
 #include <string>
 
-#include "app/scene/NDocument.h"
 #include "app/scene/NOverview.h"
+#include "corvanta/data/document/NDocument.h"
 
 namespace corvanta::app {
 
 /// Makes a material switch of all materials of the document, in their order, and all models of the
 /// tree, and gives each model the material at `index`.
 /// Fails: false, and no change, if there is no such material.
-bool SwitchMaterial(NDocument& document, NOverview::Tree const& tree, unsigned index);
+bool SwitchMaterial(data::document::NDocument& document, NOverview::Tree const& tree,
+                    unsigned index);
 
 /// Lays the picture of a file on all models of the tree in the place of their textures; it follows
 /// the texture coordinates of the models. A model without a material gets a white one.
 /// Fails: false, and no change, if the file isn't a picture.
-bool LayPicture(NDocument& document, NOverview::Tree const& tree, std::string const& file);
+bool LayPicture(data::document::NDocument& document, NOverview::Tree const& tree,
+                std::string const& file);
 
 /// Throws all textures of the tree's models by one projector, which is as large as the scene. A
 /// material without a texture gets the built-in floor. `method` is a projection method.
-void ThrowTextures(NDocument& document, NOverview::Tree const& tree, std::wstring const& method);
+void ThrowTextures(data::document::NDocument& document, NOverview::Tree const& tree,
+                   std::wstring const& method);
 
 }  // namespace corvanta::app

@@ -16,7 +16,8 @@ using core::text::ToNarrow;
 using core::variant::NVariant;
 
 // The attribute that "NAME.ATTRIBUTE" names: the earliest point gives the longest attribute.
-NAssignment Find(NDocument const& document, std::wstring const& target, bool& hasNode) {
+NAssignment Find(data::document::NDocument const& document, std::wstring const& target,
+                 bool& hasNode) {
   for (auto point = target.find(L'.'); point != std::wstring::npos;
        point = target.find(L'.', point + 1)) {
     for (auto const& node : document.QueryNodes(target.substr(0, point))) {
@@ -77,7 +78,7 @@ NVariant ParseValue(core::attribute::NAttribute const& attribute, std::wstring c
 
 }  // namespace
 
-NAssignment ParseAssignment(NDocument const& document, std::wstring const& text) {
+NAssignment ParseAssignment(data::document::NDocument const& document, std::wstring const& text) {
   bool hasNode = false;
   for (auto equals = text.find(L'='); equals != std::wstring::npos;
        equals = text.find(L'=', equals + 1)) {

@@ -4,10 +4,10 @@
 #include <stdexcept>
 #include <string>
 
-#include "app/scene/NDocument.h"
 #include "corvanta/core/attribute/NAttribute.h"
 #include "corvanta/core/node/NNode.h"
 #include "corvanta/core/variant/NVariant.h"
+#include "corvanta/data/document/NDocument.h"
 
 namespace corvanta::app {
 
@@ -30,6 +30,6 @@ struct NAssignment {
 /// the attribute.
 /// Fails: throws NAssignmentError for an unknown name and for a value that isn't of the
 /// attribute's kind, or is a number that no float can hold; "inf" and "nan" can be set.
-NAssignment ParseAssignment(NDocument const& document, std::wstring const& text);
+NAssignment ParseAssignment(data::document::NDocument const& document, std::wstring const& text);
 
 }  // namespace corvanta::app

@@ -6,18 +6,18 @@
 #include <numbers>
 #include <random>
 
-#include "app/import/NAnimations.h"
-#include "app/import/angles.h"
-#include "app/import/import.h"
-#include "app/import/keys.h"
+#include "corvanta/importer/animation/NAnimations.h"
+#include "corvanta/importer/animation/angles.h"
+#include "corvanta/importer/animation/keys.h"
+#include "corvanta/importer/import.h"
 #include "tests/app/neutral_scene.h"
 #include "tests/app/program.h"
 
 namespace corvanta::app_tests {
 namespace {
 
-using app::NDocument;
-using app::NTurnKeys;
+using data::document::NDocument;
+using importer::NTurnKeys;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -69,7 +69,7 @@ Turn At(NTurnKeys const& keys, double time) {
 
 // The largest way from the arcs, at many times, and no angle goes by half a turn at once.
 void ExpectOnArcs(NTurnKeys const& keys) {
-  app::NEffort effort;
+  importer::NEffort effort;
   auto const angles = ToAngles(keys, {0, 0, 0}, effort);
   ASSERT_EQ(angles.back().time, keys.back().time);
   for (std::size_t i = 1; i != angles.size(); ++i) {
@@ -81,7 +81,7 @@ void ExpectOnArcs(NTurnKeys const& keys) {
       for (std::size_t k = 0; k != 3; ++k) {
         between[k] = angles[i - 1].values[k] * (1 - t) + angles[i].values[k] * t;
       }
-      ASSERT_LT(DegreesBetween(FromAngles(between), At(keys, time)), 1.2 * app::kTurnTolerance)
+      ASSERT_LT(DegreesBetween(FromAngles(between), At(keys, time)), 1.2 * importer::kTurnTolerance)
           << "at " << time;
     }
     for (std::size_t k = 0; k != 3; ++k) {
@@ -127,7 +127,7 @@ TEST(AnglesTest, WholeTurnsAddUp) {
       if (i % 3 == 1) turn = {-turn[0], -turn[1], -turn[2], -turn[3]};
       keys.push_back({static_cast<double>(i), turn});
     }
-    app::NEffort effort;
+    importer::NEffort effort;
     auto const angles = ToAngles(keys, {0, 0, 0}, effort);
     for (auto const& [time, values] : angles) {
       for (std::size_t k = 0; k != 3; ++k) {
@@ -143,8 +143,8 @@ TEST(KeysTest, WhatCanNotBeUsedGoesAndTheRestIsPutInOrder) {
   neutral::NTripleKey const keys[] = {{0, {1, 0, 0}},   {100, {3, 0, 0}}, {50, {2, 0, 0}},
                                       {kNaN, {}},       {1e300, {}},      {60, {inf, 0, 0}},
                                       {100, {9, 0, 0}}, {100, {4, 0, 0}}};
-  app::NKeyFaults faults;
-  auto const read = app::ReadKeys(keys, 100.0, 10.0, faults);
+  importer::NKeyFaults faults;
+  auto const read = importer::ReadKeys(keys, 100.0, 10.0, faults);
   EXPECT_EQ(faults.unusable, 3u);
   EXPECT_EQ(faults.unsorted, 1u);
   std::vector<double> times;
@@ -155,14 +155,14 @@ TEST(KeysTest, WhatCanNotBeUsedGoesAndTheRestIsPutInOrder) {
   }
   // Of three at one time the first holds until just before, and the last from there on; it keeps
   // its own time where something linear begins.
-  double const jump = 10 - app::GetTimeTolerance(10);
+  double const jump = 10 - importer::GetTimeTolerance(10);
   EXPECT_THAT(times, ElementsAre(0, 5, std::nextafter(jump, 0.0), jump));
   EXPECT_THAT(values, ElementsAre(1, 2, 3, 4));
   neutral::NTripleKey const slope[] = {{0, {}}, {1, {}}, {1, {4, 0, 0}}, {2, {5, 0, 0}}};
-  EXPECT_EQ(app::ReadKeys(slope, 1, 1, faults)[3].time, 1);
+  EXPECT_EQ(importer::ReadKeys(slope, 1, 1, faults)[3].time, 1);
 
   neutral::NTurnKey const turns[] = {{0, {0, 0, 0, 2}}, {1, {0, 0, 0, 0}}};
-  EXPECT_THAT(app::ReadKeys(turns, 1, 1, faults)[0].values, ElementsAre(0, 0, 0, 1));
+  EXPECT_THAT(importer::ReadKeys(turns, 1, 1, faults)[0].values, ElementsAre(0, 0, 0, 1));
   EXPECT_EQ(faults.unusable, 4u);
 }
 
@@ -204,8 +204,9 @@ TEST(AnimationsTest, RangesAreWholeFramesAndTimesAreSeconds) {
     MakeAnimation(writer, row.ticksPerSecond, row.duration, {"n"}, row.times);
   }
   Built world(writer);
-  world.hierarchy.Build(*world.tree);
-  app::NAnimations const built(world.document, world.scene, world.hierarchy, *world.tree);
+  world.hierarchy.Build(*world.tree, world.effort);
+  importer::NAnimations const built(world.target, world.scene, world.hierarchy, *world.tree,
+                                    world.effort);
   EXPECT_THAT(built.GetNotes(), IsEmpty());
   for (std::size_t i = 0; i != std::size(rows); ++i) {
     SCOPED_TRACE(rows[i].name);
@@ -225,8 +226,9 @@ TEST(AnimationsTest, BadPartsAreNotedAndLeftOut) {
   MakeAnimation(writer, 25, 1, {"n"}, {kNaN});
   MakeAnimation(writer, 25, 2, {"nobody", "n", "n", "else"}, {0, 2, 1});
   Built world(writer);
-  world.hierarchy.Build(*world.tree);
-  app::NAnimations const built(world.document, world.scene, world.hierarchy, *world.tree);
+  world.hierarchy.Build(*world.tree, world.effort);
+  importer::NAnimations const built(world.target, world.scene, world.hierarchy, *world.tree,
+                                    world.effort);
   // They keep their numbers.
   ASSERT_EQ(built.GetNodes().size(), 3u);
   EXPECT_TRUE(built.GetNodes()[0]->GetAnimations().empty());
@@ -254,7 +256,7 @@ TEST(AnimationsTest, ItemsTurnAsTheFileSays) {
   files.Write("turn.gltf", AddAnimation(MakeGltf({Triangle()}, {{{"name", "n"}, {"mesh", 0}}}),
                                         "turn", {channel}));
   NDocument document;
-  auto const model = app::ImportModel(document, (files.GetFolder() / "turn.gltf").string());
+  auto const model = importer::ImportModel(document, (files.GetFolder() / "turn.gltf").string());
   auto const& node = *model.animations.at(0);
   EXPECT_EQ(node.GetAnimations().size(), 9u);
   for (int i = 0; i <= 30; ++i) {
@@ -266,7 +268,8 @@ TEST(AnimationsTest, ItemsTurnAsTheFileSays) {
     VX_Math::Vec3 point;
     model.tree->GetRoot()->GetTransform().MultVecMatrix({1, 2, -2}, point);
     for (int k = 0; k != 3; ++k) {
-      EXPECT_NEAR(point[k], image[static_cast<std::size_t>(k)], 3 * kDegree * app::kTurnTolerance)
+      EXPECT_NEAR(point[k], image[static_cast<std::size_t>(k)],
+                  3 * kDegree * importer::kTurnTolerance)
           << seconds;
     }
   }
@@ -287,7 +290,7 @@ TEST(AnimationsTest, ACameraLooksWhereItsNodesTurnIt) {
                      {{{"type", "perspective"}, {"perspective", {{"yfov", 1.0}, {"znear", 1}}}}}}}),
           "turn", {{1, "rotation", {0, 1, 2}, {0, 0, 0, 1, 0, half, 0, half, 0, 1, 0, 0}}}));
   NDocument document;
-  auto const model = app::ImportModel(document, (files.GetFolder() / "eye.gltf").string());
+  auto const model = importer::ImportModel(document, (files.GetFolder() / "eye.gltf").string());
   auto const& eye = *model.cameras.at(0);
   double const distance = 5.0 - eye.GetInterestZ();
   auto const& node = *model.animations.at(0);

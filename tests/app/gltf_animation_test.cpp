@@ -7,13 +7,13 @@
 #include <map>
 #include <numbers>
 
-#include "app/import/NImportError.h"
-#include "app/import/angles.h"
-#include "app/import/import.h"
-#include "app/import/reader/NGltfFile.h"
 #include "app/play/NPlayback.h"
 #include "app/play/NTimeLinePlayer.h"
 #include "corvanta/core/text/convert.h"
+#include "corvanta/importer/NImportError.h"
+#include "corvanta/importer/animation/angles.h"
+#include "corvanta/importer/import.h"
+#include "corvanta/importer/reader/NGltfFile.h"
 #include "tests/app/neutral_scene.h"
 #include "tests/app/program.h"
 
@@ -46,7 +46,7 @@ class Played {
  public:
   explicit Played(std::string const& gltf) {
     m_files.Write("model.gltf", gltf);
-    m_model = app::ImportModel(m_document, (m_files.GetFolder() / "model.gltf").string());
+    m_model = importer::ImportModel(m_document, (m_files.GetFolder() / "model.gltf").string());
     for (auto const& [context, curve] : GetNode().GetAnimations()) {
       auto const host = context.target->GetTarget();
       auto const name = core::text::ToNarrow(dynamic_cast<data::domain::NNode&>(*host).GetName());
@@ -65,8 +65,8 @@ class Played {
 
  private:
   support::TemporaryFiles const m_files;
-  app::NDocument m_document;
-  app::NImportedModel m_model;
+  data::document::NDocument m_document;
+  importer::NImportedModel m_model;
   std::map<std::string, boost::intrusive_ptr<core::attribute::NAttributeHost>> m_hosts;
 };
 
@@ -98,8 +98,9 @@ TEST(GltfAnimationTest, AStepFiresInTheFrameOfItsTime) {
     files.Write("model.gltf", AddAnimation(PartGltf(), "steps", {channel}));
     for (int const rate : {10, 24, 25, 30, 50, 60}) {
       for (bool const isReverse : {false, true}) {
-        app::NDocument document;
-        auto const model = app::ImportModel(document, (files.GetFolder() / "model.gltf").string());
+        data::document::NDocument document;
+        auto const model =
+            importer::ImportModel(document, (files.GetFolder() / "model.gltf").string());
         app::NTimeLinePlayer player(*model.animations.at(0), isReverse, false);
         app::NPlayback playback(document, player, {static_cast<double>(rate), {}, false});
         int lateCount = 0;
@@ -138,7 +139,7 @@ TEST(GltfAnimationTest, SplinesBendAsTheirTangentsSay) {
     EXPECT_NEAR(played.At(seconds, "part", L"translation.y"), 4 * out - 2 * in, 3e-3);
     // Half the angle has the tangent of the quaternion's parts.
     double const turn = 2 * std::atan2(half * toB, 1 - toB + half * toB) * 180 / std::numbers::pi;
-    EXPECT_NEAR(played.At(seconds, "part", L"rotation.y"), turn, 2 * app::kTurnTolerance);
+    EXPECT_NEAR(played.At(seconds, "part", L"rotation.y"), turn, 2 * importer::kTurnTolerance);
   }
 }
 
@@ -204,8 +205,8 @@ TEST(GltfAnimationTest, ReadsIntegersAsFractions) {
   support::TemporaryFiles const files;
   files.Write("its turns.bin", bytes);
   files.Write("model.gltf", file.dump());
-  app::NDocument document;
-  auto const model = app::ImportModel(document, (files.GetFolder() / "model.gltf").string());
+  data::document::NDocument document;
+  auto const model = importer::ImportModel(document, (files.GetFolder() / "model.gltf").string());
   auto& node = *model.animations.at(0);
   node.SetFrame(node.GetFps() / 2);
   EXPECT_NEAR(model.tree->GetRoot()->GetRotationY(), 45, 0.01);
@@ -213,7 +214,7 @@ TEST(GltfAnimationTest, ReadsIntegersAsFractions) {
   file["buffers"][buffer].erase("uri");
   files.Write("model.glb", ToGlb(file, bytes));
   PlainOpener opener;
-  app::reader::NGltfFile binary(opener, files.GetFolder() / "model.glb");
+  importer::reader::NGltfFile binary(opener, files.GetFolder() / "model.glb");
   EXPECT_THAT(binary.ReadAccessor(times, 1), ElementsAre(0, 1));
   EXPECT_NEAR(binary.ReadAccessor(times + 1, 4)[5], 0.7071, 1e-4);
   EXPECT_ANY_THROW(binary.ReadAccessor(times + 1, 3));
@@ -266,8 +267,8 @@ TEST(GltfAnimationTest, ReadsSparseAndBufferlessAccessors) {
   }
   support::TemporaryFiles const glb;
   glb.Write("model.glb", ToGlb(binary, bytes));
-  app::NDocument document;
-  auto const model = app::ImportModel(document, (glb.GetFolder() / "model.glb").string());
+  data::document::NDocument document;
+  auto const model = importer::ImportModel(document, (glb.GetFolder() / "model.glb").string());
   EXPECT_THAT(model.notes, testing::IsEmpty());
   EXPECT_EQ(model.animations.at(0)->GetAnimations().size(), 18u);
 
@@ -284,9 +285,10 @@ TEST(GltfAnimationTest, ReadsSparseAndBufferlessAccessors) {
     support::TemporaryFiles const files;
     files.Write("model.gltf", file.dump());
     PlainOpener opener;
-    app::reader::NGltfFile read(opener, files.GetFolder() / "model.gltf");
+    importer::reader::NGltfFile read(opener, files.GetFolder() / "model.gltf");
     EXPECT_ANY_THROW(read.ReadAccessor(samplers[0]["output"].get<std::size_t>(), 3)) << key;
-    EXPECT_THROW(Played(file.dump()), app::NImportError) << key << ": the other reader would crash";
+    EXPECT_THROW(Played(file.dump()), importer::NImportError)
+        << key << ": the other reader would crash";
     of(0)["sparse"] = good;
   }
   of(1)["count"] = 1'000'000'000'000;

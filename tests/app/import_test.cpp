@@ -1,4 +1,4 @@
-#include "app/import/import.h"
+#include "corvanta/importer/import.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,7 +9,6 @@
 #include <limits>
 #include <numbers>
 
-#include "app/import/mesh.h"
 #include "app/scene/walk.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
 #include "corvanta/data/domain/scenegraph/NSceneGraphPath.h"
@@ -19,6 +18,7 @@
 #include "corvanta/data/domain/scenegraph/item/view.h"
 #include "corvanta/data/domain/scenegraph/transform.h"
 #include "corvanta/data/resource/image/NImage.h"
+#include "corvanta/importer/mesh.h"
 #include "tests/app/neutral_scene.h"
 #include "tests/app/program.h"
 
@@ -27,9 +27,9 @@ namespace {
 
 namespace domain = data::domain;
 namespace item = data::domain::scenegraph::item;
-using app::ImportModel;
-using app::NDocument;
-using app::NImportedModel;
+using data::document::NDocument;
+using importer::ImportModel;
+using importer::NImportedModel;
 using nlohmann::json;
 using support::TemporaryFiles;
 using testing::ElementsAre;
@@ -128,7 +128,7 @@ TEST_F(ImportTest, EveryNormalHasLengthOne) {
     writer.Get<neutral::NMesh>().push_back(mesh);
     auto const block = MakeBlock(writer);
     auto const surface =
-        app::CreateSurface(neutral::NSceneView(std::as_bytes(std::span(block))), mesh);
+        importer::CreateSurface(neutral::NSceneView(std::as_bytes(std::span(block))), mesh);
     auto const& normals = surface->GetNormals();
     EXPECT_THAT((std::array{normals[0].x, normals[0].y, normals[0].z}),
                 testing::Pointwise(testing::FloatEq(), row.expected));
@@ -342,7 +342,7 @@ double BuildWide(unsigned count) {
   for (unsigned i = 0; i != count; ++i) AddNode(writer, "child");
   Built built(writer);
   auto const start = std::chrono::steady_clock::now();
-  built.hierarchy.Build(*built.tree);
+  built.hierarchy.Build(*built.tree, built.effort);
   unsigned visits = 0;
   app::WalkTree(*built.tree, [&](app::NVisit const&) { ++visits; });
   EXPECT_EQ(visits, count + 1);

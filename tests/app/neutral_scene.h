@@ -7,17 +7,17 @@
 #include <string>
 #include <vector>
 
-#include "app/import/NHierarchy.h"
-#include "app/import/neutral/NSceneView.h"
-#include "app/import/neutral/NSceneWriter.h"
-#include "app/import/reader/NFileOpener.h"
+#include "corvanta/importer/NHierarchy.h"
+#include "corvanta/importer/neutral/NSceneView.h"
+#include "corvanta/importer/neutral/NSceneWriter.h"
+#include "corvanta/importer/reader/NFileOpener.h"
 
 namespace corvanta::app_tests {
 
-namespace neutral = app::neutral;
+namespace neutral = importer::neutral;
 
 /// Opens what there is.
-class PlainOpener : public app::reader::NFileOpener {
+class PlainOpener : public importer::reader::NFileOpener {
  public:
   int Open(std::string const& path) override { return open(path.c_str(), O_RDONLY | O_CLOEXEC); }
 };
@@ -44,10 +44,12 @@ struct Built {
 
   std::vector<std::uint64_t> const block;
   neutral::NSceneView const scene{std::as_bytes(std::span(block))};
-  app::NDocument document{};
-  app::NPictures pictures{document, scene, "."};
-  app::NMaterials materials{document, scene, pictures};
-  app::NHierarchy hierarchy{document, scene, materials};
+  data::document::NDocument document{};
+  importer::NImportTarget target{document};
+  importer::NEffort effort{};
+  importer::NPictures pictures{target, scene, "."};
+  importer::NMaterials materials{target, scene, pictures};
+  importer::NHierarchy hierarchy{target, scene, materials};
   boost::intrusive_ptr<data::domain::scenegraph::tree::NSceneGraphTreeNode> const tree =
       document.GetTrees().CreateNode(core::node::NNodeID());
 };

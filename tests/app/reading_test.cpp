@@ -11,15 +11,16 @@
 #include <fstream>
 #include <functional>
 
-#include "app/import/NAnimations.h"
-#include "app/import/NEffort.h"
-#include "app/import/NImportError.h"
-#include "app/import/NModelFolder.h"
-#include "app/import/angles.h"
-#include "app/import/camera_curves.h"
-#include "app/import/import.h"
-#include "app/import/limits.h"
-#include "app/import/reader/check.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
+#include "corvanta/importer/NImportError.h"
+#include "corvanta/importer/animation/NAnimations.h"
+#include "corvanta/importer/animation/NEffort.h"
+#include "corvanta/importer/animation/angles.h"
+#include "corvanta/importer/animation/camera_curves.h"
+#include "corvanta/importer/import.h"
+#include "corvanta/importer/limits.h"
+#include "corvanta/importer/process/NModelFolder.h"
+#include "corvanta/importer/reader/check.h"
 #include "tests/app/neutral_scene.h"
 #include "tests/app/program.h"
 
@@ -27,8 +28,8 @@ namespace corvanta::app_tests {
 namespace {
 
 namespace fs = std::filesystem;
-using app::NDocument;
-using app::NImportError;
+using data::document::NDocument;
+using importer::NImportError;
 using nlohmann::json;
 using support::TemporaryFiles;
 using testing::HasSubstr;
@@ -96,7 +97,7 @@ TEST(ReadingTest, AModelMayNameRegularFilesInItsFolderBelowItAndInItsParents) {
   fs::create_symlink("../beside/other.bin", top / "model/away.bin");
   fs::create_symlink("/dev/zero", top / "model/zero.bin");
   fs::create_symlink("../model/a.gltf", top / "beside/a.gltf");
-  app::NModelFolder const folder((top / "model/a.gltf").string());
+  importer::NModelFolder const folder((top / "model/a.gltf").string());
   for (auto const& [name, isOpened] :
        std::vector<std::pair<std::string, bool>>{{"a.gltf", true},
                                                  {"own.bin", true},
@@ -116,7 +117,7 @@ TEST(ReadingTest, AModelMayNameRegularFilesInItsFolderBelowItAndInItsParents) {
     EXPECT_FALSE(folder.Open(name)) << name;
   }
   // By a link, what lies beside the link and beside the model.
-  app::NModelFolder const linked((top / "beside/a.gltf").string());
+  importer::NModelFolder const linked((top / "beside/a.gltf").string());
   for (char const* const name : {"beside/a.gltf", "beside/other.bin", "model/own.bin"}) {
     EXPECT_TRUE(linked.Open((top / name).string())) << name;
   }
@@ -179,7 +180,7 @@ TEST(ReadingTest, AReaderThatFailsIsToldAndLeavesNothing) {
     fs::permissions(files.GetFolder() / name, fs::perms::owner_all);
     return path.ToString();
   };
-  app::NImportLimits const limits = app::GetImportLimits();
+  importer::NImportLimits const limits = importer::GetImportLimits();
   struct Row {
     std::wstring program;
     char const* reason;
@@ -190,19 +191,47 @@ TEST(ReadingTest, AReaderThatFailsIsToldAndLeavesNothing) {
         Row{script("exec sleep 1000"), "longer than 0.3 s"}, Row{script("exit 3"), "status 3"},
         Row{script("kill -SEGV $$"), "signal 11"}, Row{script("echo done >&3"), "gave no scene"}}) {
     SCOPED_TRACE(row.reason);
-    app::SetReaderProgram(row.program);
-    app::SetImportLimits({limits.memory, std::chrono::milliseconds(300)});
+    importer::SetReaderProgram(row.program);
+    importer::SetImportLimits({limits.memory, std::chrono::milliseconds(300)});
     NDocument document;
-    EXPECT_THAT(GetReason([&] { app::ImportModel(document, good); }), HasSubstr(row.reason));
+    EXPECT_THAT(GetReason([&] { importer::ImportModel(document, good); }), HasSubstr(row.reason));
     EXPECT_EQ(document.GetTrees().GetNodeCount(), 0u);
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
     EXPECT_EQ(errno, ECHILD);
   }
-  app::SetReaderProgram(L"");
-  app::SetImportLimits(limits);
+  importer::SetReaderProgram(L"");
+  importer::SetImportLimits(limits);
   NDocument document;
-  app::ImportModel(document, good);
+  importer::ImportModel(document, good);
   EXPECT_EQ(document.GetTrees().GetNodeCount(), 1u);
+}
+
+// More cameras than a file may have at their depth, which shows while its items are made.
+TEST(ReadingTest, AModelThatIsRefusedLateLeavesNothing) {
+  constexpr int kCount = 7'200;
+  json nodes = json::array({{{"mesh", 0}, {"children", {1}}}});
+  for (int i = 1; i != kCount; ++i) nodes.push_back({{"children", {i + 1}}});
+  json cameras = json::array();
+  for (int i = 1; i <= kCount; ++i) cameras.push_back(kCount + i);
+  nodes.push_back({{"children", cameras}});
+  for (int i = 1; i <= kCount; ++i) nodes.push_back({{"camera", 0}});
+  TemporaryFiles const files;
+  files.Write(
+      "deep.gltf",
+      MakeGltf({Triangle()}, nodes,
+               {{"cameras",
+                 {{{"type", "perspective"}, {"perspective", {{"yfov", 1}, {"znear", 1}}}}}}}));
+  NDocument document;
+  auto const kept =
+      document.GetItems().CreateNode<data::domain::scenegraph::item::NSceneGraphGroupNode>();
+  EXPECT_THAT(GetReason([&] {
+                importer::ImportModel(document, (files.GetFolder() / "deep.gltf").string());
+              }),
+              HasSubstr("transforms"));
+  for (auto const& domain : document) {
+    EXPECT_EQ(domain->GetNodeCount(), domain.get() == &document.GetItems() ? 1u : 0u)
+        << domain->GetType();
+  }
 }
 
 // A triangle with all that it can have, below a root.
@@ -230,12 +259,12 @@ std::unique_ptr<aiScene> MakeScene() {
 
 // What is wrong is put right again before the scene is taken down.
 TEST(ReadingTest, NothingOfAReadersSceneIsTrusted) {
-  EXPECT_EQ(GetReason([] { app::reader::CheckScene(*MakeScene()); }), "");
+  EXPECT_EQ(GetReason([] { importer::reader::CheckScene(*MakeScene()); }), "");
   auto const refused = [](auto aiMesh::*member, auto value, char const* reason) {
     auto const scene = MakeScene();
     auto& place = (*scene->mMeshes[0]).*member;
     auto const before = std::exchange(place, value);
-    EXPECT_THAT(GetReason([&] { app::reader::CheckScene(*scene); }), HasSubstr(reason));
+    EXPECT_THAT(GetReason([&] { importer::reader::CheckScene(*scene); }), HasSubstr(reason));
     place = before;
   };
   refused(&aiMesh::mVertices, nullptr, "vertices");
@@ -249,7 +278,7 @@ TEST(ReadingTest, NothingOfAReadersSceneIsTrusted) {
   auto const spoilt = [](auto const& spoil, auto const& mend, char const* reason) {
     auto const scene = MakeScene();
     spoil(*scene);
-    EXPECT_THAT(GetReason([&] { app::reader::CheckScene(*scene); }), HasSubstr(reason));
+    EXPECT_THAT(GetReason([&] { importer::reader::CheckScene(*scene); }), HasSubstr(reason));
     mend(*scene);
   };
   aiNode* child = nullptr;
@@ -323,12 +352,14 @@ TEST(ReadingTest, ADamagedBlockIsRefusedOrHarmless) {
       try {
         neutral::NSceneView const scene(std::as_bytes(std::span(block)));
         NDocument document;
-        app::NPictures pictures(document, scene, files.GetFolder());
-        app::NMaterials materials(document, scene, pictures);
-        app::NHierarchy hierarchy(document, scene, materials);
+        importer::NImportTarget target(document);
+        importer::NEffort effort;
+        importer::NPictures pictures(target, scene, files.GetFolder());
+        importer::NMaterials materials(target, scene, pictures);
+        importer::NHierarchy hierarchy(target, scene, materials);
         auto const tree = document.GetTrees().CreateNode(core::node::NNodeID());
-        hierarchy.Build(*tree);
-        app::NAnimations const animations(document, scene, hierarchy, *tree);
+        hierarchy.Build(*tree, effort);
+        importer::NAnimations const animations(target, scene, hierarchy, *tree, effort);
         ++builtCount;
       } catch (NImportError const&) {
         ++refusedCount;
@@ -350,11 +381,13 @@ TEST(ReadingTest, WhatAFileMakesOfCamerasAndKeysIsLimited) {
   deep.Get<neutral::NCamera>().push_back({{}, {}, {0, 0, -1}, {0, 1, 0}, 1, 1, 0});
   deep.Get<neutral::NNode>().back().cameras = deep.Add(std::vector<std::uint32_t>(kDepth));
   Built built(deep);
-  EXPECT_THAT(GetReason([&] { built.hierarchy.Build(*built.tree); }), HasSubstr("transforms"));
+  EXPECT_THAT(GetReason([&] { built.hierarchy.Build(*built.tree, built.effort); }),
+              HasSubstr("transforms"));
 
-  app::NTurnKeys const turns{{0, {0, 0, 0, 1}}, {9, {0.6, 0.48, 0.64, 0}}};
-  app::NEffort effort(10, 100);
-  EXPECT_THAT(GetReason([&] { app::ToAngles(turns, {}, effort); }), HasSubstr("more than 10 keys"));
+  importer::NTurnKeys const turns{{0, {0, 0, 0, 1}}, {9, {0.6, 0.48, 0.64, 0}}};
+  importer::NEffort effort(10, 100);
+  EXPECT_THAT(GetReason([&] { importer::ToAngles(turns, {}, effort); }),
+              HasSubstr("more than 10 keys"));
   NDocument document;
   auto const camera =
       document.GetItems().CreateNode<data::domain::scenegraph::item::NSceneGraphCameraNode>(
@@ -364,19 +397,20 @@ TEST(ReadingTest, WhatAFileMakesOfCamerasAndKeysIsLimited) {
       core::node::NNodeReference<data::domain::scenegraph::item::NSceneGraphItemNode>(*camera));
   camera->SetInterestZ(-1);
   auto const animation = document.GetAnimations().CreateNode(core::node::NNodeID());
-  for (auto const& [limited, reason] : std::vector<std::pair<app::NEffort, char const*>>{
-           {app::NEffort(100, 1'000'000), "keys"}, {app::NEffort(1'000, 100), "transforms"}}) {
-    app::NEffort own = limited;
-    app::NCurvesByItem curves;
+  for (auto const& [limited, reason] : std::vector<std::pair<importer::NEffort, char const*>>{
+           {importer::NEffort(100, 1'000'000), "keys"},
+           {importer::NEffort(1'000, 100), "transforms"}}) {
+    importer::NEffort own = limited;
+    importer::NCurvesByItem curves;
     auto& entry = *curves.Add(*camera);
     entry.curves[1] =
-        app::AddCurves(*animation, entry.target, {L"rotation.x", L"rotation.y", L"rotation.z"},
-                       {{0, {0, 0, 0}}, {9, {170, 0, 0}}});
-    EXPECT_THAT(
-        GetReason([&] {
-          app::AddCameraCurves(*animation, *tree, {camera, {0, 0, -1}, {0, 1, 0}}, curves, own);
-        }),
-        HasSubstr(reason));
+        importer::AddCurves(*animation, entry.target, {L"rotation.x", L"rotation.y", L"rotation.z"},
+                            {{0, {0, 0, 0}}, {9, {170, 0, 0}}});
+    EXPECT_THAT(GetReason([&] {
+                  importer::AddCameraCurves(*animation, *tree, {camera, {0, 0, -1}, {0, 1, 0}},
+                                            curves, own);
+                }),
+                HasSubstr(reason));
   }
 }
 

@@ -1,5 +1,5 @@
-# cmake -D PROGRAM=... -D EXPECTED=... -D PRINTED=... -P compare.cmake
-execute_process(COMMAND ${PROGRAM} RESULT_VARIABLE status OUTPUT_FILE ${PRINTED} ERROR_VARIABLE errors)
+# cmake -D PROGRAM=... -D ARGUMENTS=... -D EXPECTED=... -D PRINTED=... -P compare.cmake
+execute_process(COMMAND ${PROGRAM} ${ARGUMENTS} RESULT_VARIABLE status OUTPUT_FILE ${PRINTED} ERROR_VARIABLE errors)
 if(NOT status EQUAL 0 OR NOT errors STREQUAL "")
   message(FATAL_ERROR "${PROGRAM}: ${status}\n${errors}")
 endif()

@@ -60,6 +60,8 @@ NDocument::NDocument()
 
 NDocument::~NDocument() { internal::Uninitialize(m_manager); }
 
+void NDocument::Keep(std::shared_ptr<void const> object) { m_kept.push_back(std::move(object)); }
+
 NDocument::Nodes NDocument::QueryNodes(std::wstring const& name) const {
   Nodes nodes;
   for (auto const& domain : m_domains) {

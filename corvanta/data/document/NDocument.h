@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/intrusive_ptr.hpp>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -75,10 +76,15 @@ class CORVANTA_API NDocument {
   /// The nodes of that name, one of each domain at most, in the order of GetDomains.
   Nodes QueryNodes(std::wstring const& name) const;
 
+  /// Keeps `object` as long as this document lives: what its nodes rely on outside of it, such as a
+  /// temporary file that an image node names.
+  void Keep(std::shared_ptr<void const> object);
+
  private:
   template <class Domain, class... Multiplexers>
   boost::intrusive_ptr<Domain> Make(Multiplexers&... multiplexers);
 
+  std::vector<std::shared_ptr<void const>> m_kept;  // beyond the nodes
   core::domain::NDomainManager m_manager;
   boost::intrusive_ptr<events::NEventMultiplexer> const m_events;
   Domains m_domains;

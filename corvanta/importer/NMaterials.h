@@ -1,0 +1,32 @@
+#pragma once
+
+#include <boost/intrusive_ptr.hpp>
+#include <cstddef>
+#include <vector>
+
+#include "corvanta/data/domain/material/NMaterialNode.h"
+#include "corvanta/export.h"
+#include "corvanta/importer/NImportTarget.h"
+#include "corvanta/importer/NPictures.h"
+#include "corvanta/importer/neutral/NSceneView.h"
+
+namespace corvanta::importer {
+
+/// The material nodes of a model file, with their textures. Only those that are asked for are made.
+class CORVANTA_API NMaterials {
+ public:
+  NMaterials(NImportTarget& target, neutral::NSceneView const& scene, NPictures& pictures);
+
+  /// The node of the file's material `index`; made at the first call.
+  boost::intrusive_ptr<data::domain::material::NMaterialNode> GetMaterial(std::size_t index);
+
+ private:
+  void AddTextures(neutral::NMaterial const& source, data::domain::material::NMaterialNode& node);
+
+  NImportTarget& m_target;
+  neutral::NSceneView const& m_scene;
+  NPictures& m_pictures;
+  std::vector<boost::intrusive_ptr<data::domain::material::NMaterialNode>> m_nodes;
+};
+
+}  // namespace corvanta::importer

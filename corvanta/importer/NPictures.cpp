@@ -1,0 +1,106 @@
+#include "corvanta/importer/NPictures.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <memory>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "corvanta/core/text/convert.h"
+#include "corvanta/importer/NTemporaryArchive.h"
+#include "corvanta/importer/escape.h"
+
+namespace corvanta::importer {
+
+namespace {
+
+namespace fs = std::filesystem;
+using core::text::ToNarrow;
+using core::text::ToWide;
+
+core::uri::NUri FileUri(fs::path const& path) {
+  return core::uri::NUri::CreateFileUri(core::uri::NPath(ToWide(path.string())));
+}
+
+bool IsFile(fs::path const& path) {
+  std::error_code ignored;
+  return fs::is_regular_file(path, ignored);
+}
+
+NTemporaryArchive::Entry MakeEntry(neutral::NSceneView const& scene,
+                                   neutral::NPicture const& picture, std::size_t number) {
+  // The format is judged by the name.
+  std::string extension = scene.GetString(picture.extension);
+  if (extension.empty() || !std::all_of(extension.begin(), extension.end(),
+                                        [](unsigned char c) { return std::isalnum(c) != 0; })) {
+    extension = "bin";
+  }
+  return {"picture" + std::to_string(number) + '.' + extension, scene.Get(picture.bytes)};
+}
+
+}  // namespace
+
+NPictures::NPictures(NImportTarget& target, neutral::NSceneView const& scene,
+                     fs::path const& folder)
+    : m_target(target),
+      m_scene(scene),
+      m_folder(folder),
+      m_images(scene.Get<neutral::NPicture>().size()) {
+  auto const pictures = scene.Get<neutral::NPicture>();
+  std::vector<NTemporaryArchive::Entry> entries;
+  std::vector<std::size_t> numbers;
+  for (std::size_t i = 0; i != pictures.size(); ++i) {
+    if (pictures[i].isEmbedded == 0) continue;
+    entries.push_back(MakeEntry(scene, pictures[i], i));
+    numbers.push_back(i);
+  }
+  if (entries.empty()) return;
+  auto archive = std::make_unique<NTemporaryArchive>(entries);
+  core::uri::NUri const uri = FileUri(archive->GetPath());
+  for (std::size_t i = 0; i != entries.size(); ++i) {
+    std::string const& entry = entries[i].name;
+    std::string const name = scene.GetString(pictures[numbers[i]].name);
+    m_embedded[numbers[i]] = {core::locator::NLocator(uri, core::uri::NPath(ToWide(entry))),
+                              ToWide(name.empty() ? fs::path(entry).stem().string() : name)};
+  }
+  target.SetArchive(std::move(archive));
+}
+
+boost::intrusive_ptr<data::domain::image::NImageNode> NPictures::GetImage(std::size_t number) {
+  if (auto const& known = m_images[number]) return known;
+  auto const embedded = m_embedded.find(number);
+  Place const place =
+      embedded != m_embedded.end()
+          ? embedded->second
+          : FindFile(m_scene.GetString(m_scene.Get<neutral::NPicture>()[number].name));
+  auto& node = m_nodes[place.locator];
+  if (!node) {
+    node = m_target.Create(m_target.GetDocument().GetImages());
+    node->SetName(place.name);
+    node->SetImageLocator(place.locator);
+  }
+  return m_images[number] = node;
+}
+
+// Files name pictures with either slash, escaped or not, and often by a path of another machine.
+NPictures::Place NPictures::FindFile(std::string const& name) {
+  std::string slashed = name;
+  std::replace(slashed.begin(), slashed.end(), '\\', '/');
+  std::string const plain = Unescape(slashed);
+  std::array<fs::path, 4> const candidates{m_folder / slashed, m_folder / plain,
+                                           m_folder / fs::path(slashed).filename(),
+                                           m_folder / fs::path(plain).filename()};
+  auto const found = std::find_if(candidates.begin(), candidates.end(), &IsFile);
+  fs::path const& path = found != candidates.end() ? *found : candidates.front();
+  if (found == candidates.end()) {
+    std::string note = "no such picture: " + path.string();
+    if (m_missing.insert(note).second) m_notes.push_back(std::move(note));
+  }
+  std::error_code error;
+  fs::path const whole = fs::absolute(path, error).lexically_normal();
+  return {core::locator::NLocator(FileUri(error ? path : whole)), ToWide(path.stem().string())};
+}
+
+}  // namespace corvanta::importer

@@ -1,0 +1,72 @@
+#include "corvanta/importer/import.h"
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <iterator>
+#include <set>
+
+#include "corvanta/core/text/convert.h"
+#include "corvanta/importer/NHierarchy.h"
+#include "corvanta/importer/NMaterials.h"
+#include "corvanta/importer/NPictures.h"
+#include "corvanta/importer/animation/NAnimations.h"
+#include "corvanta/importer/neutral/NSceneView.h"
+#include "corvanta/importer/process/NReadModel.h"
+
+namespace corvanta::importer {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double Milliseconds(Clock::time_point from, Clock::time_point to) {
+  return std::chrono::duration<double, std::milli>(to - from).count();
+}
+
+// Each once.
+void Append(std::vector<std::string>& notes, std::vector<std::string> const& more) {
+  std::set<std::string> known(notes.begin(), notes.end());
+  std::copy_if(more.begin(), more.end(), std::back_inserter(notes),
+               [&known](std::string const& note) { return known.insert(note).second; });
+}
+
+}  // namespace
+
+NImportedModel ImportModel(data::document::NDocument& document, std::string const& file) {
+  std::filesystem::path const path(file);
+  auto const start = Clock::now();
+  NReadModel const read(path, GetImportLimits());
+  neutral::NSceneView const scene(read.GetBlock());
+  auto const isRead = Clock::now();
+
+  NImportTarget target(document);
+  NPictures pictures(target, scene, path.parent_path());
+  NMaterials materials(target, scene, pictures);
+  NHierarchy hierarchy(target, scene, materials);
+  NImportedModel result;
+  result.file = file;
+  result.tree = target.Create(document.GetTrees());
+  result.tree->SetName(core::text::ToWide(path.stem().string()));
+  NEffort effort;
+  hierarchy.Build(*result.tree, effort);
+  NAnimations const animations(target, scene, hierarchy, *result.tree, effort);
+  for (auto const& [number, camera] : hierarchy.GetCameras()) result.cameras.push_back(camera);
+  result.animations = animations.GetNodes();
+  auto const isBuilt = Clock::now();
+
+  std::vector<std::string> readNotes;
+  for (neutral::NText const& note : scene.Get<neutral::NText>()) {
+    readNotes.push_back(scene.GetString(note));
+  }
+  Append(result.notes, readNotes);
+  Append(result.notes, pictures.GetNotes());
+  Append(result.notes, hierarchy.GetNotes());
+  Append(result.notes, animations.GetNotes());
+  result.readMilliseconds = Milliseconds(start, isRead);
+  target.Keep();
+  result.buildMilliseconds = Milliseconds(isRead, isBuilt);
+  return result;
+}
+
+}  // namespace corvanta::importer

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <boost/intrusive_ptr.hpp>
+#include <string>
+#include <vector>
+
+#include "corvanta/data/document/NDocument.h"
+#include "corvanta/data/domain/animation/NAnimationNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
+#include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
+#include "corvanta/export.h"
+
+namespace corvanta::importer {
+
+/// What became of a model file.
+struct NImportedModel {
+  std::string file;
+  boost::intrusive_ptr<data::domain::scenegraph::tree::NSceneGraphTreeNode> tree;
+  // In the file's order; a camera that stands at no node isn't there.
+  std::vector<boost::intrusive_ptr<data::domain::scenegraph::item::NSceneGraphCameraNode>> cameras;
+  // In the file's order, also those that move nothing.
+  std::vector<boost::intrusive_ptr<data::domain::animation::NAnimationNode>> animations;
+  std::vector<std::string> notes;  // what the file holds and the scene doesn't, in UTF-8
+  double readMilliseconds = 0.0;
+  double buildMilliseconds = 0.0;
+};
+
+/// Reads a model file, by a program of its own and within the limits of limits.h, and builds its
+/// scene as a tree of `document`, named after the file. Fails: throws NImportError, with no change,
+/// for a file that can't be used; std::runtime_error if its pictures can't be kept.
+CORVANTA_API NImportedModel ImportModel(data::document::NDocument& document,
+                                        std::string const& file);
+
+}  // namespace corvanta::importer

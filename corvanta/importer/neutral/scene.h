@@ -1,0 +1,161 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <tuple>
+#include <type_traits>
+
+/// What a model file holds, in one form for all readers: flat records that name each other by
+/// number, so that a scene can pass between processes as one block of bytes. NSceneWriter makes
+/// such a block, NSceneView checks and reads it.
+///
+/// Units: matrices are for row vectors, row after row; texture coordinates u, v, w; angles in
+/// radians; colours from 0 to 1.
+namespace corvanta::importer::neutral {
+
+/// Consecutive elements of the scene's one array of `T`.
+template <class T>
+struct NRange {
+  std::uint64_t first = 0;
+  std::uint64_t count = 0;
+};
+
+using NText = NRange<char>;  // UTF-8, as far as the file is
+using NTriple = std::array<float, 3>;
+using NTriangle = std::array<std::uint32_t, 3>;
+using NBytes = NRange<std::uint8_t>;
+using NNumbers = NRange<std::uint32_t>;
+
+/// The number of what isn't there.
+inline constexpr std::uint32_t kNone = 0xFFFFFFFF;
+/// How many nodes a scene may have together with the meshes, lights and cameras at them.
+inline constexpr std::size_t kMostItems = 2'000'000;
+inline constexpr std::size_t kMostUvSets = 8;
+
+/// The nodes stand level by level: behind the root its children, behind these the children of the
+/// first of them, and so on.
+struct NNode {
+  NText name;
+  std::array<float, 16> transform;
+  NNumbers meshes, lights, cameras;
+  std::uint64_t childCount;
+};
+
+struct NMesh {
+  NText name;
+  std::uint64_t material;
+  NRange<NTriple> positions;
+  NRange<NTriple> normals;  // none, or one a position
+  std::array<NRange<NTriple>, kMostUvSets> uvs;
+  std::uint64_t uvSetCount;
+  NRange<NTriangle> triangles;
+};
+
+template <class T>
+struct NMaybe {
+  T value;
+  std::uint32_t isSet;
+  void operator=(T const& v) {
+    value = v;
+    isSet = 1;
+  }
+};
+
+struct NTexture {
+  std::uint32_t use;  // an NTextureUse
+  std::uint32_t picture;
+  std::uint32_t uvSet;
+};
+
+struct NMaterial {
+  NText name;
+  NMaybe<NTriple> diffuse, ambient, specular, emissive;
+  NMaybe<float> shininess, opacity, bumpScale;
+  NRange<NTexture> textures;
+};
+
+/// A picture in the file itself has bytes and an extension that says how to decode them; the name
+/// of any other is the path by which the file calls it.
+struct NPicture {
+  NText name;
+  std::uint64_t isEmbedded;
+  NText extension;
+  NBytes bytes;
+};
+
+enum NLightKind : std::uint64_t { NLK_OTHER, NLK_DIRECTIONAL, NLK_POINT, NLK_SPOT };
+
+/// Position and direction are in the frame of its node.
+struct NLight {
+  NText name;
+  std::uint64_t kind;
+  NTriple position, direction, color;
+  float innerAngle, outerAngle;
+};
+
+struct NCamera {
+  NText name;
+  NTriple position, ahead, up;
+  float horizontalAngle;    // 0 where the file doesn't say
+  float aspect;             // 0 where the file doesn't say
+  float orthographicWidth;  // half of what is seen; 0 for a perspective
+};
+
+/// Keys are linear.
+/// Units: time in ticks of the animation.
+struct NTripleKey {
+  double time;
+  NTriple value;
+};
+struct NTurnKey {
+  double time;
+  std::array<float, 4> value;  // a quaternion, the vector part first
+};
+
+struct NChannel {
+  NText nodeName;
+  std::uint64_t node;  // kNone if the scene doesn't have it
+  NRange<NTripleKey> positions;
+  NRange<NTurnKey> rotations;
+  NRange<NTripleKey> scales;
+};
+
+struct NAnimation {
+  NText name;
+  double ticksPerSecond;  // 0 where the file doesn't say
+  double duration;        // ticks
+  NRange<NChannel> channels;
+  std::uint64_t meshChannelCount;    // those that change meshes, which aren't here
+  std::uint64_t unreadChannelCount;  // those that couldn't be read
+};
+
+/// Every kind of element that a scene has an array of.
+using NElements = std::tuple<char, std::uint8_t, std::uint32_t, NTriple, NTriangle, NTripleKey,
+                             NTurnKey, NTexture, NNode, NMesh, NMaterial, NPicture, NLight, NCamera,
+                             NChannel, NAnimation, NText>;
+
+template <class T, class... Kinds>
+constexpr std::size_t FindKind(std::tuple<Kinds...> const*) {
+  std::size_t number = 0;
+  (void)((std::is_same_v<T, Kinds> || (++number, false)) || ...);
+  return number;
+}
+/// The number of `T` among them.
+template <class T>
+inline constexpr std::size_t kKind = FindKind<T>(static_cast<NElements const*>(nullptr));
+
+/// The block begins with this; the arrays follow, each at a multiple of eight.
+struct NHeader {
+  static constexpr std::uint64_t kMark = 0x3165'6E65'6373'7663;  // "cvscene1"
+
+  struct Array {
+    std::uint64_t offset;  // bytes from the beginning
+    std::uint64_t count;
+  };
+
+  std::uint64_t mark = kMark;
+  std::array<Array, std::tuple_size_v<NElements>> arrays{};
+};
+
+}  // namespace corvanta::importer::neutral

@@ -1,0 +1,101 @@
+#include "corvanta/importer/reader/NAssimpFile.h"
+
+#include <assimp/postprocess.h>
+
+#include <algorithm>
+#include <assimp/DefaultLogger.hpp>
+#include <assimp/Importer.hpp>
+#include <assimp/LogStream.hpp>
+#include <boost/algorithm/string/case_conv.hpp>
+#include <exception>
+#include <optional>
+#include <utility>
+
+#include "corvanta/importer/NImportError.h"
+#include "corvanta/importer/reader/NFiles.h"
+#include "corvanta/importer/reader/check.h"
+#include "corvanta/importer/reader/gltf_nodes.h"
+
+namespace corvanta::importer::reader {
+
+namespace {
+
+constexpr std::size_t kMostNotes = 10;
+
+// Collects Assimp's warnings and errors while it lives. Assimp has one logger for the process.
+class NLog {
+ public:
+  explicit NLog(std::vector<std::string>& notes) {
+    Assimp::DefaultLogger::create(nullptr, Assimp::Logger::NORMAL, 0);
+    Assimp::DefaultLogger::get()->attachStream(new Stream(notes),
+                                               Assimp::Logger::Warn | Assimp::Logger::Err);
+  }
+  NLog(NLog const&) = delete;
+  NLog& operator=(NLog const&) = delete;
+  // The logger owns the stream.
+  ~NLog() { Assimp::DefaultLogger::kill(); }
+
+ private:
+  class Stream : public Assimp::LogStream {
+   public:
+    explicit Stream(std::vector<std::string>& notes) : m_notes(notes) {}
+
+    // A message is "Warn,  T0: text" and a line break.
+    void write(char const* message) override {
+      std::string text = message;
+      if (auto const colon = text.find(": "); colon != std::string::npos) text.erase(0, colon + 2);
+      while (!text.empty() && text.back() == '\n') text.pop_back();
+      if (std::find(m_notes.begin(), m_notes.end(), text) != m_notes.end()) return;
+      if (m_notes.size() < kMostNotes || IsAboutIndices(text)) m_notes.push_back(std::move(text));
+    }
+
+   private:
+    std::vector<std::string>& m_notes;
+  };
+};
+
+}  // namespace
+
+NAssimpFile::NAssimpFile(NFileOpener& opener, std::filesystem::path const& path)
+    : m_importer(std::make_unique<Assimp::Importer>()) {
+  Read(opener, path);
+}
+
+NAssimpFile::~NAssimpFile() = default;
+
+void NAssimpFile::ReadGltf(NFileOpener& opener, std::filesystem::path const& path) {
+  std::string extension = path.extension().string();
+  boost::algorithm::to_lower(extension);
+  if (extension != ".gltf" && extension != ".glb") return;
+  try {
+    m_gltf = std::make_unique<NGltfFile>(opener, path);
+  } catch (std::exception const& error) {
+    m_gltfFault = error.what();
+  }
+}
+
+NGltfFile* NAssimpFile::GetGltf() const {
+  if (!m_gltfFault.empty()) throw NImportError(m_gltfFault);
+  return m_gltf.get();
+}
+
+void NAssimpFile::Read(NFileOpener& opener, std::filesystem::path const& path) {
+  NLog const log(m_notes);
+  ReadGltf(opener, path);
+  if (m_gltf) CheckItemCount(m_gltf->GetRoot());
+  m_importer->SetIOHandler(  // the importer's own from here on
+      new NFiles(opener, path, m_gltf ? m_gltf->GetMended() : std::nullopt));
+  // Everything is checked before the steps of post-processing, which trust the indices.
+  bool const isRead = m_importer->ReadFile(path.string(), 0) != nullptr;
+  // Some readers drop or mend such a face, and only say so.
+  auto const complaint = std::find_if(m_notes.begin(), m_notes.end(), &IsAboutIndices);
+  if (complaint != m_notes.end()) throw NImportError("an index is out of range: " + *complaint);
+  if (!isRead) throw NImportError(m_importer->GetErrorString());
+  CheckScene(*m_importer->GetScene());
+
+  m_scene = m_importer->ApplyPostProcessing(aiProcess_Triangulate | aiProcess_GenUVCoords |
+                                            aiProcess_TransformUVCoords);
+  if (m_scene == nullptr) throw NImportError(m_importer->GetErrorString());
+}
+
+}  // namespace corvanta::importer::reader

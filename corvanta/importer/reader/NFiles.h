@@ -1,0 +1,51 @@
+#pragma once
+
+#include <assimp/IOStream.hpp>
+#include <assimp/IOSystem.hpp>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "corvanta/importer/reader/NFileOpener.h"
+
+namespace corvanta::importer::reader {
+
+struct NCloseFile {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using NFile = std::unique_ptr<std::FILE, NCloseFile>;
+
+/// Fails: null for a file that can't be opened.
+NFile OpenFile(NFileOpener& opener, std::string const& path);
+/// All bytes of a file. Fails: throws NImportError.
+std::string ReadFile(NFileOpener& opener, std::string const& path);
+
+/// What Assimp knows of the file system: files that an opener gives, to be read. A file that isn't
+/// there may be one that the model names in the manner of URIs. The model's own may have been
+/// mended.
+class NFiles : public Assimp::IOSystem {
+ public:
+  NFiles(NFileOpener& opener, std::filesystem::path const& model, std::optional<std::string> mended)
+      : m_opener(opener),
+        m_model(model.string()),
+        m_folder(model.parent_path().string()),
+        m_mended(std::move(mended)) {}
+
+  bool Exists(char const* path) const override { return Find(path) != nullptr; }
+  char getOsSeparator() const override { return '/'; }
+  Assimp::IOStream* Open(char const* path, char const* mode) override;
+  void Close(Assimp::IOStream* stream) override { delete stream; }
+
+ private:
+  NFile Find(std::string const& path) const;
+
+  NFileOpener& m_opener;
+  std::string const m_model;
+  std::string const m_folder;
+  std::optional<std::string> const m_mended;
+};
+
+}  // namespace corvanta::importer::reader

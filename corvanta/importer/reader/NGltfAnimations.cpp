@@ -1,0 +1,219 @@
+#include "corvanta/importer/reader/NGltfAnimations.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <exception>
+#include <map>
+#include <utility>
+
+#include "corvanta/importer/NImportError.h"
+
+namespace corvanta::importer::reader {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr double kMilliseconds = 1000.0;
+constexpr double kTolerance = 1e-4;   // of what a spline spans
+constexpr double kMostParts = 256.0;  // between two keys
+
+// A sampler of `N` numbers a key that is made linear.
+template <std::size_t N>
+class Sampler {
+ public:
+  using Values = std::array<double, N>;
+  using Keys = std::vector<std::pair<double, Values>>;  // seconds
+
+  Sampler(std::vector<float> const& times, std::vector<float> const& values, bool isCubic)
+      : m_times(times), m_values(values), m_isCubic(isCubic) {
+    if (times.empty() || values.size() != times.size() * N * (isCubic ? 3 : 1)) {
+      throw NImportError("a sampler whose times and values don't match");
+    }
+  }
+
+  Keys GetKeys(bool isStep) const {
+    Keys keys;
+    double const size = m_isCubic ? GetSize() : 0.0;
+    for (std::size_t i = 0; i != m_times.size(); ++i) {
+      if (i != 0 && isStep) keys.push_back({m_times[i], keys.back().second});
+      if (i != 0 && m_isCubic) AddParts(Span(*this, i), size, keys);
+      keys.push_back({m_times[i], Get(i)});
+    }
+    return keys;
+  }
+
+ private:
+  // The cubic between two keys, by Hermite's basis.
+  struct Span {
+    Span(Sampler const& sampler, std::size_t end)
+        : from(sampler.m_times[end - 1]),
+          length(sampler.m_times[end] - from),
+          a(sampler.Get(end - 1)),
+          b(sampler.Get(end)),
+          leaving(sampler.Get(end - 1, 1)),
+          arriving(sampler.Get(end, -1)) {
+      for (std::size_t k = 0; k != N; ++k) {
+        leaving[k] *= length;
+        arriving[k] *= length;
+      }
+    }
+
+    Values At(double u) const {
+      double const toB = u * u * (3.0 - 2.0 * u);
+      Values values;
+      for (std::size_t k = 0; k != N; ++k) {
+        values[k] = a[k] + toB * (b[k] - a[k]) + u * (1.0 - u) * (1.0 - u) * leaving[k] -
+                    u * u * (1.0 - u) * arriving[k];
+      }
+      return values;
+    }
+    // The largest second derivative; it is linear in u.
+    double GetBend() const {
+      Values atA, atB;
+      for (std::size_t k = 0; k != N; ++k) {
+        double const way = 6.0 * (b[k] - a[k]);
+        atA[k] = way - 4.0 * leaving[k] - 2.0 * arriving[k];
+        atB[k] = -way + 2.0 * leaving[k] + 4.0 * arriving[k];
+      }
+      return std::max(Length(atA), Length(atB));
+    }
+
+    double from, length;
+    Values a, b, leaving, arriving;  // these two by the length of the span
+  };
+
+  static double Length(Values const& values) {
+    double sum = 0.0;
+    for (double const value : values) sum += value * value;
+    return std::sqrt(sum);
+  }
+
+  // `part`: -1 for the tangent before the key, 1 for that behind it.
+  Values Get(std::size_t key, int part = 0) const {
+    std::size_t const at = m_isCubic ? 3 * key + static_cast<std::size_t>(1 + part) : key;
+    Values values;
+    std::copy_n(m_values.begin() + static_cast<std::ptrdiff_t>(at * N), N, values.begin());
+    return values;
+  }
+
+  // What is spanned between two keys at most.
+  double GetSize() const {
+    if (N == 4) return 1.0;
+    double size = 0.0;
+    for (std::size_t i = 1; i != m_times.size(); ++i) {
+      Span const span(*this, i);
+      Values way;
+      for (std::size_t k = 0; k != N; ++k) way[k] = span.b[k] - span.a[k];
+      size = std::max(size, Length(way) + Length(span.leaving) + Length(span.arriving));
+    }
+    return size;
+  }
+
+  static void AddParts(Span const& span, double size, Keys& keys) {
+    double least = size;
+    // Only the direction of a quaternion counts: one that is shorter turns faster.
+    if (N == 4) least = std::min({Length(span.a), Length(span.b), Length(span.At(0.5))});
+    // A chord strays by an eighth of the second derivative.
+    double const parts = std::ceil(std::sqrt(span.GetBend() / (8.0 * kTolerance * least)));
+    if (!(parts > 1.0)) return;
+    int const count = static_cast<int>(std::min(parts, kMostParts));
+    for (int i = 1; i != count; ++i) {
+      double const u = static_cast<double>(i) / count;
+      keys.push_back({span.from + u * span.length, span.At(u)});
+    }
+  }
+
+  std::vector<float> const& m_times;
+  std::vector<float> const& m_values;
+  bool const m_isCubic;
+};
+
+// Puts keys in the place of those that a channel has.
+template <std::size_t N, class Key>
+void SetKeys(std::vector<std::pair<double, std::array<double, N>>> const& from,
+             std::vector<Key>& keys) {
+  keys.clear();
+  for (auto const& [seconds, values] : from) {
+    Key& key = keys.emplace_back();
+    key.time = seconds * kMilliseconds;
+    for (std::size_t i = 0; i != N; ++i) key.value[i] = static_cast<float>(values[i]);
+  }
+}
+
+}  // namespace
+
+NGltfAnimations::NGltfAnimations(NGltfFile& file, NGltfNodes const& nodes, aiScene const& scene)
+    : m_file(file), m_nodes(nodes) {
+  for (json const& animation : m_file.GetRoot().at("animations")) {
+    m_animations.push_back(ReadAnimation(animation));
+  }
+  if (m_animations.size() != scene.mNumAnimations) throw NImportError("other animations");
+}
+
+std::vector<NGltfAnimations::Channel> NGltfAnimations::ReadAnimation(json const& animation) {
+  std::map<std::size_t, Channel> byNode;
+  auto const none = json::array();
+  for (json const& source : animation.value("channels", none)) {
+    try {
+      json const& target = source.at("target");
+      auto const path = target.at("path").get<std::string>();
+      if (!target.contains("node") || path == "weights") continue;
+      auto const node = target.at("node").get<std::size_t>();
+      json const& sampler = animation.at("samplers").at(source.at("sampler").get<std::size_t>());
+      if (auto const known = byNode.find(node); known != byNode.end()) {
+        ReadSampler(sampler, path, known->second);
+      } else {
+        Channel channel = CreateChannel(node);
+        ReadSampler(sampler, path, channel);
+        byNode.emplace(node, std::move(channel));
+      }
+    } catch (std::exception const&) {
+      ++m_faultCount;
+    }
+  }
+  std::vector<Channel> channels;
+  for (auto& [node, channel] : byNode) channels.push_back(std::move(channel));
+  return channels;
+}
+
+void NGltfAnimations::ReadSampler(json const& sampler, std::string const& path, Channel& channel) {
+  auto const kind = sampler.value("interpolation", std::string("LINEAR"));
+  bool const isStep = kind == "STEP";
+  bool const isCubic = kind == "CUBICSPLINE";
+  auto const times = m_file.ReadAccessor(sampler.at("input").get<std::size_t>(), 1);
+  bool const isTurn = path == "rotation";
+  auto const values = m_file.ReadAccessor(sampler.at("output").get<std::size_t>(), isTurn ? 4 : 3);
+  if (isTurn) {
+    SetKeys(Sampler<4>(times, values, isCubic).GetKeys(isStep), channel.rotations);
+  } else if (path == "translation") {
+    SetKeys(Sampler<3>(times, values, isCubic).GetKeys(isStep), channel.positions);
+  } else if (path == "scale") {
+    SetKeys(Sampler<3>(times, values, isCubic).GetKeys(isStep), channel.scales);
+  } else {
+    throw NImportError("a channel of an unknown kind");
+  }
+}
+
+NGltfAnimations::Channel NGltfAnimations::CreateChannel(std::size_t number) const {
+  json const& node = m_file.GetRoot().at("nodes").at(number);
+  std::array<double, 3> position = node.value("translation", std::array{0.0, 0.0, 0.0});
+  std::array<double, 3> scale = node.value("scale", std::array{1.0, 1.0, 1.0});
+  std::array<double, 4> turn = node.value("rotation", std::array{0.0, 0.0, 0.0, 1.0});
+  if (node.contains("matrix") && m_nodes[number] != nullptr) {
+    aiVector3D p, s;
+    aiQuaternion q;
+    m_nodes[number]->mTransformation.Decompose(s, q, p);
+    position = {p.x, p.y, p.z};
+    scale = {s.x, s.y, s.z};
+    turn = {q.x, q.y, q.z, q.w};
+  }
+  Channel channel{GetNodeName(node, number), m_nodes[number], {}, {}, {}};
+  SetKeys<3>({{0.0, position}}, channel.positions);
+  SetKeys<4>({{0.0, turn}}, channel.rotations);
+  SetKeys<3>({{0.0, scale}}, channel.scales);
+  return channel;
+}
+
+}  // namespace corvanta::importer::reader
