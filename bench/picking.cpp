@@ -10,7 +10,6 @@
 #include "corvanta/core/domain/NDomainManager.h"
 #include "corvanta/data/domain/geometry/NGeometryDomain.h"
 #include "corvanta/data/domain/geometry/NPolygonSurface.h"
-#include "corvanta/data/domain/geometry/detail/NTriangleIndex.h"
 #include "corvanta/data/domain/scene/NSceneDomain.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphItemDomain.h"
@@ -19,6 +18,7 @@
 #include "corvanta/data/events/geometry_change/NMultiplexer.h"
 #include "corvanta/data/events/scene/NMultiplexer.h"
 #include "corvanta/data/operators/ray_picker/NRayPicker.h"
+#include "corvanta/data/operators/ray_picker/detail/NTriangleIndex.h"
 #include "corvanta/data/operators/ray_picker/detail/least_hit.h"
 
 #ifdef CORVANTA_BENCH_EMBREE
@@ -31,7 +31,7 @@ namespace domain = corvanta::data::domain;
 namespace item = domain::scenegraph::item;
 namespace picker = corvanta::data::operators::ray_picker;
 using corvanta::core::node::NNodeID;
-using domain::geometry::detail::NTriangleIndex;
+using operators::ray_picker::detail::NTriangleIndex;
 using VX_Math::Line;
 using VX_Math::Matrix;
 using VX_Math::Vec3;

@@ -23,8 +23,8 @@
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/document/NDocument.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
-#include "corvanta/data/domain/geometry/detail/NPickIndex.h"
 #include "corvanta/data/operators/ray_picker/NRayPicker.h"
+#include "corvanta/data/operators/ray_picker/pick.h"
 #include "corvanta/renderer/NRenderError.h"
 
 namespace corvanta::app {
@@ -198,7 +198,7 @@ class Pick {
     double build = 0;
     for (auto at = m_document.GetGeometries().GetTypedNodeBegin();
          at != m_document.GetGeometries().GetTypedNodeEnd(); ++at) {
-      build += at->GetPickIndex().GetBuildSeconds();
+      build += data::operators::ray_picker::GetIndexStatistics(*at).buildSeconds;
     }
     double const rays = static_cast<double>(side) * side;
     NRecord const record{{"rays", rays},

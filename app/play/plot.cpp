@@ -93,10 +93,10 @@ class Axis {
   }
 
   std::vector<double> GetTicks() const {
-    constexpr int kMost = 20;
+    constexpr int kMostSteps = 20;
     std::vector<double> ticks;
     double const first = std::ceil(m_range.least / m_step - 1e-9);
-    for (int i = 0; i != kMost; ++i) {
+    for (int i = 0; i != kMostSteps; ++i) {
       double const tick = (first + i) * m_step;
       if (tick > m_range.largest + 1e-9 * m_range.GetSize()) break;
       ticks.push_back(tick);

@@ -73,4 +73,8 @@ class CORVANTA_API Vec3 {
 
 static_assert(sizeof(Vec3) == 12);
 
+inline bool IsFinite(Vec3 const& v) noexcept {
+  return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
+}
+
 }  // namespace VX_Math

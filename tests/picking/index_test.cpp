@@ -1,4 +1,4 @@
-#include "corvanta/data/domain/geometry/detail/NTriangleIndex.h"
+#include "corvanta/data/operators/ray_picker/detail/NTriangleIndex.h"
 #include "corvanta/data/operators/ray_picker/detail/least_hit.h"
 #include "tests/support/test.h"
 
@@ -6,8 +6,8 @@ namespace corvanta::test {
 namespace {
 
 using data::domain::geometry::NPolygonSurface;
-using data::domain::geometry::detail::NTriangleIndex;
 using data::operators::ray_picker::detail::FindLeastHitExhaustively;
+using data::operators::ray_picker::detail::NTriangleIndex;
 
 /// A soup of triangles of very different sizes, some of them degenerate, twice there, huge, not
 /// finite or with indices out of range.

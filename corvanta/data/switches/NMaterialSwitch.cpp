@@ -13,7 +13,7 @@ using domain::scenegraph::item::NSceneGraphModelNode;
 
 namespace {
 
-constexpr unsigned int kNotFound = 0xFFFFFFFF;
+constexpr unsigned int kNoMaterial = 0xFFFFFFFF;
 
 template <class References, class Node>
 unsigned int FindPosition(References const& references, Node const& node) {
@@ -22,7 +22,7 @@ unsigned int FindPosition(References const& references, Node const& node) {
     if (reference.Get().get() == &node) return position;
     ++position;
   }
-  return kNotFound;
+  return kNoMaterial;
 }
 
 }  // namespace

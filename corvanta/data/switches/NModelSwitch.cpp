@@ -11,7 +11,7 @@ namespace corvanta::data::switches {
 using detail::NModelSet;
 
 namespace {
-constexpr unsigned int kNotFound = 0xFFFFFFFF;
+constexpr unsigned int kNoModel = 0xFFFFFFFF;
 }  // namespace
 
 struct NModelSwitch::Block {
@@ -74,7 +74,7 @@ unsigned int NModelSwitch::GetModelSetIndex(NModelSet const& set) const {
     if (entry.get() == &set) return position;
     ++position;
   }
-  return kNotFound;
+  return kNoModel;
 }
 
 unsigned int NModelSwitch::GetModelSetCount() const {

@@ -14,7 +14,7 @@ using Turn = std::array<double, 4>;
 constexpr double kPi = std::numbers::pi;
 constexpr double kDegree = kPi / 180.0;
 constexpr double kTolerance = kTurnTolerance * kDegree;
-constexpr int kDeepest = 16;  // halvings between two keys
+constexpr int kMostHalvings = 16;  // halvings between two keys
 
 double Dot(Turn const& a, Turn const& b) {
   return a[0] * b[0] + a[1] * b[1] + a[2] * b[2] + a[3] * b[3];
@@ -100,7 +100,7 @@ class Unroller {
     double const middle = from.time + (to.time - from.time) / 2;
     bool const isParted = middle > from.time && middle < to.time;
     Arc const arc(from.values, to.values);
-    if (depth == kDeepest || !isParted || IsOnArc(arc, angles)) {
+    if (depth == kMostHalvings || !isParted || IsOnArc(arc, angles)) {
       Add(to.time, angles);
       return;
     }

@@ -13,8 +13,8 @@ using VX_Math::Vec3;
 
 constexpr NAttributeNames kInterest = {L"interest.x", L"interest.y", L"interest.z"};
 constexpr NAttributeNames kUp = {L"up.x", L"up.y", L"up.z"};
-constexpr float kTolerance = 5e-4f;
-constexpr int kDeepest = 8;  // halvings between two keys
+constexpr float kStraightness = 5e-4f;
+constexpr int kMostCameraHalvings = 8;  // halvings between two keys
 
 struct Pose {
   double frame;
@@ -103,7 +103,7 @@ class Motion {
   void GoOn(Pose const& from, Pose const& to, int depth) {
     double const middle = from.frame + (to.frame - from.frame) / 2;
     bool const isParted = middle > from.frame && middle < to.frame;
-    if (depth == kDeepest || !isParted || IsStraight(from, to)) {
+    if (depth == kMostCameraHalvings || !isParted || IsStraight(from, to)) {
       Add(to);
       return;
     }
@@ -120,8 +120,8 @@ class Motion {
       Pose const pose = GetPose(from.frame + static_cast<double>(t) * (to.frame - from.frame));
       Vec3 const interest = from.interest + (to.interest - from.interest) * t;
       Vec3 const up = from.up + (to.up - from.up) * t;
-      if ((interest - pose.interest).Length() > kTolerance * m_distance) return false;
-      if ((up - pose.up).Length() > kTolerance) return false;
+      if ((interest - pose.interest).Length() > kStraightness * m_distance) return false;
+      if ((up - pose.up).Length() > kStraightness) return false;
     }
     return true;
   }

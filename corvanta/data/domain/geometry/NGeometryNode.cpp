@@ -8,14 +8,14 @@
 #include "corvanta/data/domain/domain_types.h"
 #include "corvanta/data/domain/geometry/NGeometryChangeListener.h"
 #include "corvanta/data/domain/geometry/NGeometryDomain.h"
-#include "corvanta/data/domain/geometry/detail/NPickIndex.h"
+#include "corvanta/data/domain/geometry/detail/NGeometryCache.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 
 namespace corvanta::data::domain::geometry {
 
 struct NGeometryNode::Block {
   std::set<boost::intrusive_ptr<NSurface>> surfaces{};
-  detail::NPickIndex pickIndex{};
+  std::unique_ptr<detail::NGeometryCache> cache{};
 };
 
 NGeometryNode::NGeometryNode(core::node::NNodeID const& id, core::domain::NDomainBase* domain,
@@ -30,7 +30,7 @@ std::set<boost::intrusive_ptr<NSurface>> const& NGeometryNode::GetSurfaces() con
   return m_block->surfaces;
 }
 
-detail::NPickIndex& NGeometryNode::GetPickIndex() const noexcept { return m_block->pickIndex; }
+void NGeometryNode::DropCache() const noexcept { m_block->cache.reset(); }
 
 std::set<boost::intrusive_ptr<NSurface>>::iterator NGeometryNode::Find(
     NSurface& surface) const noexcept {
@@ -63,7 +63,7 @@ bool NGeometryNode::AddSurface(NSurface& surface) {
 void NGeometryNode::Enter(NSurface& surface, Entry entry) {
   entry.value() = &surface;
   m_block->surfaces.insert(std::move(entry));
-  m_block->pickIndex.Drop();
+  DropCache();
 }
 
 bool NGeometryNode::RemoveSurface(NSurface& surface) {
@@ -71,7 +71,7 @@ bool NGeometryNode::RemoveSurface(NSurface& surface) {
   if (found == m_block->surfaces.end()) return false;
   boost::intrusive_ptr<NSurface> const held(&surface);
   m_block->surfaces.erase(found);
-  m_block->pickIndex.Drop();
+  DropCache();
   if (!surface.RemoveOwnerNode(*this)) return false;
   OnSurfaceChange(surface, NGCT_SURFACE_REMOVED);
   return true;
@@ -79,7 +79,7 @@ bool NGeometryNode::RemoveSurface(NSurface& surface) {
 
 void NGeometryNode::OnSurfaceChange(NSurface const& surface, NGeometryChangeType type) const {
   auto const held = core::reference_countable::Hold(*this);
-  m_block->pickIndex.Drop();
+  DropCache();
   try {
     NotifyObservers([&](NGeometryChangeListener& listener) {
       listener.OnGeometryChange(*this, surface, type);
@@ -115,6 +115,13 @@ void NGeometryNode::CopyTo(NGeometryNode& target) const {
 }
 
 NGeometryChangeListener::~NGeometryChangeListener() = default;
+
+detail::NGeometryCache::~NGeometryCache() = default;
+
+std::unique_ptr<detail::NGeometryCache>& detail::NGeometryCache::Of(
+    NGeometryNode const& geometry) noexcept {
+  return geometry.m_block->cache;
+}
 
 NGeometryDomain::NGeometryDomain(core::domain::NDomainManager const* manager,
                                  events::attribute_change::NMultiplexer const* multiplexer,

@@ -11,7 +11,7 @@
 namespace corvanta::data::domain::geometry {
 
 namespace detail {
-class NPickIndex;
+class NGeometryCache;
 }
 
 /// The shape that a model shows: a set of surfaces, which it owns together with whoever else holds
@@ -37,12 +37,9 @@ class CORVANTA_API NGeometryNode
   /// to those that it has.
   void CopyTo(NGeometryNode& target) const;
 
-  /// The pickers' index of the first surface with triangles, shared by all models of this node. It
-  /// is dropped when a surface comes, goes or changes.
-  detail::NPickIndex& GetPickIndex() const noexcept;
-
  private:
   friend class NSurface;
+  friend class detail::NGeometryCache;
   struct Block;
 
   void AcceptImpl(NNodeWatcher& visitor) const override { visitor.Visit(*this); }
@@ -52,6 +49,7 @@ class CORVANTA_API NGeometryNode
 
   static Entry MakeEntry();
   void Enter(NSurface& surface, Entry entry);
+  void DropCache() const noexcept;
   std::set<boost::intrusive_ptr<NSurface>>::iterator Find(NSurface& surface) const noexcept;
   // The one way by which observers hear of a change.
   void OnSurfaceChange(NSurface const& surface, NGeometryChangeType type) const;

@@ -10,7 +10,6 @@
 #include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
 #include "corvanta/data/domain/geometry/NPolygonSurface.h"
-#include "corvanta/data/domain/geometry/detail/NPickIndex.h"
 
 namespace corvanta::data::domain::geometry {
 
@@ -107,7 +106,7 @@ void NSurface::Replace(Arrays& made) {
     }
   };
   // No listener of one node picks by the index that another has of the old arrays.
-  forEachOwner([](NGeometryNode const& node) { node.GetPickIndex().Drop(); });
+  forEachOwner([](NGeometryNode const& node) { node.DropCache(); });
   try {
     forEachOwner(
         [this](NGeometryNode const& node) { node.OnSurfaceChange(*this, NGCT_SURFACE_CHANGED); });

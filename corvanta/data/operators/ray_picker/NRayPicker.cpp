@@ -21,10 +21,6 @@ namespace {
 constexpr double kMissed = std::numeric_limits<double>::max();
 constexpr double kLargestFloat = std::numeric_limits<float>::max();
 
-bool IsFinite(Vec3 const& v) {
-  return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
-}
-
 }  // namespace
 
 NRayPicker::NRayPicker() : m_state(new State) {}

@@ -2,10 +2,10 @@
 #include <limits>
 
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
-#include "corvanta/data/domain/geometry/detail/NPickIndex.h"
-#include "corvanta/data/domain/geometry/detail/triangle_test.h"
+#include "corvanta/data/operators/ray_picker/detail/NPickIndex.h"
 #include "corvanta/data/operators/ray_picker/detail/least_hit.h"
 #include "corvanta/data/operators/ray_picker/detail/state.h"
+#include "corvanta/data/operators/ray_picker/detail/triangle_test.h"
 
 namespace corvanta::data::operators::ray_picker {
 
@@ -43,14 +43,10 @@ NSurface const* FindSurface(NGeometryNode const& geometry) {
   for (auto const& surface : geometry.GetSurfaces()) {
     if (!surface) continue;
     for (std::size_t i = 0; i + 2 < surface->GetIndices().size(); i += 3) {
-      if (domain::geometry::detail::IsTriangle(*surface, i)) return surface.get();
+      if (detail::IsTriangle(*surface, i)) return surface.get();
     }
   }
   return nullptr;
-}
-
-bool IsFinite(Vec3 const& v) {
-  return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
 }
 
 }  // namespace

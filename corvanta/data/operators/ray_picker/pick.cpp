@@ -4,6 +4,7 @@
 
 #include "corvanta/data/domain/scene/NSceneNode.h"
 #include "corvanta/data/operators/ray_picker/NRayPicker.h"
+#include "corvanta/data/operators/ray_picker/detail/NPickIndex.h"
 
 namespace corvanta::data::operators::ray_picker {
 
@@ -106,6 +107,12 @@ bool PickModel(domain::scenegraph::item::NSceneGraphItemNode const& item, VX_Mat
   if (!Pick(picker, item)) return false;
   AppendModels(picker, models);
   return true;
+}
+
+NIndexStatistics GetIndexStatistics(domain::geometry::NGeometryNode const& geometry) {
+  auto const* const index = detail::NPickIndex::Query(geometry);
+  if (index == nullptr || index->GetIndex() == nullptr) return {0, 0};
+  return {index->GetIndex()->GetTriangleCount(), index->GetBuildSeconds()};
 }
 
 }  // namespace corvanta::data::operators::ray_picker

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "corvanta/data/domain/fwd.h"
@@ -44,5 +45,15 @@ CORVANTA_API bool PickDetailFromPlane(domain::scene::NSceneNode const& scene,
 CORVANTA_API bool PickModel(
     domain::scenegraph::item::NSceneGraphItemNode const& item, VX_Math::Line const* line,
     std::vector<domain::scenegraph::item::NSceneGraphModelNode const*>& models);
+
+/// What the pickers' index of a geometry, a bounding volume hierarchy of its triangles, is.
+struct NIndexStatistics {
+  std::size_t triangleCount;  // 0 while there is no index
+  double buildSeconds;        // what it took to build
+};
+
+/// The index is built when picks since the geometry's last change have tested eight times its
+/// triangles, and is shared by all models that show it.
+CORVANTA_API NIndexStatistics GetIndexStatistics(domain::geometry::NGeometryNode const& geometry);
 
 }  // namespace corvanta::data::operators::ray_picker

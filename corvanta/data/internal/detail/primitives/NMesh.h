@@ -9,6 +9,9 @@
 
 namespace corvanta::data::internal::detail {
 
+/// Into how many parts the round meshes are divided around their axis.
+inline constexpr unsigned int kSegments = 32;
+
 /// A vertex of a built-in mesh. Most meshes leave the texture coordinate out.
 struct NVertex {
   VX_Math::Vec3 position;

@@ -7,8 +7,6 @@ using VX_Math::Vec3;
 
 namespace {
 
-constexpr unsigned int kSegments = 32;
-
 /// A circle about the y axis; `normalAt` gives the normals from sine and cosine.
 template <class NormalAt>
 void AddCircle(NMesh& mesh, float radius, float y, NormalAt const& normalAt) {

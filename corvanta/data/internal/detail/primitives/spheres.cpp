@@ -9,7 +9,6 @@ using VX_Math::Vec3;
 
 namespace {
 
-constexpr unsigned int kSegments = 32;
 constexpr unsigned int kStacks = 16;
 
 /// A shell about the y axis, seen from inside: a fan from `top` to the first ring, bands between

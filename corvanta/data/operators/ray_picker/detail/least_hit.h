@@ -3,8 +3,9 @@
 #include <limits>
 
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
-#include "corvanta/data/domain/geometry/detail/NPickIndex.h"
-#include "corvanta/data/domain/geometry/detail/triangle_test.h"
+#include "corvanta/data/operators/ray_picker/detail/NPickIndex.h"
+#include "corvanta/data/operators/ray_picker/detail/triangle_test.h"
+#include "corvanta/data/structs/convert.h"
 
 namespace corvanta::data::operators::ray_picker::detail {
 
@@ -15,17 +16,16 @@ template <class Accept>
 double FindLeastHitExhaustively(domain::geometry::NSurface const& surface,
                                 VX_Math::Vec3 const& origin, VX_Math::Vec3 const& direction,
                                 Accept const& accept) {
-  namespace geometry = domain::geometry::detail;
   auto const& coords = surface.GetCoords();
   auto const& indices = surface.GetIndices();
   double least = std::numeric_limits<double>::max();
   for (std::size_t i = 0; i + 2 < indices.size(); i += 3) {
-    if (!geometry::IsTriangle(surface, i)) continue;
-    VX_Math::Vec3 const a = geometry::ToVec3(coords[indices[i]]);
-    VX_Math::Vec3 const e1 = geometry::ToVec3(coords[indices[i + 1]]) - a;
-    VX_Math::Vec3 const e2 = geometry::ToVec3(coords[indices[i + 2]]) - a;
+    if (!IsTriangle(surface, i)) continue;
+    VX_Math::Vec3 const a = structs::ToVec3(coords[indices[i]]);
+    VX_Math::Vec3 const e1 = structs::ToVec3(coords[indices[i + 1]]) - a;
+    VX_Math::Vec3 const e2 = structs::ToVec3(coords[indices[i + 2]]) - a;
     float t;
-    if (geometry::MeetTriangle(origin, direction, a, e1, e2, t) && t < least && accept(t)) {
+    if (MeetTriangle(origin, direction, a, e1, e2, t) && t < least && accept(t)) {
       least = t;
     }
   }
@@ -38,8 +38,8 @@ template <class Accept>
 double FindLeastHit(domain::geometry::NGeometryNode const& geometry,
                     domain::geometry::NSurface const& surface, VX_Math::Vec3 const& origin,
                     VX_Math::Vec3 const& direction, Accept const& accept) {
-  if (domain::geometry::detail::NTriangleIndex::CanServe(origin, direction)) {
-    if (auto const* const index = geometry.GetPickIndex().Use(surface)) {
+  if (NTriangleIndex::CanServe(origin, direction)) {
+    if (auto const* const index = NPickIndex::Of(geometry).Use(surface)) {
       return index->FindLeast(origin, direction, accept);
     }
   }

@@ -1,13 +1,13 @@
-#include "corvanta/data/domain/geometry/detail/NTriangleIndex.h"
+#include "corvanta/data/operators/ray_picker/detail/NTriangleIndex.h"
 
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
 
-#include "corvanta/data/domain/geometry/detail/triangle_test.h"
+#include "corvanta/data/operators/ray_picker/detail/triangle_test.h"
 
-namespace corvanta::data::domain::geometry::detail {
+namespace corvanta::data::operators::ray_picker::detail {
 
 namespace {
 
@@ -76,7 +76,8 @@ bool IsInside(Vec3 const& point) noexcept {
 
 class NTriangleIndex::Builder {
  public:
-  Builder(NSurface const& surface, NTriangleIndex& index) : m_surface(surface), m_index(index) {}
+  Builder(domain::geometry::NSurface const& surface, NTriangleIndex& index)
+      : m_surface(surface), m_index(index) {}
 
   void Build() {
     m_keys = SortTriangles();
@@ -384,7 +385,7 @@ class NTriangleIndex::Builder {
     return best;
   }
 
-  NSurface const& m_surface;
+  domain::geometry::NSurface const& m_surface;
   NTriangleIndex& m_index;
   std::vector<Key> m_keys;
   Runs m_runs;
@@ -392,7 +393,9 @@ class NTriangleIndex::Builder {
   std::vector<Range> m_groupWork;
 };
 
-NTriangleIndex::NTriangleIndex(NSurface const& surface) { Builder(surface, *this).Build(); }
+NTriangleIndex::NTriangleIndex(domain::geometry::NSurface const& surface) {
+  Builder(surface, *this).Build();
+}
 
 bool NTriangleIndex::CanServe(Vec3 const& origin, Vec3 const& direction) noexcept {
   float const longest =
@@ -403,4 +406,4 @@ bool NTriangleIndex::CanServe(Vec3 const& origin, Vec3 const& direction) noexcep
   return IsInside(origin) && isNumber && longest >= 1e-15f && longest <= 1e15f;
 }
 
-}  // namespace corvanta::data::domain::geometry::detail
+}  // namespace corvanta::data::operators::ray_picker::detail

@@ -5,16 +5,16 @@
 #include "corvanta/data/domain/geometry/NSurface.h"
 #include "corvanta/vx_math/Vec3.h"
 
-namespace corvanta::data::domain::geometry::detail {
+namespace corvanta::data::operators::ray_picker::detail {
 
 /// A determinant strictly between these counts as 0: the triangle stands edge-on to the ray. They
 /// are the floats nearest to a tenth of a billionth.
 inline constexpr float kLeastDeterminant = 1e-10f;
 
 /// Where the line o + d * t meets the triangle at `a` with the edges `e1` and `e2`, from either
-/// side. Source: Moeller and Trumbore, Fast, Minimum Storage Ray/Triangle Intersection, 1997.
-/// Single precision throughout, in this order of operations: it decides what a pick finds. Fails:
-/// false, and `t` stays as it is, for a miss.
+/// side. Single precision throughout, in this order of operations: it decides what a pick finds.
+/// Source: Moeller and Trumbore, Fast, Minimum Storage Ray/Triangle Intersection, 1997.
+/// Fails: false, and `t` stays as it is, for a miss.
 inline bool MeetTriangle(VX_Math::Vec3 const& o, VX_Math::Vec3 const& d, VX_Math::Vec3 const& a,
                          VX_Math::Vec3 const& e1, VX_Math::Vec3 const& e2, float& t) noexcept {
   VX_Math::Vec3 const p = d.Cross(e2);
@@ -31,17 +31,13 @@ inline bool MeetTriangle(VX_Math::Vec3 const& o, VX_Math::Vec3 const& d, VX_Math
   return true;
 }
 
-inline VX_Math::Vec3 ToVec3(structs::XYZ const& point) noexcept {
-  return {point.x, point.y, point.z};
-}
-
 /// Whether the three indices from `first` on lie within the coordinates; a triangle counts as
 /// absent otherwise.
-inline bool IsTriangle(NSurface const& surface, std::size_t first) noexcept {
+inline bool IsTriangle(domain::geometry::NSurface const& surface, std::size_t first) noexcept {
   auto const& indices = surface.GetIndices();
   std::size_t const count = surface.GetCoords().size();
   return first + 3 <= indices.size() && indices[first] < count && indices[first + 1] < count &&
          indices[first + 2] < count;
 }
 
-}  // namespace corvanta::data::domain::geometry::detail
+}  // namespace corvanta::data::operators::ray_picker::detail

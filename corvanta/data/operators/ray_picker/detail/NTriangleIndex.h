@@ -8,12 +8,12 @@
 #include <vector>
 
 #include "corvanta/data/domain/geometry/NSurface.h"
-#include "corvanta/data/domain/geometry/detail/float4.h"
-#include "corvanta/data/domain/geometry/detail/triangle_test.h"
+#include "corvanta/data/operators/ray_picker/detail/float4.h"
+#include "corvanta/data/operators/ray_picker/detail/triangle_test.h"
 #include "corvanta/export.h"
 #include "corvanta/vx_math/Vec3.h"
 
-namespace corvanta::data::domain::geometry::detail {
+namespace corvanta::data::operators::ray_picker::detail {
 
 /// Spares a ray the triangles of a surface that it can't meet: a bounding volume hierarchy.
 ///
@@ -28,7 +28,7 @@ class CORVANTA_API NTriangleIndex {
   static constexpr float kFarthest = 1e9f;
   static constexpr std::size_t kFewestTriangles = 256;
 
-  explicit NTriangleIndex(NSurface const& surface);
+  explicit NTriangleIndex(domain::geometry::NSurface const& surface);
 
   /// Whether a ray lies within the bounds that the index can serve.
   static bool CanServe(VX_Math::Vec3 const& origin, VX_Math::Vec3 const& direction) noexcept;
@@ -74,6 +74,6 @@ class CORVANTA_API NTriangleIndex {
   float m_extent = 0;  // the largest coordinate in any node
 };
 
-}  // namespace corvanta::data::domain::geometry::detail
+}  // namespace corvanta::data::operators::ray_picker::detail
 
-#include "corvanta/data/domain/geometry/detail/triangle_search.inc"
+#include "corvanta/data/operators/ray_picker/detail/triangle_search.inc"

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+#include "corvanta/data/domain/geometry/NGeometryNode.h"
+#include "corvanta/data/domain/geometry/detail/NGeometryCache.h"
+#include "corvanta/data/operators/ray_picker/detail/NTriangleIndex.h"
+
+namespace corvanta::data::operators::ray_picker::detail {
+
+/// The index of a geometry node for picks, built when it pays.
+class CORVANTA_API NPickIndex : public domain::geometry::detail::NGeometryCache {
+ public:
+  /// That of `geometry`, for its first surface with triangles; made at the first call since its
+  /// surfaces changed. All models of the node share it.
+  static NPickIndex& Of(domain::geometry::NGeometryNode const& geometry);
+  /// Fails: null where nobody has asked for it since.
+  static NPickIndex const* Query(domain::geometry::NGeometryNode const& geometry) noexcept;
+
+  /// The index is built once picks have tested this many times the surface's triangles.
+  static constexpr std::size_t kTestsATriangle = 8;
+
+  /// The index of `surface`, of which a pick is about to test all triangles.
+  /// Fails: null while it doesn't pay.
+  NTriangleIndex const* Use(domain::geometry::NSurface const& surface);
+  /// Fails: null while none was built.
+  NTriangleIndex const* GetIndex() const noexcept { return m_index.get(); }
+  /// What building the index took; 0 without one.
+  /// Units: seconds.
+  double GetBuildSeconds() const noexcept { return m_buildSeconds; }
+
+ private:
+  std::unique_ptr<NTriangleIndex const> m_index;
+  double m_buildSeconds = 0;
+  std::size_t m_testCount = 0;  // triangles tested by picks since the last change
+};
+
+}  // namespace corvanta::data::operators::ray_picker::detail
