@@ -1,5 +1,6 @@
 #pragma once
 
+#include "corvanta/export.h"
 #include "corvanta/renderer/NEye.h"
 #include "corvanta/vx_math/Matrix.h"
 
@@ -13,6 +14,7 @@ enum NBillboard : long {
 };
 
 /// `global` turned that way about its own origin, with its own size.
-VX_Math::Matrix TurnBillboard(VX_Math::Matrix const& global, NEye const& eye, long type);
+CORVANTA_API VX_Math::Matrix TurnBillboard(VX_Math::Matrix const& global, NEye const& eye,
+                                           long type);
 
 }  // namespace corvanta::renderer

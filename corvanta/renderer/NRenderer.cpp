@@ -345,12 +345,13 @@ void NRenderer::Update(NSceneNode const& scene) {
   Block& block = *m_block;
   NContextScope const scope(block.context);
   block.tree = scene.GetSceneGraph();
-  NMarks const marks = block.changes->Take();
   if (!block.tree) {
+    // What changes meanwhile stays marked for the next tree.
     block.list.Clear();
     block.all.clear();
     return;
   }
+  NMarks const marks = block.changes->Take();
   bool const walked = block.list.Update(*block.tree, marks);
   bool const changes = marks.materials || !marks.changedMaterials.empty();
   if (!marks.changedImages.empty() || marks.materials) block.textures.Forget(marks.changedImages);
