@@ -88,18 +88,18 @@ class PictureTest : public World {
     auto const texture = m_document.GetTextures().CreateNode(NNodeID());
     texture->SetType(static_cast<data::domain::texture::NTextureType>(use));
     texture->SetImage(image);
-    boost::intrusive_ptr<texture_mapping::NTextureMapping> const laid(
+    boost::intrusive_ptr<texture_mapping::NTextureMapping> const used(
         mapping != nullptr ? mapping
                            : new texture_mapping::NUVWMapping(texture_mapping::NUVWMappingType(1)));
-    m_material->AddTexture(texture, *laid, 0);
+    m_material->AddTexture(texture, *used, 0);
   }
 
   /// The pixel where a point of the wall is seen.
   Color At(renderer::NPixels const& picture, float x, float y) const {
-    VX_Math::Vec3 place(x, y, 0);
-    GetEye().GetViewProjection().MultVecMatrix(place, place);
-    auto const column = static_cast<unsigned>((place.x + 1) / 2 * kWidth);
-    auto const row = static_cast<unsigned>((1 - place.y) / 2 * kHeight);
+    VX_Math::Vec3 position(x, y, 0);
+    GetViewpoint().GetViewProjection().MultVecMatrix(position, position);
+    auto const column = static_cast<unsigned>((position.x + 1) / 2 * kWidth);
+    auto const row = static_cast<unsigned>((1 - position.y) / 2 * kHeight);
     unsigned char const* const pixel = picture.GetRow(row) + 3 * column;
     return {pixel[0], pixel[1], pixel[2]};
   }
@@ -221,7 +221,7 @@ TEST_F(PictureTest, BumpsTurnTheNormalAlongTheTexture) {
   EXPECT_LT(GreyAt(bumped, -2, 0), GreyAt(bumped, 2, 0) - 5);
 }
 
-TEST_F(PictureTest, ThrownTexturesFollowTheProjection) {
+TEST_F(PictureTest, ProjectedTexturesFollowTheProjection) {
 #ifndef CORVANTA_WITH_FREEIMAGE
   GTEST_SKIP() << "pictures aren't decoded here";
 #endif
@@ -279,10 +279,10 @@ TEST_F(PictureTest, TheFloorIsSeenAndShadowsFallOnIt) {
   m_environment->SetFloorHeight(-1);
   // The ball stands two units above the floor, so its shadow lies two to the right.
   auto const seen = [this](float x) {
-    VX_Math::Vec3 place(x, -1, 0);
-    GetEye().GetViewProjection().MultVecMatrix(place, place);
-    auto const column = static_cast<unsigned>((place.x + 1) / 2 * kWidth);
-    auto const row = static_cast<unsigned>((1 - place.y) / 2 * kHeight);
+    VX_Math::Vec3 position(x, -1, 0);
+    GetViewpoint().GetViewProjection().MultVecMatrix(position, position);
+    auto const column = static_cast<unsigned>((position.x + 1) / 2 * kWidth);
+    auto const row = static_cast<unsigned>((1 - position.y) / 2 * kHeight);
     return int{DrawPicture().GetRow(row)[3 * column]};
   };
   EXPECT_EQ(seen(-2.5f), 0);
@@ -294,7 +294,7 @@ TEST_F(PictureTest, TheFloorIsSeenAndShadowsFallOnIt) {
   EXPECT_EQ(seen(2), lit);
 }
 
-TEST_F(PictureTest, TheSkyIsSeenInItsDirection) {
+TEST_F(PictureTest, TheEnvironmentIsSeenInItsDirection) {
   m_wall->SetIsVisibleFlag(false);
   // Six faces of one colour each, in a cube map of one pixel a face.
   std::string dds = "DDS ";
@@ -313,7 +313,7 @@ TEST_F(PictureTest, TheSkyIsSeenInItsDirection) {
   }
   auto const image = m_document.GetImages().CreateNode(NNodeID());
   image->SetImageLocator(
-      core::locator::NLocator(core::uri::NUri::CreateFileUri(m_files.Write("sky.dds", dds))));
+      core::locator::NLocator(core::uri::NUri::CreateFileUri(m_files.Write("cube.dds", dds))));
   m_environment->GetEnvironmentMap().SetImage(image);
   Color const faces[] = {{255, 0, 0},   {0, 255, 0},   {0, 0, 255},
                          {255, 255, 0}, {255, 0, 255}, {0, 255, 255}};

@@ -128,8 +128,8 @@ TEST_F(UploadsTest, BrokenTrianglesDrawNothingAndHarmNothingElse) {
   EXPECT_TRUE(box.max.x - box.min.x < 20.0f);
   auto const [near, far] = item::GetClipDistances(GetCamera(), box);
   NTarget const target(*m_context, kWidth, kHeight, NTarget::NTK_NUMBERS);
-  m_renderer->DrawNumbers(*m_scene, renderer::GetEye(GetCamera(), 4.0 / 3, {near, far}), target,
-                          {0, 0, kWidth, kHeight});
+  m_renderer->DrawNumbers(*m_scene, renderer::GetViewpoint(GetCamera(), 4.0 / 3, {near, far}),
+                          target, {0, 0, kWidth, kHeight});
   EXPECT_EQ(target.ReadNumbers(), before);
 }
 

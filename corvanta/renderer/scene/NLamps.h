@@ -3,19 +3,26 @@
 #include <array>
 
 #include "corvanta/data/domain/environment/NEnvironmentNode.h"
+#include "corvanta/export.h"
 #include "corvanta/renderer/gl/shaders.h"
 
 namespace corvanta::renderer {
 
-/// The lamps of an environment as the shader takes them: those that are on, of all its light
-/// environments in order, up to kLampCount; directional ones stand first.
+/// How a lamp sends its light; values of the shader.
+enum NLampType { NLT_DIRECTIONAL = 0, NLT_POINT = 1, NLT_SPOT = 2 };
+
+/// How its light decreases to 0 at its range; values of the shader.
+enum NLampAttenuation { NLA_SMOOTH = 0, NLA_LINEAR = 1, NLA_QUADRATIC = 2 };
+
+/// The lamps of an environment as the shader takes them: the enabled ones of all its light
+/// environments in order, up to kLampCount. Directional ones come first.
 struct NLamps {
   int count = 0;
-  int farCount = 0;                     // directional ones, which stand before the others
-  std::array<int, kLampCount> kinds{};  // 0: directional, 1: point, 2: spot
-  std::array<int, kLampCount> fades{};  // 0: even, then smoothly to 0; 1: linear; 2: quadratic
+  int directionalCount = 0;
+  std::array<NLampType, kLampCount> types{};
+  std::array<NLampAttenuation, kLampCount> attenuations{};
   std::array<float, 3 * kLampCount> colors{};
-  std::array<float, 3 * kLampCount> places{};
+  std::array<float, 3 * kLampCount> positions{};
   std::array<float, 3 * kLampCount> directions{};
   std::array<float, 2 * kLampCount> cones{};  // cosines of half the spread and half the fall-off
   std::array<float, kLampCount> ranges{};
@@ -24,7 +31,7 @@ struct NLamps {
   std::array<float, kLampCount> shadows{};
 };
 
-/// A lamp that emits minus takes its colour away.
+/// Reads the lamps of `environment`. One that emits minus has a negative colour.
 CORVANTA_API NLamps ReadLamps(data::domain::environment::NEnvironmentNode const& environment);
 
 }  // namespace corvanta::renderer
