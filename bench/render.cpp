@@ -114,7 +114,7 @@ World& GetWorld() {
 }
 
 /// All that a frame asks the library: the event of one moved item, its place, the clip distances,
-/// which read the scene's box, the matrices of the eye, and what each item says of itself.
+/// which read the scene's box, the matrices of the viewpoint, and what each item says of itself.
 void Ask(World& world) {
   world.renderer->Update(world.stage->GetScene());
   benchmark::DoNotOptimize(world.GetViewpoint());

@@ -148,7 +148,8 @@ struct NPreview::Block {
   };
 
   /// Brings the renderer up to date and draws a picture part by part, all with the same clip
-  /// distances. Requires: a scope of the context.
+  /// distances.
+  /// Requires: a scope of the context.
   Drawing Draw(NTarget::NKind kind, std::vector<Part> const& parts) {
     NTarget const& target = GetTarget(kind);
     auto const scene = GetScene();

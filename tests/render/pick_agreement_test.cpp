@@ -111,7 +111,7 @@ TEST_F(PickAgreementTest, HiddenItems) {
   group->SetIsVisibleFlag(false);
   AddBall(*m_root, -2, 0.5, 0);
   AddBall(*AddBall(*m_root, 1, 0.5, 0), 0.5, 0.8, 0.4);
-  m_root->SetIsVisibleFlag(false);  // a root stands for its children alone
+  m_root->SetIsVisibleFlag(false);  // ignored: it is a root
   Compare(3);
 }
 

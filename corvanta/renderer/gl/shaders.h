@@ -22,6 +22,10 @@ enum NTextureSlot : unsigned {
   NTS_OPACITY,
   NTS_COUNT,
 };
+inline constexpr NTextureSlot kTextureSlots[] = {NTS_COLOR, NTS_BUMP, NTS_SPECULAR, NTS_EMISSIVE,
+                                                 NTS_OPACITY};
+static_assert(sizeof kTextureSlots / sizeof *kTextureSlots == NTS_COUNT);
+
 /// The texture units of an environment: as a cube map, as a flat picture.
 inline constexpr int kEnvironmentCubeUnit = 5;
 inline constexpr int kEnvironmentImageUnit = 6;

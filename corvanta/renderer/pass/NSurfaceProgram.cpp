@@ -86,7 +86,7 @@ NSurfaceProgram::NSurfaceProgram(bool hasAlphaTest)
       m_gamma(m_program.GetUniform("gamma")),
       m_white(m_program.GetUniform("white")) {
   m_program.Use();
-  for (int slot = 0; slot != NTS_COUNT; ++slot) {
+  for (NTextureSlot const slot : kTextureSlots) {
     glUniform1i(m_program.GetUniform(kMaps[slot]), slot);
   }
   SetEnvironmentUnits(m_program);
@@ -149,7 +149,7 @@ void NSurfaceProgram::SetTextures(NMaterialParameters const& material) const {
   glUniform1f(m_bumpScale, material.bumpScale);
   glUniform1i(m_opacityInAlpha, material.opacityInAlpha);
   GLint used[NTS_COUNT];
-  for (unsigned slot = 0; slot != NTS_COUNT; ++slot) {
+  for (NTextureSlot const slot : kTextureSlots) {
     used[slot] = material.HasTexture(slot);
     if (!material.HasTexture(slot)) continue;
     glActiveTexture(GL_TEXTURE0 + slot);

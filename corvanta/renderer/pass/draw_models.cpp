@@ -14,7 +14,7 @@ using VX_Math::Matrix;
 
 void SetTransform(NSurfaceProgram const& program, NDrawItem const& item,
                   NViewpoint const& viewpoint) {
-  if (item.model->GetBillboardType() == 0) {
+  if (item.model->GetBillboardType() == static_cast<long>(NB_NONE)) {
     program.SetTransform(item.global, item.normals);
   } else {
     Matrix const global = GetDrawnTransform(item, viewpoint);

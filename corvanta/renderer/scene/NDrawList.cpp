@@ -60,7 +60,7 @@ void NDrawList::UpdateTransform(NDrawItem& item) {
   }
   item.normals = item.global.Inverse().Transpose();
   item.hasFiniteTransform = IsFinite(item.global);
-  // A flat model has no inverse; its faces tell their normals.
+  // A flat model has no inverse; its normals are then those of its faces.
   if (!IsFinite(item.normals)) {
     item.normals = VX_Math::Matrix();
     item.normals.SetScale(0.0f);

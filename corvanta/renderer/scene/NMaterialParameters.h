@@ -45,7 +45,7 @@ enum NBumpContent { NBC_NONE = 0, NBC_HEIGHTS = 1, NBC_NORMALS = 2 };
 
 /// A material as the shader takes it. All its numbers are finite, and it owns none of its textures.
 struct NMaterialParameters {
-  bool HasTexture(unsigned slot) const { return textures[slot] != 0; }
+  bool HasTexture(NTextureSlot slot) const { return textures[slot] != 0; }
 
   NColor diffuse{}, ambient{}, specular{}, emissive{};
   float power = 1.0f;
@@ -68,7 +68,7 @@ struct NMaterialParameters {
 /// use the first counts. An attribute that isn't finite counts as 0.
 NMaterialParameters ReadMaterialParameters(data::domain::material::NMaterialNode const& material,
                                            NTextures& textures);
-/// What stands in for the material of a model that has none: middle grey.
+/// The material of a model that has none: middle grey.
 NMaterialParameters MakeDefaultMaterialParameters();
 /// Reads the floor of an environment, whose picture is uploaded if it isn't yet.
 NMaterialParameters ReadFloorMaterialParameters(

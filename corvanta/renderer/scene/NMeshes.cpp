@@ -99,7 +99,7 @@ void SetVertices(NGlBuffer const& vertices) {
   SetAttribute(kNormal, vertices, 3, sizeof(Vertex), offsetof(Vertex, normal));
 }
 
-void SetCoords(unsigned slot, NGlBuffer const& coords) {
+void SetCoords(NTextureSlot slot, NGlBuffer const& coords) {
   SetAttribute(kFirstCoords + slot, coords, 2, 2 * sizeof(float), 0);
 }
 
@@ -168,7 +168,7 @@ class MappedSurface {
 struct Corners {
   Corners(NDrawItem::Path const& path, NSurface const& surface, NTextureMappings const& mappings) {
     std::array<std::optional<MappedSurface>, NTS_COUNT> mapped;
-    for (std::size_t slot = 0; slot != NTS_COUNT; ++slot) {
+    for (NTextureSlot const slot : kTextureSlots) {
       if (mappings[slot]) mapped[slot].emplace(path, surface, *mappings[slot]);
     }
     auto const& indices = surface.GetIndices();
@@ -177,7 +177,7 @@ struct Corners {
       for (std::size_t i = first; i != first + 3; ++i) {
         unsigned const vertex = indices[i];
         vertices.push_back(MakeVertex(surface.GetCoords()[vertex], surface.GetNormals()[vertex]));
-        for (std::size_t slot = 0; slot != NTS_COUNT; ++slot) {
+        for (NTextureSlot const slot : kTextureSlots) {
           if (mapped[slot]) Append(coords[slot], mapped[slot]->GetCoords(i));
         }
         if (auto const& bump = mapped[NTS_BUMP]) {
@@ -272,7 +272,7 @@ NMeshPart NMeshes::GetShared(NGeometryNode const& geometry, NSurface const& surf
     mesh->count = static_cast<GLsizei>(indices.size());
   }
   std::array<std::optional<UVWType>, NTS_COUNT> types;
-  for (std::size_t slot = 0; slot != NTS_COUNT; ++slot) {
+  for (NTextureSlot const slot : kTextureSlots) {
     auto const* const uvw = dynamic_cast<mapping::NUVWMapping const*>(mappings[slot].get());
     if (uvw != nullptr) types[slot] = uvw->GetUVWMappingType();
   }
@@ -282,14 +282,14 @@ NMeshPart NMeshes::GetShared(NGeometryNode const& geometry, NSurface const& surf
     glBindVertexArray(found->second.Get());
     SetVertices(mesh->vertices);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, mesh->indices.Get());
-    for (unsigned slot = 0; slot != NTS_COUNT; ++slot) {
+    for (NTextureSlot const slot : kTextureSlots) {
       if (types[slot]) AddCoords(*mesh, slot, surface, *types[slot]);
     }
   }
   return {found->second.Get(), mesh->count, true};
 }
 
-void NMeshes::AddCoords(Shared& mesh, unsigned slot, NSurface const& surface, UVWType type) {
+void NMeshes::AddCoords(Shared& mesh, NTextureSlot slot, NSurface const& surface, UVWType type) {
   mapping::NUVWMapping const uvw(type);
   if (!mesh.coords.contains(type)) {
     ++m_coordsUploadCount;
@@ -324,7 +324,7 @@ NMeshPart NMeshes::MakeProjected(NDrawItem const& item, NSurface const& surface,
     return projected.buffers.emplace_back(Upload(values));
   };
   SetVertices(upload(corners.vertices));
-  for (unsigned slot = 0; slot != NTS_COUNT; ++slot) {
+  for (NTextureSlot const slot : kTextureSlots) {
     if (!mappings[slot]) continue;
     ++m_coordsUploadCount;
     SetCoords(slot, upload(corners.coords[slot]));

@@ -63,7 +63,7 @@ class NMeshes {
 
   NMeshPart GetShared(data::domain::geometry::NGeometryNode const& geometry, Surface const& surface,
                       NTextureMappings const& mappings);
-  void AddCoords(Shared& mesh, unsigned slot, Surface const& surface, UVWType type);
+  void AddCoords(Shared& mesh, NTextureSlot slot, Surface const& surface, UVWType type);
   NMeshPart MakeProjected(NDrawItem const& item, Surface const& surface,
                           NTextureMappings const& mappings);
 

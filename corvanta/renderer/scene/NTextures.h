@@ -15,7 +15,7 @@ namespace corvanta::renderer {
 /// What the numbers of a picture are.
 enum NTextureContent {
   NTC_COLOR,  ///< display values, which are linearised
-  NTC_DATA,   ///< numbers as they stand
+  NTC_DATA,   ///< numbers as they are
   NTC_CUBE,   ///< six faces of display values; a flat picture is used for all of them
 };
 
