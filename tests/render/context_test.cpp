@@ -225,10 +225,10 @@ TEST_F(ContextTest, TheOwnContextLeavesTheHostsCurrent) {
 TEST_F(ContextTest, RefusesWhatIsNotCurrentOrTooOld) {
   m_renderer.reset();
   m_context.reset();
-  EXPECT_THROW(renderer::NContext(renderer::NCS_CURRENT), renderer::NRenderError);
+  EXPECT_THROW(renderer::NContext{renderer::NCS_CURRENT}, renderer::NRenderError);
   {
     HostContext const host;
-    EXPECT_NO_THROW(renderer::NContext(renderer::NCS_CURRENT));
+    EXPECT_NO_THROW(renderer::NContext{renderer::NCS_CURRENT});
   }
   EGLDisplay const display =
       eglGetPlatformDisplayEXT(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
@@ -238,7 +238,7 @@ TEST_F(ContextTest, RefusesWhatIsNotCurrentOrTooOld) {
       eglCreateContext(display, EGL_NO_CONFIG_KHR, EGL_NO_CONTEXT, attributes);
   ASSERT_NE(embedded, EGL_NO_CONTEXT);
   eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, embedded);
-  EXPECT_THROW(renderer::NContext(renderer::NCS_CURRENT), renderer::NRenderError);
+  EXPECT_THROW(renderer::NContext{renderer::NCS_CURRENT}, renderer::NRenderError);
   eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
   eglDestroyContext(display, embedded);
   eglBindAPI(EGL_OPENGL_API);

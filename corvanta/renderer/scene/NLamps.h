@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 
 #include "corvanta/data/domain/environment/NEnvironmentNode.h"
 #include "corvanta/export.h"
@@ -21,10 +22,11 @@ struct NLamps {
   int directionalCount = 0;
   std::array<NLampType, kLampCount> types{};
   std::array<NLampAttenuation, kLampCount> attenuations{};
-  std::array<float, 3 * kLampCount> colors{};
-  std::array<float, 3 * kLampCount> positions{};
-  std::array<float, 3 * kLampCount> directions{};
-  std::array<float, 2 * kLampCount> cones{};  // cosines of half the spread and half the fall-off
+  std::array<float, std::size_t{3} * kLampCount> colors{};
+  std::array<float, std::size_t{3} * kLampCount> positions{};
+  std::array<float, std::size_t{3} * kLampCount> directions{};
+  // Cosines of half the spread and half the fall-off.
+  std::array<float, std::size_t{2} * kLampCount> cones{};
   std::array<float, kLampCount> ranges{};
   // How much of the light on a level floor a shadow takes away, 0 to 1: of the directional lamps
   // from above that make shadows.
