@@ -1,5 +1,6 @@
 #include <CLI/CLI.hpp>
 #include <csignal>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
 
@@ -13,6 +14,9 @@ int main(int argc, char** argv) {
   std::ios::sync_with_stdio(false);
   // A file that grows beyond the process's limit is one that can't be written, and no end.
   std::signal(SIGXFSZ, SIG_IGN);
+  // Drivers print reasons of their own beside the one line of the program's.
+  setenv("EGL_LOG_LEVEL", "fatal", 0);
+  setenv("LIBGL_DEBUG", "quiet", 0);
   int status = NS_DONE;
   try {
     CLI::App program("Builds scenes from model files, prints them and watches them change.",

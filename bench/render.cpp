@@ -17,11 +17,11 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/data/domain/scenegraph/item/view_clip_distances.h"
 #include "corvanta/renderer/NContext.h"
-#include "corvanta/renderer/NEye.h"
-#include "corvanta/renderer/NLamps.h"
 #include "corvanta/renderer/NRenderError.h"
 #include "corvanta/renderer/NRenderer.h"
 #include "corvanta/renderer/NTarget.h"
+#include "corvanta/renderer/NViewpoint.h"
+#include "corvanta/renderer/scene/NLamps.h"
 #include "tests/support/ball.h"
 
 namespace {
@@ -84,14 +84,14 @@ class World {
                                                  renderer::NTarget::NTK_PICTURE);
   }
 
-  renderer::NEye GetEye() const {
+  renderer::NViewpoint GetViewpoint() const {
     auto const& camera = stage->GetView().GetCamera();
     auto const [near, far] = item::GetClipDistances(camera, stage->GetView());
-    return renderer::GetEye(camera, static_cast<double>(kWidth) / kHeight, {near, far});
+    return renderer::GetViewpoint(camera, static_cast<double>(kWidth) / kHeight, {near, far});
   }
 
   void Draw() const {
-    renderer->DrawPicture(stage->GetScene(), GetEye(), *target, {0, 0, kWidth, kHeight});
+    renderer->DrawPicture(stage->GetScene(), GetViewpoint(), *target, {0, 0, kWidth, kHeight});
     renderer->Finish();
   }
 
@@ -114,10 +114,10 @@ World& GetWorld() {
 }
 
 /// All that a frame asks the library: the event of one moved item, its place, the clip distances,
-/// which read the scene's box, the matrices of the eye, and what each item says of itself.
+/// which read the scene's box, the matrices of the viewpoint, and what each item says of itself.
 void Ask(World& world) {
   world.renderer->Update(world.stage->GetScene());
-  benchmark::DoNotOptimize(world.GetEye());
+  benchmark::DoNotOptimize(world.GetViewpoint());
   benchmark::DoNotOptimize(renderer::ReadLamps(world.stage->GetEnvironment()));
   for (renderer::NDrawItem const& drawn : world.renderer->GetItems()) {
     benchmark::DoNotOptimize(drawn.model->IsWired());

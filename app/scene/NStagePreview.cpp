@@ -5,10 +5,10 @@ namespace corvanta::app {
 NStagePreview::NStagePreview(data::document::NDocument const& document, NStage& stage,
                              unsigned width, unsigned height, renderer::NStereoMode stereo)
     : m_stage(stage),
-      m_side(stereo == renderer::NSM_MONO ? renderer::NES_BOTH : renderer::NES_LEFT),
+      m_side(stereo == renderer::NSM_MONO ? renderer::NSS_BOTH : renderer::NSS_LEFT),
       m_preview(document, stage.GetView(), width, height, stereo) {}
 
-void NStagePreview::Frame(renderer::NEyeSide side) {
+void NStagePreview::Frame(renderer::NStereoSide side) {
   NOverview& overview = m_stage.GetOverview();
   if (overview.IsLost()) {
     m_preview.Update();
@@ -28,7 +28,7 @@ std::vector<std::uint32_t> NStagePreview::TakeNumbers() {
 }
 
 renderer::NClipReport NStagePreview::MeasureClip() {
-  Frame(renderer::NES_BOTH);
+  Frame(renderer::NSS_BOTH);
   return m_preview.MeasureClip();
 }
 

@@ -26,10 +26,10 @@ class NStagePreview {
   renderer::NRenderer const& GetRenderer() const { return m_preview.GetRenderer(); }
 
  private:
-  void Frame(renderer::NEyeSide side);
+  void Frame(renderer::NStereoSide side);
 
   NStage& m_stage;
-  renderer::NEyeSide const m_side;  // whose part of a picture the camera fits
+  renderer::NStereoSide const m_side;  // whose part of a picture the camera fits
   renderer::NPreview m_preview;
 };
 

@@ -13,15 +13,16 @@ Vec3 Row(Matrix const& matrix, int row) { return {matrix(row, 0), matrix(row, 1)
 
 }  // namespace
 
-Matrix TurnBillboard(Matrix const& global, NEye const& eye, long type) {
-  Vec3 const right(eye.view(0, 0), eye.view(1, 0), eye.view(2, 0));
-  Vec3 const up(eye.view(0, 1), eye.view(1, 1), eye.view(2, 1));
-  Vec3 const place = Row(global, 3);
-  Vec3 const towards =
-      Vec3(eye.towards[0], eye.towards[1], eye.towards[2]) - place * eye.towards[3];
+Matrix TurnBillboard(Matrix const& global, NViewpoint const& viewpoint, NBillboard type) {
+  Vec3 const right(viewpoint.view(0, 0), viewpoint.view(1, 0), viewpoint.view(2, 0));
+  Vec3 const up(viewpoint.view(0, 1), viewpoint.view(1, 1), viewpoint.view(2, 1));
+  Vec3 const origin = Row(global, 3);
+  Vec3 const toViewpoint =
+      Vec3(viewpoint.position[0], viewpoint.position[1], viewpoint.position[2]) -
+      origin * viewpoint.position[3];
   Vec3 y = type == NB_FACING ? up : Row(global, 1);
   y.Normalize();
-  Vec3 z = towards - y * y.Dot(towards);
+  Vec3 z = toViewpoint - y * y.Dot(toViewpoint);
   if (z.Normalize() == 0.0f) z = right.Cross(y);
   Vec3 const x = y.Cross(z);
   Matrix turned = global;

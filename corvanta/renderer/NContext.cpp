@@ -4,7 +4,6 @@
 #include <epoxy/egl.h>
 #include <epoxy/gl.h>
 
-#include <cstdlib>
 #include <optional>
 
 #include "corvanta/renderer/NRenderError.h"
@@ -40,9 +39,6 @@ struct Current {
 /// The display that draws without a window. It is never terminated: drivers keep threads and
 /// handlers of theirs in the process, and what they never give back is still in their hands.
 EGLDisplay GetSurfacelessDisplay() {
-  // What EGL has to say comes out of this program as one line.
-  setenv("EGL_LOG_LEVEL", "fatal", 0);
-  setenv("LIBGL_DEBUG", "quiet", 0);
   // A function of a library that isn't there would end the process.
   if (!epoxy_has_egl()) throw NRenderError("there is no EGL on this machine (libEGL.so.1)");
   EGLDisplay display = EGL_NO_DISPLAY;

@@ -8,7 +8,8 @@
 
 namespace corvanta::renderer {
 
-/// A model in one of the places where it is seen.
+/// One occurrence of a model in a tree, which references can repeat: its path, and its transforms
+/// as of the renderer's last update.
 struct NDrawItem {
   using Path = data::domain::scenegraph::NSceneGraphPath<
       data::domain::scenegraph::item::NSceneGraphModelNode const>;
@@ -16,8 +17,8 @@ struct NDrawItem {
   boost::intrusive_ptr<data::domain::scenegraph::item::NSceneGraphModelNode const> model;
   Path path;
   VX_Math::Matrix global;
-  VX_Math::Matrix normals;  // the inverse of `global`, transposed
-  bool isPlaced = false;    // both matrices are finite
+  VX_Math::Matrix normals;          // the inverse of `global`, transposed
+  bool hasFiniteTransform = false;  // both matrices are; otherwise it isn't drawn
 };
 
 }  // namespace corvanta::renderer

@@ -8,7 +8,8 @@
 
 namespace corvanta::renderer {
 
-/// A picture: three bytes a pixel, red, green and blue, rows from the top.
+/// A picture as bytes: three a pixel, red, green and blue, with the transfer function of sRGB; rows
+/// from the top, without a gap between them.
 class NPixels {
  public:
   NPixels(unsigned width, unsigned height)

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <span>
+#include <vector>
 
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
 #include "corvanta/data/domain/scenegraph/item/view.h"
@@ -19,16 +19,19 @@ using data::domain::scene::NSceneNode;
 using VX_Math::Matrix;
 using VX_Math::Vec3;
 
-constexpr NEyeSide kOne[] = {NES_BOTH};
-constexpr NEyeSide kTwo[] = {NES_LEFT, NES_RIGHT};
+/// A part of a picture, and the side whose viewpoint it is drawn from.
+struct Part {
+  NStereoSide side;
+  NViewport viewport;
+};
 
 unsigned Pixels(double fraction, unsigned whole) {
   return static_cast<unsigned>(std::lround(std::clamp(fraction, 0.0, 1.0) * whole));
 }
 
 /// The depths between which something was drawn, as distances ahead of the camera.
-void SetSeen(NClipReport& report, NEye const& eye, std::vector<std::uint32_t> const& numbers,
-             std::vector<float> const& depths) {
+void SetSeen(NClipReport& report, NViewpoint const& viewpoint,
+             std::vector<std::uint32_t> const& numbers, std::vector<float> const& depths) {
   float nearest = 0.0f, farthest = 1.0f;
   for (std::size_t i = 0; i != numbers.size(); ++i) {
     if (numbers[i] == 0) continue;
@@ -36,11 +39,11 @@ void SetSeen(NClipReport& report, NEye const& eye, std::vector<std::uint32_t> co
     farthest = std::min(farthest, depths[i]);
   }
   if (farthest > nearest) return;
-  Matrix const back = eye.projection.Inverse();
+  Matrix const back = viewpoint.projection.Inverse();
   auto const getDistance = [&back](float depth) {
-    Vec3 place;
-    back.MultVecMatrix(Vec3(0.0f, 0.0f, 1.0f - depth), place);
-    return static_cast<double>(-place.z);
+    Vec3 position;
+    back.MultVecMatrix(Vec3(0.0f, 0.0f, 1.0f - depth), position);
+    return static_cast<double>(-position.z);
   };
   report.nearest = getDistance(nearest);
   report.farthest = getDistance(farthest);
@@ -48,16 +51,16 @@ void SetSeen(NClipReport& report, NEye const& eye, std::vector<std::uint32_t> co
 
 void CountVertices(NClipReport& report, NDrawItem const& drawn, Matrix const& view) {
   auto const geometry = drawn.model->GetGeometryNode();
-  if (!geometry || !drawn.isPlaced) return;
+  if (!geometry || !drawn.hasFiniteTransform) return;
   Matrix const toView = drawn.global * view;
   for (auto const& surface : geometry->GetSurfaces()) {
     for (auto const& v : surface->GetCoords()) {
-      Vec3 place;
-      toView.MultVecMatrix(Vec3(v.x, v.y, v.z), place);
-      if (!std::isfinite(place.z)) continue;
+      Vec3 position;
+      toView.MultVecMatrix(Vec3(v.x, v.y, v.z), position);
+      if (!std::isfinite(position.z)) continue;
       ++report.vertices;
-      report.before += place.z < 0.0f && -place.z < report.clip.near;
-      report.beyond += -place.z > report.clip.far;
+      report.before += position.z < 0.0f && -position.z < report.clip.near;
+      report.beyond += -position.z > report.clip.far;
     }
   }
 }
@@ -76,10 +79,6 @@ struct NPreview::Block {
         stereo(mode),
         renderer(context, document.GetEvents()) {}
 
-  std::span<NEyeSide const> GetSides() const {
-    return stereo == NSM_MONO ? std::span<NEyeSide const>(kOne) : std::span<NEyeSide const>(kTwo);
-  }
-
   boost::intrusive_ptr<NSceneNode> GetScene() const {
     auto scene = view->GetScene();
     if (!scene) throw NRenderError("the view shows no scene");
@@ -92,24 +91,29 @@ struct NPreview::Block {
     return camera;
   }
 
-  NViewport GetViewport(NEyeSide side) const {
+  NViewport GetViewport(NStereoSide side) const {
     double const middle = (view->GetLeft() + view->GetRight()) / 2;
-    unsigned const left = Pixels(side == NES_RIGHT ? middle : view->GetLeft(), width);
-    unsigned const right = Pixels(side == NES_LEFT ? middle : view->GetRight(), width);
+    unsigned const left = Pixels(side == NSS_RIGHT ? middle : view->GetLeft(), width);
+    unsigned const right = Pixels(side == NSS_LEFT ? middle : view->GetRight(), width);
     unsigned const top = Pixels(view->GetTop(), height);
     unsigned const bottom = Pixels(view->GetBottom(), height);
     return {left, top, right - std::min(left, right), bottom - std::min(top, bottom)};
   }
 
-  double GetAspect(NEyeSide side) const {
+  double GetAspect(NStereoSide side) const {
     NViewport const viewport = GetViewport(side);
     return static_cast<double>(std::max(viewport.width, 1u)) /
            static_cast<double>(std::max(viewport.height, 1u));
   }
 
-  // That of the view; where vertices that aren't finite would spoil it, that of what is drawn.
-  // Models far off the surroundings aren't cut away for the sake of these.
-  NClip GetClip() const {
+  std::vector<Part> GetParts() const {
+    if (stereo == NSM_MONO) return {{NSS_BOTH, GetViewport(NSS_BOTH)}};
+    return {{NSS_LEFT, GetViewport(NSS_LEFT)}, {NSS_RIGHT, GetViewport(NSS_RIGHT)}};
+  }
+
+  // Those of the view; where vertices that aren't finite would spoil them, those of what is drawn.
+  // A near plane for an environment that is far larger than the models doesn't cut these.
+  NClipDistances GetClip() const {
     NCameraPath const& camera = GetCamera();
     auto const [near, far] = item::GetClipDistances(camera, *view);
     VX_Math::Box3 box = renderer.GetBox();
@@ -121,19 +125,45 @@ struct NPreview::Block {
     return {cutsModels && near > kMuch * boxNear ? boxNear : near, far};
   }
 
-  NEye GetEyeOf(NEyeSide side) const {
+  NViewpoint GetViewpoint(NStereoSide side, NClipDistances const& clip) const {
     double const aspect = GetAspect(side);
-    return stereo == NSM_HEAD_MOUNTED ? GetHeadMountedEye(GetCamera(), aspect, GetClip(), side)
-                                      : GetEye(GetCamera(), aspect, GetClip(), side);
+    return stereo == NSM_HEAD_MOUNTED ? GetHeadMountedViewpoint(GetCamera(), aspect, clip, side)
+                                      : renderer::GetViewpoint(GetCamera(), aspect, clip, side);
   }
 
   NTarget const& GetTarget(NTarget::NKind kind) {
     auto& target = kind == NTarget::NTK_PICTURE ? picture : numbers;
     if (!target) target = std::make_unique<NTarget>(context, width, height, kind);
-    auto const [left, top, viewWidth, viewHeight] = GetViewport(NES_BOTH);
+    auto const [left, top, viewWidth, viewHeight] = GetViewport(NSS_BOTH);
     // What the view doesn't draw over is from the picture before.
     if (left + top != 0 || viewWidth != width || viewHeight != height) target->Clear();
     return *target;
+  }
+
+  /// What was drawn, into which target.
+  struct Drawing {
+    NTarget const& target;
+    NClipDistances clip;
+    NViewpoint viewpoint;  // of the last part
+  };
+
+  /// Brings the renderer up to date and draws a picture part by part, all with the same clip
+  /// distances.
+  /// Requires: a scope of the context.
+  Drawing Draw(NTarget::NKind kind, std::vector<Part> const& parts) {
+    NTarget const& target = GetTarget(kind);
+    auto const scene = GetScene();
+    renderer.Update(*scene);
+    Drawing drawing{target, GetClip(), {}};
+    for (Part const& part : parts) {
+      drawing.viewpoint = GetViewpoint(part.side, drawing.clip);
+      if (kind == NTarget::NTK_PICTURE) {
+        renderer.DrawPicture(*scene, drawing.viewpoint, target, part.viewport);
+      } else {
+        renderer.DrawNumbers(*scene, drawing.viewpoint, target, part.viewport);
+      }
+    }
+    return drawing;
   }
 
   std::unique_ptr<NContext const> const own;
@@ -163,43 +193,30 @@ void NPreview::Update() { m_block->renderer.Update(*m_block->GetScene()); }
 NPixels NPreview::TakePicture() {
   Block& block = *m_block;
   NContextScope const scope(block.context);
-  NTarget const& target = block.GetTarget(NTarget::NTK_PICTURE);
-  auto const scene = block.GetScene();
-  block.renderer.Update(*scene);
-  for (NEyeSide const side : block.GetSides()) {
-    block.renderer.DrawPicture(*scene, block.GetEyeOf(side), target, block.GetViewport(side));
-  }
-  return target.ReadPicture();
+  return block.Draw(NTarget::NTK_PICTURE, block.GetParts()).target.ReadPicture();
 }
 
 std::vector<std::uint32_t> NPreview::TakeNumbers() {
   Block& block = *m_block;
   NContextScope const scope(block.context);
-  NTarget const& target = block.GetTarget(NTarget::NTK_NUMBERS);
-  auto const scene = block.GetScene();
-  block.renderer.Update(*scene);
-  for (NEyeSide const side : block.GetSides()) {
-    block.renderer.DrawNumbers(*scene, block.GetEyeOf(side), target, block.GetViewport(side));
-  }
-  return target.ReadNumbers();
+  return block.Draw(NTarget::NTK_NUMBERS, block.GetParts()).target.ReadNumbers();
 }
 
 NClipReport NPreview::MeasureClip() {
   Block& block = *m_block;
   NContextScope const scope(block.context);
-  NTarget const& target = block.GetTarget(NTarget::NTK_NUMBERS);
-  auto const scene = block.GetScene();
-  block.renderer.Update(*scene);
-  NEye const eye = block.GetEyeOf(NES_BOTH);
+  auto const [target, clip, viewpoint] =
+      block.Draw(NTarget::NTK_NUMBERS, {{NSS_BOTH, {0, 0, block.width, block.height}}});
   NClipReport report;
-  report.clip = block.GetClip();
-  block.renderer.DrawNumbers(*scene, eye, target, {0, 0, block.width, block.height});
-  SetSeen(report, eye, target.ReadNumbers(), target.ReadDepths());
-  for (NDrawItem const& drawn : block.renderer.GetItems()) CountVertices(report, drawn, eye.view);
+  report.clip = clip;
+  SetSeen(report, viewpoint, target.ReadNumbers(), target.ReadDepths());
+  for (NDrawItem const& drawn : block.renderer.GetItems()) {
+    CountVertices(report, drawn, viewpoint.view);
+  }
   return report;
 }
 
-double NPreview::GetAspect(NEyeSide side) const { return m_block->GetAspect(side); }
+double NPreview::GetAspect(NStereoSide side) const { return m_block->GetAspect(side); }
 
 NRenderer const& NPreview::GetRenderer() const { return m_block->renderer; }
 

@@ -9,34 +9,34 @@
 #include "corvanta/data/document/NDocument.h"
 #include "corvanta/data/view/NView.h"
 #include "corvanta/renderer/NContext.h"
-#include "corvanta/renderer/NEye.h"
 #include "corvanta/renderer/NPixels.h"
 #include "corvanta/renderer/NRenderer.h"
 #include "corvanta/renderer/NTarget.h"
+#include "corvanta/renderer/NViewpoint.h"
 
 namespace corvanta::renderer {
 
-/// For how many eyes a picture is drawn.
+/// What the halves of a picture are.
 enum NStereoMode {
-  NSM_MONO,
-  NSM_SIDE_BY_SIDE,  ///< the left eye's half beside the right eye's, for a flat screen
+  NSM_MONO,          ///< one picture
+  NSM_SIDE_BY_SIDE,  ///< a stereo pair for a flat screen, the left picture on the left
   NSM_HEAD_MOUNTED,  ///< the same for a head-mounted display
 };
 
 /// The clip distances of a view and what there is to be clipped.
 /// Units: scene units ahead of the camera.
 struct NClipReport {
-  NClip clip;
-  double nearest = 0, farthest = 0;  // of what is seen; both 0 where nothing is
-  std::size_t vertices = 0;          // of what is drawn
-  std::size_t before = 0;            // of these: ahead, but nearer than the near distance
-  std::size_t beyond = 0;            // farther than the far distance
+  NClipDistances clip;
+  double nearest = 0, farthest = 0;  ///< of what is seen; both 0 where nothing is
+  std::size_t vertices = 0;          ///< of what is drawn
+  std::size_t before = 0;            ///< of these: ahead, but nearer than the near plane
+  std::size_t beyond = 0;            ///< of these: farther than the far plane
 };
 
-/// Draws pictures of a view of a document, each as the view and what it shows are then.
-///
-/// A view without clip distances of its own (see `item::GetClipDistances`) is clipped at the box
-/// of what is drawn. What no environment lights is drawn in its ambient and emissive colours.
+/// Draws pictures of a view of a document, each as the view and what it shows are then. All parts
+/// of a picture have the same clip distances: those of the view (see `item::GetClipDistances`), or
+/// of the box of what is drawn, where the view has none. What no environment lights is drawn in its
+/// ambient and emissive colours.
 class CORVANTA_API NPreview {
  public:
   /// Draws in a context of its own.
@@ -62,13 +62,13 @@ class CORVANTA_API NPreview {
   /// The model that is seen at each pixel, rows from the top; see NRenderer::DrawNumbers.
   /// Fails: as TakePicture.
   std::vector<std::uint32_t> TakeNumbers();
-  /// Of the view as one eye sees it.
+  /// The clip distances of a picture that isn't stereo, and what they cut off.
   /// Fails: as TakePicture.
   NClipReport MeasureClip();
 
-  /// The shape of the part of the picture that `side` takes, of all of it for NES_BOTH.
+  /// The shape of the part of the picture that `side` takes, of all of it for NSS_BOTH.
   /// Units: width by height.
-  double GetAspect(NEyeSide side) const;
+  double GetAspect(NStereoSide side) const;
   NRenderer const& GetRenderer() const;
   NContext const& GetContext() const;
 

@@ -6,7 +6,7 @@
 
 namespace corvanta::renderer {
 
-/// A picture that can't be drawn; `what()` is the reason in UTF-8, one line.
+/// Why a picture can't be drawn; `what()` is the reason in UTF-8, one line.
 class CORVANTA_API NRenderError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

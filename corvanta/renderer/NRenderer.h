@@ -9,8 +9,8 @@
 #include "corvanta/data/events/NEventMultiplexer.h"
 #include "corvanta/renderer/NContext.h"
 #include "corvanta/renderer/NDrawItem.h"
-#include "corvanta/renderer/NEye.h"
 #include "corvanta/renderer/NTarget.h"
+#include "corvanta/renderer/NViewpoint.h"
 #include "corvanta/vx_math/Box3.h"
 
 namespace corvanta::renderer {
@@ -20,40 +20,43 @@ struct NViewport {
   unsigned left, top, width, height;
 };
 
-/// What was uploaded to the graphics processor so far.
+/// How often something was uploaded to the graphics processor so far.
 struct NUploads {
-  std::size_t meshes = 0;    // places, normals and indices of a surface
-  std::size_t coords = 0;    // texture coordinates or tangents of a surface
-  std::size_t textures = 0;  // pictures
+  std::size_t meshes = 0;    ///< positions, normals and indices of a surface
+  std::size_t coords = 0;    ///< texture coordinates or tangents of a surface
+  std::size_t textures = 0;  ///< pictures
 };
 
-/// Draws a scene as the library says it stands: it takes matrices, places, visibility, boxes,
-/// texture coordinates, pictures and lamps from there, and computes none of them. It hears the
-/// events of the scene's nodes, and takes over again only what an event named.
+/// Draws scenes: it reads matrices, visibility, boxes, texture coordinates, pictures and lamps from
+/// their nodes, and computes none of these itself. It listens to the events of the nodes, so that a
+/// picture shows the scene as it is then, and only what an event named is read and uploaded again.
 class CORVANTA_API NRenderer {
  public:
-  /// Requires: the context is current, and outlives this.
+  /// Requires: the context outlives this; of NCS_CURRENT it is current.
   /// Fails: throws NRenderError for a driver that refuses the shaders.
   NRenderer(NContext const& context, data::events::NEventMultiplexer& events);
   NRenderer(NRenderer const&) = delete;
   NRenderer& operator=(NRenderer const&) = delete;
   ~NRenderer();
 
-  /// Takes over what changed since the last call, without drawing.
+  /// Takes over what changed since the last call, without drawing. What changes while the scene has
+  /// no tree is taken over with its next one.
   void Update(data::domain::scene::NSceneNode const& scene);
-  /// What is drawn, by its number less 1; see DrawNumbers. Of the last Update.
+  /// What the last Update found to draw, in the order of the numbers of DrawNumbers.
   std::vector<NDrawItem> const& GetItems() const;
-  /// The box of what is drawn, without vertices that aren't finite. Of the last Update.
+  /// The box of that, without vertices that aren't finite.
   VX_Math::Box3 GetBox() const;
 
-  /// Updates, clears a part of the target and draws the scene there: its surroundings, its floor,
+  /// Updates, clears a part of the target and draws the scene there: its background, its floor and
   /// its models.
-  void DrawPicture(data::domain::scene::NSceneNode const& scene, NEye const& eye,
+  /// Fails: throws NRenderError if the context can't be made current.
+  void DrawPicture(data::domain::scene::NSceneNode const& scene, NViewpoint const& viewpoint,
                    NTarget const& target, NViewport const& viewport);
   /// Updates, clears a part of the target to 0 and gives each pixel the number of the model that is
-  /// seen at its middle, 1 for the first of GetItems. All is drawn whole: no wires, nothing
+  /// seen at its middle, 1 for the first of GetItems. All is drawn solid: no wireframe, nothing
   /// transparent.
-  void DrawNumbers(data::domain::scene::NSceneNode const& scene, NEye const& eye,
+  /// Fails: as DrawPicture.
+  void DrawNumbers(data::domain::scene::NSceneNode const& scene, NViewpoint const& viewpoint,
                    NTarget const& target, NViewport const& viewport);
   /// Waits until all is drawn.
   void Finish() const;

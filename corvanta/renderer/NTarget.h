@@ -10,12 +10,13 @@
 
 namespace corvanta::renderer {
 
-/// The largest picture that is drawn. Units: pixels a side, and in all.
+/// The largest picture that is drawn.
+/// Units: pixels a side, and in all.
 inline constexpr unsigned kMostSide = 16384;
 inline constexpr std::uint64_t kMostPixels = 32ull * 1024 * 1024;
 
 /// What is drawn into: linear colour, depth as floats and stencil, with several samples a pixel or
-/// one.
+/// one. Its size and kind never change; it keeps what was drawn until that is cleared.
 class CORVANTA_API NTarget {
  public:
   enum NKind {
@@ -35,7 +36,9 @@ class CORVANTA_API NTarget {
   unsigned GetHeight() const;
 
   /// The picture, its samples averaged as linear light and written with the transfer function of
-  /// sRGB. Requires: NTK_PICTURE.
+  /// sRGB.
+  /// Requires: NTK_PICTURE.
+  /// Fails: throws NRenderError where the driver gives up; so do the others.
   NPixels ReadPicture() const;
   /// The number that each pixel was given, red the highest byte; rows from the top.
   /// Requires: NTK_NUMBERS.
@@ -49,9 +52,11 @@ class CORVANTA_API NTarget {
   friend class NRenderer;
   struct Block;
 
-  /// Makes this what is drawn into. Requires: a scope of the context.
+  /// Makes this what is drawn into.
+  /// Requires: a scope of the context.
   void Bind() const;
-  /// Makes all of it black, or 0. Requires: a scope of the context.
+  /// Makes all of it black, or 0.
+  /// Requires: a scope of the context.
   void Clear() const;
 
   std::unique_ptr<Block> m_block;

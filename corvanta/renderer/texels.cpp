@@ -166,7 +166,8 @@ class DirectDrawSurface {
       NTexels texels{width, height, {}, {}, false};
       texels.bytes.resize(std::size_t{4} * width * height);
       for (std::size_t y = 0; y != height; ++y) {
-        // The six faces are given to OpenGL as they stand; a flat picture hangs the other way.
+        // OpenGL takes the rows of cube faces from the top, those of a flat picture from the
+        // bottom.
         std::size_t const row = isCube ? y : height - 1 - y;
         for (std::size_t x = 0; x != width; ++x) {
           ReadPixel(at + pitch * row + x * (bits / 8), bits, &texels.bytes[4 * (y * width + x)]);

@@ -9,7 +9,7 @@
 namespace corvanta::renderer {
 
 /// A decoded picture: four floats or four bytes a pixel, red, green, blue and alpha, rows from the
-/// bottom.
+/// bottom. One of the two vectors is empty.
 struct NTexels {
   unsigned width = 0;
   unsigned height = 0;

@@ -65,13 +65,17 @@ class ContextTest : public World {
   }
 };
 
+// OpenGL promises so many.
+constexpr GLenum kClipDistanceCount = 8;
+
 /// Sets what would spoil a picture, each to another value than OpenGL's initial one.
 void SetUnusualState() {
-  for (GLenum const name : {GL_CULL_FACE, GL_STENCIL_TEST, GL_SCISSOR_TEST, GL_COLOR_LOGIC_OP,
-                            GL_RASTERIZER_DISCARD, GL_PRIMITIVE_RESTART, GL_CLIP_DISTANCE0,
-                            GL_POLYGON_OFFSET_FILL, GL_DEPTH_CLAMP, GL_FRAMEBUFFER_SRGB}) {
+  for (GLenum const name :
+       {GL_CULL_FACE, GL_STENCIL_TEST, GL_SCISSOR_TEST, GL_COLOR_LOGIC_OP, GL_RASTERIZER_DISCARD,
+        GL_PRIMITIVE_RESTART, GL_POLYGON_OFFSET_FILL, GL_DEPTH_CLAMP, GL_FRAMEBUFFER_SRGB}) {
     glEnable(name);
   }
+  for (GLenum i = 0; i != kClipDistanceCount; ++i) glEnable(GL_CLIP_DISTANCE0 + i);
   glEnablei(GL_BLEND, 1);
   glColorMaski(0, GL_FALSE, GL_TRUE, GL_FALSE, GL_FALSE);
   glCullFace(GL_FRONT_AND_BACK);
@@ -121,9 +125,12 @@ std::map<GLenum, std::vector<double>> GetState() {
   std::map<GLenum, std::vector<double>> state;
   for (GLenum const name :
        {GL_CULL_FACE, GL_STENCIL_TEST, GL_SCISSOR_TEST, GL_COLOR_LOGIC_OP, GL_RASTERIZER_DISCARD,
-        GL_PRIMITIVE_RESTART, GL_CLIP_DISTANCE0, GL_POLYGON_OFFSET_FILL, GL_DEPTH_CLAMP,
-        GL_FRAMEBUFFER_SRGB, GL_DEPTH_TEST, GL_TEXTURE_CUBE_MAP_SEAMLESS}) {
+        GL_PRIMITIVE_RESTART, GL_POLYGON_OFFSET_FILL, GL_DEPTH_CLAMP, GL_FRAMEBUFFER_SRGB,
+        GL_DEPTH_TEST, GL_TEXTURE_CUBE_MAP_SEAMLESS}) {
     state[name] = {static_cast<double>(glIsEnabled(name))};
+  }
+  for (GLenum i = 0; i != kClipDistanceCount; ++i) {
+    state[GL_CLIP_DISTANCE0 + i] = {static_cast<double>(glIsEnabled(GL_CLIP_DISTANCE0 + i))};
   }
   for (GLenum const name : {GL_DEPTH_WRITEMASK,
                             GL_DEPTH_FUNC,
@@ -218,10 +225,10 @@ TEST_F(ContextTest, TheOwnContextLeavesTheHostsCurrent) {
 TEST_F(ContextTest, RefusesWhatIsNotCurrentOrTooOld) {
   m_renderer.reset();
   m_context.reset();
-  EXPECT_THROW(renderer::NContext(renderer::NCS_CURRENT), renderer::NRenderError);
+  EXPECT_THROW(renderer::NContext{renderer::NCS_CURRENT}, renderer::NRenderError);
   {
     HostContext const host;
-    EXPECT_NO_THROW(renderer::NContext(renderer::NCS_CURRENT));
+    EXPECT_NO_THROW(renderer::NContext{renderer::NCS_CURRENT});
   }
   EGLDisplay const display =
       eglGetPlatformDisplayEXT(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
@@ -231,7 +238,7 @@ TEST_F(ContextTest, RefusesWhatIsNotCurrentOrTooOld) {
       eglCreateContext(display, EGL_NO_CONFIG_KHR, EGL_NO_CONTEXT, attributes);
   ASSERT_NE(embedded, EGL_NO_CONTEXT);
   eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, embedded);
-  EXPECT_THROW(renderer::NContext(renderer::NCS_CURRENT), renderer::NRenderError);
+  EXPECT_THROW(renderer::NContext{renderer::NCS_CURRENT}, renderer::NRenderError);
   eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
   eglDestroyContext(display, embedded);
   eglBindAPI(EGL_OPENGL_API);

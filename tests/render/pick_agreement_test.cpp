@@ -39,7 +39,7 @@ class PickAgreementTest : public World {
   /// `modelCount` is how many models there are to be seen.
   void Compare(std::size_t modelCount) {
     auto const drawn = DrawNumbers();
-    VX_Math::Matrix const viewProjection = GetEye().GetViewProjection();
+    VX_Math::Matrix const viewProjection = GetViewpoint().GetViewProjection();
     std::vector<std::uint32_t> picked;
     for (unsigned y = 0; y != kHeight; ++y) {
       for (unsigned x = 0; x != kWidth; ++x) picked.push_back(Pick(x, y, viewProjection));
@@ -111,7 +111,7 @@ TEST_F(PickAgreementTest, HiddenItems) {
   group->SetIsVisibleFlag(false);
   AddBall(*m_root, -2, 0.5, 0);
   AddBall(*AddBall(*m_root, 1, 0.5, 0), 0.5, 0.8, 0.4);
-  m_root->SetIsVisibleFlag(false);  // a root stands for its children alone
+  m_root->SetIsVisibleFlag(false);  // ignored: it is a root
   Compare(3);
 }
 

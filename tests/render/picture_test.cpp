@@ -77,29 +77,35 @@ class PictureTest : public World {
     return lamp;
   }
 
-  /// A texture of the wall's material from the pixels of a PPM file.
-  void AddTexture(texture::NTextureUse use, unsigned width, unsigned height,
-                  std::string const& pixels, texture_mapping::NTextureMapping* mapping = nullptr) {
+  /// An image from the pixels of a PPM file.
+  boost::intrusive_ptr<data::domain::image::NImageNode> CreateImage(unsigned width, unsigned height,
+                                                                    std::string const& pixels) {
     auto const path = m_files.Write(
-        "picture" + std::to_string(m_textureCount++) + ".ppm",
+        "picture" + std::to_string(m_imageCount++) + ".ppm",
         "P6 " + std::to_string(width) + ' ' + std::to_string(height) + " 255\n" + pixels);
     auto const image = m_document.GetImages().CreateNode(NNodeID());
     image->SetImageLocator(core::locator::NLocator(core::uri::NUri::CreateFileUri(path)));
+    return image;
+  }
+
+  /// A texture of the wall's material from the pixels of a PPM file.
+  void AddTexture(texture::NTextureUse use, unsigned width, unsigned height,
+                  std::string const& pixels, texture_mapping::NTextureMapping* mapping = nullptr) {
     auto const texture = m_document.GetTextures().CreateNode(NNodeID());
     texture->SetType(static_cast<data::domain::texture::NTextureType>(use));
-    texture->SetImage(image);
-    boost::intrusive_ptr<texture_mapping::NTextureMapping> const laid(
+    texture->SetImage(CreateImage(width, height, pixels));
+    boost::intrusive_ptr<texture_mapping::NTextureMapping> const used(
         mapping != nullptr ? mapping
                            : new texture_mapping::NUVWMapping(texture_mapping::NUVWMappingType(1)));
-    m_material->AddTexture(texture, *laid, 0);
+    m_material->AddTexture(texture, *used, 0);
   }
 
   /// The pixel where a point of the wall is seen.
   Color At(renderer::NPixels const& picture, float x, float y) const {
-    VX_Math::Vec3 place(x, y, 0);
-    GetEye().GetViewProjection().MultVecMatrix(place, place);
-    auto const column = static_cast<unsigned>((place.x + 1) / 2 * kWidth);
-    auto const row = static_cast<unsigned>((1 - place.y) / 2 * kHeight);
+    VX_Math::Vec3 position(x, y, 0);
+    GetViewpoint().GetViewProjection().MultVecMatrix(position, position);
+    auto const column = static_cast<unsigned>((position.x + 1) / 2 * kWidth);
+    auto const row = static_cast<unsigned>((1 - position.y) / 2 * kHeight);
     unsigned char const* const pixel = picture.GetRow(row) + 3 * column;
     return {pixel[0], pixel[1], pixel[2]};
   }
@@ -117,7 +123,7 @@ class PictureTest : public World {
   boost::intrusive_ptr<light_env::NLightEnvNode> m_lamps;
   boost::intrusive_ptr<data::domain::material::NMaterialNode> m_material;
   Model m_wall;
-  int m_textureCount = 0;
+  int m_imageCount = 0;
 };
 
 TEST_F(PictureTest, DirectionalLampsLightByTheCosineAndAreGammaCorrect) {
@@ -221,7 +227,7 @@ TEST_F(PictureTest, BumpsTurnTheNormalAlongTheTexture) {
   EXPECT_LT(GreyAt(bumped, -2, 0), GreyAt(bumped, 2, 0) - 5);
 }
 
-TEST_F(PictureTest, ThrownTexturesFollowTheProjection) {
+TEST_F(PictureTest, ProjectedTexturesFollowTheProjection) {
 #ifndef CORVANTA_WITH_FREEIMAGE
   GTEST_SKIP() << "pictures aren't decoded here";
 #endif
@@ -277,12 +283,12 @@ TEST_F(PictureTest, TheFloorIsSeenAndShadowsFallOnIt) {
                                                  {0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1, 0},
                                                  {0, 1, 2, 0, 2, 3}));
   m_environment->SetFloorHeight(-1);
-  // The ball stands two units above the floor, so its shadow lies two to the right.
+  // The ball is two units above the floor, so its shadow is two to the right.
   auto const seen = [this](float x) {
-    VX_Math::Vec3 place(x, -1, 0);
-    GetEye().GetViewProjection().MultVecMatrix(place, place);
-    auto const column = static_cast<unsigned>((place.x + 1) / 2 * kWidth);
-    auto const row = static_cast<unsigned>((1 - place.y) / 2 * kHeight);
+    VX_Math::Vec3 position(x, -1, 0);
+    GetViewpoint().GetViewProjection().MultVecMatrix(position, position);
+    auto const column = static_cast<unsigned>((position.x + 1) / 2 * kWidth);
+    auto const row = static_cast<unsigned>((1 - position.y) / 2 * kHeight);
     return int{DrawPicture().GetRow(row)[3 * column]};
   };
   EXPECT_EQ(seen(-2.5f), 0);
@@ -294,7 +300,30 @@ TEST_F(PictureTest, TheFloorIsSeenAndShadowsFallOnIt) {
   EXPECT_EQ(seen(2), lit);
 }
 
-TEST_F(PictureTest, TheSkyIsSeenInItsDirection) {
+TEST_F(PictureTest, ABackgroundPictureFillsTheView) {
+#ifndef CORVANTA_WITH_FREEIMAGE
+  GTEST_SKIP() << "pictures aren't decoded here";
+#endif
+  m_wall->SetIsVisibleFlag(false);
+  // Red and green above, blue and white below, whatever the camera looks at.
+  std::string const red("\xFF\0\0", 3), green("\0\xFF\0", 3), blue("\0\0\xFF", 3), white(3, '\xFF');
+  std::string const top = red + red + green + green, bottom = blue + blue + white + white;
+  m_environment->Set2DImage(CreateImage(4, 4, top + top + bottom + bottom));
+  m_camera->SetInterestX(5);
+  auto const at = [](renderer::NPixels const& picture, unsigned x, unsigned y) {
+    unsigned char const* const pixel = picture.GetRow(y) + 3 * x;
+    return Color{pixel[0], pixel[1], pixel[2]};
+  };
+  auto const picture = DrawPicture();
+  ExpectColor(at(picture, kWidth / 4, kHeight / 4), {255, 0, 0});
+  ExpectColor(at(picture, kWidth * 3 / 4, kHeight / 4), {0, 255, 0});
+  ExpectColor(at(picture, kWidth / 4, kHeight * 3 / 4), {0, 0, 255});
+  ExpectColor(at(picture, kWidth * 3 / 4, kHeight * 3 / 4), {255, 255, 255});
+  m_environment->SetImageExposure(0.25);
+  EXPECT_NEAR(at(DrawPicture(), kWidth / 4, kHeight / 4)[0], Encode(0.25), 4);
+}
+
+TEST_F(PictureTest, TheEnvironmentIsSeenInItsDirection) {
   m_wall->SetIsVisibleFlag(false);
   // Six faces of one colour each, in a cube map of one pixel a face.
   std::string dds = "DDS ";
@@ -313,7 +342,7 @@ TEST_F(PictureTest, TheSkyIsSeenInItsDirection) {
   }
   auto const image = m_document.GetImages().CreateNode(NNodeID());
   image->SetImageLocator(
-      core::locator::NLocator(core::uri::NUri::CreateFileUri(m_files.Write("sky.dds", dds))));
+      core::locator::NLocator(core::uri::NUri::CreateFileUri(m_files.Write("cube.dds", dds))));
   m_environment->GetEnvironmentMap().SetImage(image);
   Color const faces[] = {{255, 0, 0},   {0, 255, 0},   {0, 0, 255},
                          {255, 255, 0}, {255, 0, 255}, {0, 255, 255}};

@@ -45,11 +45,11 @@ TEST_F(PreviewTest, NeedsASceneAndACamera) {
 TEST_F(PreviewTest, DrawsInTheRectangleOfTheViewAndInItsHalvesForTwoEyes) {
   m_view->SetScene(*m_scene);
   m_view->SetCamera(GetCamera());
-  EXPECT_EQ(m_preview->GetAspect(renderer::NES_BOTH), 80.0 / 60);
+  EXPECT_EQ(m_preview->GetAspect(renderer::NSS_BOTH), 80.0 / 60);
   auto const [left, right] = GetColumns(m_preview->TakeNumbers());
   EXPECT_NEAR(static_cast<double>(left + right), 80, 1);
   m_view->SetLeft(0.5);
-  EXPECT_EQ(m_preview->GetAspect(renderer::NES_BOTH), 40.0 / 60);
+  EXPECT_EQ(m_preview->GetAspect(renderer::NSS_BOTH), 40.0 / 60);
   auto const half = GetColumns(m_preview->TakeNumbers());
   EXPECT_NEAR(static_cast<double>(half[0] + half[1]), 120, 1);
   m_preview = std::make_unique<renderer::NPreview>(*m_context, m_document, *m_view, 80, 60,

@@ -100,6 +100,19 @@ TEST_F(UploadsTest, OnlyTheNamedThingIsUploadedAgain) {
   ExpectMore(0, 0, 0);
 }
 
+TEST_F(UploadsTest, WhatChangesWhileNoTreeIsShownIsUploadedWithTheNext) {
+  auto const& surface = *m_ball->GetSurfaces().begin();
+  m_scene->SetSceneGraph({});
+  ExpectMore(0, 0, 0);
+  EXPECT_TRUE(m_renderer->GetItems().empty());
+  surface->Assign({0, 0, 0, 1, 0, 0, 0, 1, 0}, {0, 0, 1, 0, 0, 1, 0, 0, 1}, {0, 1, 2}, {});
+  m_image->SetImageLocator(data::internal::GetNotFoundImage());
+  ExpectMore(0, 0, 0);
+  m_scene->SetSceneGraph(m_tree);
+  ExpectMore(1, 1, 1);
+  EXPECT_EQ(m_renderer->GetItems().size(), 2u);
+}
+
 TEST_F(UploadsTest, BrokenTrianglesDrawNothingAndHarmNothingElse) {
   float const inf = std::numeric_limits<float>::infinity();
   float const nan = std::numeric_limits<float>::quiet_NaN();
@@ -115,8 +128,8 @@ TEST_F(UploadsTest, BrokenTrianglesDrawNothingAndHarmNothingElse) {
   EXPECT_TRUE(box.max.x - box.min.x < 20.0f);
   auto const [near, far] = item::GetClipDistances(GetCamera(), box);
   NTarget const target(*m_context, kWidth, kHeight, NTarget::NTK_NUMBERS);
-  m_renderer->DrawNumbers(*m_scene, renderer::GetEye(GetCamera(), 4.0 / 3, {near, far}), target,
-                          {0, 0, kWidth, kHeight});
+  m_renderer->DrawNumbers(*m_scene, renderer::GetViewpoint(GetCamera(), 4.0 / 3, {near, far}),
+                          target, {0, 0, kWidth, kHeight});
   EXPECT_EQ(target.ReadNumbers(), before);
 }
 

@@ -23,8 +23,8 @@ using core::node::NNodeID;
 using core::node::NNodeReference;
 using renderer::NCameraPath;
 using renderer::NDrawItem;
-using renderer::NEye;
 using renderer::NTarget;
+using renderer::NViewpoint;
 using Group = boost::intrusive_ptr<item::NSceneGraphGroupNode>;
 using Model = boost::intrusive_ptr<item::NSceneGraphModelNode>;
 using Geometry = boost::intrusive_ptr<data::domain::geometry::NGeometryNode>;
@@ -109,21 +109,21 @@ class World : public testing::Test {
 
   NCameraPath GetCamera() const { return {*m_camera, *m_tree}; }
 
-  NEye GetEye() const {
+  NViewpoint GetViewpoint() const {
     auto const [near, far] = item::GetClipDistances(GetCamera(), *m_tree);
-    return renderer::GetEye(GetCamera(), static_cast<double>(kWidth) / kHeight, {near, far});
+    return renderer::GetViewpoint(GetCamera(), static_cast<double>(kWidth) / kHeight, {near, far});
   }
 
   /// The numbers of a picture of the scene, rows from the top.
   std::vector<std::uint32_t> DrawNumbers() {
     NTarget const target(*m_context, kWidth, kHeight, NTarget::NTK_NUMBERS);
-    m_renderer->DrawNumbers(*m_scene, GetEye(), target, {0, 0, kWidth, kHeight});
+    m_renderer->DrawNumbers(*m_scene, GetViewpoint(), target, {0, 0, kWidth, kHeight});
     return target.ReadNumbers();
   }
 
   renderer::NPixels DrawPicture() {
     NTarget const target(*m_context, kWidth, kHeight, NTarget::NTK_PICTURE);
-    m_renderer->DrawPicture(*m_scene, GetEye(), target, {0, 0, kWidth, kHeight});
+    m_renderer->DrawPicture(*m_scene, GetViewpoint(), target, {0, 0, kWidth, kHeight});
     return target.ReadPicture();
   }
 

@@ -5,8 +5,8 @@
 namespace corvanta::renderer {
 
 /// While it lives, a context is current and in the state that the renderer draws in; see NContext
-/// for what its end restores. Every public function that touches OpenGL begins with one; inner ones
-/// do nothing.
+/// for what its end restores. Every public function that touches OpenGL begins with one; one within
+/// another of the same context does nothing.
 class NContextScope {
  public:
   /// Fails: throws NRenderError if the context can't be made current, as when it is current on

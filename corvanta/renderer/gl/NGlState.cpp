@@ -40,6 +40,8 @@ constexpr Switch kSwitches[] = {
     {GL_CLIP_DISTANCE3, false},
     {GL_CLIP_DISTANCE4, false},
     {GL_CLIP_DISTANCE5, false},
+    {GL_CLIP_DISTANCE6, false},
+    {GL_CLIP_DISTANCE7, false},
 };
 
 struct Buffer {

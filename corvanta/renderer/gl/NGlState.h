@@ -7,7 +7,8 @@
 
 namespace corvanta::renderer {
 
-/// The state of a context that the renderer changes or relies on, as it stood at construction.
+/// The state of a context that the renderer changes or relies on, as it was at construction: what
+/// SetDrawingState and drawing change, Restore sets back.
 class NGlState {
  public:
   /// Cost: some 130 queries.

@@ -6,7 +6,8 @@
 
 namespace corvanta::renderer {
 
-/// A program of shaders on the graphics processor.
+/// A program of shaders on the graphics processor, linked while it lives.
+/// Requires: its context is current whenever it is made, used or ends.
 class NProgram {
  public:
   /// Fails: throws NRenderError with the driver's first line about a shader that it refuses.

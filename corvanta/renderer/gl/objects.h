@@ -18,7 +18,8 @@ inline std::array<float, 2> GetDepthRange() {
   return {2.0f, -1.0f};
 }
 
-/// Owns an object of OpenGL: its name, which `Generate` makes and `Delete` gives back.
+/// Owns an object of OpenGL: its name, which `Generate` makes and `Delete` gives back. It is empty
+/// only after a move.
 /// Requires: its context is current whenever it is made or ends.
 template <auto& Generate, auto& Delete>
 class NGlObject {

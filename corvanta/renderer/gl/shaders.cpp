@@ -18,18 +18,18 @@ uniform mat3 normalWorld;
 uniform mat4 viewProjection;
 uniform vec2 depthRange;
 
-out vec3 place;
-out vec3 normalAt;
-out vec3 tangentAt;
-out vec3 binormalAt;
+out vec3 worldPosition;
+out vec3 worldNormal;
+out vec3 worldTangent;
+out vec3 worldBinormal;
 out vec2 coords[5];
 
 void main() {
   vec4 global = world * vec4(position, 1.0);
-  place = global.xyz;
-  normalAt = normalWorld * normal;
-  tangentAt = mat3(world) * tangent;
-  binormalAt = mat3(world) * binormal;
+  worldPosition = global.xyz;
+  worldNormal = normalWorld * normal;
+  worldTangent = mat3(world) * tangent;
+  worldBinormal = mat3(world) * binormal;
   coords[0] = coords0;
   coords[1] = coords1;
   coords[2] = coords2;
@@ -42,21 +42,21 @@ void main() {
 
 // Lambert and Blinn-Phong: J. F. Blinn, Models of light reflection for computer synthesized
 // pictures, 1977. Bumps: J. F. Blinn, Simulation of wrinkled surfaces, 1978. What a smooth surface
-// mirrors at an angle: C. Schlick, An inexpensive BRDF model for physically-based rendering, 1994.
+// reflects at an angle: C. Schlick, An inexpensive BRDF model for physically-based rendering, 1994.
 // Tone mapping: E. Reinhard et al., Photographic tone reproduction for digital images, 2002.
 char const* const kSurfaceFragmentShader = R"(const int kSpot = 2;
 const int kHeights = 1;
 const int kAdd = 1;
 const int kCover = 2;
 
-in vec3 place;
-in vec3 normalAt;
-in vec3 tangentAt;
-in vec3 binormalAt;
+in vec3 worldPosition;
+in vec3 worldNormal;
+in vec3 worldTangent;
+in vec3 worldBinormal;
 in vec2 coords[5];
 out vec4 result;
 
-uniform vec4 eye;  // a place, or with w = 0 the direction to the camera
+uniform vec4 viewpoint;  // a position, or with w = 0 the direction to the camera
 uniform vec3 diffuse;
 uniform vec3 ambient;
 uniform vec3 specular;
@@ -66,71 +66,71 @@ uniform float opacity;
 
 uniform int bounds;  // two bits for each: it ends at the borders of u, of v
 uniform int colorOperation;
-uniform int bumpKind;
+uniform int bumpContent;
 uniform float bumpScale;
 uniform bool opacityInAlpha;
-uniform bool wired;  // a line has no face
+uniform bool wireframe;  // a line has no face of its own
 uniform sampler2D colorMap;
 uniform sampler2D bumpMap;
 uniform sampler2D specularMap;
 uniform sampler2D emissiveMap;
 uniform sampler2D opacityMap;
 
-uniform int farCount;  // directional lamps, which come first
+uniform int directionalCount;  // of the lamps, which come first
 uniform int lampCount;
-uniform int shineCount;  // farCount for what has highlights, otherwise 0
-uniform int lampKind[7];
+uniform int specularCount;  // directionalCount for what has highlights, otherwise 0
+uniform int lampType[7];
 uniform vec3 lampColor[7];
-uniform vec3 lampPlace[7];
+uniform vec3 lampPosition[7];
 uniform vec3 lampDirection[7];
 uniform vec2 lampCone[7];  // cosines of half the angles
 uniform float lampRange[7];
-uniform int lampFade[7];
+uniform int lampAttenuation[7];
 
-uniform float mirror;  // how much of the surroundings a surface reflects
-uniform float mirrorFloor;
-uniform float mirrorBlur;
-uniform int skyKind;
-uniform mat3 skyTurn;
-uniform samplerCube skyCube;
-uniform sampler2D skyFlat;
+uniform float reflection;  // a factor of the reflected environment
+uniform float normalReflectance;
+uniform float reflectionLod;
+uniform int environmentProjection;
+uniform mat3 environmentRotation;
+uniform samplerCube environmentCube;
+uniform sampler2D environmentImage;
 
 uniform float exposure;
 uniform float gamma;
 uniform float white;  // 0: no tone mapping
 
-// A processor that draws goes both ways at a branch, but leaves out a loop without rounds. These
-// are 1, or 0 for what there isn't.
+// A software driver runs both sides of a branch, but skips a loop without rounds. Each of these is
+// 1, or 0 for what a material or the camera lacks.
 uniform int used[5];  // textures
-uniform int mirrorCount;
+uniform int reflectionCount;
 uniform int gammaCount;
 
-// Whether a texture covers this place.
+// Whether a texture covers this position.
 bool Covers(int slot) {
   bvec2 outside = bvec2(floor(coords[slot]));
   int ends = bounds >> 2 * slot;
   return !((ends & 1) != 0 && outside.x) && !((ends & 2) != 0 && outside.y);
 }
 
-vec3 Surroundings(vec3 direction, float blur) {
-  vec3 d = skyTurn * direction;
-  if (skyKind == 0) return textureLod(skyCube, d, blur).rgb;
-  if (skyKind == 1) {
-    return textureLod(skyFlat, vec2(atan(d.x, -d.z) / 6.2831853 + 0.5, asin(d.y) / 3.1415927 + 0.5), blur).rgb;
+vec3 SampleEnvironment(vec3 direction, float blur) {
+  vec3 d = environmentRotation * direction;
+  if (environmentProjection == 0) return textureLod(environmentCube, d, blur).rgb;
+  if (environmentProjection == 1) {
+    return textureLod(environmentImage, vec2(atan(d.x, -d.z) / 6.2831853 + 0.5, asin(d.y) / 3.1415927 + 0.5), blur).rgb;
   }
-  float flat2 = length(d.xy);
-  vec2 around = flat2 > 0.0 ? d.xy / flat2 : vec2(0.0);
-  return textureLod(skyFlat, 0.5 + around * acos(clamp(-d.z, -1.0, 1.0)) / 6.2831853, blur).rgb;
+  float sine = length(d.xy);
+  vec2 around = sine > 0.0 ? d.xy / sine : vec2(0.0);
+  return textureLod(environmentImage, 0.5 + around * acos(clamp(-d.z, -1.0, 1.0)) / 6.2831853, blur).rgb;
 }
 
-vec3 Normal(vec3 towards) {
-  vec3 face = cross(dFdx(place), dFdy(place));
-  vec3 n = dot(normalAt, normalAt) > 0.0 ? normalize(normalAt) : normalize(face);
+vec3 GetNormal(vec3 toViewpoint) {
+  vec3 face = cross(dFdx(worldPosition), dFdy(worldPosition));
+  vec3 n = dot(worldNormal, worldNormal) > 0.0 ? normalize(worldNormal) : normalize(face);
   for (int once = 0; once < used[1]; ++once) {
-    if (!Covers(1) || dot(tangentAt, tangentAt) == 0.0 || dot(binormalAt, binormalAt) == 0.0) break;
-    vec3 t = normalize(tangentAt);
-    vec3 b = normalize(binormalAt);
-    if (bumpKind == kHeights) {
+    if (!Covers(1) || dot(worldTangent, worldTangent) == 0.0 || dot(worldBinormal, worldBinormal) == 0.0) break;
+    vec3 t = normalize(worldTangent);
+    vec3 b = normalize(worldBinormal);
+    if (bumpContent == kHeights) {
       vec2 texel = 1.0 / vec2(textureSize(bumpMap, 0));
       vec2 at = coords[1];
       float du = texture(bumpMap, at + vec2(texel.x, 0.0)).r - texture(bumpMap, at - vec2(texel.x, 0.0)).r;
@@ -142,50 +142,50 @@ vec3 Normal(vec3 towards) {
     }
   }
   // Both sides are seen; the one towards the camera is lit.
-  float side = wired || dot(face, face) == 0.0 ? dot(n, towards) : dot(n, face);
+  float side = wireframe || dot(face, face) == 0.0 ? dot(n, toViewpoint) : dot(n, face);
   return side < 0.0 ? -n : n;
 }
 
-float Fade(int lamp, float distance) {
-  float part = clamp(distance / lampRange[lamp], 0.0, 1.0);
-  if (lampFade[lamp] == 1) return 1.0 - part;
-  if (lampFade[lamp] == 2) return (1.0 - part) * (1.0 - part);
-  float square = part * part;
+float Attenuation(int lamp, float distance) {
+  float share = clamp(distance / lampRange[lamp], 0.0, 1.0);
+  if (lampAttenuation[lamp] == 1) return 1.0 - share;
+  if (lampAttenuation[lamp] == 2) return (1.0 - share) * (1.0 - share);
+  float square = share * share;
   float edge = 1.0 - square * square;
   return edge * edge;
 }
 
-vec3 Display(vec3 light) {
+vec3 ApplyExposure(vec3 light) {
   vec3 c = max(light * exposure, 0.0);
   if (white > 0.0) c = c * (1.0 + c / (white * white)) / (1.0 + c);
   for (int once = 0; once < gammaCount; ++once) c = pow(c, vec3(1.0 / gamma));
   return min(c, 1.0);
 }
 
-vec3 Highlight(vec3 n, vec3 l, vec3 towards, float facing) {
-  vec3 halfway = l + towards;
-  float turned = max(dot(n, halfway), 0.0) * inversesqrt(max(dot(halfway, halfway), 1e-12));
-  return vec3(pow(turned, power) * facing);
+vec3 Highlight(vec3 n, vec3 l, vec3 toViewpoint, float cosine) {
+  vec3 halfway = l + toViewpoint;
+  float cosineToHalf = max(dot(n, halfway), 0.0) * inversesqrt(max(dot(halfway, halfway), 1e-12));
+  return vec3(pow(cosineToHalf, power) * cosine);
 }
 
 void main() {
-  vec3 towards = normalize(eye.xyz - place * eye.w);
-  vec3 n = Normal(towards);
-  vec3 base = diffuse;
-  vec3 around = ambient;
+  vec3 toViewpoint = normalize(viewpoint.xyz - worldPosition * viewpoint.w);
+  vec3 n = GetNormal(toViewpoint);
+  vec3 diffuseColor = diffuse;
+  vec3 ambientColor = ambient;
   float alpha = opacity;
   for (int once = 0; once < used[0]; ++once) {
     vec4 texel = texture(colorMap, coords[0]);
     if (!Covers(0)) break;
     if (colorOperation == kAdd) {
-      base += texel.rgb;
-      around += ambient * texel.rgb;
+      diffuseColor += texel.rgb;
+      ambientColor += ambient * texel.rgb;
     } else if (colorOperation == kCover) {
-      base = mix(base, texel.rgb, texel.a);
+      diffuseColor = mix(diffuseColor, texel.rgb, texel.a);
       alpha *= texel.a;
     } else {
-      base *= texel.rgb;
-      around *= texel.rgb;
+      diffuseColor *= texel.rgb;
+      ambientColor *= texel.rgb;
       alpha *= texel.a;
     }
   }
@@ -193,49 +193,49 @@ void main() {
     vec4 texel = texture(opacityMap, coords[4]);
     if (Covers(4)) alpha *= opacityInAlpha ? texel.a : texel.r;
   }
-#ifdef HAS_HOLES
+#ifdef ALPHA_TEST
   if (alpha < 1.0 / 255.0) discard;
 #endif
-  vec3 shine = specular;
-  vec3 glow = emissive;
+  vec3 specularColor = specular;
+  vec3 emission = emissive;
   for (int once = 0; once < used[2]; ++once) {
     vec3 texel = texture(specularMap, coords[2]).rgb;
-    if (Covers(2)) shine *= texel;
+    if (Covers(2)) specularColor *= texel;
   }
   for (int once = 0; once < used[3]; ++once) {
     vec3 texel = texture(emissiveMap, coords[3]).rgb;
-    if (Covers(3)) glow *= texel;
+    if (Covers(3)) emission *= texel;
   }
 
-  vec3 spread = around + glow;
+  vec3 diffuseLight = ambientColor + emission;
   vec3 highlight = vec3(0.0);
-  for (int i = 0; i < farCount; ++i) {
-    spread += base * lampColor[i] * max(-dot(n, lampDirection[i]), 0.0);
+  for (int i = 0; i < directionalCount; ++i) {
+    diffuseLight += diffuseColor * lampColor[i] * max(-dot(n, lampDirection[i]), 0.0);
   }
-  for (int i = 0; i < shineCount; ++i) {
-    float facing = max(-dot(n, lampDirection[i]), 0.0);
-    highlight += shine * lampColor[i] * Highlight(n, -lampDirection[i], towards, facing);
+  for (int i = 0; i < specularCount; ++i) {
+    float cosine = max(-dot(n, lampDirection[i]), 0.0);
+    highlight += specularColor * lampColor[i] * Highlight(n, -lampDirection[i], toViewpoint, cosine);
   }
-  for (int i = farCount; i < lampCount; ++i) {
-    vec3 way = lampPlace[i] - place;
-    float distance = length(way);
-    vec3 l = way / max(distance, 1e-30);
-    float reach = Fade(i, distance);
-    if (lampKind[i] == kSpot) {
-      reach *= smoothstep(lampCone[i].y, lampCone[i].x, dot(-l, lampDirection[i]));
+  for (int i = directionalCount; i < lampCount; ++i) {
+    vec3 toLamp = lampPosition[i] - worldPosition;
+    float distance = length(toLamp);
+    vec3 l = toLamp / max(distance, 1e-30);
+    float strength = Attenuation(i, distance);
+    if (lampType[i] == kSpot) {
+      strength *= smoothstep(lampCone[i].y, lampCone[i].x, dot(-l, lampDirection[i]));
     }
-    float facing = max(dot(n, l), 0.0);
-    spread += base * lampColor[i] * reach * facing;
-    highlight += shine * lampColor[i] * reach * Highlight(n, l, towards, facing);
+    float cosine = max(dot(n, l), 0.0);
+    diffuseLight += diffuseColor * lampColor[i] * strength * cosine;
+    highlight += specularColor * lampColor[i] * strength * Highlight(n, l, toViewpoint, cosine);
   }
-  for (int once = 0; once < mirrorCount; ++once) {
-    float grazing = mix(mirrorFloor, 1.0, pow(1.0 - clamp(dot(n, towards), 0.0, 1.0), 5.0));
-    highlight += mirror * grazing * Surroundings(reflect(-towards, n), mirrorBlur);
+  for (int once = 0; once < reflectionCount; ++once) {
+    float fresnel = mix(normalReflectance, 1.0, pow(1.0 - clamp(dot(n, toViewpoint), 0.0, 1.0), 5.0));
+    highlight += reflection * fresnel * SampleEnvironment(reflect(-toViewpoint, n), reflectionLod);
   }
-  // A highlight is seen on glass that is otherwise clear.
+  // A highlight is seen on glass that is otherwise invisible.
   highlight = max(highlight, 0.0);
   alpha = clamp(max(alpha, max(highlight.r, max(highlight.g, highlight.b))), 0.0, 1.0);
-  result = vec4(Display(spread + highlight) * alpha, alpha);
+  result = vec4(ApplyExposure(diffuseLight + highlight) * alpha, alpha);
 }
 )";
 
@@ -245,44 +245,44 @@ uniform vec4 color;
 void main() { result = color; }
 )";
 
-char const* const kSkyVertexShader = R"(#version 330 core
-out vec2 point;
+char const* const kBackgroundVertexShader = R"(#version 330 core
+out vec2 clipPosition;
 void main() {
-  point = vec2(gl_VertexID == 1 ? 3.0 : -1.0, gl_VertexID == 2 ? 3.0 : -1.0);
-  gl_Position = vec4(point, 1.0, 1.0);
+  clipPosition = vec2(gl_VertexID == 1 ? 3.0 : -1.0, gl_VertexID == 2 ? 3.0 : -1.0);
+  gl_Position = vec4(clipPosition, 1.0, 1.0);
 }
 )";
 
-char const* const kSkyFragmentShader = R"(#version 330 core
-in vec2 point;
+char const* const kBackgroundFragmentShader = R"(#version 330 core
+in vec2 clipPosition;
 out vec4 result;
-uniform mat4 fromView;  // to global directions
-uniform bool isPerspective;  // from an eye at 0
-uniform int skyKind;  // 3: a picture that fills the view
-uniform mat3 skyTurn;
-uniform samplerCube skyCube;
-uniform sampler2D skyFlat;
+uniform mat4 clipToWorld;  // without the camera's position
+uniform bool isPerspective;
+uniform int environmentProjection;  // 3: a picture that fills the view
+uniform mat3 environmentRotation;
+uniform samplerCube environmentCube;
+uniform sampler2D environmentImage;
 uniform float exposure;
 uniform float gamma;
 uniform float white;
 
 void main() {
-  vec4 near = fromView * vec4(point, 0.0, 1.0);
-  vec4 far = fromView * vec4(point, 1.0, 1.0);
-  vec3 way = near.xyz / near.w;
-  if (!isPerspective) way = far.xyz / far.w - way;
-  vec3 d = normalize(skyTurn * way);
+  vec4 near = clipToWorld * vec4(clipPosition, 0.0, 1.0);
+  vec4 far = clipToWorld * vec4(clipPosition, 1.0, 1.0);
+  vec3 direction = near.xyz / near.w;
+  if (!isPerspective) direction = far.xyz / far.w - direction;
+  vec3 d = normalize(environmentRotation * direction);
   vec3 c;
-  if (skyKind == 0) {
-    c = texture(skyCube, d).rgb;
-  } else if (skyKind == 1) {
-    c = textureLod(skyFlat, vec2(atan(d.x, -d.z) / 6.2831853 + 0.5, asin(d.y) / 3.1415927 + 0.5), 0.0).rgb;
-  } else if (skyKind == 2) {
-    float flat2 = length(d.xy);
-    vec2 around = flat2 > 0.0 ? d.xy / flat2 : vec2(0.0);
-    c = textureLod(skyFlat, 0.5 + around * acos(clamp(-d.z, -1.0, 1.0)) / 6.2831853, 0.0).rgb;
+  if (environmentProjection == 0) {
+    c = texture(environmentCube, d).rgb;
+  } else if (environmentProjection == 1) {
+    c = textureLod(environmentImage, vec2(atan(d.x, -d.z) / 6.2831853 + 0.5, asin(d.y) / 3.1415927 + 0.5), 0.0).rgb;
+  } else if (environmentProjection == 2) {
+    float sine = length(d.xy);
+    vec2 around = sine > 0.0 ? d.xy / sine : vec2(0.0);
+    c = textureLod(environmentImage, 0.5 + around * acos(clamp(-d.z, -1.0, 1.0)) / 6.2831853, 0.0).rgb;
   } else {
-    c = texture(skyFlat, 0.5 + 0.5 * point).rgb;
+    c = texture(environmentImage, 0.5 + 0.5 * clipPosition).rgb;
   }
   c = max(c * exposure, 0.0);
   if (white > 0.0) c = c * (1.0 + c / (white * white)) / (1.0 + c);

@@ -2,13 +2,14 @@
 
 #include <array>
 
-#include "corvanta/renderer/NEye.h"
+#include "corvanta/renderer/NViewpoint.h"
 #include "corvanta/renderer/gl/NProgram.h"
 #include "corvanta/renderer/gl/shaders.h"
 
 namespace corvanta::renderer {
 
-/// The program that gives all of a model one colour.
+/// The program that gives all of a model one colour, without light. Its uniforms are those of the
+/// last calls until it draws.
 class NFlatProgram {
  public:
   /// Fails: as NProgram.
@@ -19,14 +20,14 @@ class NFlatProgram {
         m_world(m_program.GetUniform("world")),
         m_color(m_program.GetUniform("color")) {}
 
-  void Begin(NEye const& eye) const {
+  void Begin(NViewpoint const& viewpoint) const {
     m_program.Use();
-    VX_Math::Matrix const viewProjection = eye.GetDrawnViewProjection();
+    VX_Math::Matrix const viewProjection = viewpoint.GetReversedDepthViewProjection();
     glUniformMatrix4fv(m_viewProjection, 1, GL_FALSE, viewProjection[0]);
     glUniform2fv(m_depthRange, 1, GetDepthRange().data());
   }
   void SetColor(std::array<float, 4> const& color) const { glUniform4fv(m_color, 1, color.data()); }
-  void SetPlace(VX_Math::Matrix const& global) const {
+  void SetTransform(VX_Math::Matrix const& global) const {
     glUniformMatrix4fv(m_world, 1, GL_FALSE, global[0]);
   }
 

@@ -1,4 +1,4 @@
-#include "corvanta/renderer/NLamps.h"
+#include "corvanta/renderer/scene/NLamps.h"
 
 #include <algorithm>
 #include <cmath>
@@ -30,27 +30,33 @@ void Put(std::array<float, N>& to, std::size_t index, Vec3 const& v) {
 struct Source {
   light_env::NLamp const* lamp;
   double strength;
-  int kind;
+  NLampType type;
 };
 
-int GetKind(light_env::NLamp const& lamp) {
+NLampType GetType(light_env::NLamp const& lamp) {
   std::wstring const type = lamp.GetType();
-  if (type == light_env::LAMP_TYPE_POINT) return 1;
-  return type == light_env::LAMP_TYPE_SPOT ? 2 : 0;
+  if (type == light_env::LAMP_TYPE_POINT) return NLT_POINT;
+  return type == light_env::LAMP_TYPE_SPOT ? NLT_SPOT : NLT_DIRECTIONAL;
+}
+
+NLampAttenuation GetAttenuation(light_env::NLamp const& lamp) {
+  long const type = lamp.GetAttenuationType();
+  return type == NLA_LINEAR || type == NLA_QUADRATIC ? static_cast<NLampAttenuation>(type)
+                                                     : NLA_SMOOTH;
 }
 
 void Add(NLamps& lamps, Source const& source) {
   auto const index = static_cast<std::size_t>(lamps.count++);
   light_env::NLamp const& lamp = *source.lamp;
-  lamps.farCount += source.kind == 0;
-  lamps.kinds[index] = source.kind;
-  lamps.fades[index] = static_cast<int>(lamp.GetAttenuationType());
+  lamps.directionalCount += source.type == NLT_DIRECTIONAL;
+  lamps.types[index] = source.type;
+  lamps.attenuations[index] = GetAttenuation(lamp);
   VX_Math::Matrix const transform = lamp.GetTransform();
-  Vec3 place, direction;
-  transform.MultVecMatrix(Vec3(), place);
+  Vec3 position, direction;
+  transform.MultVecMatrix(Vec3(), position);
   transform.MultDirMatrix(Vec3(0.0f, 0.0f, -1.0f), direction);
   direction.Normalize();
-  Put(lamps.places, index, place);
+  Put(lamps.positions, index, position);
   Put(lamps.directions, index, direction);
   double const factor = lamp.IsEmitMinus() ? -source.strength : source.strength;
   Put(lamps.colors, index,
@@ -64,22 +70,22 @@ void Add(NLamps& lamps, Source const& source) {
   lamps.ranges[index] = std::max(static_cast<float>(lamp.GetAttenuationRange()), 1e-30f);
 }
 
-// A lamp along the ground would throw shadows without an end.
+// Shadows of a lamp along the ground have no end.
 constexpr float kLeastSlope = 0.1f;
-// What a floor mirrors stays in the darkest shadow.
+// The darkest shadow keeps what a floor reflects.
 constexpr double kDarkest = 0.8;
 
 /// `ambient` is the light that comes from everywhere, of three colours.
 void SetShadows(NLamps& lamps, std::vector<Source> const& sources, double ambient) {
   std::array<double, kLampCount> shares{};
   double total = std::max(ambient, 0.0);
-  for (std::size_t i = 0; i != static_cast<std::size_t>(lamps.farCount); ++i) {
+  for (std::size_t i = 0; i != static_cast<std::size_t>(lamps.directionalCount); ++i) {
     float const brightness =
         lamps.colors[3 * i] + lamps.colors[3 * i + 1] + lamps.colors[3 * i + 2];
     shares[i] = std::max(0.0f, -lamps.directions[3 * i + 1] * brightness);
     total += shares[i];
   }
-  for (std::size_t i = 0; i != static_cast<std::size_t>(lamps.farCount); ++i) {
+  for (std::size_t i = 0; i != static_cast<std::size_t>(lamps.directionalCount); ++i) {
     light_env::NLamp const& lamp = *sources[i].lamp;
     if (!lamp.IsMakesShadow() || -lamps.directions[3 * i + 1] < kLeastSlope) continue;
     double const shadow = kDarkest * lamp.GetShadowDarkness() * shares[i] / total;
@@ -96,12 +102,12 @@ NLamps ReadLamps(data::domain::environment::NEnvironmentNode const& environment)
     if (!lightEnv) continue;
     double const strength = lightEnv->GetLampsCoefficient() * environment.GetHdrLight();
     for (auto const& lamp : lightEnv->GetLamps()) {
-      if (lamp->IsEnabled()) sources.push_back({lamp.get(), strength, GetKind(*lamp)});
+      if (lamp->IsEnabled()) sources.push_back({lamp.get(), strength, GetType(*lamp)});
     }
   }
   sources.resize(std::min<std::size_t>(sources.size(), kLampCount));
   std::stable_partition(sources.begin(), sources.end(),
-                        [](Source const& source) { return source.kind == 0; });
+                        [](Source const& source) { return source.type == NLT_DIRECTIONAL; });
   NLamps lamps;
   for (Source const& source : sources) Add(lamps, source);
   SetShadows(lamps, sources,

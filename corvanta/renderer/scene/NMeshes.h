@@ -5,25 +5,24 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <optional>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "corvanta/core/node/NNodeReference.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
 #include "corvanta/data/domain/material/texture_mapping/NTextureMapping.h"
-#include "corvanta/renderer/NDrawList.h"
+#include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
 #include "corvanta/renderer/gl/objects.h"
 #include "corvanta/renderer/gl/shaders.h"
+#include "corvanta/renderer/scene/NDrawList.h"
 #include "corvanta/vx_math/Box3.h"
 
 namespace corvanta::renderer {
 
-/// How the textures of a material are laid, by slot; null where there is none.
-using NMappings =
+/// The mappings of a material's textures, by slot; null where there is none.
+using NTextureMappings =
     std::array<boost::intrusive_ptr<data::domain::material::texture_mapping::NTextureMapping const>,
-               NS_COUNT>;
+               NTS_COUNT>;
 
 /// What is drawn by one call.
 struct NMeshPart {
@@ -32,23 +31,23 @@ struct NMeshPart {
   bool isIndexed = false;
 };
 
-/// The meshes of geometries on the graphics processor. A surface is loaded once for all models that
-/// show it, and again when an event has named it. Where texture coordinates are thrown by a
-/// projection, each model has a mesh of its own.
+/// The meshes of geometries on the graphics processor. A surface is uploaded once for all models
+/// that show it, and again when an event has named it. Where texture coordinates come from a
+/// projection, each occurrence of a model has a mesh of its own.
 ///
-/// Triangles with an index outside the coordinates or a corner that isn't finite are left out.
+/// Triangles with an index outside the coordinates or a corner that isn't finite are skipped.
 class NMeshes {
  public:
   NMeshes();
   ~NMeshes();
 
-  /// What shows `geometry` as the model of `item`, its textures laid by `mappings`.
+  /// The parts that draw `geometry` as the model of `item`, one for each surface. They are valid
+  /// until the next call of Forget.
   std::vector<NMeshPart> Get(NDrawItem const& item,
                              data::domain::geometry::NGeometryNode const& geometry,
-                             NMappings const& mappings);
-  /// Forgets the surfaces that changed, what was thrown by projections if they did, and what has
-  /// gone.
-  void Forget(NMarks const& marks);
+                             NTextureMappings const& mappings);
+  /// Drops the surfaces that changed, what projections made if one changed, and what has gone.
+  void Forget(NDirtyFlags const& flags);
   /// The box of the finite corners of a model's triangles, in its own frame.
   static VX_Math::Box3 GetFiniteBox(data::domain::geometry::NGeometryNode const& geometry);
 
@@ -58,19 +57,18 @@ class NMeshes {
 
  private:
   struct Shared;
-  struct Thrown;
+  struct Projected;
   using Surface = data::domain::geometry::NSurface;
+  using UVWType = data::domain::material::texture_mapping::NUVWMappingType;
 
   NMeshPart GetShared(data::domain::geometry::NGeometryNode const& geometry, Surface const& surface,
-                      NMappings const& mappings);
-  void AddCoords(Shared& mesh, unsigned slot, Surface const& surface, unsigned mappingType);
-  NMeshPart MakeThrown(NDrawItem const& item, Surface const& surface, NMappings const& mappings);
-  void SetAttribute(unsigned place, NGlBuffer const& buffer, int size, std::size_t stride,
-                    std::size_t offset) const;
-  NGlBuffer Upload(GLenum kind, void const* data, std::size_t bytes) const;
+                      NTextureMappings const& mappings);
+  void AddCoords(Shared& mesh, NTextureSlot slot, Surface const& surface, UVWType type);
+  NMeshPart MakeProjected(NDrawItem const& item, Surface const& surface,
+                          NTextureMappings const& mappings);
 
   std::unordered_map<std::uint64_t, std::unique_ptr<Shared>> m_shared;  // by creation number
-  std::map<NDrawItem::Path, std::unique_ptr<Thrown>> m_thrown;
+  std::map<NDrawItem::Path, std::unique_ptr<Projected>> m_projected;
   std::size_t m_meshUploadCount = 0;
   std::size_t m_coordsUploadCount = 0;
 };

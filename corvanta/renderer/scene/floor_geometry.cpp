@@ -1,4 +1,4 @@
-#include "corvanta/renderer/floor.h"
+#include "corvanta/renderer/scene/floor_geometry.h"
 
 #include <vector>
 
@@ -16,17 +16,18 @@ using data::structs::UVW;
 // Floors reach from -1 to 1.
 constexpr float kRepeats = 5.0f;
 
-void Lay(NSurface& surface) {
+void AddPlaneCoords(NSurface& surface) {
   data::domain::operators::projector::NPlaneProjector const projector;
   std::vector<float> coords, normals;
   std::vector<UVW> uvws;
   for (std::size_t i = 0; i != surface.GetCoords().size(); ++i) {
-    auto const& place = surface.GetCoords()[i];
+    auto const& position = surface.GetCoords()[i];
     auto const& normal = surface.GetNormals()[i];
-    coords.insert(coords.end(), {place.x, place.y, place.z});
+    coords.insert(coords.end(), {position.x, position.y, position.z});
     normals.insert(normals.end(), {normal.x, normal.y, normal.z});
     UVW& uvw = uvws.emplace_back();
-    projector.ProjectPoint(place.x * kRepeats, place.y, place.z * kRepeats, uvw.u, uvw.v, uvw.w);
+    projector.ProjectPoint(position.x * kRepeats, position.y, position.z * kRepeats, uvw.u, uvw.v,
+                           uvw.w);
   }
   surface.Assign(coords, normals, surface.GetIndices(),
                  {{data::domain::material::texture_mapping::NUVWID_FLAT, uvws}});
@@ -34,14 +35,14 @@ void Lay(NSurface& surface) {
 
 }  // namespace
 
-boost::intrusive_ptr<NGeometryNode> LayFloor(NGeometryNode const& geometry) {
-  boost::intrusive_ptr<NGeometryNode> laid(
+boost::intrusive_ptr<NGeometryNode> MakeFloorGeometry(NGeometryNode const& geometry) {
+  boost::intrusive_ptr<NGeometryNode> floor(
       new NGeometryNode(core::node::NNodeID(), nullptr, nullptr));
-  geometry.CopyTo(*laid);
-  for (auto const& surface : laid->GetSurfaces()) {
-    if (surface->GetUVWsMap().empty()) Lay(*surface);
+  geometry.CopyTo(*floor);
+  for (auto const& surface : floor->GetSurfaces()) {
+    if (surface->GetUVWsMap().empty()) AddPlaneCoords(*surface);
   }
-  return laid;
+  return floor;
 }
 
 }  // namespace corvanta::renderer

@@ -1,4 +1,4 @@
-#include "corvanta/renderer/NDrawList.h"
+#include "corvanta/renderer/scene/NDrawList.h"
 
 #include <cmath>
 #include <exception>
@@ -27,39 +27,40 @@ void NDrawList::Clear() {
 }
 
 bool NDrawList::Update(data::domain::scenegraph::tree::NSceneGraphTreeNode& tree,
-                       NMarks const& marks) {
+                       NDirtyFlags const& flags) {
   bool const isOther = GetTree().Get().get() != &tree;
-  if (marks.structure || isOther || !m_isWalked) {
+  if (flags.structure || isOther || !m_isWalked) {
     Clear();
     Start(tree, nullptr);
     m_isWalked = true;
-    for (NDrawItem& item : m_items) Place(item);
+    for (NDrawItem& item : m_items) UpdateTransform(item);
     return true;
   }
-  if (marks.places) {
-    for (NDrawItem& item : m_items) Place(item);
+  if (flags.transforms) {
+    for (NDrawItem& item : m_items) UpdateTransform(item);
     return false;
   }
-  for (Item const* const moved : marks.movedItems) {
+  for (Item const* const moved : flags.movedItems) {
     auto const [begin, end] = m_ranges.equal_range(moved);
     for (auto range = begin; range != end; ++range) {
-      for (std::size_t i = range->second.first; i != range->second.second; ++i) Place(m_items[i]);
+      for (std::size_t i = range->second.first; i != range->second.second; ++i)
+        UpdateTransform(m_items[i]);
     }
   }
   return false;
 }
 
-void NDrawList::Place(NDrawItem& item) {
+void NDrawList::UpdateTransform(NDrawItem& item) {
   try {
     item.path.GetGlobalTransform(item.global);
   } catch (std::exception const&) {
     // An item that two lists hold, and whose parent leads elsewhere.
-    item.isPlaced = false;
+    item.hasFiniteTransform = false;
     return;
   }
   item.normals = item.global.Inverse().Transpose();
-  item.isPlaced = IsFinite(item.global);
-  // A flat model has no inverse; its faces tell their normals.
+  item.hasFiniteTransform = IsFinite(item.global);
+  // A flat model has no inverse; its normals are then those of its faces.
   if (!IsFinite(item.normals)) {
     item.normals = VX_Math::Matrix();
     item.normals.SetScale(0.0f);

@@ -9,11 +9,11 @@
 
 namespace corvanta::renderer {
 
-/// What events named since somebody asked last. Nodes are told apart by their addresses, which are
-/// compared and never followed.
-struct NMarks {
-  bool structure = true;    // items came, went or are shown otherwise
-  bool places = true;       // all of them
+/// What events named since the flags were taken last. Nodes are distinguished by their addresses,
+/// which are compared and never dereferenced.
+struct NDirtyFlags {
+  bool structure = true;    // items were added, removed, shown or hidden
+  bool transforms = true;   // all of them
   bool materials = true;    // all of them
   bool projections = true;  // projected texture coordinates
   std::unordered_set<data::domain::scenegraph::item::NSceneGraphItemNode const*> movedItems;
@@ -22,14 +22,15 @@ struct NMarks {
   std::unordered_set<std::uint64_t> changedSurfaces;  // creation numbers
 };
 
-/// The one ear of a renderer: marks what changed.
-class NChanges final : public data::events::NEventListener {
+/// The listener of a renderer: sets a dirty flag for each event that a picture depends on, and
+/// reads nothing. A flag stays set until it is taken.
+class NChangeListener final : public data::events::NEventListener {
  public:
-  /// All marks since the last call; everything at the first.
-  NMarks Take();
+  /// All flags since the last call, which are reset; everything at the first.
+  NDirtyFlags TakeDirtyFlags();
 
  private:
-  ~NChanges() override;
+  ~NChangeListener() override;
 
   void OnAttributeChange(core::attribute::NAttributeHost& host,
                          core::attribute::NAttribute const& attribute) override;
@@ -75,7 +76,7 @@ class NChanges final : public data::events::NEventListener {
       override;
   void OnTextureImageChange(data::domain::texture::NTextureNode const& texture) override;
 
-  NMarks m_marks;
+  NDirtyFlags m_dirtyFlags;
 };
 
 }  // namespace corvanta::renderer

@@ -12,25 +12,26 @@
 
 namespace corvanta::renderer {
 
-/// How the numbers of a picture are meant.
+/// What the numbers of a picture are.
 enum NTextureContent {
   NTC_COLOR,  ///< display values, which are linearised
-  NTC_DATA,   ///< numbers as they stand
-  NTC_CUBE,   ///< six faces of display values; a flat picture stands on all of them
+  NTC_DATA,   ///< numbers as they are
+  NTC_CUBE,   ///< six faces of display values; a flat picture is used for all of them
 };
 
+/// A picture on the graphics processor.
 struct NTexture {
   NGlTexture texture;
-  bool hasAlpha = false;
+  bool hasAlpha = false;  // some pixel isn't opaque
 };
 
-/// The pictures of image nodes on the graphics processor. Each is loaded once, and again when an
-/// event has named its node.
+/// The pictures of image nodes on the graphics processor. Each is uploaded once for each content,
+/// and again when an event has named its node.
 class NTextures {
  public:
-  /// The picture of `image`. What isn't a picture becomes the board that stands for one.
+  /// The picture of `image`; where it can't be read, the library's placeholder.
   NTexture const& Get(data::domain::image::NImageNode const& image, NTextureContent content);
-  /// Forgets what the nodes showed, and the pictures of nodes that have gone.
+  /// Drops the pictures of `images`, and those of nodes that have gone.
   void Forget(std::unordered_set<data::domain::image::NImageNode const*> const& images);
   std::size_t GetUploadCount() const { return m_uploadCount; }
 

@@ -1,4 +1,4 @@
-#include "corvanta/renderer/NTextures.h"
+#include "corvanta/renderer/scene/NTextures.h"
 
 #include <exception>
 #include <string>
@@ -18,8 +18,8 @@ using data::domain::image::NImageNode;
 
 NTexels MakeGrey() { return {1, 1, {128, 128, 128, 255}, {}, false}; }
 
-/// The board that the library shows for a picture that isn't there.
-std::vector<NTexels> ReadBoard() {
+/// The library's picture in place of one that can't be read.
+std::vector<NTexels> ReadPlaceholder() {
   namespace image = data::resource::image;
   try {
     return ReadTexels(*image::CreateImage(data::internal::GetNotFoundImage(), image::NIF_RAW),
@@ -39,17 +39,17 @@ std::vector<NTexels> Read(NImageNode const& image) {
   } catch (std::exception const&) {
     // An archive that can't be opened; its picture isn't one.
   }
-  if (faces.empty()) faces = ReadBoard();
+  if (faces.empty()) faces = ReadPlaceholder();
   if (faces.empty()) faces.push_back(MakeGrey());
   return faces;
 }
 
-void Fill(GLenum place, NTexels const& texels, NTextureContent content) {
+void Fill(GLenum target, NTexels const& texels, NTextureContent content) {
   bool const hasFloats = !texels.floats.empty();
   GLint const format = hasFloats ? GL_RGBA16F : content == NTC_DATA ? GL_RGBA8 : GL_SRGB8_ALPHA8;
   void const* const data = hasFloats ? static_cast<void const*>(texels.floats.data())
                                      : static_cast<void const*>(texels.bytes.data());
-  glTexImage2D(place, 0, format, static_cast<GLsizei>(texels.width),
+  glTexImage2D(target, 0, format, static_cast<GLsizei>(texels.width),
                static_cast<GLsizei>(texels.height), 0, GL_RGBA,
                hasFloats ? GL_FLOAT : GL_UNSIGNED_BYTE, data);
 }

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "corvanta/data/domain/scene/NSceneNode.h"
+#include "corvanta/renderer/NViewpoint.h"
+#include "corvanta/renderer/pass/NSurfaceProgram.h"
+#include "corvanta/renderer/scene/NLamps.h"
+#include "corvanta/renderer/scene/NMaterialParameters.h"
+#include "corvanta/renderer/scene/NResolvedScene.h"
+
+namespace corvanta::renderer {
+
+/// What the passes of one picture have in common. It lives as long as the picture is drawn, and
+/// nothing changes meanwhile.
+struct NPicture {
+  NResolvedScene const& scene;
+  NViewpoint const& viewpoint;
+  NLamps lamps;
+  NExposure exposure;
+  NEnvironmentTexture environment;  // what surfaces reflect
+  NColor backgroundColor{}, ambientLight{};
+};
+
+/// Reads what lights and surrounds a scene. Without an `environment` there is no light, and the
+/// background is black.
+NPicture MakePicture(NResolvedScene& scene, NViewpoint const& viewpoint,
+                     data::domain::environment::NEnvironmentNode const* environment);
+
+}  // namespace corvanta::renderer

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstddef>
+#include <unordered_map>
+#include <vector>
+
+#include "corvanta/core/node/NNodeReference.h"
+#include "corvanta/renderer/NRenderer.h"
+#include "corvanta/renderer/scene/NDrawList.h"
+#include "corvanta/renderer/scene/NMaterialParameters.h"
+#include "corvanta/renderer/scene/NMeshes.h"
+#include "corvanta/renderer/scene/NTextures.h"
+#include "corvanta/vx_math/Box3.h"
+
+namespace corvanta::renderer {
+
+/// A model as it is drawn, beside its entry in the draw list.
+struct NResolvedModel {
+  NMaterialParameters const* material = nullptr;
+  std::vector<NMeshPart> parts;
+};
+
+/// The models of a tree, ready to be drawn: where each is, and what it needs on the graphics
+/// processor. GetItems and GetModels have the same length and order.
+class NResolvedScene {
+ public:
+  std::vector<NDrawItem> const& GetItems() const { return m_list.GetItems(); }
+  std::vector<NResolvedModel> const& GetModels() const { return m_models; }
+  NMeshes& GetMeshes() { return m_meshes; }
+  NTextures& GetTextures() { return m_textures; }
+  NUploads GetUploads() const;
+  /// The box of all models, without vertices that aren't finite.
+  VX_Math::Box3 GetBox() const;
+
+  /// Drops the models, and keeps what was uploaded.
+  void Clear();
+  /// Brings up to date what `flags` name, and uploads what the models of `tree` need.
+  void Update(data::domain::scenegraph::tree::NSceneGraphTreeNode& tree, NDirtyFlags const& flags);
+
+ private:
+  using Material = data::domain::material::NMaterialNode;
+  struct Entry {
+    core::node::NNodeReference<Material const> material;
+    NMaterialParameters parameters;
+  };
+
+  NMaterialParameters const& GetParameters(boost::intrusive_ptr<Material> const& material);
+  void ForgetParameters(NDirtyFlags const& flags);
+  void Resolve(std::size_t index);
+
+  NDrawList m_list;
+  std::vector<NResolvedModel> m_models;
+  NTextures m_textures;
+  NMeshes m_meshes;
+  std::unordered_map<Material const*, Entry> m_parameters;
+  NMaterialParameters const m_default = MakeDefaultMaterialParameters();
+};
+
+}  // namespace corvanta::renderer
