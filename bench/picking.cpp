@@ -31,7 +31,7 @@ namespace domain = corvanta::data::domain;
 namespace item = domain::scenegraph::item;
 namespace picker = corvanta::data::operators::ray_picker;
 using corvanta::core::node::NNodeID;
-using operators::ray_picker::detail::NTriangleIndex;
+using picker::detail::NTriangleIndex;
 using VX_Math::Line;
 using VX_Math::Matrix;
 using VX_Math::Vec3;

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "corvanta/data/operators/ray_picker/detail/triangle_test.h"
+#include "corvanta/data/structs/convert.h"
 
 namespace corvanta::data::operators::ray_picker::detail {
 
@@ -115,7 +116,7 @@ class NTriangleIndex::Builder {
   };
 
   Vec3 Corner(std::size_t triangle, std::size_t corner) const {
-    return ToVec3(m_surface.GetCoords()[m_surface.GetIndices()[3 * triangle + corner]]);
+    return structs::ToVec3(m_surface.GetCoords()[m_surface.GetIndices()[3 * triangle + corner]]);
   }
 
   void Fill(Packet& packet, unsigned lane, std::size_t triangle) const {
