@@ -39,9 +39,11 @@ class CORVANTA_API NNodeID {
 
 }  // namespace corvanta::core::node
 
+namespace std {
 template <>
-struct std::hash<corvanta::core::node::NNodeID> {
+struct hash<corvanta::core::node::NNodeID> {
   std::size_t operator()(corvanta::core::node::NNodeID const& id) const noexcept {
     return id.GetHash();
   }
 };
+}  // namespace std
