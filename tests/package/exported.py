@@ -43,7 +43,7 @@ for page in (work / "xml").glob("*.xml"):
             name = f"{scope}::{member.findtext('name')}"
             if (member.get("kind") != "function" or member.get("prot") != "public" or member.get("inline") == "yes"
                     or member.find("templateparamlist") is not None or re.search(r"=\s*(0|delete|default)$", arguments)
-                    or member.find("location").get("bodyfile") or "operator" in name):
+                    or member.find("location").get("bodyfile") or member.findtext("name").startswith(("operator", "~"))):
                 continue
             if "constexpr" in (member.findtext("type") or "") or "friend" in (member.findtext("type") or ""):
                 continue
