@@ -5,6 +5,6 @@ function(corvanta_set_warnings target)
     $<$<BOOL:${CORVANTA_WARNINGS_AS_ERRORS}>:-Werror>)
   if(CMAKE_UNITY_BUILD)
     # What is in an anonymous namespace counts as a header's there.
-    target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
   endif()
 endfunction()
