@@ -3,8 +3,6 @@
 namespace corvanta::data::domain::detail {
 namespace {
 
-using testing::ElementsAreArray;
-
 // Turns the three around and adds to each, so that no two of them can be mistaken for each other.
 class Turn final : public core::color::ColorTransform {
  public:
@@ -18,11 +16,9 @@ class Turn final : public core::color::ColorTransform {
 
 class ColorTranslator : public testing::Test, protected support::World {
  protected:
-  Pointer<support::AttributeLog> recorder{new support::AttributeLog};
+  Pointer<support::AttributeLog> recorder = ListenToAttributes();
   Turn turn;
   NNodeColorTranslator translator{turn};
-
-  void SetUp() override { attributes->AddObserver(*recorder); }
 
   // The colours of `node`, by the names without their ends, and nothing but these are translated.
   void ExpectTranslated(NNode& node, std::vector<std::wstring> const& colors) {
@@ -50,15 +46,14 @@ class ColorTranslator : public testing::Test, protected support::World {
 };
 
 TEST_F(ColorTranslator, TranslatesTheColorsOfThreeKinds) {
-  ExpectTranslated(*lights->CreateNode(NNodeID()), {L"color"});
-  ExpectTranslated(*environments->CreateNode(NNodeID()),
-                   {L"color", L"ambientLight", L"floor.color"});
-  ExpectTranslated(*materials->CreateNode(NNodeID()),
+  ExpectTranslated(*lights->CreateNode(), {L"color"});
+  ExpectTranslated(*environments->CreateNode(), {L"color", L"ambientLight", L"floor.color"});
+  ExpectTranslated(*materials->CreateNode(),
                    {L"diffuse", L"ambient", L"specular", L"emissive", L"fleck.specular"});
 }
 
 TEST_F(ColorTranslator, LeavesOtherKindsAloneWhateverTheirAttributes) {
-  auto const texture = textures->CreateNode(NNodeID());
+  auto const texture = textures->CreateNode();
   for (wchar_t const* const name : {L"color.r", L"color.g", L"color.b"}) {
     texture->AddAttribute(name, true)->SetValue(0.5, false);
   }
@@ -68,10 +63,8 @@ TEST_F(ColorTranslator, LeavesOtherKindsAloneWhateverTheirAttributes) {
 }
 
 TEST_F(ColorTranslator, OutlivesAHandlerThatLetsTheNodeGo) {
-  NNode& node = *materials->CreateNode(NNodeID());
-  recorder->react = [&](auto&) {
-    materials->RemoveNode(static_cast<material::NMaterialNode&>(node));
-  };
+  NNode& node = *materials->CreateNode();
+  recorder->react = [&](auto&) { materials->RemoveNode(static_cast<NMaterialNode&>(node)); };
   node.Accept(translator);
   EXPECT_EQ(recorder->Take().size(), 15u);
 }

@@ -1,9 +1,7 @@
-#include "tests/support/test.h"
+#include "tests/support/world.h"
 
 namespace corvanta::data::environment_map {
 namespace {
-
-using domain::image::NImageDomain;
 
 class Recorder final : public NEnvironmentMapListener {
  public:
@@ -34,11 +32,10 @@ class Scaling final : public NEnvironmentMapTransform {
   float const& m_factor;
 };
 
-class EnvironmentMap : public testing::Test {
+class EnvironmentMap : public testing::Test, protected World {
  protected:
   Pointer<NEnvironmentMap> map{new NEnvironmentMap};
   Pointer<Recorder> recorder{new Recorder};
-  Pointer<NImageDomain> images{new NImageDomain(nullptr, nullptr)};
 
   void SetUp() override { EXPECT_TRUE(map->AddObserver(*recorder)); }
   std::vector<std::string> Heard() { return std::exchange(recorder->heard, {}); }
@@ -52,7 +49,7 @@ TEST_F(EnvironmentMap, StartsAsACubeMapOfNothing) {
 }
 
 TEST_F(EnvironmentMap, TellsOfEveryTypeAndImageThatItIsGiven) {
-  auto image = images->CreateNode(NNodeID());
+  auto image = images->CreateNode();
   recorder->react = [&](NEnvironmentMap const& changed) {
     EXPECT_EQ(&changed, map.get());
     EXPECT_EQ(changed.GetImage(), image);
@@ -73,7 +70,7 @@ TEST_F(EnvironmentMap, TellsOfEveryTypeAndImageThatItIsGiven) {
 
 TEST_F(EnvironmentMap, AsksItsTransformAnewAndSaysNothingOfIt) {
   float factor = 2.0f;
-  Pointer<Scaling> scaling(new Scaling(factor));
+  auto scaling = New<Scaling>(factor);
   map->SetTransform(*scaling);
   scaling.reset();
   map->SetTransform(*map->GetTransform());
@@ -83,7 +80,7 @@ TEST_F(EnvironmentMap, AsksItsTransformAnewAndSaysNothingOfIt) {
 }
 
 TEST_F(EnvironmentMap, OutlivesAHandlerThatLetsItGo) {
-  Pointer<Recorder> const second(new Recorder);
+  auto const second = New<Recorder>();
   map->AddObserver(*second);
   recorder->react = [&](NEnvironmentMap const&) { map.reset(); };
   map->SetImageType(NEMIT_RECTANGULAR);

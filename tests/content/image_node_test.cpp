@@ -1,59 +1,31 @@
-#include <unistd.h>
-
-#include "tests/support/test.h"
+#include "tests/support/temporary_files.h"
+#include "tests/support/world.h"
 #include "tests/support/zip_archive.h"
 
 namespace corvanta::data::domain::image {
 namespace {
 
-using core::locator::NLocator;
-using core::uri::NPath;
-using core::uri::NUri;
-
-class Recorder final : public events::attribute_change::NListener {
- public:
-  std::vector<std::wstring> heard;
-  std::function<void()> react;
-
- private:
-  void OnAttributeChangeImpl(core::attribute::NAttributeHost&,
-                             core::attribute::NAttribute const& attribute) override {
-    heard.push_back(attribute.GetName() + L" " + std::to_wstring(attribute.GetValue().GetLong()));
-    if (react) react();
-  }
-};
-
-class ImageNode : public testing::Test {
+class ImageNode : public testing::Test, protected World {
  protected:
-  std::filesystem::path folder =
-      std::filesystem::path(testing::TempDir()) /
-      ("corvanta_image_node." + std::to_string(getpid()));  // tests run side by side
-  Pointer<events::attribute_change::NMultiplexer> multiplexer{
-      new events::attribute_change::NMultiplexer};
-  Pointer<Recorder> recorder{new Recorder};
-  Pointer<NImageDomain> domain{new NImageDomain(nullptr, multiplexer.get())};
-  Pointer<NImageNode> node = domain->CreateNode(NNodeID());
+  support::TemporaryFiles const files;
+  Pointer<support::AttributeLog> recorder = ListenToAttributes();
+  Pointer<NImageNode> node = images->CreateNode();
 
   void SetUp() override {
-    std::filesystem::create_directories(folder);
-    Write("notfound.dds", "the board");
-    core::uri::SetResourceFolder(NPath(folder.wstring()));
-    multiplexer->AddObserver(*recorder);
+    files.Write("notfound.dds", "the board");
+    core::uri::SetResourceFolder(files.At(""));
   }
-  void TearDown() override {
-    core::uri::SetResourceFolder(NPath());
-    std::filesystem::remove_all(folder);
-  }
-  NLocator Locate(char const* name) {
-    return NLocator(NUri::CreateFileUri(NPath((folder / name).wstring())));
-  }
+  void TearDown() override { core::uri::SetResourceFolder(NPath()); }
+  NLocator Locate(char const* name) { return NLocator(NUri::CreateFileUri(files.At(name))); }
   NLocator Write(char const* name, std::string const& content) {
-    std::ofstream(folder / name, std::ios::binary) << content;
+    files.Write(name, content);
     return Locate(name);
   }
   long GetHint() { return node->QueryAttribute(AN_FORMAT_HINT)->GetValue().GetLong(); }
-  std::vector<std::wstring> Heard() { return std::exchange(recorder->heard, {}); }
 };
+
+/// That the hint of a format was told.
+auto IsHint(double format) { return testing::Pair(L"formatHint", format); }
 
 std::string Content(Pointer<resource::image::NImage> const& image) {
   return {static_cast<char const*>(image->GetData()), image->GetDataByteLength()};
@@ -64,14 +36,13 @@ TEST_F(ImageNode, TellsOfItsLocatorByTheFormatThatItsFileAsksFor) {
   NLocator const photo = Write("photo.jpg", "no JPEG at all");
   NLocator const picture = Write("picture.png", "raw bytes");
   NLocator const missing = Locate("missing.jpg");
-  recorder->react = [&] { EXPECT_TRUE(node->GetImageLocator() == photo); };
+  recorder->react = [&](NAttribute const&) { EXPECT_TRUE(node->GetImageLocator() == photo); };
   node->SetImageLocator(photo);
   recorder->react = nullptr;
   node->SetImageLocator(node->GetImageLocator());
   node->SetImageLocator(picture);
   node->SetImageLocator(missing);
-  EXPECT_THAT(Heard(),
-              ElementsAre(L"formatHint 1", L"formatHint 1", L"formatHint 0", L"formatHint 0"));
+  EXPECT_THAT(recorder->Take(), ElementsAre(IsHint(1), IsHint(1), IsHint(0), IsHint(0)));
   EXPECT_TRUE(node->GetImageLocator() == missing);
 }
 
@@ -95,7 +66,7 @@ TEST_F(ImageNode, GivesTheNotFoundPictureForWhatItCannotLoad) {
 
 TEST_F(ImageNode, HasItsLocatorBeforeTheFileIsJudged) {
   node->SetImageLocator(Write("photo.jpg", "none"));
-  Heard();
+  recorder->Take();
   NLocator entry(Write("broken.zip", "no archive").GetUri(), NPath(L"picture.png"));
   auto* const raw = node.get();
   std::function<void()> act = [] {};
@@ -107,35 +78,37 @@ TEST_F(ImageNode, HasItsLocatorBeforeTheFileIsJudged) {
   EXPECT_THROW(node->SetImageLocator(entry), core::error::NException);
   EXPECT_TRUE(node->GetImageLocator() == entry);
   EXPECT_EQ(GetHint(), 1);
-  EXPECT_THAT(Heard(), IsEmpty());
+  EXPECT_THAT(recorder->Take(), IsEmpty());
 
   // Who knows the pass may let go of the node.
-  support::WriteZip(NPath((folder / "good.zip").wstring()), {{"photo.jpg", "none"}});
+  support::WriteZip(files.At("good.zip"), {{"photo.jpg", "none"}});
   entry = NLocator(Locate("good.zip").GetUri(), NPath(L"photo.jpg"));
   act = [&] {
-    domain->RemoveNode(*node);
+    images->RemoveNode(*node);
     node.reset();
   };
   raw->SetImageLocator(entry);
-  EXPECT_THAT(Heard(), ElementsAre(L"formatHint 1"));
+  EXPECT_THAT(recorder->Take(), ElementsAre(IsHint(1)));
   core::zip::SetPassProvider(nullptr);
 }
 
 TEST_F(ImageNode, CopiesTheHintWithoutAskingTheFileAndTheLocatorLast) {
   NLocator const photo = Write("photo.jpg", "none");
   node->SetImageLocator(photo);
-  std::filesystem::remove(folder / "photo.jpg");
-  auto target = domain->CreateNode(NNodeID());
-  Heard();
-  recorder->react = [&] { EXPECT_TRUE(target->GetImageLocator() == NLocator()); };
+  std::filesystem::remove(files.GetFolder() / "photo.jpg");
+  auto target = images->CreateNode();
+  recorder->Take();
+  recorder->react = [&](NAttribute const&) {
+    EXPECT_TRUE(target->GetImageLocator() == NLocator());
+  };
   node->CopyTo(*target);
-  EXPECT_THAT(Heard(), ElementsAre(L"formatHint 1"));
+  EXPECT_THAT(recorder->Take(), ElementsAre(IsHint(1)));
   EXPECT_TRUE(target->GetImageLocator() == photo);
 
   // A listener may let go of both.
-  recorder->react = [&] {
-    domain->RemoveNode(*node);
-    domain->RemoveNode(*target);
+  recorder->react = [&](NAttribute const&) {
+    images->RemoveNode(*node);
+    images->RemoveNode(*target);
     node.reset();
     target.reset();
   };

@@ -3,84 +3,65 @@
 namespace corvanta::data::domain::texture {
 namespace {
 
-using ImageReference = NNodeReference<image::NImageNode>;
-
-class Recorder final : public events::texture::NListener {
- public:
-  int count = 0;
-  NTextureNode const* texture = nullptr;
-  Pointer<image::NImageNode> image;  // as the handler reads it
-  std::function<void()> react;
-
- private:
-  void OnTextureImageChange(NTextureNode const& changed) override {
-    ++count;
-    texture = &changed;
-    image = changed.GetImage();
-    if (react) react();
-  }
-};
-
-class Texture : public testing::Test, protected support::World {
+class Texture : public testing::Test, protected World {
  protected:
-  Pointer<Recorder> recorder{new Recorder};
-  Pointer<image::NImageNode> image = images->CreateNode(NNodeID());
-  Pointer<NTextureNode> node = textures->CreateNode(NNodeID());
-
-  void SetUp() override { events->GetTextureEventMultiplexer().AddObserver(*recorder); }
+  Pointer<NImageNode> image = images->CreateNode();
+  Pointer<NTextureNode> node = textures->CreateNode();
+  Pointer<support::EventLog> log = Listen();
 };
 
 TEST_F(Texture, TellsOfEveryImageThatItIsGiven) {
   EXPECT_FALSE(node->GetImage());
+  Pointer<NImageNode> given = image;
+  log->react = [&](NSignal const& signal) {
+    EXPECT_EQ(signal.node, node.get());
+    EXPECT_EQ(node->GetImage(), given);
+  };
   node->SetImage(image);
-  EXPECT_EQ(recorder->count, 1);
-  EXPECT_EQ(recorder->texture, node.get());
-  EXPECT_EQ(recorder->image, image);
   node->SetImage(node->GetImageRef());
-  EXPECT_EQ(recorder->count, 2);
   EXPECT_EQ(node->GetImage(), image);
-  node->SetImage(ImageReference());
-  EXPECT_EQ(recorder->count, 3);
-  EXPECT_FALSE(recorder->image);
+  given = nullptr;
+  node->SetImage({});
   EXPECT_FALSE(node->GetImageRef());
+  EXPECT_THAT(log->names, ElementsAreArray(std::vector(3, std::string("textureImageChange"))));
 }
 
 TEST_F(Texture, SaysNothingWhenItsImageGoes) {
   node->SetImage(image);
-  recorder->image.reset();
+  log->Take();
   images->RemoveNode(*image);
   image.reset();
   EXPECT_FALSE(node->GetImage());
   EXPECT_TRUE(node->GetImageRef());
-  EXPECT_EQ(recorder->count, 1);
+  EXPECT_THAT(log->names, IsEmpty());
 }
 
 TEST_F(Texture, CopiesItsImageWithoutASignal) {
   node->SetImage(image);
-  auto const target = textures->CreateNode(NNodeID());
+  auto const target = textures->CreateNode();
   node->CopyTo(*target);
   EXPECT_EQ(target->GetImage(), image);
-  EXPECT_EQ(recorder->count, 1);
+  EXPECT_THAT(log->names, SizeIs(1));
 }
 
 TEST_F(Texture, WithoutAMultiplexerTellsItsOwnObservers) {
-  Pointer<NTextureDomain> const quiet(new NTextureDomain(nullptr, nullptr, nullptr));
-  auto const texture = quiet->CreateNode(NNodeID());
+  auto const quiet = New<NTextureDomain>(nullptr, nullptr, nullptr);
+  auto const texture = quiet->CreateNode();
   ASSERT_TRUE(texture);
   texture->SetImage(image);
-  EXPECT_EQ(recorder->count, 0);
-  EXPECT_TRUE(texture->AddObserver(*recorder));
+  EXPECT_THAT(log->names, IsEmpty());
+  EXPECT_TRUE(texture->AddObserver(events->GetTextureEventMultiplexer()));
   texture->SetImage(image);
-  EXPECT_EQ(recorder->count, 1);
+  EXPECT_THAT(log->names, SizeIs(1));
 }
 
 TEST_F(Texture, OutlivesAHandlerThatLetsItGo) {
-  recorder->react = [&] {
+  log->react = [&](NSignal const&) {
     textures->RemoveNode(*node);
     node.reset();
   };
   node->SetImage(image);
-  EXPECT_EQ(recorder->count, 1);
+  EXPECT_THAT(log->names, SizeIs(1));
 }
 
 }  // namespace
