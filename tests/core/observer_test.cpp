@@ -132,9 +132,7 @@ class Model {
       ~Leave() { --running; }
     } const leave{m_running[listener.id]};
     for (int edits = Choose(3); edits != 0; --edits) Edit(&listener);
-    if (m_frames.size() < 4 && Choose(5) == 0) {
-      Choose(2) == 0 ? Raise() : RaiseCatching();
-    }
+    if (m_frames.size() < 4 && Choose(5) == 0) Choose(2) == 0 ? Raise() : RaiseCatching();
     if (Choose(25) == 0) throw Thrown();
   }
 
@@ -214,7 +212,7 @@ TEST(Observers, RandomEditsFromWithinNestedDeliveries) {
 
 TEST(Observers, ComeAndGoByTheHundredThousandInAnyOrder) {
   constexpr int kCount = 100000;
-  Pointer<Subject> const subject(new Subject);
+  auto const subject = New<Subject>();
   std::vector<ListenerPointer> listeners;
   for (int i = 0; i != kCount; ++i) listeners.emplace_back(new Listener(i));
   for (auto const& listener : listeners) ASSERT_TRUE(subject->AddObserver(*listener));
@@ -261,7 +259,7 @@ TEST(Observers, ComeAndGoByTheHundredThousandInAnyOrder) {
 TEST(Observers, RemovedAndAddedAgainDuringADeliveryIsCalledOnceInItsPlace) {
   for (int count : {3, 20}) {
     for (int moved = 0; moved != count; ++moved) {
-      Pointer<Subject> const subject(new Subject);
+      auto const subject = New<Subject>();
       std::vector<ListenerPointer> listeners;
       std::vector<int> order, expected;
       for (int i = 0; i != count; ++i) {
@@ -303,10 +301,10 @@ TEST(Observers, SubjectOnTheStackMayEndDuringItsDelivery) {
 }
 
 TEST(Observers, CopiesStartWithoutObserversAndAssignmentChangesNothing) {
-  Pointer<Subject> const subject(new Subject);
+  auto const subject = New<Subject>();
   ListenerPointer const listener(new Listener);
   subject->AddObserver(*listener);
-  Pointer<Subject> const copy(new Subject(*subject));
+  auto const copy = New<Subject>(*subject);
   EXPECT_TRUE(copy->AddObserver(*listener));
   copy->AssignObservers(*subject);
   detail::NObservableImpl entries;
@@ -325,7 +323,7 @@ TEST(Observers, CopiesStartWithoutObserversAndAssignmentChangesNothing) {
 
 /// Nobody holds it yet: it hears nothing, isn't destroyed by being asked for, and hears once held.
 TEST(Observers, ListenerWhoseCountIsZeroIsLeftAloneAndHeardFromLater) {
-  Pointer<Subject> const subject(new Subject);
+  auto const subject = New<Subject>();
   int alive = 0;
   auto* const listener = new Listener(0, &alive);
   EXPECT_FALSE(subject->RemoveObserver(*listener));
@@ -353,13 +351,13 @@ class Counted : public NReferenceCountableWithWeakReference {
 TEST(Counts, CountedPointerInTheDestructorDoesNothing) {
   int ends = 0;
   Pointer<reference_countable::NWeakReferenceImpl const> weak;
-  Pointer<Counted> object(new Counted([&](Counted& dying) {
+  auto object = New<Counted>([&](Counted& dying) {
     ++ends;
     Pointer<Counted> const passing(&dying);
     EXPECT_EQ(weak->GetReference(), nullptr);
     EXPECT_FALSE(dying.TryAddRef());
     EXPECT_TRUE(weak->IsExpired());
-  }));
+  });
   weak = object->GetWeakReference();
   EXPECT_EQ(weak, object->GetWeakReference());
   EXPECT_EQ(weak->GetReference(), object);
@@ -371,7 +369,7 @@ TEST(Counts, CountedPointerInTheDestructorDoesNothing) {
 /// Counts are plain numbers until the first thread starts; what was counted before still counts.
 TEST(Counts, HoldWhenThreadsStartAndShareAnObject) {
   std::atomic<int> ends = 0;
-  Pointer<Counted> object(new Counted([&](Counted&) { ++ends; }));
+  auto object = New<Counted>([&](Counted&) { ++ends; });
   auto const weak = object->GetWeakReference();
   {
     std::vector<std::jthread> threads;
