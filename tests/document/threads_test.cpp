@@ -4,8 +4,8 @@
 
 #include "corvanta/names.h"
 #include "tests/image/picture_files.h"
-#include "tests/support/view_world.h"
 #include "tests/support/temporary_files.h"
+#include "tests/support/view_world.h"
 #include "tests/support/zip_archive.h"
 
 namespace corvanta {

@@ -347,8 +347,7 @@ TEST(Sweep, ProjectionsAndSwitches) {
          {"switch: add material", RUN(w.materialSwitch->AddMaterial(*w.material, 1))},
          {"switch: remove material", RUN(w.materialSwitch->RemoveMaterial(0))},
          {"switch: add model", RUN(w.materialSwitch->AddModel(*w.shownModel))},
-         {"switch: add set",
-          RUN(w.modelSwitch->AddModelSet(*New<data::switches::detail::NModelSet>(), 1))},
+         {"switch: add set", RUN(w.modelSwitch->AddModelSet(*w.set, 1))},
          {"switch: rename set", RUN(w.modelSwitch->GetModelSets().front()->SetName(
                                     w.modelSwitch->GetModelSets().back()->GetName()))},
          {"switch: add to set", RUN(w.modelSwitch->GetModelSets().front()->AddNode(*w.shownModel))},

@@ -68,9 +68,9 @@ World::World(support::TemporaryFiles const& given) : files(given) {
   materialSwitch->AddMaterial(*materials->CreateNode(), 1);
   materialSwitch->AddModel(*model);
   for (auto const& shown : {model, shownModel}) {
-    auto const set = New<data::switches::detail::NModelSet>();
-    set->SetName(shown->GetName());
-    modelSwitch->AddModelSet(*set, 0);
+    auto const made = New<data::switches::detail::NModelSet>();
+    made->SetName(shown->GetName());
+    modelSwitch->AddModelSet(*made, 0);
   }
   for (double const x : {1.0, 3.0}) animation->AddKey(*MakeKey(x), static_cast<int>(10 * x));
   args.scene = scene;
@@ -212,6 +212,7 @@ std::wstring Describe(World& world) {
   out << world.views->GetViews().size();
   out.List(world.materialSwitch->GetMaterials()).List(world.materialSwitch->GetModels());
   for (auto const& set : world.modelSwitch->GetModelSets()) out << set << set->GetNodes().size();
+  out << (world.set->GetNamespace() != nullptr);
   for (auto const& [handle, key] : world.curve->GetKeyData())
     out << handle << key.time << key.value;
   Describe(out, *world.animation);

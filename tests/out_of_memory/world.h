@@ -123,6 +123,7 @@ struct World : support::World {
   Pointer<NViewManager> views = New<NViewManager>(nullptr);
   Pointer<NMaterialSwitch> materialSwitch = New<NMaterialSwitch>();
   Pointer<NModelSwitch> modelSwitch = New<NModelSwitch>();
+  Pointer<data::switches::detail::NModelSet> set = New<data::switches::detail::NModelSet>();
   Pointer<NAnimation> animation = New<NAnimation>();
   Pointer<NAnimation> copy;  // what an operation has made
   NAnimationManager presentations;
