@@ -44,7 +44,7 @@ struct NSignal {
   /// "addChild" and the like; of surfaces and lamps with what happened: "surfaceAdded",
   /// "lampRenamed".
   char const* name;
-  /// Whom it is about. Null for a host that is no node: a lamp, a view.
+  /// Whom it is about. Null for a host that is no node.
   core::node::NNode const* node = nullptr;
   /// The child, light environment, lamp or removed texture that it is about beside the node, or
   /// the old geometry, material, tree, root or environment.
