@@ -137,6 +137,7 @@
 #include "corvanta/data/error_code/error_code.h"
 #include "corvanta/data/events/NEventListener.h"
 #include "corvanta/data/events/NEventMultiplexer.h"
+#include "corvanta/data/events/NForwardingListener.h"
 #include "corvanta/data/events/attribute_change/NListener.h"
 #include "corvanta/data/events/attribute_change/NMultiplexer.h"
 #include "corvanta/data/events/environment/NListener.h"

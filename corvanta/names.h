@@ -13,6 +13,8 @@ using core::node::NNodeReference;
 using data::document::NDocument;
 using data::events::NEventListener;
 using data::events::NEventMultiplexer;
+using data::events::NForwardingListener;
+using data::events::NSignal;
 
 // Nodes and domains.
 using data::domain::animation::NAnimationDomain;

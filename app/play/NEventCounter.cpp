@@ -8,9 +8,8 @@ NEventCounter::~NEventCounter() = default;
 
 std::size_t NEventCounter::TakeCount() { return std::exchange(m_count, 0); }
 
-void NEventCounter::OnAttributeChange(core::attribute::NAttributeHost&,
-                                      core::attribute::NAttribute const&) {
-  ++m_count;
+void NEventCounter::OnSignal(data::events::NSignal const& signal) {
+  m_count += signal.kind == data::events::NSK_ATTRIBUTE_CHANGE;
 }
 
 }  // namespace corvanta::app

@@ -2,12 +2,12 @@
 
 #include <cstddef>
 
-#include "corvanta/data/events/NEventListener.h"
+#include "corvanta/data/events/NForwardingListener.h"
 
 namespace corvanta::app {
 
 /// Counts the changes of attributes in a whole model; curves and camera keys make no others.
-class NEventCounter : public data::events::NEventListener {
+class NEventCounter : public data::events::NForwardingListener {
  public:
   /// Those since the last call.
   std::size_t TakeCount();
@@ -15,8 +15,7 @@ class NEventCounter : public data::events::NEventListener {
  private:
   ~NEventCounter() override;
 
-  void OnAttributeChange(core::attribute::NAttributeHost& host,
-                         core::attribute::NAttribute const& attribute) override;
+  void OnSignal(data::events::NSignal const& signal) override;
 
   std::size_t m_count = 0;
 };

@@ -45,7 +45,7 @@ TEST_F(Engine, StepsClampOrWrapOnceAtTheEnds) {
 
 TEST_F(Engine, SurvivesTimesThatAreNone) {
   MoveAlongX(root, {{0, 0.0}, {100, 10.0}});
-  MoveAlongX(MakeGroup(), {{50, 1.0}});
+  MoveAlongX(Make(), {{50, 1.0}});
   for (bool const repeats : {false, true}) {
     for (double const from : {0.0, 5.0, -1e300, 1e300, kInfinity, -kInfinity, kNaN}) {
       for (double const delta : {0.0, 1.0, -1e308, 1e308, kInfinity, -kInfinity, kNaN}) {
@@ -65,13 +65,9 @@ TEST_F(Engine, SurvivesTimesThatAreNone) {
 
 class Discrete : public World {
  protected:
-  Pointer<domain::material::NMaterialNode> a = materials->CreateNode(NNodeID());
-  Pointer<domain::material::NMaterialNode> b = materials->CreateNode(NNodeID());
-  Pointer<item::NSceneGraphModelNode> model =
-      items->CreateNode<item::NSceneGraphModelNode>(NNodeID());
-  Pointer<item::NSceneGraphModelNode> other =
-      items->CreateNode<item::NSceneGraphModelNode>(NNodeID());
-  Pointer<switches::NMaterialSwitch> chooser{new switches::NMaterialSwitch};
+  Pointer<NMaterialNode> a = materials->CreateNode(), b = materials->CreateNode();
+  Model model = Make<NSceneGraphModelNode>(), other = Make<NSceneGraphModelNode>();
+  Pointer<NMaterialSwitch> chooser{new NMaterialSwitch};
 
   void SetUp() override {
     chooser->AddMaterial(a, 0);
@@ -79,7 +75,7 @@ class Discrete : public World {
     chooser->AddModel(model);
   }
   KeyPointer AddMaterialKey(unsigned index, int time, std::size_t place = 0) {
-    KeyPointer key(new NAnimationKey);
+    auto key = New<NAnimationKey>();
     key->materialSwitches[place] = chooser;
     key->materialIndices[place] = index;
     key->materialIsIgnored = false;
@@ -125,25 +121,15 @@ TEST_F(Discrete, KeysFireOnArrivalAndNeverTwice) {
 }
 
 TEST_F(Discrete, SmallStepsFireEachKeyOnceEitherWay) {
-  struct Counter final : events::scene_graph_model::NListener {
-    int count = 0;
-    void OnGeometryChange(item::NSceneGraphModelNode const&,
-                          Pointer<domain::geometry::NGeometryNode> const&) override {}
-    void OnMaterialChange(item::NSceneGraphModelNode const&,
-                          Pointer<domain::material::NMaterialNode> const&) override {
-      ++count;
-    }
-  };
-  Pointer<Counter> const counter(new Counter);
-  model->AddObserver(*counter);
+  auto const log = Listen();
   for (int time = 1; time <= 290; ++time) AddMaterialKey(static_cast<unsigned>(time % 2), time);
   for (double const delta : {0.1, -0.1, 1.0 / 30.0, -1.0 / 30.0, 0.7, -0.7}) {
-    counter->count = 0;
+    log->names.clear();
     engine.SetCurrentTime(delta > 0.0 ? 0.0 : 30.0);
     while (engine.Update(args, delta)) {
       if (engine.GetTickCount() == 0.0 || engine.GetTickCount() == 30.0) break;
     }
-    EXPECT_EQ(counter->count, 290) << delta;
+    EXPECT_EQ(std::count(log->names.begin(), log->names.end(), "materialChange"), 290) << delta;
   }
 }
 
@@ -182,12 +168,12 @@ TEST_F(Discrete, ChoicesAreLookedUpWhenTheKeysAreTakenOver) {
 
 TEST_F(Discrete, ModelKeysShowOneSetAndHideTheOthers) {
   using Set = switches::detail::NModelSet;
-  Pointer<switches::NModelSwitch> const sets(new switches::NModelSwitch);
+  auto const sets = New<NModelSwitch>();
   Pointer<Set> const first(new Set), second(new Set);
   first->SetName(L"first");
   first->AddNode(model);
   second->AddNode(other);
-  auto dying = items->CreateNode<item::NSceneGraphModelNode>(NNodeID());
+  auto dying = Make<NSceneGraphModelNode>();
   second->AddNode(dying);
   sets->AddModelSet(*first, 0);
   sets->AddModelSet(*second, 1);
@@ -211,7 +197,7 @@ TEST_F(Discrete, ModelKeysShowOneSetAndHideTheOthers) {
   EXPECT_TRUE(model->IsVisible());
   EXPECT_TRUE(other->IsVisible());
   // A listener that takes everything apart.
-  recorder->react = [&](core::attribute::NAttribute const&) {
+  recorder->react = [&](NAttribute const&) {
     recorder->react = nullptr;
     sets->RemoveModelSet(0u);
     first->RemoveNode(model);
@@ -223,23 +209,21 @@ TEST_F(Discrete, ModelKeysShowOneSetAndHideTheOthers) {
 }
 
 TEST_F(Discrete, TheEnvironmentCrossedLastComesToEveryScene) {
-  std::vector<Pointer<domain::environment::NEnvironmentNode>> made;
+  std::vector<Pointer<NEnvironmentNode>> made;
   for (int i = 0; i != 3; ++i) {
-    made.push_back(environments->CreateNode(NNodeID()));
+    made.push_back(environments->CreateNode());
     KeyPointer const key(new NAnimationKey);
     key->environment = made.back();
     key->environmentIsIgnored = false;
     animation->AddKey(*key, 10 + 10 * i);
   }
   Step(1.0);  // nowhere to go
-  args.scenes = {scenes->CreateNode(NNodeID()), scenes->CreateNode(NNodeID()), nullptr};
+  args.scenes = {scenes->CreateNode(), scenes->CreateNode(), nullptr};
   auto const scene = *args.scenes.rbegin();
   Step(0.5);
   EXPECT_EQ(scene->GetEnvironment(), nullptr);
   Step(2.0);
-  for (auto const& each : args.scenes) {
-    EXPECT_TRUE(!each || each->GetEnvironment() == made[2]);
-  }
+  for (auto const& each : args.scenes) EXPECT_TRUE(!each || each->GetEnvironment() == made[2]);
   Step(-2.0);
   EXPECT_EQ(scene->GetEnvironment(), made[1]);
   Step(-0.5);
@@ -247,10 +231,10 @@ TEST_F(Discrete, TheEnvironmentCrossedLastComesToEveryScene) {
 }
 
 TEST_F(Engine, EditsDuringAStepCountFromTheNext) {
-  Group const second = MakeGroup();
+  Group const second = Make();
   MoveAlongX(root, {{0, 0.0}, {100, 10.0}});
   MoveAlongX(second, {{0, 0.0}, {100, 20.0}});
-  recorder->react = [&](core::attribute::NAttribute const&) {
+  recorder->react = [&](NAttribute const&) {
     recorder->react = nullptr;
     while (!animation->GetKeys().empty())
       animation->RemoveKey(*animation->GetKeys().begin()->first);
@@ -266,7 +250,7 @@ TEST_F(Engine, EditsDuringAStepCountFromTheNext) {
 
 TEST_F(Engine, AListenerThatThrowsLeavesTheTimeWhereItWas) {
   MoveAlongX(root, {{0, 0.0}, {100, 10.0}});
-  recorder->react = [&](core::attribute::NAttribute const& attribute) {
+  recorder->react = [&](NAttribute const& attribute) {
     if (attribute.GetName() == L"translation.y") throw std::runtime_error("heard");
   };
   EXPECT_THROW(engine.Update(args, 2.0), std::runtime_error);
@@ -283,7 +267,7 @@ TEST_F(Engine, AListenerThatThrowsLeavesTheTimeWhereItWas) {
 TEST_F(Engine, StepsNestAndOutliveTheirAnimation) {
   MoveAlongX(root, {{0, 0.0}, {100, 10.0}});
   int depth = 0;
-  recorder->react = [&](core::attribute::NAttribute const&) {
+  recorder->react = [&](NAttribute const&) {
     if (depth++ == 0) engine.Update(args, 5.0);
   };
   EXPECT_EQ(Step(1.0).size(), 24u);
@@ -291,14 +275,14 @@ TEST_F(Engine, StepsNestAndOutliveTheirAnimation) {
   EXPECT_EQ(engine.GetTickCount(), 1.0);
   EXPECT_EQ(root->GetTranslationX(), 5.0);  // written by the inner step, after the outer one
   times->times.clear();
-  recorder->react = [&](core::attribute::NAttribute const&) { animation.reset(); };
+  recorder->react = [&](NAttribute const&) { animation.reset(); };
   EXPECT_TRUE(engine.Update(args, 1.0));
   EXPECT_EQ(recorder->Take().size(), 12u);
   EXPECT_THAT(times->times, IsEmpty());
   // The same from within the signal, with another listener behind.
   recorder->react = nullptr;
   animation.reset(new NAnimation);
-  Pointer<TimeRecorder> const behind(new TimeRecorder);
+  auto const behind = New<TimeRecorder>();
   animation->GetEngine().AddObserver(*times);
   animation->GetEngine().AddObserver(*behind);
   times->react = [&](double) { animation.reset(); };

@@ -6,10 +6,7 @@
 /// that happens to items.
 namespace corvanta::data::animation {
 
-namespace item = domain::scenegraph::item;
 using KeyPointer = Pointer<NAnimationKey>;
-using Group = Pointer<item::NSceneGraphGroupNode>;
-using Camera = Pointer<item::NSceneGraphCameraNode>;
 using support::AttributeLog;
 using Writes = AttributeLog::Writes;
 using Triple = NAnimationKey::Triple;
@@ -39,27 +36,22 @@ class Args final : public NAnimationEngineArgs {
 
 class World : public testing::Test, protected support::World {
  protected:
-  Pointer<domain::scenegraph::tree::NSceneGraphTreeNode> tree = trees->CreateNode(NNodeID());
-  Group root = MakeGroup();
+  Group root = Make();
+  Tree tree = MakeTree(root);
   Pointer<NAnimation> animation{new NAnimation};
   NAnimationEngine& engine = animation->GetEngine();
-  Pointer<AttributeLog> recorder{new AttributeLog};
+  Pointer<AttributeLog> recorder = ListenToAttributes();
   Pointer<TimeRecorder> times{new TimeRecorder};
   Args args;
 
-  World() {
-    tree->SetRoot(root);
-    attributes->AddObserver(*recorder);
-    engine.AddObserver(*times);
-  }
+  World() { engine.AddObserver(*times); }
 
-  Group MakeGroup() { return items->CreateNode<item::NSceneGraphGroupNode>(NNodeID()); }
   template <class T>
-  domain::scenegraph::NSceneGraphPath<T> MakePath(Pointer<T> const& node) const {
-    return domain::scenegraph::NSceneGraphPath<T>(node, tree);
+  NSceneGraphPath<T> MakePath(Pointer<T> const& node) const {
+    return NSceneGraphPath<T>(node, tree);
   }
   KeyPointer MakeItemKey(Group const& group, Triple const& translation) const {
-    KeyPointer key(new NAnimationKey);
+    auto key = New<NAnimationKey>();
     key->itemPath = MakePath(group);
     key->itemTranslation = translation;
     key->itemIsIgnored = false;

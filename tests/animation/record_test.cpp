@@ -26,13 +26,13 @@ class Recorder final : public NAnimationListener {
 };
 
 KeyPointer MakeKey(std::wstring const& name = L"") {
-  KeyPointer key(new NAnimationKey);
+  auto key = New<NAnimationKey>();
   key->SetName(name);
   return key;
 }
 
 AnimationPointer MakeAnimation(std::wstring const& name) {
-  AnimationPointer animation(new NAnimation);
+  auto animation = New<NAnimation>();
   animation->SetName(name);
   return animation;
 }
@@ -45,7 +45,7 @@ TEST(AnimationKey, StartsWithNothingAndCopiesEverything) {
   EXPECT_EQ(key->itemPath.GetNode(), nullptr);
   key->cameraUp = {4, 5, 6};
   key->cameraIsIgnored = false;
-  key->modelSwitches[2].reset(new switches::NModelSwitch);
+  key->modelSwitches[2].reset(new NModelSwitch);
   KeyPointer const copy(new NAnimationKey(*key));
   EXPECT_EQ(copy->GetName(), L"key");
   EXPECT_EQ(copy->cameraUp, key->cameraUp);
@@ -75,7 +75,7 @@ TEST_F(Record, EveryChangeOfKeysIsToldOnce) {
   EXPECT_FALSE(animation->RemoveKey(*stranger));
   EXPECT_THAT(recorder->Take(), IsEmpty());
   EXPECT_TRUE(animation->AddKeys({{stranger, -3}, {a, 1}, {nullptr, 2}, {MakeKey(), 4}}));
-  EXPECT_THAT(animation->GetKeys(), testing::SizeIs(4));
+  EXPECT_THAT(animation->GetKeys(), SizeIs(4));
   EXPECT_EQ(animation->GetKeys().begin()->first, a);  // made first
   EXPECT_EQ(animation->GetTime(*a), 5);
   EXPECT_TRUE(animation->AddKeys({}));
@@ -86,7 +86,7 @@ TEST_F(Record, EveryChangeOfKeysIsToldOnce) {
   EXPECT_TRUE(animation->RemoveKey(*a));
   EXPECT_EQ(animation->GetSelectedKey(), nullptr);
   animation->SignalModification();
-  EXPECT_THAT(recorder->Take(), testing::SizeIs(6));
+  EXPECT_THAT(recorder->Take(), SizeIs(6));
   EXPECT_TRUE(animation->AddKey(*a, 1));  // its name is free again
   EXPECT_NE(a->GetNamespace(), nullptr);
   EXPECT_EQ(b->GetNamespace(), nullptr);

@@ -4,62 +4,11 @@
 namespace corvanta::data::animation {
 namespace {
 
-/// One channel the plain way: a map from each segment's first time to an interpolator of its own,
-/// the entry before the time asked for. Times must differ.
-template <class Made, class Value>
-class MapOfSegments {
- public:
-  template <class IsEqual>
-  MapOfSegments(std::vector<double> const& times, std::vector<Value> const& values,
-                IsEqual isEqual) {
-    std::size_t const n = values.size();
-    std::size_t start = 0;
-    while (start + 1 < n) {
-      std::size_t rest = start;  // where a plateau begins
-      while (rest + 1 < n && !isEqual(rest, rest + 1)) ++rest;
-      std::size_t past = rest;  // what comes behind it
-      while (rest + 1 < n && past < n && isEqual(rest, past)) ++past;
-      if (rest > start) {
-        Add(times, values, start, rest + 1);
-        if (rest + 1 >= n) break;
-        start = past - 1;
-      } else if (past < n) {
-        Add(times, values, past - 1, past + 1);
-        start = past;
-      } else {
-        if (m_segments.empty()) Add(times, values, 0, 2);
-        break;
-      }
-    }
-  }
-
-  Value operator()(double t) const {
-    auto i = m_segments.lower_bound(t);
-    if (i != m_segments.begin()) --i;
-    return i->second->Evaluate(t);
-  }
-
- private:
-  void Add(std::vector<double> const& times, std::vector<Value> const& values, std::size_t first,
-           std::size_t last) {
-    std::vector<Value> const part(&values[first], &values[first] + (last - first));
-    m_segments[times[first]] = boost::make_shared<Made>(
-        part,
-        boost::make_shared<std::vector<double>>(&times[first], &times[first] + (last - first)));
-  }
-
-  std::map<double, boost::shared_ptr<Interpolator<Value, double>>> m_segments;
-};
-
-using SplineMap = MapOfSegments<CubicSplineInterpolator<double, double>, double>;
-using SquadMap = MapOfSegments<SquadInterpolator, Quaternion>;
-
 bool IsApprox(double a, double b) {
   return a == 0.0 ? std::abs(b) < 1e-6 : b / a > 0.9990009990009991 && b / a < 1.001;
 }
 
 TEST(Plateaus, AreCutAtTheirEnds) {
-  using detail::ApproxEqual;
   struct Row {
     std::vector<double> values;
     std::vector<std::pair<int, int>> segments;
@@ -92,110 +41,114 @@ TEST(Plateaus, AreCutAtTheirEnds) {
 
 class Tracks : public World {
  protected:
-  double Read(Group const& group, wchar_t const* name) {
+  /// The writes of the x, y and z of each name.
+  static Writes MakeWrites(std::vector<std::wstring> const& names,
+                           std::vector<double> const& values) {
+    Writes writes;
+    for (double const value : values) {
+      std::size_t const i = writes.size();
+      writes.emplace_back(names[i / 3] + L'.' + L"xyz"[i % 3], value);
+    }
+    return writes;
+  }
+  double Read(Group const& group, std::wstring const& name) {
     return group->QueryAttribute(name)->GetDouble();
   }
 };
 
-TEST_F(Tracks, EqualInterpolatorsOfTheirOwnInAMap) {
-  unsigned const seed = std::random_device()();
-  SCOPED_TRACE(seed);
-  std::mt19937 random(seed);
-  // Few values, so that there are plateaus of every length.
-  auto const pick = [&](double unit) { return unit * static_cast<int>(random() % 4); };
-  for (int round = 0; round != 60; ++round) {
-    Group const moved = MakeGroup();
-    animation.reset(new NAnimation);
-    NAnimationEngine& player = animation->GetEngine();
-    std::size_t const n = 2 + random() % 12;
-    std::vector<double> keyTimes, x, y, z, scale, pivot;
-    std::vector<Quaternion> rotations;
-    std::vector<std::pair<KeyPointer, int>> keys;
-    int tenths = -20;
-    for (std::size_t i = 0; i != n; ++i) {
-      tenths += 1 + static_cast<int>(random() % 40);
-      KeyPointer const key = MakeItemKey(moved, {pick(1.0), pick(0.3) * (i % 3 == 0), pick(1e-7)});
-      key->itemScale[1] = pick(2.0);
-      key->itemRotationPivot[2] = pick(-1.0);
-      key->itemRotation = {pick(40.0), pick(10.0) * (i % 4 == 0), pick(-25.0)};
-      keys.emplace_back(key, tenths);
-      keyTimes.push_back(tenths / 10.0);
-      x.push_back(key->itemTranslation[0]);
-      y.push_back(key->itemTranslation[1]);
-      z.push_back(key->itemTranslation[2]);
-      scale.push_back(key->itemScale[1]);
-      pivot.push_back(key->itemRotationPivot[2]);
-      auto const& [rx, ry, rz] = key->itemRotation;
-      rotations.push_back(VX_Math::CreateQuaternion(
-          {static_cast<float>(rx), static_cast<float>(ry), static_cast<float>(rz)}, false));
+TEST_F(Tracks, PlayAnInterpolatorOfItsOwnForEachSegmentOfAChannel) {
+  struct Row {
+    std::vector<double> values;                       // of keys one second apart
+    std::vector<std::pair<double, double>> expected;  // at a time, the value
+  };
+  // Segments of two keys are straight; the one inner curvature of 0, 1, 0 is -3, that of 1, 3,
+  // 8 4.5.
+  std::vector<Row> const rows{
+      {{0, 5, 5, 9}, {{0, 0}, {0.5, 2.5}, {1, 5}, {1.5, 5}, {2, 5}, {2.5, 7}, {3, 9}}},
+      {{0, 1, 0}, {{0.5, 0.6875}, {1, 1}, {1.5, 0.6875}}},
+      {{7, 7, 7}, {{0, 7}, {1.2, 7}, {2, 7}}},
+      {{100, 100.06, 100.12, 100.18}, {{0.5, 100.06}, {1.5, 100.09}, {2.5, 100.12}}},  // measured
+      {{100, 100.11, 100.22}, {{0.5, 100.055}, {1.5, 100.165}}},  // beyond a thousandth
+      {{0, 9e-7, 3e-6, 0}, {{0.5, 9e-7}}},
+      {{0, 4, 4, 1, 1, 1, 3, 8, 8, 2, 2, 6},
+       {{0.5, 2},
+        {1.5, 4},
+        {2.5, 2.5},
+        {4.5, 1},
+        {5.5, 1.71875},
+        {6.5, 5.21875},
+        {8.5, 5},
+        {10.5, 4}}}};
+  constexpr std::pair<Triple NAnimationKey::*, wchar_t const*> kTriples[] = {
+      {&NAnimationKey::itemTranslation, L"translation."},
+      {&NAnimationKey::itemScale, L"scale."},
+      {&NAnimationKey::itemRotationPivot, L"rotation.pivot."},
+      {&NAnimationKey::itemRotation, L"rotation."}};
+  for (Row const& row : rows) {
+    for (auto const& [triple, name] : kTriples) {
+      for (std::size_t const axis : {0, 1, 2}) {
+        bool const isRotation = triple == &NAnimationKey::itemRotation;
+        if (isRotation && &row != &rows.front()) continue;  // a squad of two keys is straight too
+        animation.reset(new NAnimation);
+        std::vector<std::pair<KeyPointer, int>> keys;
+        for (double const value : row.values) {
+          int const time = 10 * static_cast<int>(keys.size());
+          keys.emplace_back(MakeItemKey(root, {}), time);
+          ((*keys.back().first).*triple)[axis] = value;
+        }
+        std::shuffle(keys.begin(), keys.end(), std::mt19937(7));
+        animation->AddKeys(keys);
+        for (auto const& [time, value] : row.expected) {
+          animation->GetEngine().SetCurrentTime(-100);
+          SetCurrentTime(animation->GetEngine(), args, time);
+          EXPECT_NEAR(Read(root, name + std::wstring(1, L"xyz"[axis])), value,
+                      isRotation ? 1e-4 : 1e-12)
+              << time;
+        }
+      }
     }
-    std::shuffle(keys.begin(), keys.end(), random);
-    animation->AddKeys(keys);
-    auto const byTriple = [&](std::size_t i, std::size_t k) {
-      return IsApprox(x[i], x[k]) && IsApprox(y[i], y[k]) && IsApprox(z[i], z[k]);
-    };
-    auto const by = [](std::vector<double> const& values) {
-      return [&](std::size_t i, std::size_t k) { return IsApprox(values[i], values[k]); };
-    };
-    SplineMap const xMap(keyTimes, x, byTriple), yMap(keyTimes, y, byTriple),
-        zMap(keyTimes, z, byTriple), scaleMap(keyTimes, scale, by(scale)),
-        pivotMap(keyTimes, pivot, by(pivot));
-    SquadMap const rotationMap(keyTimes, rotations, [&](std::size_t i, std::size_t k) {
-      return rotations[i].Equals(rotations[k], 0.0001f);
-    });
-    std::uniform_real_distribution<double> between(keyTimes.front(), keyTimes.back());
-    std::vector<double> asked = keyTimes;
-    for (int i = 0; i != 40; ++i) asked.push_back(between(random));
-    for (double const t : asked) {
-      player.SetEndTime(1e6);
-      player.SetCurrentTime(-100.0);
-      player.Update(args, t + 100.0);
-      double const now = player.GetTickCount();  // within rounding
-      if (now < keyTimes.front()) continue;
-      ASSERT_EQ(Read(moved, L"translation.x"), xMap(now)) << now;
-      ASSERT_EQ(Read(moved, L"translation.y"), yMap(now)) << now;
-      ASSERT_EQ(Read(moved, L"translation.z"), zMap(now)) << now;
-      ASSERT_EQ(Read(moved, L"scale.y"), scaleMap(now)) << now;
-      ASSERT_EQ(Read(moved, L"rotation.pivot.z"), pivotMap(now)) << now;
-      Vec3 const radians = VX_Math::DecomposeToEulerAngles(Matrix(rotationMap(now)));
-      ASSERT_EQ(Read(moved, L"rotation.x"), radians.x * 57.2957763671875f) << now;
-      ASSERT_EQ(Read(moved, L"rotation.z"), radians.z * 57.2957763671875f) << now;
-    }
+  }
+}
+
+/// The rotations of a segment are a squad's.
+TEST_F(Tracks, TurnBySquads) {
+  std::vector<Quaternion> rotations;
+  for (int i = 0; i != 4; ++i) {
+    Vec3 const degrees(static_cast<float>(40 * i), static_cast<float>(10 * (i % 2)),
+                       static_cast<float>(-25 * i));
+    KeyPointer const key = MakeItemKey(root, {});
+    key->itemRotation = {degrees.x, degrees.y, degrees.z};
+    animation->AddKey(*key, 10 * i);
+    rotations.push_back(VX_Math::CreateQuaternion(degrees, false));
+  }
+  SquadInterpolator const squad(
+      rotations, boost::make_shared<std::vector<double>>(std::vector<double>{0, 1, 2, 3}));
+  for (double const time : {0.25, 1.5, 2.75}) {
+    PlayAt(time);
+    Vec3 const radians = VX_Math::DecomposeToEulerAngles(Matrix(squad.Evaluate(time)));
+    EXPECT_EQ(Read(root, L"rotation.x"), radians.x * 57.2957763671875f) << time;
+    EXPECT_EQ(Read(root, L"rotation.z"), radians.z * 57.2957763671875f) << time;
   }
 }
 
 TEST_F(Tracks, WriteInOrderAndOnlyWhereTheirKeysAre) {
   MoveAlongX(root, {{20, 2.0}, {10, 1.0}});  // made in another order than they play
-  Writes const writes = PlayAt(1.5);
-  std::vector<std::wstring> names;
-  for (auto const& [name, value] : writes) names.push_back(name);
-  EXPECT_THAT(names, ElementsAre(L"translation.x", L"translation.y", L"translation.z", L"scale.x",
-                                 L"scale.y", L"scale.z", L"rotation.pivot.x", L"rotation.pivot.y",
-                                 L"rotation.pivot.z", L"rotation.x", L"rotation.y", L"rotation.z"));
-  EXPECT_EQ(writes.front().second, 1.5);
+  EXPECT_EQ(PlayAt(1.5), MakeWrites({L"translation", L"scale", L"rotation.pivot", L"rotation"},
+                                    {1.5, 0, 0, 1, 1, 1, 0, 0, 0, 0, 0, 0}));
   struct Row {
     double from, to;
     bool writes;
     double value;
   };
-  for (Row const& row : std::vector<Row>{{0, 0.5, false, 0},
-                                         {0, 1, true, 1},
-                                         {0, 5, true, 2},
-                                         {1, 1, false, 0},
-                                         {1, 0.5, false, 0},
-                                         {1, 1.25, true, 1.25},
-                                         {1, 5, true, 2},
-                                         {1.5, 1.5, true, 1.5},
-                                         {1.5, 0, true, 1},
-                                         {1.5, 2, true, 2},
-                                         {2, 2, false, 0},
-                                         {2, 3, false, 0},
-                                         {2, 1.75, true, 1.75},
-                                         {2, 0, true, 1},
-                                         {3, 2, true, 2},
-                                         {3, 2.5, false, 0},
-                                         {3, 0, true, 1},
-                                         {3, 1.5, true, 1.5}}) {
+  // clang-format off
+  Row const rows[] = {
+      {0, 0.5, false, 0},  {0, 1, true, 1},      {0, 5, true, 2},        {1, 1, false, 0},
+      {1, 0.5, false, 0},  {1, 1.25, true, 1.25}, {1, 5, true, 2},       {1.5, 1.5, true, 1.5},
+      {1.5, 0, true, 1},   {1.5, 2, true, 2},    {2, 2, false, 0},       {2, 3, false, 0},
+      {2, 1.75, true, 1.75}, {2, 0, true, 1},    {3, 2, true, 2},        {3, 2.5, false, 0},
+      {3, 0, true, 1},     {3, 1.5, true, 1.5}};
+  // clang-format on
+  for (Row const& row : rows) {
     engine.SetCurrentTime(row.from);
     Writes const written = Step(row.to - row.from);
     EXPECT_EQ(!written.empty(), row.writes) << row.from << " to " << row.to;
@@ -246,18 +199,8 @@ TEST_F(Tracks, APoseFiresWhenItsTimeIsCrossed) {
   key->itemRotationPivot = {7, 8, 9};
   animation->AddKey(*key, 20);
   EXPECT_THAT(Step(1.5), IsEmpty());
-  EXPECT_EQ(Step(0.5), (Writes{{L"translation.x", 1},
-                               {L"translation.y", 2},
-                               {L"translation.z", 3},
-                               {L"rotation.x", 10},
-                               {L"rotation.y", 370},
-                               {L"rotation.z", -20},
-                               {L"scale.x", 4},
-                               {L"scale.y", 5},
-                               {L"scale.z", 6},
-                               {L"rotation.pivot.x", 7},
-                               {L"rotation.pivot.y", 8},
-                               {L"rotation.pivot.z", 9}}));
+  EXPECT_EQ(Step(0.5), MakeWrites({L"translation", L"rotation", L"scale", L"rotation.pivot"},
+                                  {1, 2, 3, 10, 370, -20, 4, 5, 6, 7, 8, 9}));
   EXPECT_THAT(Step(0.0), IsEmpty());
   EXPECT_THAT(Step(1.0), IsEmpty());
   EXPECT_EQ(Step(-1.0).size(), 12u);
@@ -271,17 +214,12 @@ TEST_F(Tracks, APoseFiresWhenItsTimeIsCrossed) {
 }
 
 TEST_F(Tracks, CameraKeysMoveEveryCameraInItsParentsSpace) {
-  root->SetTranslationX(100.0);
-  root->SetScaleX(2.0);
-  root->SetScaleY(2.0);
-  root->SetScaleZ(2.0);
-  root->SetRotationZ(90.0);
-  Camera const camera = items->CreateNode<item::NSceneGraphCameraNode>(NNodeID());
-  Camera const free = items->CreateNode<item::NSceneGraphCameraNode>(NNodeID());
+  SetTransform(*root, item::CalcTransformMatrix({2, 2, 2}, {}, {0, 0, 90}, {100, 0, 0}));
+  Camera const camera = Make<NSceneGraphCameraNode>(), free = Make<NSceneGraphCameraNode>();
   root->AddChild(*camera);
   args.cameras = {MakePath(camera), MakePath(free), {}};  // the second stands in no tree
   auto const makeKey = [&](Triple const& translation) {
-    KeyPointer key(new NAnimationKey);
+    auto key = New<NAnimationKey>();
     key->cameraTranslation = translation;
     key->cameraUp = {1, 0, 0};
     key->cameraInterest = {3, 2, 1};

@@ -1,13 +1,8 @@
-#include <corvanta/corvanta.h>
-#include <algorithm>
+#include <corvanta/names.h>
 #include <charconv>
 #include <fstream>
 #include <iostream>
 #include <sstream>
-#include <stdexcept>
-#include <string>
-#include <string_view>
-#include <vector>
 
 // Makes docs/attributes.md from the attributes of a live object of every class, and from what the
 // tables say of them. Compares it with FILE, or writes it there: corvanta_tests_attribute_page
@@ -16,7 +11,6 @@ namespace {
 
 using namespace corvanta;
 using namespace corvanta::data;
-namespace item = domain::scenegraph::item;
 using Description = core::attribute::NAttributeDescription;
 using Host = boost::intrusive_ptr<core::attribute::NAttributeHost>;
 
@@ -74,15 +68,15 @@ std::vector<Section> MakeSections(document::NDocument& document) {
 #define CORVANTA_ROWS_DESCRIPTIONS
 #include "corvanta/data/domain/scenegraph/tree/tree_attributes.def"
       }},
-      {"NSceneGraphReferenceNode", document.GetItems().CreateNode<item::NSceneGraphReferenceNode>(), {}},
-      {"NSceneGraphModelNode", document.GetItems().CreateNode<item::NSceneGraphModelNode>(), {
+      {"NSceneGraphReferenceNode", document.GetItems().CreateNode<NSceneGraphReferenceNode>(), {}},
+      {"NSceneGraphModelNode", document.GetItems().CreateNode<NSceneGraphModelNode>(), {
           kIsWired,
 #define CORVANTA_ROWS_DESCRIPTIONS
 #include "corvanta/data/domain/scenegraph/item/model_item_attributes.def"
       }},
-      {"NSceneGraphLightNode", document.GetItems().CreateNode<item::NSceneGraphLightNode>(), {}},
-      {"NSceneGraphGroupNode", document.GetItems().CreateNode<item::NSceneGraphGroupNode>(), {}},
-      {"NSceneGraphCameraNode", document.GetItems().CreateNode<item::NSceneGraphCameraNode>(), {
+      {"NSceneGraphLightNode", document.GetItems().CreateNode<NSceneGraphLightNode>(), {}},
+      {"NSceneGraphGroupNode", document.GetItems().CreateNode<NSceneGraphGroupNode>(), {}},
+      {"NSceneGraphCameraNode", document.GetItems().CreateNode<NSceneGraphCameraNode>(), {
 #define CORVANTA_ROWS_DESCRIPTIONS
 #include "corvanta/data/domain/scenegraph/item/camera_item_attributes.def"
       }},
@@ -228,7 +222,7 @@ std::string MakePage() {
     if (i < std::size(kKinds) && name != kKinds[i]) {
       throw std::runtime_error("no section of " + std::string(kKinds[i]));
     }
-    bool const isItem = dynamic_cast<item::NSceneGraphItemNode*>(sections[i].host.get()) != nullptr;
+    bool const isItem = dynamic_cast<NSceneGraphItemNode*>(sections[i].host.get()) != nullptr;
     auto lines = WriteRows(sections[i], isItem);
     if (isItem) {
       auto const own = lines.begin() + std::size(kItem);

@@ -3,8 +3,6 @@
 namespace corvanta::core::attribute {
 namespace {
 
-using variant::NVariant;
-
 constexpr long kMost = std::numeric_limits<long>::max();
 constexpr long kLeast = std::numeric_limits<long>::min();
 

@@ -3,11 +3,6 @@
 namespace corvanta::core::domain {
 namespace {
 
-using data::domain::camera::NCameraDomain;
-using data::domain::camera::NCameraNode;
-using data::domain::light::NLightDomain;
-using data::domain::light::NLightNode;
-
 using LightPointer = Pointer<NLightNode>;
 using DomainPointer = Pointer<NLightDomain>;
 
@@ -165,13 +160,13 @@ TEST(Domains, RandomEditsOfTwo) {
 /// The number is the one after the highest given for that text; a freed one isn't given again.
 TEST(Domains, NumberNamesThatAreTaken) {
   auto const domain = MakeDomain();
-  for (int i = 0; i != 3; ++i) domain->CreateNode(NNodeID());
+  for (int i = 0; i != 3; ++i) domain->CreateNode();
   EXPECT_THAT(Names(*domain), ElementsAre(L"light", L"light (2)", L"light (3)"));
   domain->RemoveNode(*Order(*domain)[2]);
-  auto const fourth = domain->CreateNode(NNodeID());
+  auto const fourth = domain->CreateNode();
   EXPECT_EQ(fourth->GetName(), L"light (4)");
   Order(*domain)[0]->SetName(L"lamp");
-  EXPECT_EQ(domain->CreateNode(NNodeID())->GetName(), L"light");
+  EXPECT_EQ(domain->CreateNode()->GetName(), L"light");
   fourth->SetName(L"lamp");
   EXPECT_EQ(fourth->GetName(), L"lamp (2)");
   fourth->SetName(L"lamp (2)");
@@ -205,7 +200,7 @@ TEST(Domains, RefusedNodeIsNeitherDestroyedNorRenamed) {
   EXPECT_EQ(other->QueryNode(named->GetID()), nullptr);
   EXPECT_TRUE(elsewhere.RemoveNamedObject(*named));
   EXPECT_TRUE(other->AddNode(*named));
-  Pointer<NCameraNode> const camera(new NCameraNode(NNodeID(), nullptr, nullptr));
+  auto const camera = New<NCameraNode>(NNodeID(), nullptr, nullptr);
   EXPECT_FALSE(static_cast<NDomainBase&>(*other).AddNode(*camera)) << "another kind of node";
   EXPECT_EQ(camera->GetDomain(), nullptr);
   EXPECT_EQ(Order(*other).size(), 2u);
@@ -214,7 +209,7 @@ TEST(Domains, RefusedNodeIsNeitherDestroyedNorRenamed) {
 TEST(Domains, EndOfDomainAndManagerClearsTheLinks) {
   auto manager = std::make_unique<NDomainManager>();
   auto domain = MakeDomain(manager.get());
-  auto const light = domain->CreateNode(NNodeID());
+  auto const light = domain->CreateNode();
   domain->SetIsReadOnlyFlag(true);
   EXPECT_EQ(light->GetDomainManager(), manager.get());
   manager.reset();
@@ -253,10 +248,9 @@ TEST(Domains, NodesMayAskForDomainAndManagerInTheirEnd) {
     for (wchar_t const* const name : {L"a", L"b"}) {
       auto const domain = MakeDomain(&manager);
       domain->SetName(name);
-      manager.RegisterDomain(
-          *domain, locator::NLocator(uri::NUri::CreateInternalUri(uri::NPath(name))), L"");
+      manager.RegisterDomain(*domain, NLocator(NUri::CreateInternalUri(NPath(name))), L"");
       for (int i = 0; i != 2; ++i) {
-        Pointer<LastWords> const node(new LastWords(NNodeID(), domain.get(), log));
+        auto const node = New<LastWords>(NNodeID(), domain.get(), log);
         ASSERT_TRUE(domain->AddNode(*node));
       }
     }
@@ -266,8 +260,8 @@ TEST(Domains, NodesMayAskForDomainAndManagerInTheirEnd) {
 
 TEST(DomainManagers, RegisterReplacesAndUnregisterLetsGo) {
   NDomainManager manager;
-  locator::NLocator const here(uri::NUri::CreateInternalUri(uri::NPath(L"/here")));
-  locator::NLocator const there(uri::NUri::CreateInternalUri(uri::NPath(L"/there")));
+  NLocator const here(NUri::CreateInternalUri(NPath(L"/here")));
+  NLocator const there(NUri::CreateInternalUri(NPath(L"/there")));
   auto const first = MakeDomain(&manager), second = MakeDomain(&manager);
   manager.RegisterDomain(*first, here, L"First");
   manager.RegisterDomain(*first, there, L"Again");
@@ -277,7 +271,7 @@ TEST(DomainManagers, RegisterReplacesAndUnregisterLetsGo) {
   manager.RegisterDomain(*second, here, L"Third");
   EXPECT_EQ(std::distance(manager.begin(), manager.end()), 2);
   EXPECT_EQ(manager.begin()->second.text, L"Third");
-  EXPECT_FALSE(manager.UnregisterDomain(locator::NLocator()));
+  EXPECT_FALSE(manager.UnregisterDomain(NLocator()));
   EXPECT_TRUE(manager.UnregisterDomain(here));
   EXPECT_FALSE(manager.UnregisterDomain(here));
   EXPECT_EQ(manager.QueryDomain(here), nullptr);
@@ -299,7 +293,7 @@ TEST(Domains, TwoHundredThousandDefaultNames) {
   constexpr int kCount = 200000;
   auto domain = MakeDomain();
   LightPointer last;
-  for (int i = 0; i != kCount; ++i) last = domain->CreateNode(NNodeID());
+  for (int i = 0; i != kCount; ++i) last = domain->CreateNode();
   EXPECT_EQ(last->GetName(), L"light (200000)");
   EXPECT_EQ(domain->GetNodeCount(), static_cast<std::size_t>(kCount));
   // One text all over again, and everything ends on an ordinary stack.
@@ -347,7 +341,7 @@ TEST(NodeIDs, CompareAsGuidOrAsText) {
 
 TEST(NodeReferences, ReadAsNullWhenDeadOrOfAnotherKind) {
   auto const domain = MakeDomain();
-  auto light = domain->CreateNode(NNodeID());
+  auto light = domain->CreateNode();
   NNodeReference<NLightNode> const reference(*light);
   NNodeReference<NLightNode const> const constReference = reference;
   NNodeReference<node::NNode> const plain = reference;
@@ -371,7 +365,7 @@ TEST(NodeReferences, ReadAsNullWhenDeadOrOfAnotherKind) {
   EXPECT_EQ(reference.Get(), nullptr);
   EXPECT_TRUE(reference) << "a dead node isn't nothing";
   EXPECT_TRUE(reference == back);
-  auto const another = domain->CreateNode(NNodeID());
+  auto const another = domain->CreateNode();
   EXPECT_FALSE(NNodeReference<NLightNode>(another) == reference);
   EXPECT_TRUE(reference < NNodeReference<NLightNode>(another));
 }

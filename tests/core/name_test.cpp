@@ -159,7 +159,7 @@ TEST(Names, AnObjectStandsInOneNamespace) {
 }
 
 TEST(Names, AreSharedWhereTheNamespaceIsNotStrict) {
-  Pointer<SharedNamespace> const space(new SharedNamespace);
+  auto const space = New<SharedNamespace>();
   NamedPointer const a(new Named(L"x")), b(new Named(L"x")), c(new Named(L"y"));
   EXPECT_TRUE(space->AddNamedObject(*a));
   EXPECT_TRUE(space->AddUnderFreeName(*b));
@@ -172,9 +172,9 @@ TEST(Names, AreSharedWhereTheNamespaceIsNotStrict) {
 }
 
 TEST(Names, HandlerMayRenameAgainAndDropNamespaceAndObject) {
-  Pointer<NStrictNamespace> space(new NStrictNamespace);
+  auto space = New<NStrictNamespace>();
   NamedPointer object(new Named(L"a"));
-  Pointer<Hearing> const listener(new Hearing);
+  auto const listener = New<Hearing>();
   EXPECT_TRUE(space->AddNameListener(*listener));
   EXPECT_FALSE(space->AddNameListener(*listener));
   space->AddNamedObject(*object);
@@ -190,7 +190,7 @@ TEST(Names, HandlerMayRenameAgainAndDropNamespaceAndObject) {
 }
 
 TEST(Names, ListenersAreHeldWeaklyAndCanBeRemoved) {
-  Pointer<NStrictNamespace> const space(new NStrictNamespace);
+  auto const space = New<NStrictNamespace>();
   NamedPointer const object(new Named(L"a"));
   space->AddNamedObject(*object);
   Pointer<Hearing> removed(new Hearing), dead(new Hearing);

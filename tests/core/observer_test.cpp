@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <thread>
 
+#include "corvanta/core/detail/scope_exit.h"
 #include "tests/support/test.h"
 
 namespace corvanta::core::observer {
@@ -9,14 +10,13 @@ namespace {
 
 using reference_countable::NReferenceCountableWithWeakReference;
 
+/// Shared by the objects that are alive, and by who counts them.
+using Token = std::shared_ptr<int>;
+
 class Listener : public virtual NReferenceCountableWithWeakReference {
  public:
-  explicit Listener(int number = 0, int* alive = nullptr) : id(number), m_alive(alive) {
-    if (m_alive) ++*m_alive;
-  }
-  ~Listener() override {
-    if (m_alive) --*m_alive;
-  }
+  explicit Listener(int number = 0, Token token = nullptr)
+      : id(number), m_token(std::move(token)) {}
   void Signal() {
     ++heard;
     if (react) react(*this);
@@ -27,27 +27,22 @@ class Listener : public virtual NReferenceCountableWithWeakReference {
   std::function<void(Listener&)> react;
 
  private:
-  int* const m_alive;
+  Token const m_token;
 };
 using ListenerPointer = Pointer<Listener>;
 
 class Subject : public NObservable<Subject, Listener>,
                 public virtual NReferenceCountableWithWeakReference {
  public:
-  explicit Subject(int* alive = nullptr) : m_alive(alive) {
-    if (m_alive) ++*m_alive;
-  }
+  explicit Subject(Token token = nullptr) : m_token(std::move(token)) {}
   Subject(Subject const& other) = default;
-  ~Subject() override {
-    if (m_alive) --*m_alive;
-  }
   void AssignObservers(Subject const& other) { NObservable::operator=(other); }
   void Raise() const {
     NotifyObservers([](Listener& listener) { listener.Signal(); });
   }
 
  private:
-  int* const m_alive;
+  Token const m_token;
 };
 
 struct Thrown : std::runtime_error {
@@ -59,7 +54,7 @@ struct Thrown : std::runtime_error {
 /// lives. Who is removed while a delivery runs keeps the place until the outermost one ends.
 class Model {
  public:
-  explicit Model(unsigned seed) : m_random(seed), m_subject(new Subject(&m_subjectsAlive)) {}
+  explicit Model(unsigned seed) : m_random(seed), m_subject(new Subject(m_subjects)) {}
 
   void Run() {
     for (int i = 0; i != 60 && m_subject; ++i) {
@@ -71,9 +66,9 @@ class Model {
       ASSERT_FALSE(testing::Test::HasFailure());
     }
     m_subject.reset();
-    EXPECT_EQ(m_subjectsAlive, 0);
+    EXPECT_EQ(m_subjects.use_count(), 1);
     m_pool.clear();
-    EXPECT_EQ(m_listenersAlive, 0);
+    EXPECT_EQ(m_listeners.use_count(), 1);
   }
 
  private:
@@ -110,14 +105,10 @@ class Model {
     frame.snapshot.insert(frame.snapshot.end(), m_kept.begin(), m_kept.end());
     std::sort(frame.snapshot.begin(), frame.snapshot.end());
     m_frames.push_back(std::move(frame));
-    struct Leave {
-      Model& model;
-      std::size_t depth;
-      ~Leave() {
-        model.m_frames.resize(depth);
-        if (depth == 0) model.m_kept.clear();
-      }
-    } const leave{*this, depth};
+    core::detail::ScopeExit const leave([this, depth] {
+      m_frames.resize(depth);
+      if (depth == 0) m_kept.clear();
+    });
     subject.Raise();
     EXPECT_EQ(Next(m_frames.back()), -1) << "a delivery ended early";
   }
@@ -127,14 +118,9 @@ class Model {
     ASSERT_EQ(Next(frame), listener.id);
     ++frame.at;
     ++m_running[listener.id];
-    struct Leave {
-      int& running;
-      ~Leave() { --running; }
-    } const leave{m_running[listener.id]};
+    core::detail::ScopeExit const leave([&running = m_running[listener.id]] { --running; });
     for (int edits = Choose(3); edits != 0; --edits) Edit(&listener);
-    if (m_frames.size() < 4 && Choose(5) == 0) {
-      Choose(2) == 0 ? Raise() : RaiseCatching();
-    }
+    if (m_frames.size() < 4 && Choose(5) == 0) Choose(2) == 0 ? Raise() : RaiseCatching();
     if (Choose(25) == 0) throw Thrown();
   }
 
@@ -166,7 +152,7 @@ class Model {
   }
   void Add() {
     if (m_pool.empty() || Choose(3) != 0) {
-      ListenerPointer const made(new Listener(m_nextId++, &m_listenersAlive));
+      ListenerPointer const made(new Listener(m_nextId++, m_listeners));
       made->react = [this](Listener& listener) { OnSignal(listener); };
       m_pool.emplace(made->id, made);
     }
@@ -191,8 +177,7 @@ class Model {
   }
 
   std::mt19937 m_random;
-  int m_listenersAlive = 0;
-  int m_subjectsAlive = 0;
+  Token const m_listeners = std::make_shared<int>(), m_subjects = std::make_shared<int>();
   Pointer<Subject> m_subject;
   Subject* const m_subjectAddress = m_subject.get();  // good while it is held or delivers
   std::map<int, ListenerPointer> m_pool;
@@ -214,7 +199,7 @@ TEST(Observers, RandomEditsFromWithinNestedDeliveries) {
 
 TEST(Observers, ComeAndGoByTheHundredThousandInAnyOrder) {
   constexpr int kCount = 100000;
-  Pointer<Subject> const subject(new Subject);
+  auto const subject = New<Subject>();
   std::vector<ListenerPointer> listeners;
   for (int i = 0; i != kCount; ++i) listeners.emplace_back(new Listener(i));
   for (auto const& listener : listeners) ASSERT_TRUE(subject->AddObserver(*listener));
@@ -261,7 +246,7 @@ TEST(Observers, ComeAndGoByTheHundredThousandInAnyOrder) {
 TEST(Observers, RemovedAndAddedAgainDuringADeliveryIsCalledOnceInItsPlace) {
   for (int count : {3, 20}) {
     for (int moved = 0; moved != count; ++moved) {
-      Pointer<Subject> const subject(new Subject);
+      auto const subject = New<Subject>();
       std::vector<ListenerPointer> listeners;
       std::vector<int> order, expected;
       for (int i = 0; i != count; ++i) {
@@ -303,10 +288,10 @@ TEST(Observers, SubjectOnTheStackMayEndDuringItsDelivery) {
 }
 
 TEST(Observers, CopiesStartWithoutObserversAndAssignmentChangesNothing) {
-  Pointer<Subject> const subject(new Subject);
+  auto const subject = New<Subject>();
   ListenerPointer const listener(new Listener);
   subject->AddObserver(*listener);
-  Pointer<Subject> const copy(new Subject(*subject));
+  auto const copy = New<Subject>(*subject);
   EXPECT_TRUE(copy->AddObserver(*listener));
   copy->AssignObservers(*subject);
   detail::NObservableImpl entries;
@@ -325,9 +310,9 @@ TEST(Observers, CopiesStartWithoutObserversAndAssignmentChangesNothing) {
 
 /// Nobody holds it yet: it hears nothing, isn't destroyed by being asked for, and hears once held.
 TEST(Observers, ListenerWhoseCountIsZeroIsLeftAloneAndHeardFromLater) {
-  Pointer<Subject> const subject(new Subject);
-  int alive = 0;
-  auto* const listener = new Listener(0, &alive);
+  auto const subject = New<Subject>();
+  auto const token = std::make_shared<int>();
+  auto* const listener = new Listener(0, token);
   EXPECT_FALSE(subject->RemoveObserver(*listener));
   EXPECT_TRUE(subject->AddObserver(*listener));
   subject->Raise();
@@ -337,7 +322,7 @@ TEST(Observers, ListenerWhoseCountIsZeroIsLeftAloneAndHeardFromLater) {
   subject->Raise();
   EXPECT_EQ(listener->heard, 1);
   held.reset();
-  EXPECT_EQ(alive, 0);
+  EXPECT_EQ(token.use_count(), 1);
   subject->Raise();
 }
 
@@ -353,13 +338,13 @@ class Counted : public NReferenceCountableWithWeakReference {
 TEST(Counts, CountedPointerInTheDestructorDoesNothing) {
   int ends = 0;
   Pointer<reference_countable::NWeakReferenceImpl const> weak;
-  Pointer<Counted> object(new Counted([&](Counted& dying) {
+  auto object = New<Counted>([&](Counted& dying) {
     ++ends;
     Pointer<Counted> const passing(&dying);
     EXPECT_EQ(weak->GetReference(), nullptr);
     EXPECT_FALSE(dying.TryAddRef());
     EXPECT_TRUE(weak->IsExpired());
-  }));
+  });
   weak = object->GetWeakReference();
   EXPECT_EQ(weak, object->GetWeakReference());
   EXPECT_EQ(weak->GetReference(), object);
@@ -371,7 +356,7 @@ TEST(Counts, CountedPointerInTheDestructorDoesNothing) {
 /// Counts are plain numbers until the first thread starts; what was counted before still counts.
 TEST(Counts, HoldWhenThreadsStartAndShareAnObject) {
   std::atomic<int> ends = 0;
-  Pointer<Counted> object(new Counted([&](Counted&) { ++ends; }));
+  auto object = New<Counted>([&](Counted&) { ++ends; });
   auto const weak = object->GetWeakReference();
   {
     std::vector<std::jthread> threads;

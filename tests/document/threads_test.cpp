@@ -4,8 +4,8 @@
 
 #include "corvanta/names.h"
 #include "tests/image/picture_files.h"
-#include "tests/preset/view_world.h"
 #include "tests/support/temporary_files.h"
+#include "tests/support/view_world.h"
 #include "tests/support/zip_archive.h"
 
 namespace corvanta {
@@ -30,7 +30,7 @@ class Maker {
   }
 
   std::string Make(int round) const {
-    test::ViewWorld world;
+    support::ViewWorld world;
     std::ostringstream out;
     data::events::NEventMultiplexer& events = world.document.GetEvents();
     EXPECT_TRUE(data::internal::Initialize(world.manager, events));
@@ -50,12 +50,12 @@ class Maker {
   }
 
  private:
-  static void MakeNodes(test::ViewWorld& world, int round) {
+  static void MakeNodes(support::ViewWorld& world, int round) {
     // The texts stay as they are, and whoever keeps what was made of them makes it again.
     for (auto const key : {texts::DATA_LIGHT, texts::DATA_SCENEGRAPH})
       texts::SetString(key, texts::GetString(key));
     for (int i = 0; i < 3; ++i) {
-      for (test::Item const& item : std::initializer_list<test::Item>{
+      for (Item const& item : std::initializer_list<Item>{
                world.Make(), world.Make<NSceneGraphReferenceNode>(),
                world.Make<NSceneGraphLightNode>(), world.Make<NSceneGraphCameraNode>()})
         world.root->AddChild(*item);
@@ -80,7 +80,7 @@ class Maker {
   }
 
   // Models of the built-in surfaces: their boxes, picks and materials.
-  static void ShowBuiltIn(test::ViewWorld& world, std::ostream& out) {
+  static void ShowBuiltIn(support::ViewWorld& world, std::ostream& out) {
     namespace internal = data::internal;
     namespace material = data::domain::material;
     float y = 0;

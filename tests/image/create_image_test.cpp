@@ -10,9 +10,6 @@
 namespace corvanta::data::resource::image {
 namespace {
 
-using core::locator::NLocator;
-using core::uri::NPath;
-using core::uri::NUri;
 using core::zip::SetPassProvider;
 
 std::string GetBytes(NImage const& image) {
@@ -177,31 +174,16 @@ TEST_F(CreateImageTest, LoadsOfSeveralThreadsRunOneAtATime) {
 }
 
 TEST_F(CreateImageTest, FormatsAreJudgedByTheName) {
-  using Row = std::pair<std::string, NImageFormat>;
-  for (auto const& [name, format] : {Row{"a.jpg", NIF_DECODED},
-                                     Row{"a.JPEG", NIF_DECODED},
-                                     Row{"a.tif", NIF_DECODED},
-                                     Row{"a.TIFF", NIF_DECODED},
-                                     Row{"a.gif", NIF_DECODED},
-                                     Row{"a.exr", NIF_DECODED},
-                                     Row{"a.pgm", NIF_DECODED},
-                                     Row{"a.psd", NIF_DECODED},
-                                     Row{"a.nef", NIF_DECODED},
-                                     Row{"a.png.jpg", NIF_DECODED},
-                                     Row{"a.bmp", NIF_RAW},
-                                     Row{"a.PNG", NIF_RAW},
-                                     Row{"a.ppm", NIF_RAW},
-                                     Row{"a.tga", NIF_RAW},
-                                     Row{"a.targa", NIF_RAW},
-                                     Row{"a.dds", NIF_RAW},
-                                     Row{"a.hdr", NIF_RAW},
-                                     Row{"a.jpg.xyz", NIF_RAW},
-                                     Row{"a", NIF_RAW},
-                                     Row{"a.", NIF_RAW},
-                                     Row{"\xc3\xa4.jpg", NIF_DECODED},
-                                     Row{"a.jpg\xc3\xa4", NIF_RAW}}) {
-    NLocator const locator(NUri::CreateFileUri(m_files.Write(name, "any content")));
-    EXPECT_EQ(LocatorToFormat(locator), format) << name;
+  auto const judge = [this](std::string const& name) {
+    return LocatorToFormat(NLocator(NUri::CreateFileUri(m_files.Write(name, "any content"))));
+  };
+  for (char const* const name : {"a.jpg", "a.JPEG", "a.tif", "a.TIFF", "a.gif", "a.exr", "a.pgm",
+                                 "a.psd", "a.nef", "a.png.jpg", "\xc3\xa4.jpg"}) {
+    EXPECT_EQ(judge(name), NIF_DECODED) << name;
+  }
+  for (char const* const name : {"a.bmp", "a.PNG", "a.ppm", "a.tga", "a.targa", "a.dds", "a.hdr",
+                                 "a.jpg.xyz", "a", "a.", "a.jpg\xc3\xa4"}) {
+    EXPECT_EQ(judge(name), NIF_RAW) << name;
   }
   EXPECT_EQ(LocatorToFormat(NLocator(NUri::CreateFileUri(m_files.At("missing.jpg")))), NIF_RAW);
   EXPECT_EQ(LocatorToFormat(NLocator()), NIF_RAW);
@@ -209,11 +191,58 @@ TEST_F(CreateImageTest, FormatsAreJudgedByTheName) {
   for (wchar_t const* extension : {L".tif", L".TIF", L".Tiff", L".tIfF"}) {
     EXPECT_EQ(ExtensionToFormat(extension), NIF_DECODED);
   }
-  for (wchar_t const* extension : {L"", L"tif", L".ti", L".tifff", L".tif ", L".jpg",
-                                   L".t\x0131"
-                                   L"f"}) {
+  std::wstring const dotless =
+      L".t\x0131"
+      L"f";
+  for (wchar_t const* extension :
+       {L"", L"tif", L".ti", L".tifff", L".tif ", L".jpg", dotless.c_str()}) {
     EXPECT_EQ(ExtensionToFormat(extension), NIF_RAW);
   }
+}
+
+using namespace environment_map;
+using pictures::Bmp;
+using pictures::Dds;
+
+class GuessImageType : public testing::Test {
+ protected:
+  NEnvironmentMapImageType Guess(std::string const& bytes) {
+    return GuessEnvironmentMapImageType(m_files.Write("map", bytes).ToString().c_str());
+  }
+  support::TemporaryFiles const m_files;
+};
+
+TEST_F(GuessImageType, AnswersRectangularInEveryDoubt) {
+  for (char const* const name : {"missing.dds", ""}) {
+    EXPECT_EQ(GuessEnvironmentMapImageType(m_files.At(name).ToString().c_str()), NEMIT_RECTANGULAR);
+  }
+  for (std::string const& bytes :
+       {std::string(), std::string("DDS"), std::string("no picture"), Dds(64, 64).substr(0, 127),
+        Dds(64, 64, 0x200, 123), Dds(64, 64, 0x200, 124, 0x1006), Dds(0, 0)}) {
+    EXPECT_EQ(Guess(bytes), NEMIT_RECTANGULAR) << bytes.size();
+  }
+}
+
+TEST_F(GuessImageType, GoesByTheSizeAndTheCubeBit) {
+  using Row = std::tuple<std::uint32_t, std::uint32_t, NEnvironmentMapImageType>;
+  // 1.1 * 100 is a little above 110 in binary, so 110 by 100 lies within.
+  for (auto const& [width, height, type] :
+       {Row{1024, 1024, NEMIT_SQUARE}, Row{1024, 512, NEMIT_RECTANGULAR},
+        Row{1024, 1000, NEMIT_SQUARE}, Row{120, 100, NEMIT_RECTANGULAR},
+        Row{100, 120, NEMIT_RECTANGULAR}, Row{110, 100, NEMIT_SQUARE},
+        Row{111, 100, NEMIT_RECTANGULAR}, Row{100, 110, NEMIT_SQUARE},
+        Row{100, 111, NEMIT_RECTANGULAR}}) {
+    EXPECT_EQ(Guess(Dds(width, height)), type) << width << " " << height;
+    EXPECT_EQ(Guess(Dds(width, height, 0x200)), NEMIT_CUBE);
+    EXPECT_EQ(Guess(Dds(width, height, 0xfdff)), type);
+    EXPECT_EQ(Guess(Bmp(width, height)), type);
+  }
+  std::string const png = std::string("\x89PNG\r\n\x1a\n") + pictures::Big(13, 4) + "IHDR";
+  std::string const rest(9, '\2');
+  EXPECT_EQ(Guess(png + pictures::Big(17000, 4) + pictures::Big(17000, 4) + rest), NEMIT_SQUARE);
+  EXPECT_EQ(Guess(png + pictures::Big(40000, 4) + pictures::Big(200, 4) + rest), NEMIT_RECTANGULAR);
+  EXPECT_EQ(Guess(Dds(0xffffffff, 0xfffffff0)), NEMIT_SQUARE)
+      << "a size in a DDS file has no limit";
 }
 
 }  // namespace

@@ -1,12 +1,7 @@
 #ifdef CORVANTA_WITH_FREEIMAGE
 
 #include <FreeImage.h>
-#include <gtest/gtest.h>
 
-#include <cstring>
-#include <memory>
-
-#include "corvanta/data/resource/image/create_image.h"
 #include "corvanta/platform/limits.h"
 #include "corvanta/platform/picture.h"
 #include "tests/image/picture_files.h"
@@ -18,7 +13,6 @@ extern "C" char const* __lsan_default_suppressions() { return "leak:libfreeimage
 namespace corvanta::platform {
 namespace {
 
-using core::uri::NPath;
 using pictures::Big;
 using pictures::Little;
 
@@ -78,9 +72,8 @@ class PictureFormats : public testing::Test {
     EXPECT_EQ(width, FreeImage_GetWidth(expected.get())) << name;
     EXPECT_EQ(height, FreeImage_GetHeight(expected.get())) << name;
     // And the image of it, whose count leaves the masks out.
-    auto const image = data::resource::image::CreateImage(
-        core::locator::NLocator(core::uri::NUri::CreateFileUri(path)),
-        data::resource::image::NIF_DECODED);
+    auto const image = data::resource::image::CreateImage(NLocator(NUri::CreateFileUri(path)),
+                                                          data::resource::image::NIF_DECODED);
     EXPECT_EQ(image->GetType(), data::resource::image::NIT_BITMAP) << name;
     EXPECT_EQ(image->GetDataByteLength(), FreeImage_GetDIBSize(expected.get())) << name;
   }

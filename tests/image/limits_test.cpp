@@ -8,7 +8,6 @@
 namespace corvanta {
 namespace {
 
-using core::uri::NPath;
 using namespace pictures;  // the builders of test files
 
 long GetPeakKilobytes() {
@@ -152,6 +151,42 @@ TEST(PictureLimits, DamagedFilesEndQuietly) {
   exr.replace(exr.find("chlist") + 7, 4, Little(0x7fffffff, 4));
   EXPECT_EQ(platform::LoadPicture(files.Write("a.exr", exr).ToString()), nullptr);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+// Files that took the decoder down, kept it for ever or made it take gigabytes (tests/hostile): the
+// not-found picture and a reason, and the next picture comes.
+TEST(HostilePictures, CostTheNotFoundPictureAndAReason) {
+  support::TemporaryFiles const files;
+  std::vector<std::filesystem::path> hostile;
+  for (auto const& entry : std::filesystem::directory_iterator(HOSTILE)) {
+    static constexpr std::string_view kPictures[] = {".jpg", ".cut", ".gif", ".ras",
+                                                     ".ppm", ".j2k", ".tif"};
+    if (std::ranges::count(kPictures, entry.path().extension().string()) != 0)
+      hostile.push_back(entry.path());
+  }
+  EXPECT_GE(hostile.size(), 9U);
+
+  auto const node = New<NImageNode>(NNodeID(), nullptr, nullptr);
+  EXPECT_EQ(node->GetImageError(), L"");
+  for (bool const isAllowed : {true, false}) {
+    platform::SetDecoderProgramAllowed(isAllowed);
+    for (auto const& path : hostile) {
+      SCOPED_TRACE(path.filename().string());
+      std::string const name =
+          path.extension() == ".ppm" ? "a.pgm" : "a" + path.extension().string();
+      std::filesystem::copy_file(path, files.GetFolder() / name,
+                                 std::filesystem::copy_options::overwrite_existing);
+      node->SetImageLocator(NLocator(NUri::CreateFileUri(files.At(name))));
+      EXPECT_EQ(node->GetImage()->GetType(), data::resource::image::NIT_RAW);
+      EXPECT_THAT(core::text::ToNarrow(node->GetImageError()), testing::Not(IsEmpty()));
+      node->SetImageLocator(NLocator(NUri::CreateFileUri(files.Write("sound.jpg", Jpeg()))));
+      EXPECT_EQ(node->GetImage()->GetType(),
+                kDecodes ? data::resource::image::NIT_BITMAP : data::resource::image::NIT_RAW);
+      EXPECT_EQ(node->GetImageError() == L"", kDecodes);
+    }
+  }
+  platform::SetDecoderProgramAllowed(true);
+  EXPECT_THAT(files.GetLeftovers(), IsEmpty());
 }
 
 }  // namespace

@@ -1,32 +1,16 @@
 #include <atomic>
+#include <numbers>
 #include <thread>
 
 #include "corvanta/data/internal/detail/primitives/primitive.h"
 #include "corvanta/platform/picture.h"
 #include "tests/support/temporary_files.h"
-#include "tests/support/test.h"
+#include "tests/support/world.h"
 
 namespace corvanta::data::internal {
 namespace {
 
 using core::domain::NDomainBase;
-using core::domain::NDomainManager;
-using core::locator::NLocator;
-using core::uri::NUri;
-using domain::material::NMaterialNode;
-using testing::SizeIs;
-
-/// Does something at every attribute change.
-class Listener final : public events::NEventListener {
- public:
-  std::function<void()> react = [] {};
-
- private:
-  void OnAttributeChange(core::attribute::NAttributeHost&,
-                         core::attribute::NAttribute const&) override {
-    react();
-  }
-};
 
 class InternalData : public testing::Test {
  protected:
@@ -40,8 +24,8 @@ class InternalData : public testing::Test {
 
   support::TemporaryFiles const m_files;
   NDomainManager m_manager;
-  Pointer<events::NEventMultiplexer> const m_events{new events::NEventMultiplexer};
-  Pointer<Listener> const m_listener{new Listener};
+  Pointer<NEventMultiplexer> const m_events = New<NEventMultiplexer>();
+  Pointer<support::EventLog> const m_listener = New<support::EventLog>(true);
 };
 
 struct DomainRow {
@@ -139,7 +123,7 @@ TEST_F(InternalData, MaterialsHaveTheirColorsNamesAndPatterns) {
   EXPECT_EQ(gray->GetName(), L"Gray material for posture");
   EXPECT_EQ(GetUnusedNodeMaterial(m_manager)->GetName(), L"Material for unused node");
 
-  std::set<domain::material::texture_mapping::NTextureMapping*> mappings;
+  std::set<NTextureMapping*> mappings;
   for (int i = 0; i != 3; ++i) {
     NMaterialNode const* const material = GetWaterMarkNodeMaterial(m_manager, i);
     EXPECT_TRUE(Is(*material, 5, 6 + i));
@@ -151,11 +135,10 @@ TEST_F(InternalData, MaterialsHaveTheirColorsNamesAndPatterns) {
     EXPECT_EQ(texture->GetOperationType(), 2);
     EXPECT_TRUE(Is(*texture->GetImage(), 7, i));
     mappings.insert(mapping.get());
-    auto const& uvw = dynamic_cast<domain::material::texture_mapping::NUVWMapping&>(*mapping);
+    auto const& uvw = dynamic_cast<NUVWMapping&>(*mapping);
     EXPECT_EQ(uvw.GetUVWMappingType(), 0x10000000U);
 
-    core::uri::NPath const file =
-        core::uri::GetFile(texture->GetImage()->GetImageLocator().GetUri());
+    NPath const file = core::uri::GetFile(texture->GetImage()->GetImageLocator().GetUri());
     EXPECT_TRUE(file.ToString().ends_with(i < 2 ? L"/ywefe" : L"/ewasd"));
     EXPECT_THAT(support::ReadBytes(file), SizeIs(i < 2 ? 14353 : 35329));
 #ifdef CORVANTA_WITH_FREEIMAGE
@@ -266,25 +249,24 @@ TEST_F(InternalData, ARefusalOrAThrowingListenerLeavesTheDomainsAsTheyWere) {
   for (bool const isSecond : {false, true}) {
     auto const before = GetDomain(L"environment");
     // Takes the id of the posture root as soon as the domain is there.
-    m_listener->react = [&] {
+    m_listener->react = [&](NSignal const&) {
       wchar_t const* const id = L"1B6183D1-8F5A-45f3-B30B-EB0091E23BD4";
       auto const items = GetDomain(L"scenegraphitem");
       if (items->QueryNode(id)) return;
-      dynamic_cast<domain::scenegraph::item::NSceneGraphItemDomain&>(*items)
-          .CreateNode<domain::scenegraph::item::NSceneGraphModelNode>(id);
+      dynamic_cast<NSceneGraphItemDomain&>(*items).CreateNode<NSceneGraphModelNode>(id);
     };
     EXPECT_FALSE(Initialize(m_manager, *m_events));
     EXPECT_EQ(CountDomains(), isSecond ? 10U : 0U);
     EXPECT_EQ(GetDomain(L"environment"), before);
     int count = 0;
-    m_listener->react = [&] {
+    m_listener->react = [&](NSignal const&) {
       if (++count == 30) throw std::runtime_error("enough");
     };
     EXPECT_THROW(Initialize(m_manager, *m_events), std::runtime_error);
     EXPECT_EQ(CountDomains(), isSecond ? 10U : 0U);
     EXPECT_EQ(GetDomain(L"environment"), before);
     ExpectNothing(m_manager);
-    m_listener->react = [] {};
+    m_listener->react = nullptr;
     EXPECT_TRUE(Initialize(m_manager, *m_events));
     EXPECT_TRUE(Uninitialize(m_manager));
   }
@@ -293,7 +275,7 @@ TEST_F(InternalData, ARefusalOrAThrowingListenerLeavesTheDomainsAsTheyWere) {
 TEST_F(InternalData, AListenerCannotInitializeWithin) {
   NDomainManager other;
   bool isAnyDone = false;
-  m_listener->react = [&] {
+  m_listener->react = [&](NSignal const&) {
     isAnyDone = isAnyDone || Initialize(m_manager, *m_events) || Initialize(other, *m_events) ||
                 Uninitialize(m_manager) || Uninitialize(other);
     ExpectNothing(m_manager);
@@ -308,7 +290,7 @@ TEST_F(InternalData, TwoThreadsMayComeAtOnce) {
     NDomainManager shared;
     std::atomic<int> made = 0;
     auto const work = [&] {
-      Pointer<events::NEventMultiplexer> const multiplexer(new events::NEventMultiplexer);
+      auto const multiplexer = New<NEventMultiplexer>();
       NDomainManager own;
       made += Initialize(own, *multiplexer);
       made += 100 * Initialize(shared, *multiplexer);
@@ -340,7 +322,7 @@ TEST_F(InternalData, StandsWithoutATemporaryFolder) {
 TEST_F(InternalData, FollowsNoLinkAtTheNamesOfItsFiles) {
   ASSERT_TRUE(Initialize(m_manager, *m_events));
   ASSERT_TRUE(Uninitialize(m_manager));
-  core::uri::NPath const target = m_files.Write("target", "untouched");
+  NPath const target = m_files.Write("target", "untouched");
   for (auto const& file : m_files.GetLeftovers()) {
     std::filesystem::remove(file);
     std::filesystem::create_symlink(core::text::ToNarrow(target.ToString()), file);
@@ -348,6 +330,108 @@ TEST_F(InternalData, FollowsNoLinkAtTheNamesOfItsFiles) {
   ASSERT_TRUE(Initialize(m_manager, *m_events));
   EXPECT_EQ(support::ReadBytes(target), "untouched");
   for (auto const& file : m_files.GetLeftovers()) EXPECT_FALSE(std::filesystem::is_symlink(file));
+}
+
+using structs::ToVec3;
+
+/// What a mesh adds up to. Each vertex and index counts with its place, modulo 31, plus 1; of a
+/// vector the components count once, twice and three times.
+struct Row {
+  detail::NPrimitive primitive;
+  std::size_t vertices, indices;  // as many where each triangle has its own
+  int along, against;             // triangles that wind so to the normals of all their vertices
+  double points, normals, uvws;
+  std::size_t places;
+};
+
+// Worked out in double precision, from rules for each mesh that were written down on their own.
+// clang-format off
+constexpr Row kRows[] = {
+    {detail::NP_PLANE        ,    6,    6,    2,    0,    17.000,    -21.000,    24.000,        70},
+    {detail::NP_CUBE         ,   36,   36,   12,    0,   466.000,    526.000,     0.000,     10425},
+    {detail::NP_INWARD_CUBE  ,   36,   36,   12,    0,   488.000,   -488.000,     0.000,     10425},
+    {detail::NP_CUBE_FLOOR   , 5400, 5400,    0, 1800,  -175.000, 172650.000,     0.000, 233263600},
+    {detail::NP_SPHERE       , 2880, 2880,  960,    0,  -248.861,   -248.861, 69162.687,  66441796},
+    {detail::NP_INWARD_SPHERE, 2880, 2880,  960,    0,  -249.510,    249.510,     0.000,  66441796},
+    {detail::NP_SPHERE_FLOOR , 2784, 2784,    0,  928,   -52.133,  88938.000,     0.000,  61997171},
+    {detail::NP_INWARD_DOME  , 5952, 5952, 1984,    0, 59084.097,  27174.636,     0.000, 283838976},
+    {detail::NP_ROD          ,    8,   24,    8,    0,    25.800,    -20.000,     0.000,      1172},
+    {detail::NP_CONE         ,   13,   36,   12,    0,    27.215,    -63.785,     0.000,      2508},
+    {detail::NP_ARROW        ,   50,  144,   36,   12,   620.430,     -7.967,     0.000,     52412},
+    {detail::NP_MACE         ,   32,  108,   24,   12,   425.939,   -126.369,     0.000,     28143},
+    {detail::NP_RING         ,  768, 4608,  704,  832,  -159.078,    -79.457,     0.000,  28258832},
+    {detail::NP_MAP_PLANAR   ,    8,   24,    0,    8,     4.400,     72.000,     0.000,      1118},
+    {detail::NP_MAP_CYLINDER ,  128,  408,   64,   64,  -958.038,     -8.000,     0.000,    411516},
+    {detail::NP_MAP_RIBBON   ,   64,  192,   64,    0,  -512.188,  -1024.277,     0.000,     96888},
+    {detail::NP_CAMERA_OBJECT,   13,   48,    3,   13,  -178.500,     39.000,     0.000,      3133},
+};
+// clang-format on
+
+int CountWinding(NSurface const& surface, int sense) {
+  int count = 0;
+  for (std::size_t i = 0; i != surface.GetIndices().size(); i += 3) {
+    unsigned int const* const at = &surface.GetIndices()[i];
+    auto const point = [&](int corner) { return ToVec3(surface.GetCoords()[at[corner]]); };
+    Vec3 const cross = (point(1) - point(0)).Cross(point(2) - point(0));
+    int agreeing = 0;
+    for (int corner = 0; corner != 3; ++corner) {
+      agreeing += cross.Dot(ToVec3(surface.GetNormals()[at[corner]])) * sense > 1e-9f;
+    }
+    count += agreeing == 3;
+  }
+  return count;
+}
+
+TEST(Primitive, StandsToTheLastIndex) {
+  for (Row const& row : kRows) {
+    SCOPED_TRACE(row.primitive);
+    auto const surface = detail::GetPrimitiveSurface(row.primitive);
+    EXPECT_EQ(surface, detail::GetPrimitiveSurface(row.primitive));
+    ASSERT_EQ(surface->GetCoords().size(), row.vertices);
+    ASSERT_EQ(surface->GetIndices().size(), row.indices);
+    EXPECT_EQ(surface->GetUVWsMap().size(), row.uvws == 0 ? 0 : 1);
+    auto const* const uvws = surface->GetUVWs(domain::material::texture_mapping::NUVWID_PRIMITIVE);
+    Row sums{};
+    for (std::size_t v = 0; v != row.vertices; ++v) {
+      double const weight = static_cast<double>(v % 31 + 1);
+      Vec3 const factors(1, 2, 3);
+      sums.points += weight * ToVec3(surface->GetCoords()[v]).Dot(factors);
+      sums.normals += weight * ToVec3(surface->GetNormals()[v]).Dot(factors);
+      if (uvws) sums.uvws += weight * ((*uvws)[v].u + 2 * (*uvws)[v].v + 3 * (*uvws)[v].w);
+    }
+    for (std::size_t i = 0; i != row.indices; ++i) {
+      ASSERT_LT(surface->GetIndices()[i], row.vertices);
+      sums.places += (i % 31 + 1) * surface->GetIndices()[i];
+    }
+    EXPECT_NEAR(sums.points, row.points, 0.02);
+    EXPECT_NEAR(sums.normals, row.normals, 0.02);
+    EXPECT_NEAR(sums.uvws, row.uvws, 0.02);
+    EXPECT_EQ(sums.places, row.places);
+    EXPECT_EQ(CountWinding(*surface, 1), row.along);
+    EXPECT_EQ(CountWinding(*surface, -1), row.against);
+  }
+}
+
+TEST(Primitive, RoundOnesLieOnTheirSurfaces) {
+  for (auto const& [primitive, sense] :
+       {std::pair{detail::NP_SPHERE, 1.0f}, {detail::NP_INWARD_SPHERE, -1.0f}}) {
+    auto const surface = detail::GetPrimitiveSurface(primitive);
+    for (std::size_t v = 0; v != surface->GetCoords().size(); ++v) {
+      Vec3 const at = ToVec3(surface->GetCoords()[v]);
+      EXPECT_NEAR(at.Length(), 1, 1e-6);
+      EXPECT_EQ(ToVec3(surface->GetNormals()[v]) * sense, at);
+    }
+  }
+  auto const ring = detail::GetPrimitiveSurface(detail::NP_RING);
+  for (std::size_t v = 0; v != ring->GetCoords().size(); ++v) {
+    double const t = std::numbers::pi * static_cast<double>(v / 12) / 32;
+    // From the middle of the tube to the vertex, across the way that the tube goes.
+    Vec3 const middle(0, static_cast<float>(std::cos(t)), static_cast<float>(std::sin(t)));
+    Vec3 const normal = ToVec3(ring->GetNormals()[v]);
+    EXPECT_NEAR((ToVec3(ring->GetCoords()[v]) - middle - normal * 0.02f).Length(), 0, 1e-6);
+    EXPECT_NEAR(normal.Length(), 1, 1e-6);
+    EXPECT_NEAR(normal.Dot(Vec3(0, -middle.z, middle.y)), 0, 1e-6);
+  }
 }
 
 }  // namespace

@@ -8,7 +8,6 @@ namespace {
 using namespace data::domain::operators::projector;
 using data::operators::projector::NProjector;
 using data::operators::projector::NVertices;
-using data::structs::UVW;
 using testing::FloatEq;
 
 std::array<float, 3> Project(NProjector const& projector, Vec3 const& p, Vec3 const& n = {}) {
@@ -32,6 +31,23 @@ TEST(Projectors, GiveTheClosedForms) {
   EXPECT_THAT(Project(sphere, {0, 1, 0}), ElementsAre(testing::_, 1, 1));
   EXPECT_THAT(Project(sphere, {0, -1, 0}), ElementsAre(testing::_, 0, 1));
   EXPECT_THAT(Project(sphere, {-2, 0, 0}), ElementsAre(0.75f, 0.5f, 2));
+  // To the last bit, with angles in double precision.
+  struct Row {
+    NProjector const* projector;
+    Vec3 point;
+    std::array<float, 3> expected;
+  };
+  for (Row const& row : std::vector<Row>{
+           {&cylinder, {0.3f, 0.7f, -0.4f}, {0.102416404f, 0.199999988f, 0.5f}},
+           {&cylinder, {-1.7f, -0.2f, 0.9f}, {0.672507524f, -0.699999988f, 1.92353845f}},
+           {&cylinder, {0.01f, -5.3f, -0.002f}, {0.218583524f, -5.80000019f, 0.010198039f}},
+           {&cylinder, {123.4f, 56.7f, -89.1f}, {0.150469825f, 56.2000008f, 152.205032f}},
+           {&sphere, {0.3f, 0.7f, -0.4f}, {0.102416404f, 0.802568436f, 0.860232532f}},
+           {&sphere, {-1.7f, -0.2f, 0.9f}, {0.672507524f, 0.46702224f, 1.93390799f}},
+           {&sphere, {0.01f, -5.3f, -0.002f}, {0.218583524f, 0.00061249733f, 5.3000102f}},
+           {&sphere, {123.4f, 56.7f, -89.1f}, {0.150469825f, 0.613508701f, 162.423096f}}}) {
+    EXPECT_EQ(Project(*row.projector, row.point), row.expected);
+  }
   EXPECT_TRUE(cylinder.HasSeam() && sphere.HasSeam());
   EXPECT_FALSE(NPlaneProjector().HasSeam() || NBoxProjector().HasSeam() ||
                NTriplanarProjector().HasSeam());
@@ -51,12 +67,10 @@ TEST(Projectors, ChooseTheFaceByTheNormal) {
   }
 }
 
-// The frames are compared with the oracle's where meshes are mapped; these are its cornerstones.
 TEST(Projectors, GiveTangentFrames) {
   auto const expect = [](NProjector const& projector, Vec3 const& p, Vec3 const& n,
                          Vec3 const& tangent, Vec3 const& binormal) {
-    Vec3 t;
-    Vec3 b;
+    Vec3 t, b;
     projector.ComputeTangentFrame(p.x, p.y, p.z, n.x, n.y, n.z, t.x, t.y, t.z, b.x, b.y, b.z);
     EXPECT_LT((t - tangent).Length() + (b - binormal).Length(), 1e-6f) << typeid(projector).name();
   };
@@ -67,6 +81,16 @@ TEST(Projectors, GiveTangentFrames) {
   expect(NTriplanarProjector(), {}, {-1, 0, 0}, {0, 0, 1}, {0, -1, 0});
   expect(NBoxProjector(), {}, {-1, 0, 0}, {0, 0, 1}, {0, 1, 0});
   expect(NBoxProjector(), {}, {0, 0.6f, 0.8f}, {1, 0, 0}, {0, 0.8f, -0.6f});
+  // Worked out by cross products in double precision.
+  // clang-format off
+  expect(NPlaneProjector(), {1, 2, 3}, {0.48f, -0.6f, 0.64f}, {0.8772685f, 0.3282917f, -0.3501779f}, {0, -0.64f, -0.6f});
+  expect(NCylinderProjector(), {1, -2, 3}, {0.48f, 0.6f, -0.64f}, {-0.8403263f, 0.5239444f, -0.1390468f}, {-0.2518964f, -0.6045513f, -0.7556891f});
+  expect(NSphereProjector(), {-1, 2, 3}, {0.36f, 0.48f, 0.8f}, {-0.9136549f, 0.3548907f, 0.1982103f}, {-0.1887717f, -0.8022796f, 0.566315f});
+  expect(NTriplanarProjector(), {1, 2, 3}, {0.48f, 0.36f, -0.8f}, {-0.1852185f, 0.9329523f, 0.3086975f}, {-0.8f, 0, -0.48f});
+  expect(NTriplanarProjector(), {1, 2, 3}, {0.36f, -0.8f, 0.48f}, {0.9329523f, 0.3086975f, -0.1852185f}, {0, -0.48f, -0.8f});
+  expect(NBoxProjector(), {1, 2, 3}, {0.48f, 0.36f, -0.8f}, {0.8772685f, -0.196975f, 0.4377223f}, {0, -0.8f, -0.36f});
+  expect(NBoxProjector(), {1, 2, 3}, {-0.8f, 0.36f, 0.48f}, {0.4377223f, -0.196975f, 0.8772685f}, {0.36f, 0.8f, 0});
+  // clang-format on
 }
 
 /// By `kind`: of ordinary size, a small integer, one of those that are treated apart, any bits.
@@ -97,8 +121,7 @@ TEST(Projectors, GiveAMeshWhatTheyGiveEachVertex) {
   std::uint64_t const seed = std::random_device()();
   SCOPED_TRACE(seed);
   std::mt19937_64 random(seed);
-  std::vector<float> coords(3 * kCount);
-  std::vector<float> normals(3 * kCount);
+  std::vector<float> coords(3 * kCount), normals(3 * kCount);
   // Long runs of a kind, so that there are blocks of vertices without exceptions.
   for (std::size_t i = 0; i != coords.size(); ++i) {
     std::size_t const run = i / 1000;

@@ -1,51 +1,11 @@
-#include "tests/support/test.h"
+#include "corvanta/data/domain/material/detail/usage.h"
+#include "tests/support/world.h"
 
 namespace corvanta::data::domain::material {
 namespace {
 
-using core::locator::NLocator;
-using core::uri::NUri;
 using environment_map::NEnvironmentMap;
-using texture_mapping::NTextureMapping;
-using texture_mapping::NUVWMapping;
 using texture_mapping::NUVWMappingType;
-
-/// Hears both sides of a material, in one list.
-class Recorder final : public events::material::NListener,
-                       public events::environment_map_change::NListener {
- public:
-  std::vector<std::string> heard;
-  NMaterialNode const* material = nullptr;
-  Pointer<texture::NTextureNode> texture;
-  Pointer<NTextureMapping> mapping;
-  std::function<void(std::string const&)> react;
-
- private:
-  void Hear(NMaterialNode const& node, std::string const& text) {
-    material = &node;
-    heard.push_back(text);
-    if (react) react(text);
-  }
-  void OnAddTexture(NMaterialNode const& node, unsigned int index) override {
-    Hear(node, "add " + std::to_string(index) + " of " + std::to_string(node.GetTextures().size()));
-  }
-  void OnRemoveTexture(NMaterialNode const& node, Pointer<texture::NTextureNode> const& oldTexture,
-                       Pointer<NTextureMapping> const& oldMapping) override {
-    texture = oldTexture;
-    mapping = oldMapping;
-    Hear(node, "remove, left " + std::to_string(node.GetTextures().size()));
-  }
-  void OnSetBrdfTextureLocator(NMaterialNode const& node, NLocator const& locator) override {
-    EXPECT_EQ(node.GetBrdfTextureLocator(), locator);
-    Hear(node, "brdf");
-  }
-  void OnImageChange(NMaterialNode const& node) override { Hear(node, "image"); }
-  void OnImageTypeChange(NMaterialNode const& node) override {
-    Hear(node, "type " + std::to_string(node.GetEnvironmentMap().GetImageType()));
-  }
-  void OnImageChange(environment::NEnvironmentNode const&) override { FAIL(); }
-  void OnImageTypeChange(environment::NEnvironmentNode const&) override { FAIL(); }
-};
 
 class OtherMapping final : public NTextureMapping {
   texture_mapping::NTextureMappingType GetTypeImpl() const override {
@@ -53,30 +13,44 @@ class OtherMapping final : public NTextureMapping {
   }
 };
 
-class Material : public testing::Test {
+class Material : public testing::Test, protected World {
  protected:
-  using MapMultiplexer = events::environment_map_change::NMultiplexer;
-  using MaterialMultiplexer = events::material::NMultiplexer;
-  using TexturePointer = Pointer<texture::NTextureNode>;
-
-  Pointer<MapMultiplexer> mapMultiplexer{new MapMultiplexer};
-  Pointer<MaterialMultiplexer> materialMultiplexer{new MaterialMultiplexer};
-  Pointer<NMaterialDomain> domain{
-      new NMaterialDomain(nullptr, nullptr, mapMultiplexer.get(), materialMultiplexer.get())};
-  Pointer<texture::NTextureDomain> textures{new texture::NTextureDomain(nullptr, nullptr, nullptr)};
-  Pointer<image::NImageDomain> images{new image::NImageDomain(nullptr, nullptr)};
-  Pointer<NMaterialNode> node = domain->CreateNode(NNodeID());
+  Pointer<NMaterialNode> node = materials->CreateNode();
   Pointer<NUVWMapping> mappings[3];
-  TexturePointer layers[4];
-  Pointer<Recorder> recorder{new Recorder};
+  Pointer<NTextureNode> layers[4];
+  Pointer<support::EventLog> log = Listen();
+  // What was told: signals with what they say, the last one's node, and what was removed last.
+  std::vector<std::string> heard;
+  NMaterialNode const* told = nullptr;
+  core::name::NNamedObject const* removedTexture = nullptr;
+  Pointer<NTextureMapping const> removedMapping;
+  std::function<void()> react;
 
   void SetUp() override {
-    for (auto& layer : layers) layer = textures->CreateNode(NNodeID());
-    for (auto& mapping : mappings) mapping.reset(new NUVWMapping(NUVWMappingType{1}));
-    mapMultiplexer->AddObserver(*recorder);
-    materialMultiplexer->AddObserver(*recorder);
+    for (auto& layer : layers) layer = textures->CreateNode();
+    for (auto& made : mappings) made = New<NUVWMapping>(NUVWMappingType{1});
+    log->react = [this](NSignal const& signal) { Hear(signal); };
   }
-  std::vector<std::string> Heard() { return std::exchange(recorder->heard, {}); }
+  void Hear(NSignal const& signal) {
+    told = dynamic_cast<NMaterialNode const*>(signal.node);
+    ASSERT_TRUE(told);
+    std::string text = signal.name;
+    std::string const count = std::to_string(told->GetTextures().size());
+    if (signal.kind == events::NSK_ADD_TEXTURE) {
+      text += " " + std::to_string(signal.index) + " of " + count;
+    } else if (signal.kind == events::NSK_REMOVE_TEXTURE) {
+      text += ", left " + count;
+      removedTexture = signal.other;
+      removedMapping = signal.mapping;
+    } else if (signal.kind == events::NSK_SET_BRDF_TEXTURE_LOCATOR) {
+      EXPECT_EQ(told->GetBrdfTextureLocator(), *signal.locator);
+    } else if (signal.kind == events::NSK_ENVIRONMENT_MAP_IMAGE_TYPE_CHANGE) {
+      text += " " + std::to_string(told->GetEnvironmentMap().GetImageType());
+    }
+    heard.push_back(text);
+    if (auto const call = react) call();
+  }
+  std::vector<std::string> Heard() { return std::exchange(heard, {}); }
   /// The textures and their mappings, by number.
   std::vector<std::pair<int, int>> List(NMaterialNode const& material) const {
     std::vector<std::pair<int, int>> list;
@@ -100,8 +74,8 @@ TEST_F(Material, KeepsTexturesInLayerOrder) {
   EXPECT_TRUE(node->AddTexture(layers[1], *mappings[1], 1));
   EXPECT_FALSE(node->AddTexture(layers[1], *mappings[1], 4));
   EXPECT_THAT(List(*node), ElementsAre(Entry(0, 0), Entry(1, 1), Entry(2, 2)));
-  EXPECT_THAT(Heard(), ElementsAre("add 0 of 1", "add 0 of 2", "add 1 of 3"));
-  EXPECT_EQ(recorder->material, node.get());
+  EXPECT_THAT(Heard(), ElementsAre("addTexture 0 of 1", "addTexture 0 of 2", "addTexture 1 of 3"));
+  EXPECT_EQ(told, node.get());
 
   // A replacement goes to the end, and nobody hears of it; the arguments may be the list's own.
   node->ReplaceTexture(layers[0], layers[3]);
@@ -115,14 +89,14 @@ TEST_F(Material, KeepsTexturesInLayerOrder) {
 
   EXPECT_FALSE(node->RemoveTexture(3));
   EXPECT_TRUE(node->RemoveTexture(1));
-  EXPECT_THAT(Heard(), ElementsAre("remove, left 2"));
-  EXPECT_EQ(recorder->texture, layers[3]);
-  EXPECT_EQ(recorder->mapping, mappings[1]);
+  EXPECT_THAT(Heard(), ElementsAre("removeTexture, left 2"));
+  EXPECT_EQ(removedTexture, layers[3]);
+  EXPECT_EQ(removedMapping, mappings[1]);
   textures->RemoveNode(*layers[2]);
   layers[2].reset();
   EXPECT_TRUE(node->RemoveTexture(0));
-  EXPECT_EQ(recorder->texture, nullptr);
-  EXPECT_EQ(recorder->mapping, mappings[2]);
+  EXPECT_EQ(removedTexture, nullptr);
+  EXPECT_EQ(removedMapping, mappings[2]);
 
   Heard();
   EXPECT_TRUE(HasTexture(*node, texture_mapping::NTMT_UVW));
@@ -138,27 +112,27 @@ TEST_F(Material, KeepsTexturesInLayerOrder) {
 
 TEST_F(Material, SurvivesWhatListenersDo) {
   // The last reference to the node and to the mapping go in the handler.
-  auto* mapping = new NUVWMapping(NUVWMappingType{7});
-  node->AddTexture(layers[0], *mapping, 0);
-  recorder->react = [&](std::string const&) {
-    domain->RemoveNode(*node);
+  auto* removed = new NUVWMapping(NUVWMappingType{7});
+  node->AddTexture(layers[0], *removed, 0);
+  react = [&] {
+    materials->RemoveNode(*node);
     node.reset();
-    EXPECT_EQ(recorder->mapping.get(), mapping);
-    recorder->mapping.reset();
-    EXPECT_EQ(mapping->GetUVWMappingType(), 7u);
+    EXPECT_EQ(removedMapping.get(), removed);
+    removedMapping.reset();
+    EXPECT_EQ(removed->GetUVWMappingType(), 7u);
   };
   NMaterialNode* dying = node.get();
   EXPECT_TRUE(dying->RemoveTexture(0));
 
-  node = domain->CreateNode(NNodeID());
+  node = materials->CreateNode();
   Pointer<NEnvironmentMap> const map(&node->GetEnvironmentMap());
-  recorder->react = [&](std::string const&) {
-    if (node) domain->RemoveNode(*std::exchange(node, nullptr));
+  react = [&] {
+    if (node) materials->RemoveNode(*std::exchange(node, nullptr));
   };
   Heard();
   dying = node.get();
   dying->SetEnvironmentMap({}, environment_map::NEMIT_SQUARE);
-  EXPECT_THAT(Heard(), ElementsAre("image", "type 2"));
+  EXPECT_THAT(Heard(), ElementsAre("environmentMapImageChange", "environmentMapImageTypeChange 2"));
   EXPECT_EQ(map->GetImageType(), environment_map::NEMIT_SQUARE);
 }
 
@@ -173,20 +147,19 @@ TEST_F(Material, TheEnvironmentMapTurnsByTheAttributes) {
   };
   node->SetEnvironmentMapRotationY(90.0);
   EXPECT_NEAR(turned({0, 0, 1}).x, 1.0f, 1e-6f);
-  node->QueryAttribute(AN_ENVIRONMENT_MAP_ROTATION_X)
-      ->SetValue(core::variant::NVariant(90.0), false);
+  node->QueryAttribute(AN_ENVIRONMENT_MAP_ROTATION_X)->SetValue(NVariant(90.0), false);
   EXPECT_NEAR(turned({0, 1, 0}).x, 1.0f, 1e-6f);  // x turns first
   EXPECT_THAT(Heard(), IsEmpty());
 
-  auto const image = images->CreateNode(NNodeID());
-  recorder->react = [&](std::string const& text) { EXPECT_EQ(map->GetImage(), image) << text; };
+  auto const image = images->CreateNode();
+  react = [&] { EXPECT_EQ(map->GetImage(), image); };
   node->SetEnvironmentMap(image, environment_map::NEMIT_RECTANGULAR);
-  EXPECT_THAT(Heard(), ElementsAre("image", "type 1"));
-  EXPECT_EQ(recorder->material, node.get());
+  EXPECT_THAT(Heard(), ElementsAre("environmentMapImageChange", "environmentMapImageTypeChange 1"));
+  EXPECT_EQ(told, node.get());
   map->SetImageType(environment_map::NEMIT_RECTANGULAR);
-  EXPECT_THAT(Heard(), ElementsAre("type 1"));
+  EXPECT_THAT(Heard(), ElementsAre("environmentMapImageTypeChange 1"));
 
-  domain->RemoveNode(*node);
+  materials->RemoveNode(*node);
   node.reset();
   EXPECT_EQ(transform->GetTransform(), Matrix());
   map->SetImageType(environment_map::NEMIT_CUBE);
@@ -194,10 +167,9 @@ TEST_F(Material, TheEnvironmentMapTurnsByTheAttributes) {
 }
 
 TEST_F(Material, CopiesShareMappingsAndNothingElse) {
-  auto const image = images->CreateNode(NNodeID());
-  auto const target = domain->CreateNode(NNodeID());
-  NLocator const brdf(NUri::CreateFileUri(core::uri::NPath(L"/brdf.dds")));
-  node->SetName(L"paint");
+  auto const image = images->CreateNode();
+  auto const target = materials->CreateNode();
+  NLocator const brdf(NUri::CreateFileUri(NPath(L"/brdf.dds")));
   node->AddTexture(layers[0], *mappings[0], 0);
   node->AddTexture(layers[1], *mappings[0], 1);
   node->SetEnvironmentMap(image, environment_map::NEMIT_SQUARE);
@@ -207,9 +179,9 @@ TEST_F(Material, CopiesShareMappingsAndNothingElse) {
   Heard();
   auto const transform = target->GetEnvironmentMap().GetTransform();
   node->CopyTo(*target);
-  EXPECT_THAT(Heard(), ElementsAre("type 2", "image", "brdf"));
-  EXPECT_EQ(recorder->material, target.get());
-  EXPECT_EQ(target->GetName(), L"paint (2)");
+  EXPECT_THAT(Heard(), ElementsAre("environmentMapImageTypeChange 2", "environmentMapImageChange",
+                                   "setBrdfTextureLocator"));
+  EXPECT_EQ(told, target.get());
   EXPECT_THAT(List(*target), ElementsAre(Entry(0, 0), Entry(1, 0)));
   EXPECT_EQ(target->GetEnvironmentMap().GetImage(), image);
   EXPECT_EQ(target->GetBrdfTextureLocator(), brdf);
@@ -221,27 +193,94 @@ TEST_F(Material, CopiesShareMappingsAndNothingElse) {
 
   target->CopyTo(*target);
   EXPECT_THAT(List(*target), ElementsAre(Entry(0, 0), Entry(1, 0)));
-  EXPECT_EQ(target->GetName(), L"paint (2)");
   target->SetBrdfTextureLocator(target->GetBrdfTextureLocator());
   EXPECT_EQ(target->GetBrdfTextureLocator(), brdf);
 }
 
 TEST_F(Material, DomainsAttachBothMultiplexersOrNone) {
-  Pointer<NMaterialDomain> const withoutMap(
-      new NMaterialDomain(nullptr, nullptr, nullptr, materialMultiplexer.get()));
-  Pointer<NMaterialDomain> const mapOnly(
-      new NMaterialDomain(nullptr, nullptr, mapMultiplexer.get(), nullptr));
-  for (auto const& [made, heard] :
-       {std::pair(domain, "add 0 of 1 image type 2 "), std::pair(withoutMap, ""),
-        std::pair(mapOnly, "image type 2 ")}) {
-    auto const material = made->CreateNode(NNodeID());
+  auto const withoutMap =
+      New<NMaterialDomain>(nullptr, nullptr, nullptr, &events->GetMaterialEventMultiplexer());
+  auto const mapOnly = New<NMaterialDomain>(
+      nullptr, nullptr, &events->GetEnvironmentMapChangeEventMultiplexer(), nullptr);
+  for (auto const& [made, expected] :
+       {std::pair(materials,
+                  "addTexture 0 of 1 environmentMapImageChange environmentMapImageTypeChange 2 "),
+        std::pair(withoutMap, ""),
+        std::pair(mapOnly, "environmentMapImageChange environmentMapImageTypeChange 2 ")}) {
+    auto const material = made->CreateNode();
     ASSERT_TRUE(material);
     material->AddTexture(layers[0], *mappings[0], 0);
     material->SetEnvironmentMap({}, environment_map::NEMIT_SQUARE);
     std::string all;
     for (std::string const& text : Heard()) all += text + " ";
-    EXPECT_EQ(all, heard);
+    EXPECT_EQ(all, expected);
   }
+}
+
+Pointer<NMaterialDomain> MakeDomain(NDomainManager const* manager) {
+  return new NMaterialDomain(manager, nullptr, nullptr, nullptr);
+}
+
+TEST(MaterialUsage, CountsLikeAPlainTable) {
+  Random random;
+  Pointer<NDomainManager> const managers[3] = {new NDomainManager, new NDomainManager,
+                                               new NDomainManager};
+  std::vector<Pointer<NMaterialDomain>> domains;
+  std::vector<Pointer<NMaterialNode>> materials;
+  for (auto const& manager : managers) {
+    domains.push_back(MakeDomain(manager.get()));
+    for (int i = 0; i != 3; ++i) materials.push_back(domains.back()->CreateNode());
+  }
+  // By manager and material. A model may show a material of another manager.
+  unsigned int counts[3][9] = {};
+  for (int step = 0; step != 2000; ++step) {
+    unsigned const manager = random() % 4;
+    unsigned const material = random() % 9;
+    if (manager < 3 && random() % 2 == 0) {
+      detail::AddUse(*managers[manager], *materials[material]);
+      ++counts[manager][material];
+    } else {
+      detail::RemoveUse(manager < 3 ? managers[manager].get() : nullptr, *materials[material]);
+      for (unsigned i = 0; i != 3; ++i) {
+        if ((manager == i || manager == 3) && counts[i][material] > 0) --counts[i][material];
+      }
+    }
+    for (unsigned i = 0; i != 9; ++i) {
+      ASSERT_EQ(IsUsed(*materials[i]), counts[i / 3][i] != 0) << "step " << step;
+      ASSERT_EQ(detail::HasUse(*managers[step % 3], *materials[i]), counts[step % 3][i] != 0);
+    }
+  }
+}
+
+TEST(MaterialUsage, DiesWithItsManagerAndOutlivesItsMaterial) {
+  // The second manager stands where the first one stood.
+  alignas(NDomainManager) unsigned char place[sizeof(NDomainManager)];
+  auto* manager = new (place) NDomainManager;
+  auto domain = MakeDomain(manager);
+  auto const material = domain->CreateNode();
+  detail::MaterialReference const reference(*material);
+  detail::AddUse(*manager, reference);
+  EXPECT_TRUE(IsUsed(*material));
+  std::destroy_at(manager);
+  EXPECT_FALSE(IsUsed(*material));
+  manager = new (place) NDomainManager;
+  EXPECT_FALSE(detail::HasUse(*manager, reference));
+  detail::RemoveUse(nullptr, reference);
+
+  domain = MakeDomain(manager);
+  auto other = domain->CreateNode();
+  detail::MaterialReference const gone(*other);
+  detail::AddUse(*manager, gone);
+  domain->RemoveNode(*other);
+  EXPECT_FALSE(IsUsed(*other));  // it has no manager any more
+  other.reset();
+  EXPECT_TRUE(detail::HasUse(*manager, gone));
+  detail::RemoveUse(manager, gone);
+  EXPECT_FALSE(detail::HasUse(*manager, gone));
+  std::destroy_at(manager);
+
+  auto const lone = MakeDomain(nullptr)->CreateNode();
+  EXPECT_FALSE(IsUsed(*lone));
 }
 
 }  // namespace

@@ -3,24 +3,24 @@
 namespace corvanta::data::domain::material::texture_mapping {
 namespace {
 
-using structs::UVW;
-using structs::XYZ;
-
 NUVWMappingType const kFlat{1};
 
 class UVWMapping : public testing::Test {
  protected:
-  Pointer<geometry::NPolygonSurface> surface{new geometry::NPolygonSurface};
-  std::vector<float> coords;
-  std::vector<float> normals;
+  Pointer<NPolygonSurface> surface{new NPolygonSurface};
+  std::vector<float> coords, normals;
   std::vector<UVW> uvws;
-  std::vector<XYZ> tangents;
-  std::vector<XYZ> binormals;
+  std::vector<XYZ> tangents, binormals;
 
   void AddVertex(Vec3 const& point, Vec3 const& normal, UVW const& uvw) {
     coords.insert(coords.end(), {point.x, point.y, point.z});
     normals.insert(normals.end(), {normal.x, normal.y, normal.z});
     uvws.push_back(uvw);
+  }
+  void Clear() {
+    coords.clear();
+    normals.clear();
+    uvws.clear();
   }
   void Compute(std::vector<unsigned int> const& indices) {
     ASSERT_TRUE(surface->Assign(coords, normals, indices, {{NUVWID_FLAT, uvws}}));
@@ -31,9 +31,7 @@ class UVWMapping : public testing::Test {
 };
 
 void ExpectXYZ(XYZ const& actual, Vec3 const& expected, float tolerance = 0.0f) {
-  EXPECT_NEAR(actual.x, expected.x, tolerance);
-  EXPECT_NEAR(actual.y, expected.y, tolerance);
-  EXPECT_NEAR(actual.z, expected.z, tolerance);
+  for (unsigned int i : {0, 1, 2}) EXPECT_NEAR(actual[i], expected[static_cast<int>(i)], tolerance);
 }
 
 TEST_F(UVWMapping, LooksTheFlatSetUpFirst) {
@@ -51,7 +49,7 @@ TEST_F(UVWMapping, LooksTheFlatSetUpFirst) {
   };
   for (Row const& row : rows) {
     SCOPED_TRACE(row.name);
-    geometry::NSurface::UVWsMap sets;
+    NSurface::UVWsMap sets;
     for (unsigned int id : row.ids) {
       sets[NUVWMappingID{id}].assign(2, {static_cast<float>(id), 2, 3});
     }
@@ -83,13 +81,10 @@ TEST_F(UVWMapping, TangentsFollowUAndBinormalsV) {
   std::uniform_real_distribution<float> any(-1.0f, 1.0f);
   for (int trial = 0; trial != 100; ++trial) {
     SCOPED_TRACE(trial);
-    coords.clear();
-    normals.clear();
-    uvws.clear();
+    Clear();
     Quaternion const turn(Vec3(any(random), any(random), any(random)), 3 * any(random));
     Matrix const m(turn);
-    Vec3 const u(m[0][0], m[0][1], m[0][2]);
-    Vec3 const v(m[1][0], m[1][1], m[1][2]);
+    Vec3 const u(m[0][0], m[0][1], m[0][2]), v(m[1][0], m[1][1], m[1][2]);
     Vec3 const normal(m[2][0], m[2][1], m[2][2]);
     float const scale = std::exp2(4 * any(random));
     for (int i = 0; i != 12; ++i) {
@@ -128,9 +123,7 @@ TEST_F(UVWMapping, SmallDeterminantsCountWithAScaleOfOne) {
   float const kEdge = 0.0001f;
   for (float const determinant : {kEdge, std::nextafter(kEdge, 1.0f), -kEdge, 0.0f}) {
     SCOPED_TRACE(determinant);
-    coords.clear();
-    normals.clear();
-    uvws.clear();
+    Clear();
     Vec3 const normal(0, 0, 1);
     // The first triangle's v grows along x, with a determinant on or beside the edge; the second
     // one's along y, by one a unit.

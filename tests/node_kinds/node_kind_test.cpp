@@ -8,10 +8,6 @@ namespace corvanta::node_kinds {
 namespace {
 
 using namespace data::domain;
-using core::attribute::NAttribute;
-using core::variant::NVariant;
-using data::document::NDocument;
-using testing::ElementsAreArray;
 
 struct NodeKind {
   char const* className;
@@ -26,79 +22,46 @@ struct NodeKind {
 
 void PrintTo(NodeKind const& kind, std::ostream* out) { *out << kind.className; }
 
-template <class Node, class Domain>
-NodeKind Kind(char const* className, wchar_t const* type, wchar_t const* typeText,
-              wchar_t const* domainName, wchar_t const* nodeName, bool isCopied,
-              Domain& (NDocument::*domain)() const noexcept) {
-  NodeKind kind{className, type, typeText, domainName, nodeName, isCopied, {}, {}};
-  kind.make = [domain](NDocument& document) -> Pointer<NNode> {
-    return (document.*domain)().template CreateNode<Node>();
-  };
+template <class Node>
+std::function<void(NNode const&, NNode&)> MakeCopy() {
   if constexpr (requires(Node const& source, Node& target) { source.CopyTo(target); }) {
-    kind.copy = [](NNode const& source, NNode& target) {
+    return [](NNode const& source, NNode& target) {
       dynamic_cast<Node const&>(source).CopyTo(dynamic_cast<Node&>(target));
     };
   }
-  return kind;
+  return {};
 }
 
-template <class Node>
-NodeKind Item(char const* className, wchar_t const* nodeName, bool isCopied) {
-  return Kind<Node>(className, DT_SCENEGRAPH_ITEM, L"scenegraphitem", L"scene graph item", nodeName,
-                    isCopied, &NDocument::GetItems);
-}
+// Every kind that a visitor can meet: class, type, type's text, names of domain and node, whether
+// it is copied, domain.
+// clang-format off
+#define CORVANTA_EVERY_KIND(KIND) \
+  KIND(NAnimationNode, DT_ANIMATION, L"animation", L"animation", L"animation", true, GetAnimations) \
+  KIND(NCameraNode, DT_CAMERA, L"camera", L"camera", L"camera", true, GetCameras) \
+  KIND(NEnvironmentNode, DT_ENVIRONMENT, L"environment", L"environment", L"environment", true, GetEnvironments) \
+  KIND(NGeometryNode, DT_GEOMETRY, L"geometry", L"geometry", L"geometry", true, GetGeometries) \
+  KIND(NImageNode, DT_IMAGE, L"image", L"image", L"image", true, GetImages) \
+  KIND(NLightNode, DT_LIGHT, L"light", L"light", L"light", true, GetLights) \
+  KIND(NLightEnvNode, DT_LIGHT_ENV, L"lightenvironment", L"light environment", L"light environment", true, GetLightEnvs) \
+  KIND(NMaterialNode, DT_MATERIAL, L"material", L"material", L"material", true, GetMaterials) \
+  KIND(NMovieNode, DT_MOVIE, L"movie", L"movie", L"movie", false, GetMovies) \
+  KIND(NProjectionNode, DT_PROJECTION, L"projection", L"projection", L"projection", false, GetProjections) \
+  KIND(NSceneNode, DT_SCENE, L"scene", L"scene", L"scene", false, GetScenes) \
+  KIND(NSceneGraphTreeNode, DT_SCENEGRAPH_TREE, L"scenegraphtree", L"scene graph tree", L"scene graph tree", true, GetTrees) \
+  KIND(NSoundNode, DT_SOUND, L"sound", L"sound", L"sound", false, GetSounds) \
+  KIND(NTextureNode, DT_TEXTURE, L"texture", L"texture", L"texture", true, GetTextures) \
+  KIND(NSceneGraphCameraNode, DT_SCENEGRAPH_ITEM, L"scenegraphitem", L"scene graph item", L"camera", false, GetItems) \
+  KIND(NSceneGraphGroupNode, DT_SCENEGRAPH_ITEM, L"scenegraphitem", L"scene graph item", L"group", true, GetItems) \
+  KIND(NSceneGraphLightNode, DT_SCENEGRAPH_ITEM, L"scenegraphitem", L"scene graph item", L"light", false, GetItems) \
+  KIND(NSceneGraphModelNode, DT_SCENEGRAPH_ITEM, L"scenegraphitem", L"scene graph item", L"model", true, GetItems) \
+  KIND(NSceneGraphReferenceNode, DT_SCENEGRAPH_ITEM, L"scenegraphitem", L"scene graph item", L"reference", false, GetItems)
+#define CORVANTA_KIND_ROW(CLASS, TYPE, TEXT, DOMAIN_NAME, NAME, IS_COPIED, GET) \
+  {#CLASS, TYPE, TEXT, DOMAIN_NAME, NAME, IS_COPIED, [](NDocument& d) { return d.GET().template CreateNode<CLASS>(); }, MakeCopy<CLASS>()},
+#define CORVANTA_MEET_CONST(CLASS, ...) void VisitImpl(CLASS const&) override { met.push_back(#CLASS); }
+#define CORVANTA_MEET(CLASS, ...) void VisitImpl(CLASS&) override { met.push_back(#CLASS); }
+// clang-format on
 
-using D = NDocument;
-using namespace scenegraph::item;
-NodeKind const kKinds[] = {
-    // clang-format off
-    Kind<animation::NAnimationNode>("NAnimationNode", DT_ANIMATION, L"animation", L"animation", L"animation", true, &D::GetAnimations),
-    Kind<camera::NCameraNode>("NCameraNode", DT_CAMERA, L"camera", L"camera", L"camera", true, &D::GetCameras),
-    Kind<environment::NEnvironmentNode>("NEnvironmentNode", DT_ENVIRONMENT, L"environment", L"environment", L"environment", true, &D::GetEnvironments),
-    Kind<geometry::NGeometryNode>("NGeometryNode", DT_GEOMETRY, L"geometry", L"geometry", L"geometry", true, &D::GetGeometries),
-    Kind<image::NImageNode>("NImageNode", DT_IMAGE, L"image", L"image", L"image", true, &D::GetImages),
-    Kind<light::NLightNode>("NLightNode", DT_LIGHT, L"light", L"light", L"light", true, &D::GetLights),
-    Kind<light_env::NLightEnvNode>("NLightEnvNode", DT_LIGHT_ENV, L"lightenvironment", L"light environment", L"light environment", true, &D::GetLightEnvs),
-    Kind<material::NMaterialNode>("NMaterialNode", DT_MATERIAL, L"material", L"material", L"material", true, &D::GetMaterials),
-    Kind<movie::NMovieNode>("NMovieNode", DT_MOVIE, L"movie", L"movie", L"movie", false, &D::GetMovies),
-    Kind<projection::NProjectionNode>("NProjectionNode", DT_PROJECTION, L"projection", L"projection", L"projection", false, &D::GetProjections),
-    Kind<scene::NSceneNode>("NSceneNode", DT_SCENE, L"scene", L"scene", L"scene", false, &D::GetScenes),
-    Kind<scenegraph::tree::NSceneGraphTreeNode>("NSceneGraphTreeNode", DT_SCENEGRAPH_TREE, L"scenegraphtree", L"scene graph tree", L"scene graph tree", true, &D::GetTrees),
-    Kind<sound::NSoundNode>("NSoundNode", DT_SOUND, L"sound", L"sound", L"sound", false, &D::GetSounds),
-    Kind<texture::NTextureNode>("NTextureNode", DT_TEXTURE, L"texture", L"texture", L"texture", true, &D::GetTextures),
-    Item<NSceneGraphCameraNode>("NSceneGraphCameraNode", L"camera", false),
-    Item<NSceneGraphGroupNode>("NSceneGraphGroupNode", L"group", true),
-    Item<NSceneGraphLightNode>("NSceneGraphLightNode", L"light", false),
-    Item<NSceneGraphModelNode>("NSceneGraphModelNode", L"model", true),
-    Item<NSceneGraphReferenceNode>("NSceneGraphReferenceNode", L"reference", false),
-    // clang-format on
-};
-
-// Every kind that a visitor can meet.
-#define CORVANTA_EVERY_KIND(KIND)               \
-  KIND(animation, NAnimationNode)               \
-  KIND(camera, NCameraNode)                     \
-  KIND(environment, NEnvironmentNode)           \
-  KIND(geometry, NGeometryNode)                 \
-  KIND(image, NImageNode)                       \
-  KIND(light, NLightNode)                       \
-  KIND(light_env, NLightEnvNode)                \
-  KIND(material, NMaterialNode)                 \
-  KIND(movie, NMovieNode)                       \
-  KIND(projection, NProjectionNode)             \
-  KIND(scene, NSceneNode)                       \
-  KIND(scenegraph::tree, NSceneGraphTreeNode)   \
-  KIND(sound, NSoundNode)                       \
-  KIND(texture, NTextureNode)                   \
-  KIND(scenegraph::item, NSceneGraphCameraNode) \
-  KIND(scenegraph::item, NSceneGraphGroupNode)  \
-  KIND(scenegraph::item, NSceneGraphLightNode)  \
-  KIND(scenegraph::item, NSceneGraphModelNode)  \
-  KIND(scenegraph::item, NSceneGraphReferenceNode)
-#define CORVANTA_MEET_CONST(SPACE, CLASS) \
-  void VisitImpl(data::domain::SPACE::CLASS const&) override { met.push_back(#CLASS); }
-#define CORVANTA_MEET(SPACE, CLASS) \
-  void VisitImpl(data::domain::SPACE::CLASS&) override { met.push_back(#CLASS); }
+NodeKind const kKinds[] = {CORVANTA_EVERY_KIND(CORVANTA_KIND_ROW)};
 
 struct Watcher final : NNodeWatcher {
   virtual ~Watcher() = default;
@@ -133,14 +96,9 @@ NVariant MakeProbe(NAttribute const& attribute, long index) {
 }
 
 struct NodeKindTest : testing::TestWithParam<NodeKind> {
-  NodeKindTest() {
-    world.attributes->AddObserver(*log);
-    node = GetParam().make(world.document);
-  }
-
-  support::World world;
-  Pointer<support::AttributeLog> const log{new support::AttributeLog};
-  Pointer<NNode> node;
+  World world;
+  Pointer<support::AttributeLog> const log = world.ListenToAttributes();
+  Pointer<NNode> node = GetParam().make(world.document);
 };
 
 TEST_P(NodeKindTest, StartsInItsDomainUnderItsName) {
@@ -165,7 +123,7 @@ TEST_P(NodeKindTest, TellsOfEachAttributeOnceAndCopiesNameAndValues) {
   ASSERT_EQ(static_cast<bool>(GetParam().copy), GetParam().isCopied);
   if (!GetParam().isCopied) return;
   auto const target = GetParam().make(world.document);
-  core::node::NNodeID const id = target->GetID();
+  NNodeID const id = target->GetID();
   node->SetName(L"copied");
   GetParam().copy(*node, *target);
   EXPECT_THAT(log->TakeNames(), ElementsAreArray(names));
@@ -176,6 +134,21 @@ TEST_P(NodeKindTest, TellsOfEachAttributeOnceAndCopiesNameAndValues) {
   EXPECT_EQ(target->GetName(), L"copied (2)");  // the source bears the name in the same domain
   EXPECT_TRUE(target->GetID() == id);
   EXPECT_EQ(target->GetDomain(), node->GetDomain());
+}
+
+TEST_P(NodeKindTest, IsTheHostOfTheAttributesItTellsOf) {
+  node->AddAttribute(L"one of the program", true);
+  auto const events = world.Listen(true);
+  for (auto i = node->GetAttributeBegin(); i != node->GetAttributeEnd(); ++i) {
+    events->react = [&](NSignal const& signal) {
+      EXPECT_EQ(signal.host, static_cast<NAttributeHost*>(node.get()));
+      EXPECT_EQ(signal.node, node.get());
+      EXPECT_EQ(signal.attribute, &*i);
+      EXPECT_EQ(&signal.attribute->GetHost(), signal.host);
+    };
+    i->SetValue(i->GetValue(), true);
+    EXPECT_THAT(events->Take(), ElementsAre("attributeChange"));
+  }
 }
 
 TEST_P(NodeKindTest, MeetsVisitorsAsItsExactClass) {
@@ -190,27 +163,16 @@ TEST_P(NodeKindTest, MeetsVisitorsAsItsExactClass) {
 INSTANTIATE_TEST_SUITE_P(Every, NodeKindTest, testing::ValuesIn(kKinds),
                          [](auto const& made) { return std::string(made.param.className); });
 
-TEST(NodeKinds, AreAllListed) {
-  std::vector<std::string> listed;
-  for (NodeKind const& kind : kKinds) listed.emplace_back(kind.className);
-#define CORVANTA_NAME(SPACE, CLASS) #CLASS,
-  EXPECT_THAT(listed, ElementsAreArray({CORVANTA_EVERY_KIND(CORVANTA_NAME)}));
-#undef CORVANTA_NAME
-}
-
 TEST(Domains, NeedNoMultiplexer) {
-  Pointer<scene::NSceneDomain> const scenes(
-      new scene::NSceneDomain(nullptr, nullptr, nullptr, nullptr));
-  Pointer<geometry::NGeometryDomain> const geometries(
-      new geometry::NGeometryDomain(nullptr, nullptr, nullptr));
+  auto const scenes = New<NSceneDomain>(nullptr, nullptr, nullptr, nullptr);
+  auto const geometries = New<NGeometryDomain>(nullptr, nullptr, nullptr);
   EXPECT_TRUE(scenes->CreateNode() && geometries->CreateNode());
 }
 
 // The accessors come from the rows of the tables: one of each type, and those written by hand.
 TEST(Accessors, ReachTheirAttributeAndNoOther) {
-  support::World world;
-  Pointer<support::AttributeLog> const log(new support::AttributeLog);
-  world.attributes->AddObserver(*log);
+  World world;
+  auto const log = world.ListenToAttributes();
   auto const expect = [&log](NNode& node, wchar_t const* name, NVariant const& value) {
     EXPECT_THAT(log->TakeNames(), ElementsAre(name));
     EXPECT_TRUE(node.QueryAttribute(name)->GetValue() == value) << testing::PrintToString(name);

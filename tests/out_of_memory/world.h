@@ -1,60 +1,40 @@
 #pragma once
 
 #include "tests/support/temporary_files.h"
-#include "tests/support/test.h"
+#include "tests/support/world.h"
 
 /// A small document with a node of every kind, and all that can be seen of it as a text.
 namespace corvanta::out_of_memory {
 
 namespace domain = data::domain;
-namespace item = domain::scenegraph::item;
 namespace mapping = domain::material::texture_mapping;
 template <class T>
-using Pointer = boost::intrusive_ptr<T>;
-template <class T>
-using Path = domain::scenegraph::NSceneGraphPath<T>;
+using Path = NSceneGraphPath<T>;
 
 /// Thrown by the listener that a sweep lets throw.
 struct Thrown {};
 
 /// Counts what it receives, and allocates nothing. Reacts to one of the calls, if it is told which.
-class Counter final : public data::events::NEventListener {
+class Counter final : public NForwardingListener {
  public:
-  int attributes = 0, lamps = 0, structure = 0, content = 0;
+  std::array<int, data::events::NSK_LAMP_CHANGE + 1> counts{};
   int callsBefore = -1;  // the reaction; below 0: there is none
   std::function<void()> react;
 
-  void Note(int& field, int by) {
-    field += by;
+  void Note() {
     if (callsBefore-- == 0) react();
   }
 
  private:
-  // clang-format off
-  void OnAttributeChange(core::attribute::NAttributeHost&, core::attribute::NAttribute const&) override { Note(attributes, 1); }
-  void OnFloorImageChange(domain::environment::NEnvironmentNode const&) override { Note(content, 0); }
-  void OnFloorGeometryChange(domain::environment::NEnvironmentNode const&) override { Note(content, 0); }
-  void OnAddLightEnv(domain::environment::NEnvironmentNode const&, domain::light_env::NLightEnvNode const&) override { Note(content, 0); }
-  void OnRemoveLightEnv(domain::environment::NEnvironmentNode const&, domain::light_env::NLightEnvNode const&) override { Note(content, 0); }
-  void OnEnvironmentMapImageChange(domain::material::NMaterialNode const&) override { Note(content, 0); }
-  void OnEnvironmentMapImageChange(domain::environment::NEnvironmentNode const&) override { Note(content, 0); }
-  void OnEnvironmentMapImageTypeChange(domain::material::NMaterialNode const&) override { Note(content, 0); }
-  void OnEnvironmentMapImageTypeChange(domain::environment::NEnvironmentNode const&) override { Note(content, 0); }
-  void OnSetBrdfTextureLocator(domain::material::NMaterialNode const&, core::locator::NLocator const&) override { Note(content, 0); }
-  void OnEnvironmentChange(domain::scene::NSceneNode const&, Pointer<domain::environment::NEnvironmentNode> const&) override { Note(content, 0); }
-  void OnSceneGraphTreeRootChange(domain::scenegraph::tree::NSceneGraphTreeHost const&, domain::scenegraph::tree::NSceneGraphTreeNode const&, Pointer<item::NSceneGraphItemNode> const&) override { Note(structure, 0); }
-  void OnLampChange(domain::light_env::NLightEnvNode const&, domain::light_env::NLamp const&, data::events::light_env::NLampEventType) override { Note(lamps, 1); }
-  void OnAddChild(item::NSceneGraphItemNode const&, item::NSceneGraphItemNode const&) override { Note(structure, 1); }
-  void OnRemoveChild(item::NSceneGraphItemNode const&, item::NSceneGraphItemNode const&) override { Note(structure, 100); }
-  void OnSceneGraphTreeChange(domain::scenegraph::tree::NSceneGraphTreeHost const&, Pointer<domain::scenegraph::tree::NSceneGraphTreeNode> const&) override { Note(structure, 1000); }
-  void OnSceneGraphTreeRootChange(domain::scenegraph::tree::NSceneGraphTreeNode const&, Pointer<item::NSceneGraphItemNode> const&) override { Note(structure, 10000); }
-  void OnGeometryChange(item::NSceneGraphModelNode const&, Pointer<domain::geometry::NGeometryNode> const&) override { Note(content, 1); }
-  void OnGeometryChange(domain::geometry::NGeometryNode const&, domain::geometry::NSurface const&, domain::geometry::NGeometryChangeType) override { Note(content, 100); }
-  void OnMaterialChange(item::NSceneGraphModelNode const&, Pointer<domain::material::NMaterialNode> const&) override { Note(content, 1000); }
-  void OnAddTexture(domain::material::NMaterialNode const&, unsigned int) override { Note(content, 10000); }
-  void OnRemoveTexture(domain::material::NMaterialNode const&, Pointer<domain::texture::NTextureNode> const&, Pointer<mapping::NTextureMapping> const&) override { Note(content, 100000); }
-  void OnTextureImageChange(domain::texture::NTextureNode const&) override { Note(content, 1000000); }
-  // clang-format on
+  void OnSignal(NSignal const& signal) override {
+    // A host that meets its tree late tells of the root whenever it is asked, and the locator is
+    // copied for the event when it has changed.
+    using namespace data::events;
+    bool const isCounted =
+        signal.kind != NSK_SHOWN_ROOT_CHANGE && signal.kind != NSK_SET_BRDF_TEXTURE_LOCATOR;
+    counts[signal.kind] += isCounted;
+    Note();
+  }
 };
 
 /// Observes trees and geometries themselves, before any host or model does.
@@ -64,88 +44,93 @@ class Neighbour final : public domain::scenegraph::tree::NSceneGraphTreeListener
   explicit Neighbour(Counter& counter) : m_counter(counter) {}
 
  private:
-  // clang-format off
-  void OnRootChangeImpl(Pointer<item::NSceneGraphItemNode> const&) override { m_counter.Note(m_counter.structure, 0); }
-  void OnControlTransformChangeImpl() override { m_counter.Note(m_counter.structure, 0); }
-  void OnGeometryChangeImpl(domain::geometry::NGeometryNode const&, domain::geometry::NSurface const&, domain::geometry::NGeometryChangeType) override { m_counter.Note(m_counter.content, 0); }
-  // clang-format on
+  void OnRootChangeImpl(Item const&) override { m_counter.Note(); }
+  void OnControlTransformChangeImpl() override { m_counter.Note(); }
+  void OnGeometryChangeImpl(NGeometryNode const&, NSurface const&,
+                            domain::geometry::NGeometryChangeType) override {
+    m_counter.Note();
+  }
 
   Counter& m_counter;
 };
 
 class Args final : public data::animation::NAnimationEngineArgs {
  public:
-  Pointer<domain::scene::NSceneNode> scene;
-  std::optional<Path<item::NSceneGraphCameraNode>> camera;
+  Pointer<NSceneNode> scene;
+  std::optional<Path<NSceneGraphCameraNode>> camera;
 
  private:
   void GetCamerasImpl(Cameras& out) const override { out.insert(*camera); }
   void GetScenesImpl(Scenes& out) const override { out.insert(scene); }
 };
 
-struct World {
+/// A second node of most kinds.
+struct Others {
+  explicit Others(support::World const& world) : w(world) {
+    lightEnv->CreateLamp(L"a lamp that was there before");
+  }
+
+  support::World const& w;
+  Model model = w.Make<NSceneGraphModelNode>();
+  Tree tree = w.MakeTree();
+  Pointer<NCameraNode> camera = w.cameras->CreateNode();
+  Pointer<NLightNode> light = w.lights->CreateNode();
+  Pointer<NImageNode> image = w.images->CreateNode();
+  Pointer<NTextureNode> texture = w.textures->CreateNode();
+  Pointer<NMaterialNode> material = w.materials->CreateNode();
+  Pointer<NGeometryNode> geometry = w.geometries->CreateNode();
+  Pointer<NEnvironmentNode> environment = w.environments->CreateNode();
+  Pointer<NLightEnvNode> lightEnv = w.lightEnvs->CreateNode();
+  Pointer<NProjectionNode> projection = w.projections->CreateNode();
+  Pointer<NAnimationNode> curves = w.animations->CreateNode();
+};
+
+struct World : support::World {
   explicit World(support::TemporaryFiles const& files);
 
   /// Lets every node go, from here and from the domains.
   void LetGo();
 
-  template <class T>
-  Pointer<T> Make() {
-    return document.GetItems().CreateNode<T>(NNodeID());
-  }
-  static Pointer<domain::geometry::NPolygonSurface> MakeSurface(float size);
-  Pointer<data::animation::NAnimationKey> MakeKey(double x);
+  static Pointer<NPolygonSurface> MakeSurface(float size);
+  Pointer<NAnimationKey> MakeKey(double x);
 
   support::TemporaryFiles const& files;
-  data::document::NDocument document;
-  Pointer<Counter> counter{new Counter};
-  Pointer<Neighbour> neighbour{new Neighbour(*counter)};
-  Pointer<item::NSceneGraphGroupNode> root = Make<item::NSceneGraphGroupNode>();
-  Pointer<item::NSceneGraphGroupNode> group = Make<item::NSceneGraphGroupNode>();
-  Pointer<item::NSceneGraphGroupNode> shownRoot = Make<item::NSceneGraphGroupNode>();
-  Pointer<item::NSceneGraphGroupNode> loose = Make<item::NSceneGraphGroupNode>();
-  Pointer<item::NSceneGraphModelNode> model = Make<item::NSceneGraphModelNode>();
-  Pointer<item::NSceneGraphModelNode> shownModel = Make<item::NSceneGraphModelNode>();
-  Pointer<item::NSceneGraphReferenceNode> reference = Make<item::NSceneGraphReferenceNode>();
-  Pointer<item::NSceneGraphLightNode> lightItem = Make<item::NSceneGraphLightNode>();
-  Pointer<item::NSceneGraphCameraNode> cameraItem = Make<item::NSceneGraphCameraNode>();
-  Pointer<domain::scenegraph::tree::NSceneGraphTreeNode> tree =
-      document.GetTrees().CreateNode(NNodeID());
-  Pointer<domain::scenegraph::tree::NSceneGraphTreeNode> shownTree =
-      document.GetTrees().CreateNode(NNodeID());
-  Pointer<domain::light::NLightNode> light = document.GetLights().CreateNode(NNodeID());
-  Pointer<domain::camera::NCameraNode> camera = document.GetCameras().CreateNode(NNodeID());
-  Pointer<domain::image::NImageNode> image = document.GetImages().CreateNode(NNodeID());
-  Pointer<domain::texture::NTextureNode> texture = document.GetTextures().CreateNode(NNodeID());
-  Pointer<domain::material::NMaterialNode> material = document.GetMaterials().CreateNode(NNodeID());
-  Pointer<domain::geometry::NGeometryNode> geometry =
-      document.GetGeometries().CreateNode(NNodeID());
-  Pointer<domain::geometry::NGeometryNode> sharing = document.GetGeometries().CreateNode(NNodeID());
-  Pointer<domain::geometry::NPolygonSurface> surface = MakeSurface(1);  // in both
-  Pointer<domain::scene::NSceneNode> scene = document.GetScenes().CreateNode(NNodeID());
-  Pointer<domain::environment::NEnvironmentNode> environment =
-      document.GetEnvironments().CreateNode(NNodeID());
-  Pointer<domain::light_env::NLightEnvNode> lightEnv =
-      document.GetLightEnvs().CreateNode(NNodeID());
-  Pointer<domain::projection::NProjectionNode> projection =
-      document.GetProjections().CreateNode(NNodeID());
-  Pointer<domain::animation::NAnimationNode> curves =
-      document.GetAnimations().CreateNode(NNodeID());
-  Pointer<data::operators::animation::NKeyFrameAnimation> curve{
-      new data::operators::animation::NKeyFrameAnimation};
-  Pointer<mapping::NUVWMapping> uvw{new mapping::NUVWMapping(mapping::NUVWMT_INTERNAL)};
-  Pointer<mapping::NProjectionMapping> projected{new mapping::NProjectionMapping};
-  Pointer<data::view::NView> view{new data::view::NView};
-  Pointer<data::view::NViewManager> views{new data::view::NViewManager(nullptr)};
-  Pointer<data::switches::NMaterialSwitch> materials{new data::switches::NMaterialSwitch};
-  Pointer<data::switches::NModelSwitch> models{new data::switches::NModelSwitch};
-  Pointer<data::animation::NAnimation> animation{new data::animation::NAnimation};
-  Pointer<data::animation::NAnimation> copy;  // what an operation has made
-  data::animation::NAnimationManager animations;
-  data::timeline::NTimeLineManager timelines;
-  Path<item::NSceneGraphModelNode> modelPath{*model, *tree};
-  Path<item::NSceneGraphLightNode> lightPath{*lightItem, *tree};
-  Path<item::NSceneGraphCameraNode> cameraPath{*cameraItem, *tree};
+  Pointer<Counter> counter = New<Counter>();
+  Pointer<Neighbour> neighbour = New<Neighbour>(*counter);
+  Group root = Make(), group = Make(), shownRoot = Make(), loose = Make();
+  Model model = Make<NSceneGraphModelNode>(), shownModel = Make<NSceneGraphModelNode>();
+  Reference reference = Make<NSceneGraphReferenceNode>();
+  Pointer<NSceneGraphLightNode> lightItem = Make<NSceneGraphLightNode>();
+  Camera cameraItem = Make<NSceneGraphCameraNode>();
+  Tree tree = MakeTree(), shownTree = MakeTree();
+  Pointer<NLightNode> light = lights->CreateNode();
+  Pointer<NCameraNode> camera = cameras->CreateNode();
+  Pointer<NImageNode> image = images->CreateNode();
+  Pointer<NTextureNode> texture = textures->CreateNode();
+  Pointer<NMaterialNode> material = materials->CreateNode();
+  Pointer<NGeometryNode> geometry = geometries->CreateNode(), sharing = geometries->CreateNode();
+  Pointer<NPolygonSurface> surface = MakeSurface(1);  // in both
+  Pointer<NSceneNode> scene = scenes->CreateNode();
+  Pointer<NEnvironmentNode> environment = environments->CreateNode();
+  Pointer<NLightEnvNode> lightEnv = lightEnvs->CreateNode();
+  Pointer<NProjectionNode> projection = projections->CreateNode();
+  Pointer<NAnimationNode> curves = animations->CreateNode();
+  std::optional<Others> other;
+  Pointer<NKeyFrameAnimation> curve = New<NKeyFrameAnimation>();
+  Pointer<NUVWMapping> uvw = New<NUVWMapping>(mapping::NUVWMT_INTERNAL);
+  Pointer<NProjectionMapping> projected = New<NProjectionMapping>();
+  Pointer<NView> view = New<NView>();
+  Pointer<NViewManager> views = New<NViewManager>(nullptr);
+  Pointer<NMaterialSwitch> materialSwitch = New<NMaterialSwitch>();
+  Pointer<NModelSwitch> modelSwitch = New<NModelSwitch>();
+  Pointer<data::switches::detail::NModelSet> set = New<data::switches::detail::NModelSet>();
+  Pointer<NAnimation> animation = New<NAnimation>();
+  Pointer<NAnimation> copy;  // what an operation has made
+  NAnimationManager presentations;
+  NTimeLineManager timelines;
+  Path<NSceneGraphModelNode> modelPath{*model, *tree};
+  Path<NSceneGraphLightNode> lightPath{*lightItem, *tree};
+  Path<NSceneGraphCameraNode> cameraPath{*cameraItem, *tree};
   Args args;
   std::vector<float> result;  // of an operation that only reads
   std::vector<data::operators::ray_picker::ModelPath> paths;

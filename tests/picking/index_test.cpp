@@ -5,7 +5,6 @@
 namespace corvanta::test {
 namespace {
 
-using data::domain::geometry::NPolygonSurface;
 using data::operators::ray_picker::detail::FindLeastHitExhaustively;
 using data::operators::ray_picker::detail::NTriangleIndex;
 
@@ -32,7 +31,7 @@ Pointer<NPolygonSurface> MakeSoup(std::mt19937& random, int count) {
     if (i % 100 == 13) indices.insert(indices.end(), {first, 0xFFFFFFFFu, first + 2});
   }
   indices.push_back(0);  // a last run of one
-  Pointer<NPolygonSurface> surface(new NPolygonSurface);
+  auto surface = New<NPolygonSurface>();
   surface->Assign(coords, coords, indices, {});
   return surface;
 }
@@ -54,9 +53,7 @@ Vec3 Direction(std::mt19937& random) {
 }
 
 TEST(TriangleIndex, EqualsTheExhaustiveLoopInEveryMode) {
-  unsigned const seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
+  Random random;
   std::uniform_real_distribution<float> any(-1, 1);
   int hits = 0;
   for (int mesh = 0; mesh != 6; ++mesh) {
@@ -108,7 +105,7 @@ TEST(TriangleIndex, MissesOnlyPhantoms) {
 }
 
 TEST(TriangleIndex, ServesOnlyRaysWithinItsBounds) {
-  float const nan = std::numeric_limits<float>::quiet_NaN();
+  float const nan = static_cast<float>(kNaN);
   for (auto const& [o, d] : std::vector<std::pair<Vec3, Vec3>>{{{2e9f, 0, 0}, {1, 0, 0}},
                                                                {{0, 0, 0}, {0, 0, 0}},
                                                                {{0, nan, 0}, {1, 0, 0}},
@@ -127,7 +124,7 @@ TEST(TriangleIndex, OfAThousandTrianglesAtOnePoint) {
     coords.insert(coords.end(), {i % 3 == 1 ? 1.0f : 0.0f, i % 3 == 2 ? 1.0f : 0.0f, 0});
     indices.push_back(i);
   }
-  Pointer<NPolygonSurface> surface(new NPolygonSurface);
+  auto surface = New<NPolygonSurface>();
   surface->Assign(coords, coords, indices, {});
   NTriangleIndex const index(*surface);
   EXPECT_EQ(index.GetTriangleCount(), 1000u);

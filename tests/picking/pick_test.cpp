@@ -1,33 +1,37 @@
 #include "corvanta/core/detail/scope_exit.h"
 #include "corvanta/data/operators/ray_picker/detail/least_hit.h"
-#include "tests/scenegraph/graph.h"
+#include "tests/support/world.h"
 
 namespace corvanta::test {
 namespace {
 
 namespace picker = data::operators::ray_picker;
-using VX_Math::Line;
-using VX_Math::Plane;
 
-struct Picked : Graph {
+class Pick : public WorldTest {
+ protected:
   Group root = Make();
   Tree shown = MakeTree(root);
-  Pointer<data::domain::scene::NSceneNode> scene = scenes->CreateNode(NNodeID());
+  Pointer<NSceneNode> scene = scenes->CreateNode();
   std::vector<picker::ModelPath> paths;
   std::vector<Vec3> points;
+  Vec2 const middle{0.5f, 0.5f};
 
-  Picked() { scene->SetSceneGraph(shown); }
+  void SetUp() override { scene->SetSceneGraph(shown); }
 
+  /// Gives a model these triangles.
+  static void Assign(Model const& model, std::vector<float> const& coords,
+                     std::vector<unsigned> const& indices) {
+    (*model->GetGeometryNode()->GetSurfaces().begin())->Assign(coords, coords, indices, {});
+  }
   /// A square of two triangles facing z, at `z`.
-  Model MakeSquare(float z, float size = 1) {
-    Model model = MakeModel({0, 0, 0}, {1, 1, 1});
-    std::vector<float> const coords{-size, -size, z, size, -size, z, size, size, z, -size, size, z};
-    (*model->GetGeometryNode()->GetSurfaces().begin())
-        ->Assign(coords, coords, std::vector<unsigned>{0, 1, 2, 0, 2, 3}, {});
+  Model MakeSquare(float z, float size = 1) const {
+    Model model = MakeModel();
+    Assign(model, {-size, -size, z, size, -size, z, size, size, z, -size, size, z},
+           {0, 1, 2, 0, 2, 3});
     return model;
   }
   /// Straight down z: the unit square of the view is x and y from -1 to 1, z from 10 to -10.
-  bool Pick(float x, float y) {
+  bool PickAt(float x, float y) {
     paths.clear();
     points.clear();
     Vec2 const point((x + 1) / 2, (y + 1) / 2);
@@ -36,170 +40,156 @@ struct Picked : Graph {
   Matrix view{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, -0.05f, 0, 0, 0, 0.5f, 1};
 };
 
-TEST(Pick, NearestFirstAndHiddenNever) {
-  Picked world;
-  Model const far = world.MakeSquare(-3), near = world.MakeSquare(2), hidden = world.MakeSquare(5);
-  Group const group = world.Make();
-  for (Model const& model : {far, near, hidden}) world.root->AddChild(*model);
-  world.root->AddChild(*group);
-  Model const below = world.MakeSquare(1);
+TEST_F(Pick, NearestFirstAndHiddenNever) {
+  Model const far = MakeSquare(-3), near = MakeSquare(2), hidden = MakeSquare(5);
+  Group const group = Make();
+  for (Model const& model : {far, near, hidden}) root->AddChild(*model);
+  root->AddChild(*group);
+  Model const below = MakeSquare(1);
   hidden->AddChild(*below);
   hidden->SetIsVisibleFlag(false);
-  ASSERT_TRUE(world.Pick(0.5f, 0.25f));
-  ASSERT_EQ(world.paths.size(), 2u);
-  EXPECT_EQ(world.paths[0].GetNode(), near);
-  EXPECT_EQ(world.paths[1].GetNode(), far);
-  EXPECT_TRUE(Near(world.points[0], {0.5f, 0.25f, 2}));
-  EXPECT_TRUE(IsValid(world.paths[0]));
+  ASSERT_TRUE(PickAt(0.5f, 0.25f));
+  ASSERT_EQ(paths.size(), 2u);
+  EXPECT_EQ(paths[0].GetNode(), near);
+  EXPECT_EQ(paths[1].GetNode(), far);
+  EXPECT_TRUE(Near(points[0], {0.5f, 0.25f, 2}));
+  EXPECT_TRUE(IsValid(paths[0]));
   hidden->SetIsVisibleFlag(true);
-  ASSERT_TRUE(world.Pick(0, 0));
-  EXPECT_EQ(world.paths.size(), 4u);
-  EXPECT_FALSE(world.Pick(3, 3));
+  ASSERT_TRUE(PickAt(0, 0));
+  EXPECT_EQ(paths.size(), 4u);
+  EXPECT_FALSE(PickAt(3, 3));
 }
 
-TEST(Pick, AnItemThatASilentWriteMadeAbsoluteIsMetWhereItStandsNow) {
-  Picked world;
-  Group const group = world.Make();
+TEST_F(Pick, AnItemThatASilentWriteMadeAbsoluteIsMetWhereItStandsNow) {
+  Group const group = Make();
   group->SetTranslationX(10);
-  Model const model = world.MakeSquare(0), other = world.MakeSquare(1);
+  Model const model = MakeSquare(0), other = MakeSquare(1);
   other->SetTranslationX(-20);
   for (Model const& child : {model, other}) group->AddChild(*child);
-  world.root->AddChild(*group);
-  EXPECT_FALSE(world.Pick(0, 0));
+  root->AddChild(*group);
+  EXPECT_FALSE(PickAt(0, 0));
   model->QueryAttribute(item::AN_TRANSFORM_IS_ABSOLUTE)->SetValue(true, false);
-  EXPECT_TRUE(world.Pick(0, 0));
-  EXPECT_EQ(world.paths.front().GetNode(), model);
+  EXPECT_TRUE(PickAt(0, 0));
+  EXPECT_EQ(paths.front().GetNode(), model);
 }
 
-TEST(Pick, TheRootStandsForItsChildrenAlone) {
-  Picked world;
-  Model const model = world.MakeSquare(0);
-  world.shown->SetRoot(model);
-  EXPECT_FALSE(world.Pick(0, 0));
-  std::vector<item::NSceneGraphModelNode const*> models;
+TEST_F(Pick, TheRootStandsForItsChildrenAlone) {
+  Model const model = MakeSquare(0);
+  shown->SetRoot(model);
+  EXPECT_FALSE(PickAt(0, 0));
+  std::vector<NSceneGraphModelNode const*> models;
   Line const line({0, 0, 5}, {0, 0, 0});
   EXPECT_TRUE(picker::PickModel(*model, &line, models));
-  EXPECT_EQ(models, (std::vector<item::NSceneGraphModelNode const*>{model.get()}));
+  EXPECT_EQ(models, (std::vector<NSceneGraphModelNode const*>{model.get()}));
   EXPECT_FALSE(picker::PickModel(*model, nullptr, models));
-  world.shown->SetRoot({});
-  EXPECT_FALSE(world.Pick(0, 0));
+  shown->SetRoot({});
+  EXPECT_FALSE(PickAt(0, 0));
 }
 
-TEST(Pick, AModelWhoseNearestTriangleLiesBehindDropsOut) {
-  Picked world;
-  Model const both = world.MakeSquare(20);  // behind the origin at z = 10
+TEST_F(Pick, AModelWhoseNearestTriangleLiesBehindDropsOut) {
+  Model const both = MakeSquare(20);  // behind the origin at z = 10
   std::vector<float> const coords{-1, -1, 20, 1, -1, 20, 0, 1, 20, -1, -1, 0, 1, -1, 0, 0, 1, 0};
-  (*both->GetGeometryNode()->GetSurfaces().begin())
-      ->Assign(coords, coords, std::vector<unsigned>{0, 1, 2, 3, 4, 5}, {});
-  world.root->AddChild(*both);
-  EXPECT_FALSE(world.Pick(0, 0));
+  Assign(both, coords, {0, 1, 2, 3, 4, 5});
+  root->AddChild(*both);
+  EXPECT_FALSE(PickAt(0, 0));
 }
 
-TEST(Pick, AreaAndPlaneModes) {
-  Picked world;
-  Model const first = world.MakeSquare(2), second = world.MakeSquare(-2);
-  world.root->AddChild(*first);
-  world.root->AddChild(*second);
-  Vec2 const middle(0.5f, 0.5f);
+TEST_F(Pick, AreaAndPlaneModes) {
+  Model const first = MakeSquare(2), second = MakeSquare(-2);
+  root->AddChild(*first);
+  root->AddChild(*second);
   auto const inArea = [&](Box3 const& area) {
-    world.paths.clear();
-    return picker::PickDetailInArea(*world.scene, &middle, &world.view, area, world.paths,
-                                    world.points);
+    paths.clear();
+    return picker::PickDetailInArea(*scene, &middle, &view, area, paths, points);
   };
   EXPECT_TRUE(inArea(Box3({-1, -1, -3}, {1, 1, -1})));
-  ASSERT_EQ(world.paths.size(), 1u);
-  EXPECT_EQ(world.paths[0].GetNode(), second);
+  ASSERT_EQ(paths.size(), 1u);
+  EXPECT_EQ(paths[0].GetNode(), second);
   EXPECT_FALSE(inArea(Box3()));
   auto const fromPlane = [&](Plane const& plane) {
-    world.paths.clear();
-    world.points.clear();
-    return picker::PickDetailFromPlane(*world.scene, &middle, &world.view, plane, world.paths,
-                                       world.points);
+    paths.clear();
+    points.clear();
+    return picker::PickDetailFromPlane(*scene, &middle, &view, plane, paths, points);
   };
   EXPECT_TRUE(fromPlane(Plane(Vec3(0, 0, 1), 1.0)));
-  ASSERT_EQ(world.paths.size(), 1u);
-  EXPECT_EQ(world.paths[0].GetNode(), second);
-  ASSERT_EQ(world.points.size(), 2u);
-  EXPECT_TRUE(Near(world.points[1], {0, 0, 1}));
+  ASSERT_EQ(paths.size(), 1u);
+  EXPECT_EQ(paths[0].GetNode(), second);
+  ASSERT_EQ(points.size(), 2u);
+  EXPECT_TRUE(Near(points[1], {0, 0, 1}));
   EXPECT_FALSE(fromPlane(Plane(Vec3(1, 0, 0), 7.0))) << "parallel: nothing lies beyond it";
 }
 
-TEST(Pick, ImpossibleRaysMiss) {
-  Picked world;
-  world.root->AddChild(*world.MakeSquare(0));
-  Group const flat = world.Make();
+TEST_F(Pick, ImpossibleRaysMiss) {
+  root->AddChild(*MakeSquare(0));
+  Group const flat = Make();
   flat->SetScaleZ(0);
-  flat->AddChild(*world.MakeSquare(0));
-  world.root->AddChild(*flat);
-  float const nan = std::numeric_limits<float>::quiet_NaN();
+  flat->AddChild(*MakeSquare(0));
+  root->AddChild(*flat);
   Matrix singular;
   singular.SetScale(Vec3(0, 0, 0));
-  Vec2 const middle(0.5f, 0.5f), nowhere(nan, 0);
-  EXPECT_FALSE(picker::PickDetail(*world.scene, &middle, &singular, world.paths, world.points));
-  EXPECT_FALSE(picker::PickDetail(*world.scene, &nowhere, &world.view, world.paths, world.points));
-  std::vector<item::NSceneGraphModelNode const*> models;
-  for (auto const& [point, view] :
-       {std::pair<Vec2 const*, Matrix const*>(nullptr, &world.view), {&middle, nullptr}}) {
-    EXPECT_FALSE(picker::PickDetail(*world.scene, point, view, world.paths, world.points));
-    EXPECT_FALSE(picker::PickDetail(*world.scene, point, view, models));
-    EXPECT_FALSE(picker::PickDetailInArea(*world.scene, point, view, Box3({-1, -1, -1}, {1, 1, 1}),
-                                          world.paths, world.points));
-    EXPECT_FALSE(picker::PickDetailFromPlane(*world.scene, point, view, Plane(Vec3(0, 0, 1), 1.0),
-                                             world.paths, world.points));
+  Vec2 const nowhere(static_cast<float>(kNaN), 0);
+  EXPECT_FALSE(picker::PickDetail(*scene, &middle, &singular, paths, points));
+  EXPECT_FALSE(picker::PickDetail(*scene, &nowhere, &view, paths, points));
+  std::vector<NSceneGraphModelNode const*> models;
+  for (auto const& [at, matrix] :
+       {std::pair<Vec2 const*, Matrix const*>(nullptr, &view), {&middle, nullptr}}) {
+    EXPECT_FALSE(picker::PickDetail(*scene, at, matrix, paths, points));
+    EXPECT_FALSE(picker::PickDetail(*scene, at, matrix, models));
+    EXPECT_FALSE(
+        picker::PickDetailInArea(*scene, at, matrix, Box3({-1, -1, -1}, {1, 1, 1}), paths, points));
+    EXPECT_FALSE(
+        picker::PickDetailFromPlane(*scene, at, matrix, Plane(Vec3(0, 0, 1), 1.0), paths, points));
   }
   Line const still({0, 0, 5}, {0, 0, 5});
-  EXPECT_FALSE(picker::PickModel(*world.root, &still, models));
-  EXPECT_TRUE(world.Pick(0, 0));
-  EXPECT_EQ(world.paths.size(), 1u);
+  EXPECT_FALSE(picker::PickModel(*root, &still, models));
+  EXPECT_TRUE(PickAt(0, 0));
+  EXPECT_EQ(paths.size(), 1u);
 }
 
-TEST(Pick, InPerspectiveAndOfAnItemInTwoLists) {
-  Picked world;
-  Model const square = world.MakeSquare(0, 8);
-  Group const former = world.Make();
-  for (Group const& group : {former, world.Make()}) world.root->AddChild(*group);
+TEST_F(Pick, InPerspectiveAndOfAnItemInTwoLists) {
+  Model const square = MakeSquare(0, 8);
+  Group const former = Make();
+  for (Group const& group : {former, Make()}) root->AddChild(*group);
   former->AddChild(*square);
-  world.root->AddChild(*square, 0);  // its former parent keeps it in its list
-  world.view = platform::MatrixLookAtRH({0, 0, 10}, {}, {0, 1, 0});
-  world.view.MultRight(platform::MatrixPerspectiveOffCenterRH(-1, 1, -1, 1, 1, 100));
-  ASSERT_TRUE(world.Pick(0.5f, -0.25f));
-  EXPECT_EQ(world.paths.size(), 2u);
-  EXPECT_TRUE(Near(world.points[0], {5, -2.5f, 0}));
+  root->AddChild(*square, 0);  // its former parent keeps it in its list
+  view = platform::MatrixLookAtRH({0, 0, 10}, {}, {0, 1, 0});
+  view.MultRight(platform::MatrixPerspectiveOffCenterRH(-1, 1, -1, 1, 1, 100));
+  ASSERT_TRUE(PickAt(0.5f, -0.25f));
+  EXPECT_EQ(paths.size(), 2u);
+  EXPECT_TRUE(Near(points[0], {5, -2.5f, 0}));
 }
 
-TEST(Pick, ATreeThatShowsItselfAndADeepOneEnd) {
-  Picked world;
-  world.root->AddChild(*world.MakeReference(world.shown));
-  Item nested = world.MakeSquare(3);
+TEST_F(Pick, ATreeThatShowsItselfAndADeepOneEnd) {
+  root->AddChild(*MakeReference(shown));
+  Item nested = MakeSquare(3);
   for (int i = 0; i != 20000; ++i) {
-    Group const root = world.Make();
-    root->AddChild(*nested);
-    nested = world.MakeReference(world.MakeTree(root));
+    Group const top = Make();
+    top->AddChild(*nested);
+    nested = MakeReference(MakeTree(top));
   }
-  world.root->AddChild(*nested);
-  Group last = world.root;
+  root->AddChild(*nested);
+  Group last = root;
   for (int i = 0; i != 100000; ++i) {
-    Group next = world.Make();
+    Group next = Make();
     last->AddChild(*next);
     last = next;
   }
-  last->AddChild(*world.MakeSquare(1));
-  ASSERT_TRUE(world.Pick(0, 0));
-  ASSERT_EQ(world.paths.size(), 2u);
-  EXPECT_EQ(world.paths[0].GetCheckPoints().size(), 20000u);
+  last->AddChild(*MakeSquare(1));
+  ASSERT_TRUE(PickAt(0, 0));
+  ASSERT_EQ(paths.size(), 2u);
+  EXPECT_EQ(paths[0].GetCheckPoints().size(), 20000u);
 }
 
-TEST(Pick, ReadOutsAreThereAfterAWalkFromAnItem) {
-  Picked world;
-  Model const model = world.MakeSquare(-3), own = world.MakeSquare(5);
-  Group const inner = world.Make();
+TEST_F(Pick, ReadOutsAreThereAfterAWalkFromAnItem) {
+  Model const model = MakeSquare(-3), own = MakeSquare(5);
+  Group const inner = Make();
   inner->AddChild(*model);
-  Reference const reference = world.MakeReference(world.MakeTree(inner));
+  Reference const reference = MakeReference(MakeTree(inner));
   reference->AddChild(*own);
-  picker::NRayPicker walk;
+  NRayPicker walk;
   walk.SetRay(Line({0, 0, 10}, {0, 0, 0}));
   reference->Accept(walk);
-  picker::NRayPicker const& found = walk;
+  NRayPicker const& found = walk;
   EXPECT_EQ(found.GetPickCount(), 2u);
   EXPECT_EQ(found.GetCheckPoints(0), (scenegraph::NCheckPoints{*reference}));
   walk.CheckDetail();
@@ -214,32 +204,28 @@ TEST(Pick, ReadOutsAreThereAfterAWalkFromAnItem) {
   found.DebugOutPut();
 }
 
-TEST(Pick, EqualDistancesStayInTheOrderOfTheWalk) {
-  Picked world;
-  std::vector<item::NSceneGraphModelNode const*> expected, models;
+TEST_F(Pick, EqualDistancesStayInTheOrderOfTheWalk) {
+  std::vector<NSceneGraphModelNode const*> expected, models;
   for (int i = 0; i != 40; ++i) {
-    Model const model = world.MakeSquare(0);
+    Model const model = MakeSquare(0);
     // Boxes of other depths: what a vertex without a triangle makes of them.
     auto const depth = static_cast<float>(i * 7 % 5);
     std::vector<float> const coords{-1, -1, 0, 1, -1, 0, 0, 1, 0, 0, 0, depth};
-    (*model->GetGeometryNode()->GetSurfaces().begin())
-        ->Assign(coords, coords, std::vector<unsigned>{0, 1, 2}, {});
-    world.root->AddChild(*model);
+    Assign(model, coords, {0, 1, 2});
+    root->AddChild(*model);
     expected.push_back(model.get());
   }
-  Vec2 const middle(0.5f, 0.5f);
-  ASSERT_TRUE(picker::PickDetail(*world.scene, &middle, &world.view, models));
+  ASSERT_TRUE(picker::PickDetail(*scene, &middle, &view, models));
   EXPECT_EQ(models, expected);
 }
 
-TEST(Pick, TheControlTransformIsThatOfTheLastScenesTree) {
-  Picked world;
-  Group const group = world.Make();
-  Model const absolute = world.MakeSquare(0, 4);
+TEST_F(Pick, TheControlTransformIsThatOfTheLastScenesTree) {
+  Group const group = Make();
+  Model const absolute = MakeSquare(0, 4);
   absolute->SetTransformIsAbsoluteFlag(true);
   group->AddChild(*absolute);
-  auto const empty = world.scenes->CreateNode(NNodeID());
-  picker::NRayPicker walk;
+  auto const empty = scenes->CreateNode();
+  NRayPicker walk;
   walk.SetRay(Line({3, 3, 10}, {3, 3, 0}));
   // The group's box is computed with the control transform that the picker has.
   auto const picks = [&] {
@@ -248,16 +234,16 @@ TEST(Pick, TheControlTransformIsThatOfTheLastScenesTree) {
     group->Accept(walk);
     return walk.GetPickCount() != before;
   };
-  world.scene->Accept(walk);
+  scene->Accept(walk);
   EXPECT_TRUE(picks());
-  world.shown->SetUnit(0.1);
+  shown->SetUnit(0.1);
   EXPECT_FALSE(picks()) << "the tree's as it is now";
   empty->Accept(walk);
   EXPECT_TRUE(picks()) << "no tree: the identity";
 }
 
-TEST(Pick, APlaneThatIsMissedLeavesThePlaneHit) {
-  picker::NRayPicker walk;
+TEST_F(Pick, APlaneThatIsMissedLeavesThePlaneHit) {
+  NRayPicker walk;
   walk.SetRay(Line({0, 0, 10}, {0, 0, 0}));
   EXPECT_EQ(walk.GetPlaneHit(), Vec3());
   walk.SetPlane(Plane(Vec3(0, 0, 1), 4.0));
@@ -267,32 +253,30 @@ TEST(Pick, APlaneThatIsMissedLeavesThePlaneHit) {
   EXPECT_EQ(walk.GetPlaneHit(), hit);
 }
 
-TEST(Pick, EndsBeyondItsBudgetAsIfItHadNotBegun) {
-  Picked world;
-  Model const model = world.MakeSquare(0);
-  Group root = world.Make();
-  root->AddChild(*model);
-  Tree shown = world.MakeTree(root);
+TEST_F(Pick, EndsBeyondItsBudgetAsIfItHadNotBegun) {
+  Model const model = MakeSquare(0);
+  Group top = Make();
+  top->AddChild(*model);
+  Tree doubled = MakeTree(top);
   for (int level = 0; level != 26; ++level) {
-    root = world.Make();
-    for (int i = 0; i != 2; ++i) root->AddChild(*world.MakeReference(shown));
-    root->GetChildren().front()->SetTranslationZ(-1);
-    shown = world.MakeTree(root);
+    top = Make();
+    for (int i = 0; i != 2; ++i) top->AddChild(*MakeReference(doubled));
+    top->GetChildren().front()->SetTranslationZ(-1);
+    doubled = MakeTree(top);
   }
-  Tree const doubled = shown;
-  Group const other = world.Make();
-  other->AddChild(*world.MakeSquare(1));
+  Group const other = Make();
+  other->AddChild(*MakeSquare(1));
   core::detail::ScopeExit const reset(
       [] { scenegraph::SetWalkBudget(scenegraph::kDefaultWalkBudget); });
   scenegraph::SetWalkBudget(1000);
-  picker::NRayPicker walk;
+  NRayPicker walk;
   walk.SetRay(Line({0, 0, 10}, {0, 0, 0}));
-  world.scene->SetSceneGraph(world.MakeTree(other));
-  world.scene->Accept(walk);
+  scene->SetSceneGraph(MakeTree(other));
+  scene->Accept(walk);
   auto const path = walk.GetItemPath(0);
-  world.scene->SetSceneGraph(doubled);
-  EXPECT_THROW(world.scene->Accept(walk), scenegraph::NSceneGraphWalkError);
-  EXPECT_THROW(world.Pick(0, 0), scenegraph::NSceneGraphWalkError);
+  scene->SetSceneGraph(doubled);
+  EXPECT_THROW(scene->Accept(walk), scenegraph::NSceneGraphWalkError);
+  EXPECT_THROW(PickAt(0, 0), scenegraph::NSceneGraphWalkError);
   EXPECT_EQ(walk.GetPickCount(), 1u);
   EXPECT_TRUE(walk.GetItemPath(0) == path) << "the first scene's tree";
   other->Accept(walk);
@@ -308,21 +292,15 @@ struct NaiveWalk {
   struct Hit {
     double distance;
     Vec3 point;
-    item::NSceneGraphModelNode const* model;
-    std::vector<item::NSceneGraphReferenceNode const*> through;
-
-    bool operator<(Hit const& other) const {
-      return std::tie(distance, model, through) <
-             std::tie(other.distance, other.model, other.through);
-    }
+    NSceneGraphModelNode const* model;
+    std::vector<NSceneGraphReferenceNode const*> through;
   };
   Line ray;
-  std::vector<Matrix> stack{Matrix()};
-  std::vector<Matrix> controls{Matrix()};
-  std::vector<item::NSceneGraphReferenceNode const*> through;
+  std::vector<Matrix> stack{Matrix()}, controls{Matrix()};
+  std::vector<NSceneGraphReferenceNode const*> through;
   std::vector<Hit> hits;
 
-  void Push(item::NSceneGraphItemNode const& at) {
+  void Push(NSceneGraphItemNode const& at) {
     stack.push_back(at.TransformIsAbsolute() ? at.GetTransform()
                                              : at.GetTransform() * stack.back());
   }
@@ -331,7 +309,7 @@ struct NaiveWalk {
     inverse.MultVecMatrix(ray.GetOrigin(), o);
     inverse.MultDirMatrix(ray.GetDirection(), d);
   }
-  bool MeetsBox(item::NSceneGraphItemNode const& at) const {
+  bool MeetsBox(NSceneGraphItemNode const& at) const {
     Box3 const& box = at.GetBoundingBox(stack.back(), controls.back());
     if (box.IsEmpty()) return false;
     Vec3 o, d;
@@ -346,7 +324,7 @@ struct NaiveWalk {
     }
     return true;
   }
-  void VisitTree(tree::NSceneGraphTreeNode const& at) {
+  void VisitTree(NSceneGraphTreeNode const& at) {
     auto const root = at.GetRoot();
     if (!root) return;
     stack.push_back(at.GetControlTransform() * stack.back());
@@ -354,11 +332,11 @@ struct NaiveWalk {
     if (MeetsBox(*root)) VisitChildren(*root);
     stack.resize(stack.size() - 2);
   }
-  void VisitChildren(item::NSceneGraphItemNode const& at) {
+  void VisitChildren(NSceneGraphItemNode const& at) {
     for (auto const& child : at.GetChildren()) Visit(*child);
   }
-  void Visit(item::NSceneGraphItemNode const& at) {
-    if (auto const* reference = dynamic_cast<item::NSceneGraphReferenceNode const*>(&at)) {
+  void Visit(NSceneGraphItemNode const& at) {
+    if (auto const* reference = dynamic_cast<NSceneGraphReferenceNode const*>(&at)) {
       Push(at);
       stack.push_back(controls.back().Inverse() * stack.back());
       through.push_back(reference);
@@ -373,12 +351,12 @@ struct NaiveWalk {
     }
     if (!at.IsVisible()) return;
     Push(at);
-    auto const* model = dynamic_cast<item::NSceneGraphModelNode const*>(&at);
+    auto const* model = dynamic_cast<NSceneGraphModelNode const*>(&at);
     if (model != nullptr || MeetsBox(at)) VisitChildren(at);
     if (model != nullptr && MeetsBox(at)) Test(*model);
     stack.pop_back();
   }
-  void Test(item::NSceneGraphModelNode const& model) {
+  void Test(NSceneGraphModelNode const& model) {
     Vec3 o, d;
     Local(o, d);
     double const t = picker::detail::FindLeastHitExhaustively(
@@ -390,28 +368,25 @@ struct NaiveWalk {
   }
 };
 
-TEST(Pick, AgainstANaiveWalkUnderRandomEdits) {
-  unsigned const seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
+TEST_F(Pick, AgainstANaiveWalkUnderRandomEdits) {
+  Random random;
   std::uniform_real_distribution<float> any(-1, 1);
-  Picked world;
-  Group const innerRoot = world.Make();
-  Tree const inner = world.MakeTree(innerRoot);
+  Group const innerRoot = Make();
+  Tree const inner = MakeTree(innerRoot);
   inner->SetUnit(0.5);
   inner->SetCoordConversion(tree::CCV_ZUP_TO_YUP);
-  std::vector<Item> all[2] = {{world.root}, {innerRoot}};
+  std::vector<Item> all[2] = {{root}, {innerRoot}};
   for (int i = 0; i != 160; ++i) {
-    auto& items = all[i % 2];
-    Item made = i % 5 == 0 ? Item(world.Make()) : Item(world.MakeSquare(any(random), 0.5f));
-    if (i % 40 == 2) made = world.MakeReference(inner);
-    items[random() % std::min<std::size_t>(items.size(), 12)]->AddChild(*made);
-    items.push_back(made);
+    auto& among = all[i % 2];
+    Item made = i % 5 == 0 ? Item(Make()) : Item(MakeSquare(any(random), 0.5f));
+    if (i % 40 == 2) made = MakeReference(inner);
+    among[random() % std::min<std::size_t>(among.size(), 12)]->AddChild(*made);
+    among.push_back(made);
   }
   std::size_t hitCount = 0;
   for (int step = 0; step != 400; ++step) {
-    auto& items = all[random() % 2];
-    Item const& edited = items[1 + random() % (items.size() - 1)];
+    auto& among = all[random() % 2];
+    Item const& edited = among[1 + random() % (among.size() - 1)];
     switch (random() % 5) {
       case 0:
         Move(*edited, any(random), any(random), any(random));
@@ -435,20 +410,20 @@ TEST(Pick, AgainstANaiveWalkUnderRandomEdits) {
                       Vec3(any(random), any(random), any(random)));
       NaiveWalk naive;
       naive.ray = line;
-      naive.controls.front() = world.shown->GetControlTransform();
-      naive.VisitTree(*world.shown);
-      picker::NRayPicker found;
+      naive.controls.front() = shown->GetControlTransform();
+      naive.VisitTree(*shown);
+      NRayPicker found;
       found.SetRay(line);
-      world.scene->Accept(found);
+      scene->Accept(found);
       found.SortWithDistance();
       found.CheckDetail();
       ASSERT_EQ(found.GetPickCount(), naive.hits.size()) << "step " << step;
-      std::set<NaiveWalk::Hit> const expected(naive.hits.begin(), naive.hits.end());
       for (unsigned long i = 0; i != found.GetPickCount(); ++i) {
-        bool const isThere = std::any_of(expected.begin(), expected.end(), [&](auto const& hit) {
-          return hit.model == found.GetModelNode(i) && hit.point == found.GetAbsHitPoint(i) &&
-                 hit.through.size() == found.GetItemPath(i).GetCheckPoints().size();
-        });
+        bool const isThere =
+            std::any_of(naive.hits.begin(), naive.hits.end(), [&](auto const& hit) {
+              return hit.model == found.GetModelNode(i) && hit.point == found.GetAbsHitPoint(i) &&
+                     hit.through.size() == found.GetItemPath(i).GetCheckPoints().size();
+            });
         ASSERT_TRUE(isThere) << "step " << step << ", hit " << i;
       }
       hitCount += naive.hits.size();
@@ -457,8 +432,7 @@ TEST(Pick, AgainstANaiveWalkUnderRandomEdits) {
   EXPECT_GT(hitCount, 500u);
 }
 
-TEST(Pick, AMeshThatIsPickedOftenGivesTheSameHits) {
-  Picked world;
+TEST_F(Pick, AMeshThatIsPickedOftenGivesTheSameHits) {
   std::vector<float> coords;
   std::vector<unsigned> indices;
   constexpr unsigned kSide = 40;
@@ -469,43 +443,35 @@ TEST(Pick, AMeshThatIsPickedOftenGivesTheSameHits) {
     if (i % kSide == kSide - 1 || i / kSide == kSide - 1) continue;
     indices.insert(indices.end(), {i, i + 1, i + kSide, i + 1, i + kSide + 1, i + kSide});
   }
-  Model const model = world.MakeSquare(0);
+  Model const model = MakeSquare(0);
   auto const surface = *model->GetGeometryNode()->GetSurfaces().begin();
   surface->Assign(coords, coords, indices, {});
-  world.root->AddChild(*model);
+  root->AddChild(*model);
   std::vector<Vec3> first;
   for (int round = 0; round != 3; ++round) {
     for (int i = 0; i != 12; ++i) {
-      ASSERT_TRUE(world.Pick(0.07f * static_cast<float>(i) - 0.4f, 0.31f));
+      ASSERT_TRUE(PickAt(0.07f * static_cast<float>(i) - 0.4f, 0.31f));
       if (round == 0) {
-        first.push_back(world.points[0]);
+        first.push_back(points[0]);
       } else {
-        EXPECT_EQ(world.points[0], first[static_cast<std::size_t>(i)]);
+        EXPECT_EQ(points[0], first[static_cast<std::size_t>(i)]);
       }
     }
   }
   for (std::size_t z = 2; z < coords.size(); z += 3) coords[z] += 0.125f;
   auto const isNewHit = [&] {
-    return world.Pick(0.02f, 0.31f) && Near(world.points[0], first[6] + Vec3(0, 0, 0.125f));
+    return PickAt(0.02f, 0.31f) && Near(points[0], first[6] + Vec3(0, 0, 0.125f));
   };
   // A listener of a node that holds the surface too picks, and throws.
-  auto const before = world.geometries->CreateNode(NNodeID());
+  auto const before = geometries->CreateNode();
   before->AddSurface(*surface);
-  auto const after = world.geometries->CreateNode(NNodeID());
+  auto const after = geometries->CreateNode();
   after->AddSurface(*surface);
   model->SetGeometryNode(after);
-  for (int i = 0; i != 12; ++i) ASSERT_TRUE(world.Pick(0.02f, 0.31f));
-  struct Listener : data::domain::geometry::NGeometryChangeListener {
-    std::function<void()> run;
-    void OnGeometryChangeImpl(data::domain::geometry::NGeometryNode const&,
-                              data::domain::geometry::NSurface const&,
-                              data::domain::geometry::NGeometryChangeType) override {
-      run();
-    }
-  };
-  Pointer<Listener> const listener(new Listener);
-  before->AddObserver(*listener);
-  listener->run = [&] {
+  for (int i = 0; i != 12; ++i) ASSERT_TRUE(PickAt(0.02f, 0.31f));
+  auto const log = Listen();
+  log->react = [&](NSignal const& signal) {
+    if (signal.node != before.get()) return;
     EXPECT_TRUE(isNewHit());
     throw 1;
   };

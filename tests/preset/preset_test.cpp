@@ -1,51 +1,36 @@
-#include "tests/preset/view_world.h"
 #include "tests/support/temporary_files.h"
+#include "tests/support/view_world.h"
 
 namespace corvanta::test {
 namespace {
 
 namespace preset = data::preset;
-using data::domain::light::NLightNode;
-using LightItem = Pointer<item::NSceneGraphLightNode>;
+using LightItem = Pointer<NSceneGraphLightNode>;
 using Triple = std::array<double, 3>;
 
-class AttributeNames final : public data::events::NEventListener {
- public:
-  std::vector<std::wstring> heard;
-
- private:
-  void OnAttributeChange(core::attribute::NAttributeHost&,
-                         core::attribute::NAttribute const& attribute) override {
-    heard.push_back(attribute.GetName());
-  }
-};
-
-class Preset : public testing::Test, protected ViewWorld {
+class Preset : public testing::Test, protected support::ViewWorld {
  protected:
-  Preset() { events->AddObserver(*m_names); }
   ~Preset() override { data::internal::Uninitialize(manager); }
 
   LightItem MakeLight(std::wstring const& type = data::domain::light::LT_DIRECTIONAL) {
-    LightItem made = Make<item::NSceneGraphLightNode>();
-    auto const light = lights->CreateNode(NNodeID());
+    LightItem made = Make<NSceneGraphLightNode>();
+    auto const light = lights->CreateNode();
     light->SetType(type);
     made->SetLightNode(light);
     root->AddChild(*made);
     return made;
   }
   Vec3 GetGlobalPosition(Item const& placed) const {
-    return Apply(
-        scenegraph::NSceneGraphPath<item::NSceneGraphItemNode>(placed, shown).GetGlobalTransform(),
-        Vec3());
+    return Apply(NSceneGraphPath<NSceneGraphItemNode>(placed, shown).GetGlobalTransform(), Vec3());
   }
 
-  Pointer<AttributeNames> const m_names{new AttributeNames};
+  Pointer<support::AttributeLog> const m_log = ListenToAttributes();
   support::TemporaryFiles const m_files;
 };
 
 /// The three attributes "`name`.x`end`" and so on, in order.
-Triple Get(core::attribute::NAttributeHost& host, std::wstring const& name,
-           std::wstring const& axes = L"xyz", std::wstring const& end = L"") {
+Triple Get(NAttributeHost& host, std::wstring const& name, std::wstring const& axes = L"xyz",
+           std::wstring const& end = L"") {
   Triple values;
   for (int i = 0; i != 3; ++i) {
     values[i] = host.QueryAttribute(name + L"." + axes[i] + end)->GetValue().GetDouble();
@@ -77,11 +62,11 @@ TEST_F(Preset, TheScaleIsFiveTimesTheLongestSideOfTheScene) {
 
 TEST_F(Preset, LightsGetTheColorsOfTheRig) {
   std::vector<Pointer<NLightNode>> rig;
-  for (int i = 0; i != 9; ++i) rig.push_back(lights->CreateNode(NNodeID()));
+  for (int i = 0; i != 9; ++i) rig.push_back(lights->CreateNode());
   preset::PresetLight(rig, false);
   preset::PresetLight(rig[0], true);
-  preset::PresetCamera(cameras->CreateNode(NNodeID()), true);
-  EXPECT_THAT(m_names->heard, IsEmpty());
+  preset::PresetCamera(cameras->CreateNode(), true);
+  EXPECT_THAT(m_log->writes, IsEmpty());
   EXPECT_EQ(preset::GetDefaultLightCount(), 7U);
 
   preset::PresetLight(rig, true);
@@ -90,9 +75,10 @@ TEST_F(Preset, LightsGetTheColorsOfTheRig) {
     EXPECT_EQ(Get(*rig[i], L"color", L"rgb"), (Triple{color, color, color}));
     EXPECT_EQ(rig[i]->GetShadowDarkness(), i >= 4 && i < 7 ? 0.2 : 1.0);
   }
-  EXPECT_EQ(m_names->heard.size(), 4 * 3 + 3 * 4U);
-  m_names->heard.erase(m_names->heard.begin(), m_names->heard.end() - 4);
-  EXPECT_THAT(m_names->heard, ElementsAre(L"color.r", L"color.g", L"color.b", L"shadow.darkness"));
+  EXPECT_EQ(m_log->writes.size(), 4 * 3 + 3 * 4U);
+  m_log->writes.erase(m_log->writes.begin(), m_log->writes.end() - 4);
+  EXPECT_THAT(m_log->TakeNames(),
+              ElementsAre(L"color.r", L"color.g", L"color.b", L"shadow.darkness"));
 }
 
 TEST_F(Preset, LightsStandRoundTheScene) {
@@ -110,7 +96,7 @@ TEST_F(Preset, LightsStandRoundTheScene) {
     shown->SetCoordConversion(isConverted ? tree::CCV_ZUP_TO_YUP : tree::CCV_NONE);
     shown->SetUnit(isConverted ? 0.5 : 1);
     for (bool const isRig : {true, false}) {
-      m_names->heard.clear();
+      m_log->Take();
       preset::PresetSceneGraphLight(placed, view, shown, isRig);
       for (int i = 0; i != 10; ++i) {
         Triple expected = isConverted ? kConverted[i % 9] : kPlain[i % 9];
@@ -124,19 +110,19 @@ TEST_F(Preset, LightsStandRoundTheScene) {
         EXPECT_TRUE(Near(GetGlobalPosition(placed[i]), centre + TurnZ(expected) * 2 * longest))
             << i;
       }
-      EXPECT_EQ(m_names->heard.size(), 9 * 7 + 4U);
+      EXPECT_EQ(m_log->writes.size(), 9 * 7 + 4U);
     }
   }
-  m_names->heard.clear();
+  m_log->Take();
   preset::PresetSceneGraphLight(placed[2], view, shown, true);
   EXPECT_EQ(Get(*placed[2], L"rotation"), kConverted[0]);
-  EXPECT_THAT(m_names->heard,
+  EXPECT_THAT(m_log->TakeNames(),
               ElementsAre(L"rotation.x", L"rotation.y", L"rotation.z", L"transform.isAbsolute",
                           L"translation.x", L"translation.y", L"translation.z"));
 }
 
 TEST_F(Preset, TheCameraSeesTheSceneFromTheRightAndAbove) {
-  auto const lens = cameras->CreateNode(NNodeID());
+  auto const lens = cameras->CreateNode();
   camera->SetCameraNode(lens);
   lens->SetVerticalViewAngle(90);  // so that the distance is the side
   lens->SetHorizontalViewAngle(2 * std::atan(0.5) * 180 / std::acos(-1.0));  // and here twice that
@@ -155,7 +141,7 @@ TEST_F(Preset, TheCameraSeesTheSceneFromTheRightAndAbove) {
     lens->SetUsesVerticalViewAngleFlag(row.isVertical);
     content->SetScaleZ(row.depth);
     shown->SetUnit(row.unit);
-    m_names->heard.clear();
+    m_log->Take();
     preset::PresetSceneGraphCamera(camera, view, shown, true);
     Vec3 const centre =
         Vec3(9, 5, static_cast<float>(0.5 * row.depth)) * static_cast<float>(row.unit);
@@ -171,7 +157,7 @@ TEST_F(Preset, TheCameraSeesTheSceneFromTheRightAndAbove) {
   }
   core::configuration::GetConfiguration().SetLong(core::configuration::CK_VIEW_MODE, 0);
   std::wstring heard;
-  for (std::wstring const& name : m_names->heard) heard += name + L" ";
+  for (std::wstring const& name : m_log->TakeNames()) heard += name + L" ";
   EXPECT_EQ(heard,
             L"interest.x interest.y interest.z translation.x translation.y translation.z up.x up.y "
             L"up.z interest.x.saved interest.y.saved interest.z.saved translation.x.saved "
@@ -203,16 +189,88 @@ TEST_F(Preset, TheEnvironmentIsFilledAnewEachTime) {
 TEST_F(Preset, WhatIsMissingHasNoEffect) {
   preset::PresetEnvironment(environment, view, items, images);  // without internal data
   EXPECT_EQ(environment->GetEnvironmentMapModel()->GetGeometryNode(), nullptr);
-  m_names->heard.clear();
+  m_log->Take();
   preset::PresetEnvironment(nullptr, view, items, images);
   preset::PresetEnvironment(environment, view, nullptr, images);
   preset::PresetSceneGraphCamera(camera, view, shown, true);  // no camera node
   preset::PresetSceneGraphCamera(nullptr, nullptr, nullptr, true);
-  preset::PresetSceneGraphLight(Make<item::NSceneGraphLightNode>(), view, shown, true);
+  preset::PresetSceneGraphLight(Make<NSceneGraphLightNode>(), view, shown, true);
   preset::PresetSceneGraphLight(std::vector<LightItem>{nullptr}, view, shown, true);
   preset::PresetSceneGraphLight(std::vector{MakeLight()}, view, nullptr, true);
   preset::PresetLight(std::vector<Pointer<NLightNode>>{nullptr}, true);
-  EXPECT_THAT(m_names->heard, ElementsAre(L"type"));  // of the light that was made
+  EXPECT_THAT(m_log->TakeNames(), ElementsAre(L"type"));  // of the light that was made
+}
+
+using Distances = std::pair<double, double>;
+
+class ViewClipDistances : public testing::Test, protected support::ViewWorld {
+ protected:
+  ~ViewClipDistances() override { data::internal::Uninitialize(manager); }
+  Distances Get() const { return item::GetClipDistances(GetPath(), *view); }
+  Distances GetFor(Vec3 const& min, Vec3 const& max) const {
+    return item::GetClipDistances(GetPath(), Box3(min, max));
+  }
+
+  support::TemporaryFiles const m_files;
+};
+
+TEST_F(ViewClipDistances, AreZeroWhereSomethingIsMissing) {
+  Model const surroundings = MakeModel({-1, -1, -1}, {1, 1, 1});
+  Move(*camera, 0, 0, 5);
+  EXPECT_EQ(Get(), Distances(0, 0));  // no model of the environment
+  environment->SetEnvironmentMapModel(surroundings);
+  EXPECT_GT(Get().second, 0);
+  scene->SetEnvironment({});
+  EXPECT_EQ(Get(), Distances(0, 0));
+  scene->SetEnvironment(environment);
+  scene->SetSceneGraph({});
+  EXPECT_EQ(Get(), Distances(0, 0));
+  view->SetScene({});
+  EXPECT_EQ(Get(), Distances(0, 0));
+}
+
+TEST_F(ViewClipDistances, TakeInTheEnvironmentOnBothSidesOfTheFloor) {
+  Move(*camera, 3, 40, 60);
+  root->AddChild(*MakeModel({-2, -1, -2}, {2, 25, 1}));
+  struct Row {
+    float low, high, y;  // of the model, and what it adds
+  };
+  // About the floor, above it, reaching deeper than high, and below it.
+  for (Row const& row : {Row{-10, 10, 10.5f}, {5, 10, 10.5f}, {-90, 20, 21}, {-40, -20, 21}}) {
+    SCOPED_TRACE(row.low);
+    Model const model = MakeModel({-10, row.low, 0}, {10, row.high, 30});
+    environment->SetEnvironmentMapModel(model);
+    float const top = std::max(row.y, 25.0f);
+    EXPECT_EQ(Get(), GetFor({-10.5f, -row.y, -2}, {10.5f, top, 31.5f}));
+    model->SetScaleX(2);
+    model->SetTranslationZ(-10);
+    EXPECT_EQ(Get(), GetFor({-21, -row.y, -10.5f}, {21, top, 21}));
+  }
+  // A model without a shape adds nothing.
+  environment->SetEnvironmentMapModel(Make<NSceneGraphModelNode>());
+  EXPECT_EQ(Get(), GetFor({-2, -1, -2}, {2, 25, 1}));
+}
+
+TEST_F(ViewClipDistances, TakeInThePosturesOfTheCamerasManager) {
+  environment->SetEnvironmentMapModel(MakeModel({-1, -1, -1}, {1, 1, 1}));
+  Move(*camera, 0, 0, 100);
+  auto const without = GetFor({-1.05f, -1.05f, -1.05f}, {1.05f, 1.05f, 1.05f});
+  EXPECT_EQ(Get(), without);
+  ASSERT_TRUE(data::internal::Initialize(manager, *events));
+  EXPECT_EQ(Get(), without);  // no postures yet
+  auto* const postures = data::internal::GetPostureSceneRoot(manager);
+  auto const handle =
+      data::internal::GetInternalSceneGraphItemDomain(manager)->CreateNode<NSceneGraphModelNode>();
+  handle->SetGeometryNode(data::internal::GetSphere(manager));
+  handle->SetTranslationZ(-300);
+  ASSERT_TRUE(postures->AddChild(*handle));
+  EXPECT_EQ(Get(), GetFor({-1.05f, -1.05f, -301}, {1.05f, 1.05f, 1.05f}));
+  // Without a camera item there is no manager to ask, and the view matrix is the identity.
+  NSceneGraphPath<NSceneGraphCameraNode> const none;
+  EXPECT_EQ(item::GetClipDistances(none, *view),
+            item::GetClipDistances(none, Box3({0, 0, -1.05f}, {0, 0, 1.05f})));
+  root->RemoveChild(*camera);
+  EXPECT_ANY_THROW(Get());  // the path is broken
 }
 
 }  // namespace

@@ -1,14 +1,14 @@
-#include "tests/scenegraph/graph.h"
+#include "tests/support/world.h"
 
 namespace corvanta::test {
 namespace {
 
-using ItemPath = scenegraph::NSceneGraphPath<item::NSceneGraphItemNode>;
-using CameraPath = scenegraph::NSceneGraphPath<item::NSceneGraphCameraNode>;
-using scenegraph::SGPathRelation;
+using ItemPath = NSceneGraphPath<NSceneGraphItemNode>;
+using CameraPath = NSceneGraphPath<NSceneGraphCameraNode>;
+using namespace scenegraph;
 
 /// A millimetre tree with z up, shown by two references in a metre tree.
-struct Nested : Graph {
+struct Nested : WorldTest {
   Group outerRoot = Make(), innerRoot = Make(), leaf = Make();
   Tree outer = MakeTree(outerRoot), inner = MakeTree(innerRoot);
   Reference first = MakeReference(inner), second = MakeReference(inner);
@@ -30,179 +30,133 @@ struct Nested : Graph {
   }
 };
 
-TEST(GlobalTransform, CrossesReferencesThroughUnitsAndAxes) {
-  Nested nested;
+using GlobalTransform = Nested;
+using Paths = Nested;
+using TreeHosts = WorldTest;
+
+TEST_F(GlobalTransform, CrossesReferencesThroughUnitsAndAxes) {
   // 500 mm along x, 1000 mm up: metres in the shown tree's frame; the outer unit cancels.
-  EXPECT_TRUE(Near(Apply(nested.Path(nested.leaf, {nested.first}).GetGlobalTransform(), Vec3()),
-                   {0.5f, 1, 0}));
-  EXPECT_TRUE(Near(Apply(nested.Path(nested.leaf, {nested.second}).GetGlobalTransform(), Vec3()),
-                   {0.5f, 1, 14}));
-  Move(*nested.outerRoot, 10, 0, 0);
-  EXPECT_TRUE(Near(Apply(nested.Path(nested.leaf, {nested.second}).GetGlobalTransform(), Vec3()),
-                   {20.5f, 1, 14}));
-  for (Reference const& reference : {nested.first, nested.second}) {
-    ItemPath const path = nested.Path(nested.leaf, {reference});
+  EXPECT_TRUE(Near(Apply(Path(leaf, {first}).GetGlobalTransform(), Vec3()), {0.5f, 1, 0}));
+  EXPECT_TRUE(Near(Apply(Path(leaf, {second}).GetGlobalTransform(), Vec3()), {0.5f, 1, 14}));
+  Move(*outerRoot, 10, 0, 0);
+  EXPECT_TRUE(Near(Apply(Path(leaf, {second}).GetGlobalTransform(), Vec3()), {20.5f, 1, 14}));
+  for (Reference const& reference : {first, second}) {
+    ItemPath const path = Path(leaf, {reference});
     Matrix out;
-    EXPECT_EQ(scenegraph::GetGlobalTransform(*nested.leaf, *nested.outer, path.GetCheckPoints()),
-              path.GetGlobalTransform());
-    EXPECT_EQ(scenegraph::GetGlobalTransform(*nested.leaf, *nested.outer, {reference}, out),
-              path.GetGlobalTransform());
+    EXPECT_EQ(GetGlobalTransform(*leaf, *outer, path.GetCheckPoints()), path.GetGlobalTransform());
+    EXPECT_EQ(GetGlobalTransform(*leaf, *outer, {reference}, out), path.GetGlobalTransform());
   }
-  EXPECT_THROW(
-      scenegraph::GetGlobalTransform(*nested.leaf, *nested.outer, ItemPath::CheckPoints(1)),
-      scenegraph::NGetGlobalTransformException);
-  nested.leaf->SetTransformIsAbsoluteFlag(true);
-  EXPECT_TRUE(Near(Apply(nested.Path(nested.leaf, {nested.second}).GetGlobalTransform(), Vec3()),
-                   {0, 1, 0}))
+  EXPECT_THROW(GetGlobalTransform(*leaf, *outer, ItemPath::CheckPoints(1)),
+               NGetGlobalTransformException);
+  leaf->SetTransformIsAbsoluteFlag(true);
+  EXPECT_TRUE(Near(Apply(Path(leaf, {second}).GetGlobalTransform(), Vec3()), {0, 1, 0}))
       << "what stands above an absolute item has no effect but for its own tree";
-  Box3 const box = nested.Path(nested.leaf, {nested.second}).GetGlobalBoundingBox();
+  Box3 const box = Path(leaf, {second}).GetGlobalBoundingBox();
   EXPECT_TRUE(box.IsEmpty());
 }
 
-TEST(GlobalTransform, AgainstDoublePrecisionOnAChain) {
-  std::mt19937 random(7);
-  std::uniform_real_distribution<float> any(-1, 1);
-  Graph graph;
-  Group last = graph.Make();
-  Tree const shown = graph.MakeTree(last);
-  std::vector<Group> chain{last};
-  for (int i = 0; i != 8; ++i) {
-    Group next = graph.Make();
-    next->SetRotationY(any(random) * 180);
-    next->SetRotationPivotX(any(random));
-    next->SetScaleZ(1.5 + any(random));
-    Move(*next, any(random), any(random), any(random));
+TEST_F(GlobalTransform, MultipliesAChainFromTheLeafUp) {
+  Group last = Make();
+  Tree const shown = MakeTree(last);
+  for (int level = 0; level != 8; ++level) {
+    Group const next = Make();
+    SetTransform(*next, item::CalcTransformMatrix({1, 2, 4}, {}, {}, {1, 2, 3}));
     last->AddChild(*next);
-    chain.push_back(last = next);
+    last = next;
   }
-  double product[4][4] = {{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}};
-  for (auto group = chain.rbegin(); group != chain.rend(); ++group) {
-    Matrix const& m = (*group)->GetTransform();
-    double next[4][4] = {};
-    for (int r = 0; r != 4; ++r) {
-      for (int c = 0; c != 4; ++c) {
-        for (int k = 0; k != 4; ++k) next[r][c] += product[r][k] * m(k, c);
-      }
-    }
-    std::copy(&next[0][0], &next[0][0] + 16, &product[0][0]);
-  }
-  Matrix const global = ItemPath(last, shown).GetGlobalTransform();
-  for (int r = 0; r != 4; ++r) {
-    for (int c = 0; c != 4; ++c) EXPECT_NEAR(global(r, c), product[r][c], 2e-5);
-  }
+  // Sums of the powers of 1, 2 and 4, all exact.
+  EXPECT_EQ(ItemPath(last, shown).GetGlobalTransform(),
+            Matrix(1, 0, 0, 0, 0, 256, 0, 0, 0, 0, 65536, 0, 8, 510, 65535, 1));
 }
 
-TEST(Paths, FailuresAreToldApart) {
-  Nested nested;
+TEST_F(Paths, FailuresAreToldApart) {
   EXPECT_FALSE(IsValid(ItemPath()));
-  EXPECT_THROW(ItemPath().GetGlobalTransform(), scenegraph::NSceneGraphPathError);
+  EXPECT_THROW(ItemPath().GetGlobalTransform(), NSceneGraphPathError);
   EXPECT_THROW(ItemPath().GetLocalBoundingBox(), int);
-  EXPECT_THROW(ItemPath().GetGlobalBoundingBox(), scenegraph::NSceneGraphPathError);
+  EXPECT_THROW(ItemPath().GetGlobalBoundingBox(), NSceneGraphPathError);
 
-  ItemPath const path = nested.Path(nested.leaf, {nested.first});
+  ItemPath const path = Path(leaf, {first});
   EXPECT_TRUE(IsValid(path));
-  nested.innerRoot->RemoveChild(*nested.leaf);
+  innerRoot->RemoveChild(*leaf);
   EXPECT_FALSE(IsValid(path));
-  EXPECT_THROW(path.GetGlobalTransform(), scenegraph::NGetGlobalTransformException);
-  nested.innerRoot->AddChild(*nested.leaf);
-  EXPECT_FALSE(IsValid(nested.Path(nested.leaf, {}))) << "it doesn't stand in the outer tree";
-  nested.first->SetSceneGraph({});
+  EXPECT_THROW(path.GetGlobalTransform(), NGetGlobalTransformException);
+  innerRoot->AddChild(*leaf);
+  EXPECT_FALSE(IsValid(Path(leaf, {}))) << "it doesn't stand in the outer tree";
+  first->SetSceneGraph({});
   EXPECT_FALSE(IsValid(path));
-  EXPECT_THROW(path.GetGlobalTransform(), scenegraph::NGetGlobalTransformException);
-  nested.leaf->SetTransformIsAbsoluteFlag(true);  // the walk up would end in success
-  EXPECT_THROW(path.GetGlobalTransform(), scenegraph::NGetGlobalTransformException);
-  EXPECT_THROW(scenegraph::GetGlobalTransform(*nested.leaf, *nested.outer, {nullptr}),
-               scenegraph::NGetGlobalTransformException);
-  nested.leaf->SetTransformIsAbsoluteFlag(false);
-  nested.first->SetSceneGraph(nested.inner);
+  EXPECT_THROW(path.GetGlobalTransform(), NGetGlobalTransformException);
+  leaf->SetTransformIsAbsoluteFlag(true);  // the walk up would end in success
+  EXPECT_THROW(path.GetGlobalTransform(), NGetGlobalTransformException);
+  EXPECT_THROW(GetGlobalTransform(*leaf, *outer, {nullptr}), NGetGlobalTransformException);
+  leaf->SetTransformIsAbsoluteFlag(false);
+  first->SetSceneGraph(inner);
   EXPECT_TRUE(IsValid(path));
-  nested.outerRoot->RemoveChild(*nested.first);
-  nested.items->RemoveNode(*nested.first);
-  nested.first.reset();
+  outerRoot->RemoveChild(*first);
+  items->RemoveNode(*first);
+  first.reset();
   EXPECT_FALSE(IsValid(path));
-  EXPECT_THROW(path.GetGlobalTransform(), scenegraph::NSceneGraphPathError);
-  nested.outer->SetRoot({});
-  EXPECT_THROW(nested.Path(nested.leaf, {nested.second}).GetGlobalTransform(),
-               scenegraph::NGetGlobalTransformException);
-  EXPECT_STREQ(scenegraph::NSceneGraphPathError().GetErrorCode(), L"Scene Graph Path Error");
+  EXPECT_THROW(path.GetGlobalTransform(), NSceneGraphPathError);
+  outer->SetRoot({});
+  EXPECT_THROW(Path(leaf, {second}).GetGlobalTransform(), NGetGlobalTransformException);
+  EXPECT_STREQ(NSceneGraphPathError().GetErrorCode(), L"Scene Graph Path Error");
 }
 
-TEST(Paths, Relations) {
-  Nested nested;
-  Group const sibling = nested.Make();
-  nested.innerRoot->AddChild(*sibling);
-  auto const at = [&](Item const& to, std::vector<Reference> const& through) {
-    return nested.Path(to, through);
-  };
+TEST_F(Paths, Relations) {
+  Group const sibling = Make();
+  innerRoot->AddChild(*sibling);
   struct Case {
     char const* name;
     ItemPath a, b;
     SGPathRelation expected, reversed;
   };
-  ItemPath const leafFirst = at(nested.leaf, {nested.first});
-  Graph other;
+  auto const above = SGPR_FIRST_CONTAINS_SECOND, below = SGPR_SECOND_CONTAINS_FIRST,
+             apart = SGPR_UNRELATED;
+  ItemPath const leafFirst = Path(leaf, {first});
+  World other;
   Group const foreign = other.Make();
   for (Case const& c : {
-           Case{"itself", leafFirst, leafFirst, scenegraph::SGPR_FIRST_CONTAINS_SECOND,
-                scenegraph::SGPR_FIRST_CONTAINS_SECOND},
-           Case{"root above leaf, no check points", at(nested.outerRoot, {}), at(nested.second, {}),
-                scenegraph::SGPR_FIRST_CONTAINS_SECOND, scenegraph::SGPR_SECOND_CONTAINS_FIRST},
-           Case{"reference above what it shows", at(nested.first, {}), leafFirst,
-                scenegraph::SGPR_FIRST_CONTAINS_SECOND, scenegraph::SGPR_SECOND_CONTAINS_FIRST},
-           Case{"shown root above leaf", at(nested.innerRoot, {nested.first}), leafFirst,
-                scenegraph::SGPR_FIRST_CONTAINS_SECOND, scenegraph::SGPR_SECOND_CONTAINS_FIRST},
-           Case{"two showings", leafFirst, at(nested.leaf, {nested.second}),
-                scenegraph::SGPR_UNRELATED, scenegraph::SGPR_UNRELATED},
-           Case{"the other reference", at(nested.second, {}), leafFirst, scenegraph::SGPR_UNRELATED,
-                scenegraph::SGPR_UNRELATED},
-           Case{"siblings", at(sibling, {nested.first}), leafFirst, scenegraph::SGPR_UNRELATED,
-                scenegraph::SGPR_UNRELATED},
-           Case{"another tree", ItemPath(foreign, other.MakeTree(foreign)), leafFirst,
-                scenegraph::SGPR_UNRELATED, scenegraph::SGPR_UNRELATED},
+           Case{"itself", leafFirst, leafFirst, above, above},
+           Case{"root, no check points", Path(outerRoot, {}), Path(second, {}), above, below},
+           Case{"reference above what it shows", Path(first, {}), leafFirst, above, below},
+           Case{"shown root above leaf", Path(innerRoot, {first}), leafFirst, above, below},
+           Case{"two showings", leafFirst, Path(leaf, {second}), apart, apart},
+           Case{"the other reference", Path(second, {}), leafFirst, apart, apart},
+           Case{"siblings", Path(sibling, {first}), leafFirst, apart, apart},
+           Case{"another tree", {foreign, other.MakeTree(foreign)}, leafFirst, apart, apart},
        }) {
     EXPECT_EQ(GetPathRelation(c.a, c.b), c.expected) << c.name;
     EXPECT_EQ(GetPathRelation(c.b, c.a), c.reversed) << c.name;
   }
-  EXPECT_FALSE(at(nested.leaf, {}) == leafFirst);
-  EXPECT_TRUE(at(nested.leaf, {}) < leafFirst) << "a prefix orders first";
-  using item::NSceneGraphModelNode;
-  EXPECT_FALSE(scenegraph::NSceneGraphPath<NSceneGraphModelNode const>(leafFirst).GetNode())
+  EXPECT_FALSE(Path(leaf, {}) == leafFirst);
+  EXPECT_TRUE(Path(leaf, {}) < leafFirst) << "a prefix orders first";
+  EXPECT_FALSE(NSceneGraphPath<NSceneGraphModelNode const>(leafFirst).GetNode())
       << "a group is no model";
   EXPECT_FALSE(NNodeReference<NSceneGraphModelNode const>(leafFirst.GetItemRef()).Get());
-  using GroupPath = scenegraph::NSceneGraphPath<item::NSceneGraphGroupNode>;
+  using GroupPath = NSceneGraphPath<NSceneGraphGroupNode>;
   GroupPath const narrow(leafFirst);
-  EXPECT_EQ(narrow.GetNode(), nested.leaf);
+  EXPECT_EQ(narrow.GetNode(), leaf);
   EXPECT_TRUE(narrow == leafFirst);
   static_assert(!std::is_convertible_v<ItemPath, GroupPath>);
   static_assert(std::is_convertible_v<GroupPath, ItemPath>);
 }
 
-struct HostLog : data::events::NEventListener {
+/// Whom a change of trees and roots is about, and whether there was one before.
+std::string GetText(NSignal const& signal) {
+  std::string const what = signal.kind == data::events::NSK_SCENE_GRAPH_TREE_CHANGE ? "tree"
+                           : signal.treeHost                                        ? "host's root"
+                                                                                    : "tree's root";
+  return signal.other ? what + ", old" : what;
+}
+
+TEST_F(TreeHosts, TellOfTreesAndRoots) {
+  Group const root = Make(), other = Make();
+  Tree const shown = MakeTree(root);
+  Reference const reference = Make<NSceneGraphReferenceNode>();
+  auto const log = Listen();
   std::vector<std::string> lines;
-
- private:
-  void OnSceneGraphTreeChange(tree::NSceneGraphTreeHost const&,
-                              Pointer<tree::NSceneGraphTreeNode> const& old) override {
-    lines.push_back(old ? "tree, old" : "tree");
-  }
-  void OnSceneGraphTreeRootChange(tree::NSceneGraphTreeNode const&, Item const& old) override {
-    lines.push_back(old ? "tree's root, old" : "tree's root");
-  }
-  void OnSceneGraphTreeRootChange(tree::NSceneGraphTreeHost const&,
-                                  tree::NSceneGraphTreeNode const&, Item const& old) override {
-    lines.push_back(old ? "host's root, old" : "host's root");
-  }
-};
-
-TEST(TreeHosts, TellOfTreesAndRoots) {
-  Graph graph;
-  Group const root = graph.Make(), other = graph.Make();
-  Tree const shown = graph.MakeTree(root);
-  Reference const reference = graph.Make<item::NSceneGraphReferenceNode>();
-  Pointer<HostLog> const log(new HostLog);
-  graph.events->AddObserver(*log);
+  log->react = [&](NSignal const& signal) { lines.push_back(GetText(signal)); };
   using Lines = std::vector<std::string>;
-  auto const take = [&] { return std::exchange(log->lines, {}); };
+  auto const take = [&] { return std::exchange(lines, {}); };
 
   reference->SetSceneGraph(shown);
   EXPECT_EQ(take(), (Lines{"tree", "host's root"}));
@@ -221,28 +175,21 @@ TEST(TreeHosts, TellOfTreesAndRoots) {
   EXPECT_TRUE(take().empty());
 }
 
-/// Does something of its own at the next event of a host.
-struct HostHook : data::events::NEventListener {
+/// Calls what `next` holds once, at the next event of a host.
+Pointer<support::EventLog> HookHosts(World const& world, std::function<void()>& next) {
+  auto const log = world.Listen();
+  log->react = [&next](NSignal const& signal) {
+    if (signal.treeHost && next) std::exchange(next, nullptr)();
+  };
+  return log;
+}
+
+TEST_F(TreeHosts, AllLeaveTheOldRootWhateverAListenerDoes) {
+  Group const root = Make(), other = Make();
+  Tree const shown = MakeTree(root), another = MakeTree(Make());
+  Reference const a = MakeReference(shown), b = MakeReference(shown);
   std::function<void()> next;
-
- private:
-  void OnSceneGraphTreeChange(tree::NSceneGraphTreeHost const&,
-                              Pointer<tree::NSceneGraphTreeNode> const&) override {
-    if (next) std::exchange(next, nullptr)();
-  }
-  void OnSceneGraphTreeRootChange(tree::NSceneGraphTreeHost const&,
-                                  tree::NSceneGraphTreeNode const&, Item const&) override {
-    if (next) std::exchange(next, nullptr)();
-  }
-};
-
-TEST(TreeHosts, AllLeaveTheOldRootWhateverAListenerDoes) {
-  Graph graph;
-  Group const root = graph.Make(), other = graph.Make();
-  Tree const shown = graph.MakeTree(root), another = graph.MakeTree(graph.Make());
-  Reference const a = graph.MakeReference(shown), b = graph.MakeReference(shown);
-  Pointer<HostHook> const hook(new HostHook);
-  graph.events->AddObserver(*hook);
+  auto const hook = HookHosts(*this, next);
   std::function<void()> const edits[] = {[&] { b->SetSceneGraph(shown); },
                                          [&] { b->SetSceneGraph(another); },
                                          [&] {
@@ -254,12 +201,12 @@ TEST(TreeHosts, AllLeaveTheOldRootWhateverAListenerDoes) {
     b->SetSceneGraph(shown);
     shown->SetRoot(root);
     EXPECT_TRUE(root->IsReferredFrom(*a) && root->IsReferredFrom(*b));
-    hook->next = edit;
+    next = edit;
     try {
       shown->SetRoot(other);
     } catch (int) {
     }
-    EXPECT_FALSE(hook->next);
+    EXPECT_FALSE(next);
     EXPECT_FALSE(root->IsReferredFrom(*a)) << &edit - edits;
     EXPECT_FALSE(root->IsReferredFrom(*b)) << &edit - edits;
     EXPECT_TRUE(other->IsReferredFrom(*a));
@@ -268,61 +215,59 @@ TEST(TreeHosts, AllLeaveTheOldRootWhateverAListenerDoes) {
   // A listener of the reference gives the tree that it leaves another root.
   shown->SetRoot(root);
   EXPECT_TRUE(root->IsReferredFrom(*a));
-  hook->next = [&] { shown->SetRoot(other); };
+  next = [&] { shown->SetRoot(other); };
   a->SetSceneGraph(another);
   EXPECT_FALSE(root->IsReferredFrom(*a));
 }
 
-TEST(TreeHosts, AHandlerOfALateMeetingMaySetAnotherTree) {
-  Graph graph;
-  Tree const trees[] = {graph.MakeTree(graph.Make()), graph.MakeTree(graph.Make()),
-                        graph.MakeTree(graph.Make())};
-  Pointer<HostHook> const hook(new HostHook);
-  graph.events->AddObserver(*hook);
+TEST_F(TreeHosts, AHandlerOfALateMeetingMaySetAnotherTree) {
+  Tree const shown[] = {MakeTree(Make()), MakeTree(Make()), MakeTree(Make())};
+  std::function<void()> next;
+  auto const hook = HookHosts(*this, next);
   for (bool const sets : {false, true}) {
-    Reference const host = graph.MakeReference(trees[0]);
-    EXPECT_TRUE(trees[0]->RemoveObserver(*host)) << "it meets its tree anew";
-    hook->next = [&] { host->SetSceneGraph(trees[1]); };
-    if (sets) host->SetSceneGraph(trees[2]);
-    Tree const& last = trees[sets ? 2 : 1];
+    Reference const host = MakeReference(shown[0]);
+    EXPECT_TRUE(shown[0]->RemoveObserver(*host)) << "it meets its tree anew";
+    next = [&] { host->SetSceneGraph(shown[1]); };
+    if (sets) host->SetSceneGraph(shown[2]);
+    Tree const& last = shown[sets ? 2 : 1];
     EXPECT_EQ(host->GetSceneGraph(), last);
-    for (Tree const& tree : trees) EXPECT_EQ(tree->RemoveObserver(*host), tree == last);
+    for (Tree const& tree : shown) EXPECT_EQ(tree->RemoveObserver(*host), tree == last);
   }
 }
 
-TEST(TreeHosts, SubscribeLate) {
-  Graph graph;
-  Group const root = graph.Make();
-  Reference const reference = graph.Make<item::NSceneGraphReferenceNode>();
-  Pointer<HostLog> const log(new HostLog);
-  graph.events->AddObserver(*log);
-  NNodeReference<tree::NSceneGraphTreeNode> early;
+TEST_F(TreeHosts, SubscribeLate) {
+  Group const root = Make();
+  Reference const reference = Make<NSceneGraphReferenceNode>();
+  auto const log = Listen();
+  std::vector<std::string> lines;
+  log->react = [&](NSignal const& signal) { lines.push_back(GetText(signal)); };
+  NNodeReference<NSceneGraphTreeNode> early;
   {
     // A tree that nobody holds yet reads as null.
-    struct Unheld : tree::NSceneGraphTreeNode {
+    struct Unheld : NSceneGraphTreeNode {
       Unheld() : NSceneGraphTreeNode(NNodeID(), nullptr, nullptr) {}
     };
     auto* const made = new Unheld;
     early = *made;
     reference->SetSceneGraph(early);
-    EXPECT_EQ(log->lines.size(), 1u);
+    EXPECT_EQ(lines.size(), 1u);
     EXPECT_FALSE(reference->GetSceneGraph());
-    log->lines.clear();
+    lines.clear();
     Tree const held(made);
     held->SetRoot(root);
-    EXPECT_TRUE(log->lines.empty()) << "nobody is subscribed yet, and the tree has no multiplexer";
+    EXPECT_TRUE(lines.empty()) << "nobody is subscribed yet, and the tree has no multiplexer";
     EXPECT_EQ(reference->GetSceneGraph(), held);
-    EXPECT_EQ(log->lines, (std::vector<std::string>{"tree", "host's root", "host's root, old"}));
-    log->lines.clear();
+    EXPECT_EQ(lines, (std::vector<std::string>{"tree", "host's root", "host's root, old"}));
+    lines.clear();
     EXPECT_EQ(reference->GetSceneGraph(), held);
-    EXPECT_TRUE(log->lines.empty()) << "only once";
+    EXPECT_TRUE(lines.empty()) << "only once";
   }
   EXPECT_FALSE(reference->GetSceneGraph());
 }
 
-struct Scene : Graph {
+struct Scene : WorldTest {
   Group root = Make();
-  Camera camera = Make<item::NSceneGraphCameraNode>();
+  Camera camera = Make<NSceneGraphCameraNode>();
   Tree shown = MakeTree(root);
   CameraPath path{camera, shown};
 
@@ -332,72 +277,71 @@ struct Scene : Graph {
   }
 };
 
-TEST(View, LooksAtTheInterest) {
-  Scene scene;
-  EXPECT_TRUE(Near(Apply(item::GetViewMatrix(scene.path), Vec3()), {0, 0, -10}));
-  EXPECT_TRUE(Near(item::GetFocalVec(scene.path), {0, 0, -10}));
-  EXPECT_NEAR(item::GetFocalLength(scene.path), 10, 1e-6);
-  Move(*scene.root, 3, 0, 0);
-  EXPECT_TRUE(Near(item::GetFocalVec(scene.path), {-3, 0, -10}))
+using View = Scene;
+using ClipDistances = Scene;
+using CopyData = Scene;
+
+TEST_F(View, LooksAtTheInterest) {
+  EXPECT_TRUE(Near(Apply(item::GetViewMatrix(path), Vec3()), {0, 0, -10}));
+  EXPECT_TRUE(Near(item::GetFocalVec(path), {0, 0, -10}));
+  EXPECT_NEAR(item::GetFocalLength(path), 10, 1e-6);
+  Move(*root, 3, 0, 0);
+  EXPECT_TRUE(Near(item::GetFocalVec(path), {-3, 0, -10}))
       << "the position is global, and so is the interest";
   EXPECT_EQ(item::GetViewMatrix(CameraPath()), Matrix());
   EXPECT_EQ(item::GetFocalVec(CameraPath()), Vec3());
 }
 
-TEST(View, TiltAndStereoShift) {
-  Scene scene;
-  auto const lens = scene.cameras->CreateNode(NNodeID());
-  scene.camera->SetCameraNode(lens);
+TEST_F(View, TiltAndStereoShift) {
+  auto const lens = cameras->CreateNode();
+  camera->SetCameraNode(lens);
   lens->SetVerticalTiltAngle(30);
   lens->SetStereoShiftX(0.25);
   // Turned by -30 degrees about the camera's right hand, the sight goes down: the origin moves up.
   double const angle = 30 * 3.14159265358979 / 180;
-  EXPECT_TRUE(Near(Apply(item::GetViewMatrix(scene.path), Vec3()),
+  EXPECT_TRUE(Near(Apply(item::GetViewMatrix(path), Vec3()),
                    {0.25f, static_cast<float>(10 * std::sin(angle)),
                     static_cast<float>(-10 * std::cos(angle))}));
   lens->SetProjectionType(static_cast<data::domain::camera::NProjectionType>(1));
-  EXPECT_TRUE(Near(Apply(item::GetViewMatrix(scene.path), Vec3()), {0.25f, 0, -10}));
+  EXPECT_TRUE(Near(Apply(item::GetViewMatrix(path), Vec3()), {0.25f, 0, -10}));
 }
 
-TEST(View, HeadMountedDisplayTurnsTheHeadTowardsTheInterest) {
-  Scene scene;
-  Move(*scene.camera, 10, 0, 0);
+TEST_F(View, HeadMountedDisplayTurnsTheHeadTowardsTheInterest) {
+  Move(*camera, 10, 0, 0);
   // Forward is -x now; the eye stands half to the head's right, which is -z.
-  Matrix const view = item::GetViewMatrixHMD(scene.path, Matrix(), Vec3(0.5f, 0, 0));
+  Matrix const view = item::GetViewMatrixHMD(path, Matrix(), Vec3(0.5f, 0, 0));
   EXPECT_TRUE(Near(Apply(view, {10, 0, -0.5f}), {0, 0, 0}));
   EXPECT_TRUE(Near(Apply(view, {0, 0, -0.5f}), {0, 0, -10}));
 }
 
-TEST(ClipDistances, OfABox) {
-  Scene scene;
+TEST_F(ClipDistances, OfABox) {
   auto const clip = [&](float min, float max) {
-    return item::GetClipDistances(scene.path, Box3({-1, -1, min}, {1, 1, max}));
+    return item::GetClipDistances(path, Box3({-1, -1, min}, {1, 1, max}));
   };
-  Move(*scene.camera, 0, 0, 0);
-  scene.camera->SetInterestZ(-4);
+  Move(*camera, 0, 0, 0);
+  camera->SetInterestZ(-4);
   auto const inFront = clip(-10, -2);
   EXPECT_NEAR(inFront.first, 0.01001, 1e-6);
   EXPECT_NEAR(inFront.second, 10.01, 1e-5);
   auto const around = clip(-10, 5);
   EXPECT_NEAR(around.first, 0.003996, 1e-7);
   EXPECT_NEAR(around.second, 10.01, 1e-5);
-  auto const empty = item::GetClipDistances(scene.path, *scene.shown);
+  auto const empty = item::GetClipDistances(path, *shown);
   EXPECT_NEAR(empty.second, 1.001, 1e-6) << "the box from -1 to 1";
 }
 
-TEST(CopyData, PutsOneCameraWhereAnotherStands) {
-  Scene scene;
-  Camera const other = scene.Make<item::NSceneGraphCameraNode>();
-  Group const arm = scene.Make();
-  scene.root->AddChild(*arm);
+TEST_F(CopyData, PutsOneCameraWhereAnotherStands) {
+  Camera const other = Make<NSceneGraphCameraNode>();
+  Group const arm = Make();
+  root->AddChild(*arm);
   arm->AddChild(*other);
   arm->SetRotationY(90);
   double translation[3] = {7, 7, 7};
-  item::GetSceneGraphCameraTranslationCopyData(scene.path, CameraPath(), translation);
+  item::GetSceneGraphCameraTranslationCopyData(path, CameraPath(), translation);
   EXPECT_EQ(translation[0], 7);
-  item::GetSceneGraphCameraTranslationCopyData(scene.path, {other, scene.shown}, translation);
+  item::GetSceneGraphCameraTranslationCopyData(path, {other, shown}, translation);
   Move(*other, translation[0], translation[1], translation[2]);
-  EXPECT_TRUE(Near(Apply(CameraPath(other, scene.shown).GetGlobalTransform(), Vec3()), {0, 0, 10}));
+  EXPECT_TRUE(Near(Apply(CameraPath(other, shown).GetGlobalTransform(), Vec3()), {0, 0, 10}));
 }
 
 }  // namespace

@@ -1,18 +1,12 @@
 #include <pthread.h>
 
 #include "corvanta/core/detail/scope_exit.h"
-#include "tests/support/test.h"
+#include "tests/support/world.h"
 
 namespace corvanta::data::domain::scenegraph {
 namespace {
 
-using item::NSceneGraphCameraNode;
-using item::NSceneGraphGroupNode;
-using item::NSceneGraphItemNode;
-using item::NSceneGraphLightNode;
-using item::NSceneGraphModelNode;
-using item::NSceneGraphReferenceNode;
-using tree::NSceneGraphTreeNode;
+using ItemPath = NSceneGraphPath<NSceneGraphItemNode>;
 
 /// Writes down every hook as "<kind of hook><name>[<check points>]".
 class Recorder final : public NSceneGraphTraverser {
@@ -24,49 +18,28 @@ class Recorder final : public NSceneGraphTraverser {
   NSceneGraphTreeNode const* Tree() const { return GetTree().Get().get(); }
 
  protected:
-  void BeforeCommon(NSceneGraphItemNode& node, void const* data, NCheckPoints const& at) override {
-    Write(L"", node, data, at);
-  }
-  void AfterCommon(NSceneGraphItemNode& node, void const* data, NCheckPoints const& at) override {
-    Write(L"/", node, data, at);
-  }
   void Before(NSceneGraphReferenceNode& node, void const* data, NCheckPoints const& at) override {
     Write(L"reference ", node, data, at);
     if (entersReferences) NSceneGraphTraverser::Before(node, data, at);
   }
-  void Before(NSceneGraphLightNode& node, void const* data, NCheckPoints const& at) override {
-    Write(L"light ", node, data, at);
+#define HOOK(WHEN, CLASS, NAME)                                               \
+  void WHEN(CLASS& node, void const* data, NCheckPoints const& at) override { \
+    Write(NAME, node, data, at);                                              \
   }
-  void Before(NSceneGraphGroupNode& node, void const* data, NCheckPoints const& at) override {
-    Write(L"group ", node, data, at);
-  }
-  void Before(NSceneGraphCameraNode& node, void const* data, NCheckPoints const& at) override {
-    Write(L"camera ", node, data, at);
-  }
-  void Before(NSceneGraphModelNode& node, void const* data, NCheckPoints const& at) override {
-    Write(L"model ", node, data, at);
-  }
-  void Before(NSceneGraphTreeNode& node, void const* data, NCheckPoints const& at) override {
-    Write(L"tree ", node, data, at);
-  }
-  void After(NSceneGraphReferenceNode& node, void const* data, NCheckPoints const& at) override {
-    Write(L"/reference ", node, data, at);
-  }
-  void After(NSceneGraphLightNode& node, void const* data, NCheckPoints const& at) override {
-    Write(L"/light ", node, data, at);
-  }
-  void After(NSceneGraphGroupNode& node, void const* data, NCheckPoints const& at) override {
-    Write(L"/group ", node, data, at);
-  }
-  void After(NSceneGraphCameraNode& node, void const* data, NCheckPoints const& at) override {
-    Write(L"/camera ", node, data, at);
-  }
-  void After(NSceneGraphModelNode& node, void const* data, NCheckPoints const& at) override {
-    Write(L"/model ", node, data, at);
-  }
-  void After(NSceneGraphTreeNode& node, void const* data, NCheckPoints const& at) override {
-    Write(L"/tree ", node, data, at);
-  }
+  HOOK(BeforeCommon, NSceneGraphItemNode, L"")
+  HOOK(AfterCommon, NSceneGraphItemNode, L"/")
+  HOOK(Before, NSceneGraphLightNode, L"light ")
+  HOOK(Before, NSceneGraphGroupNode, L"group ")
+  HOOK(Before, NSceneGraphCameraNode, L"camera ")
+  HOOK(Before, NSceneGraphModelNode, L"model ")
+  HOOK(Before, NSceneGraphTreeNode, L"tree ")
+  HOOK(After, NSceneGraphReferenceNode, L"/reference ")
+  HOOK(After, NSceneGraphLightNode, L"/light ")
+  HOOK(After, NSceneGraphGroupNode, L"/group ")
+  HOOK(After, NSceneGraphCameraNode, L"/camera ")
+  HOOK(After, NSceneGraphModelNode, L"/model ")
+  HOOK(After, NSceneGraphTreeNode, L"/tree ")
+#undef HOOK
 
  private:
   void Write(wchar_t const* hook, NNode const& node, void const* data, NCheckPoints const& at) {
@@ -97,31 +70,31 @@ class Counter final : public NSceneGraphTraverser {
   void Before(NSceneGraphTreeNode&, void const*, NCheckPoints const&) override { ++trees; }
 };
 
-class Traverser : public testing::Test {
+class Traverser : public testing::Test, protected World {
  protected:
-  Pointer<item::NSceneGraphItemDomain> items{
-      new item::NSceneGraphItemDomain(nullptr, nullptr, nullptr, nullptr, nullptr)};
-  Pointer<tree::NSceneGraphTreeDomain> trees{
-      new tree::NSceneGraphTreeDomain(nullptr, nullptr, nullptr)};
   Recorder recorder;
 
   template <class T = NSceneGraphGroupNode>
   Pointer<T> Make(wchar_t const* name, NSceneGraphItemNode* parent = nullptr) {
-    auto const made = items->CreateNode<T>(NNodeID());
+    auto const made = World::Make<T>();
     made->SetName(name);
     if (parent != nullptr) parent->AddChild(*made);
     return made;
   }
-  Pointer<NSceneGraphTreeNode> MakeTree(wchar_t const* name, NSceneGraphItemNode const* root) {
-    auto const made = trees->CreateNode(NNodeID());
+  Tree MakeTree(wchar_t const* name, Item const& root) {
+    auto const made = World::MakeTree(root);
     made->SetName(name);
-    if (root != nullptr) made->SetRoot(*root);
     return made;
   }
-  std::vector<std::wstring> Walk(NSceneGraphTreeNode& tree) {
-    recorder.heard.clear();
+  /// What was heard since, joined by commas.
+  std::wstring Take() {
+    std::wstring all;
+    for (auto const& hook : std::exchange(recorder.heard, {})) all += hook + L", ";
+    return all;
+  }
+  std::wstring Walk(NSceneGraphTreeNode& tree) {
     recorder.Start(tree, &recorder);
-    return recorder.heard;
+    return Take();
   }
 };
 
@@ -133,64 +106,39 @@ TEST_F(Traverser, CallsTheHooksOfEachKindInOrder) {
   auto const reference = Make<NSceneGraphReferenceNode>(L"d", root.get());
   Make<NSceneGraphModelNode>(L"e", reference.get());
   EXPECT_FALSE(recorder.HasTree());
-  auto const tree = MakeTree(L"t", root.get());
-  EXPECT_THAT(Walk(*tree), ElementsAre(L"tree t", L"a", L"group a", L"b", L"camera b", L"c",
-                                       L"light c", L"/light c", L"/c", L"/camera b", L"/b", L"d",
-                                       L"reference d", L"e", L"model e", L"/model e", L"/e",
-                                       L"/reference d", L"/d", L"/group a", L"/a", L"/tree t"));
+  auto const tree = MakeTree(L"t", root);
+  EXPECT_EQ(Walk(*tree),
+            L"tree t, a, group a, b, camera b, c, light c, /light c, /c, /camera b, /b, d, "
+            L"reference d, e, model e, /model e, /e, /reference d, /d, /group a, /a, /tree t, ");
   EXPECT_EQ(recorder.Tree(), tree.get());
   EXPECT_FALSE(Recorder(recorder).HasTree());
-  EXPECT_THAT(Walk(*MakeTree(L"rootless", nullptr)),
-              ElementsAre(L"tree rootless", L"/tree rootless"));
+  EXPECT_EQ(Walk(*MakeTree(L"rootless", nullptr)), L"tree rootless, /tree rootless, ");
 }
 
 TEST_F(Traverser, CheckPointsGrowByTheReferencesPassed) {
   auto const leaf = Make(L"leaf");
-  auto const innermost = MakeTree(L"t3", leaf.get());
+  auto const innermost = MakeTree(L"t3", leaf);
   auto const r2 = Make<NSceneGraphReferenceNode>(L"r2");
   Make(L"child", r2.get());
   r2->SetSceneGraph(*innermost);
-  auto const inner = MakeTree(L"t2", r2.get());
+  auto const inner = MakeTree(L"t2", r2);
   auto const r1 = Make<NSceneGraphReferenceNode>(L"r1");
   r1->SetSceneGraph(*inner);
-  auto const tree = MakeTree(L"t1", r1.get());
-  std::vector<std::wstring> const expected{L"tree t1",
-                                           L"r1",
-                                           L"reference r1",
-                                           L"tree t2 r1",
-                                           L"r2 r1",
-                                           L"reference r2 r1",
-                                           L"tree t3 r1 r2",
-                                           L"leaf r1 r2",
-                                           L"group leaf r1 r2",
-                                           L"/group leaf r1 r2",
-                                           L"/leaf r1 r2",
-                                           L"/tree t3 r1 r2",
-                                           L"child r1",
-                                           L"group child r1",
-                                           L"/group child r1",
-                                           L"/child r1",
-                                           L"/reference r2 r1",
-                                           L"/r2 r1",
-                                           L"/tree t2 r1",
-                                           L"/reference r1",
-                                           L"/r1",
-                                           L"/tree t1"};
-  EXPECT_EQ(Walk(*tree), expected);
-
-  recorder.heard.clear();
-  recorder.Start(NSceneGraphPath<NSceneGraphItemNode>(*leaf, *tree, {*r1, *r2}), &recorder);
-  EXPECT_THAT(recorder.heard, ElementsAre(L"leaf r1 r2", L"group leaf r1 r2", L"/group leaf r1 r2",
-                                          L"/leaf r1 r2"));
+  auto const tree = MakeTree(L"t1", r1);
+  EXPECT_EQ(Walk(*tree),
+            L"tree t1, r1, reference r1, tree t2 r1, r2 r1, reference r2 r1, tree t3 r1 r2, "
+            L"leaf r1 r2, group leaf r1 r2, /group leaf r1 r2, /leaf r1 r2, /tree t3 r1 r2, "
+            L"child r1, group child r1, /group child r1, /child r1, /reference r2 r1, /r2 r1, "
+            L"/tree t2 r1, /reference r1, /r1, /tree t1, ");
+  recorder.Start(ItemPath(*leaf, *tree, {*r1, *r2}), &recorder);
+  EXPECT_EQ(Take(), L"leaf r1 r2, group leaf r1 r2, /group leaf r1 r2, /leaf r1 r2, ");
   EXPECT_EQ(recorder.Tree(), tree.get());
-  recorder.heard.clear();
-  recorder.Start(NSceneGraphPath<NSceneGraphItemNode>(), &recorder);
-  EXPECT_THAT(recorder.heard, IsEmpty());
+  recorder.Start(ItemPath(), &recorder);
+  EXPECT_EQ(Take(), L"");
   EXPECT_EQ(recorder.Tree(), tree.get());
 
   recorder.entersReferences = false;
-  EXPECT_THAT(Walk(*tree), ElementsAre(L"tree t1", L"r1", L"reference r1", L"/reference r1", L"/r1",
-                                       L"/tree t1"));
+  EXPECT_EQ(Walk(*tree), L"tree t1, r1, reference r1, /reference r1, /r1, /tree t1, ");
 }
 
 TEST_F(Traverser, ATreeThatShowsItselfIsCutAtItsSecondShowing) {
@@ -199,8 +147,8 @@ TEST_F(Traverser, ATreeThatShowsItselfIsCutAtItsSecondShowing) {
   auto const second = Make<NSceneGraphReferenceNode>(L"second", root.get());
   auto const shown = Make(L"shown");
   auto const back = Make<NSceneGraphReferenceNode>(L"back", shown.get());
-  auto const tree = MakeTree(L"t", root.get());
-  auto const inner = MakeTree(L"inner", shown.get());
+  auto const tree = MakeTree(L"t", root);
+  auto const inner = MakeTree(L"inner", shown);
   first->SetSceneGraph(*inner);
   second->SetSceneGraph(*inner);
   back->SetSceneGraph(*tree);
@@ -211,13 +159,13 @@ TEST_F(Traverser, ATreeThatShowsItselfIsCutAtItsSecondShowing) {
 
   // The trees on the way down count as shown.
   Counter below;
-  below.Start(NSceneGraphPath<NSceneGraphItemNode>(*shown, *tree, {*first}), nullptr);
+  below.Start(ItemPath(*shown, *tree, {*first}), nullptr);
   EXPECT_EQ(below.items, 2);
   // Check points that don't lead to the item cut nothing.
   for (auto const& wrong :
        {NSceneGraphTraverser::NCheckPoints{*first}, {*back}, {*first, *first}}) {
     Counter all;
-    all.Start(NSceneGraphPath<NSceneGraphItemNode>(*first, *tree, wrong), nullptr);
+    all.Start(ItemPath(*first, *tree, wrong), nullptr);
     EXPECT_EQ(all.items, 6);  // first, shown, back, root, and the two references once more
   }
   // A hook's exception leaves the traverser as good as new.
@@ -239,7 +187,7 @@ TEST_F(Traverser, AnItemBelowItselfIsCut) {
   ASSERT_TRUE(c->AddChild(*b, 0));
   ASSERT_TRUE(b->AddChild(*a));
   Counter counter;
-  counter.Start(*MakeTree(L"t", a.get()), nullptr);
+  counter.Start(*MakeTree(L"t", a), nullptr);
   EXPECT_EQ(counter.items, 2);
   EXPECT_EQ(counter.open, 0);
   b->RemoveChild(*a);
@@ -272,13 +220,13 @@ TEST_F(Traverser, EndsBeyondItsBudgetAndItsStack) {
     }
     return "";
   };
-  std::vector<Pointer<NSceneGraphTreeNode>> doubled{MakeTree(L"", Make(L"").get())};
+  std::vector<Pointer<NSceneGraphTreeNode>> doubled{MakeTree(L"", Make(L""))};
   for (int level = 0; level != 26; ++level) {
     auto const root = Make(L"");
     for (int i = 0; i != 2; ++i) {
       Make<NSceneGraphReferenceNode>(L"", root.get())->SetSceneGraph(*doubled.back());
     }
-    doubled.push_back(MakeTree(L"", root.get()));
+    doubled.push_back(MakeTree(L"", root));
   }
   Counter counter;
   SetWalkBudget(22);
@@ -293,7 +241,7 @@ TEST_F(Traverser, EndsBeyondItsBudgetAndItsStack) {
   for (int i = 0; i != 20000; ++i) {
     auto const reference = Make<NSceneGraphReferenceNode>(L"");
     reference->SetSceneGraph(*nested);
-    nested = MakeTree(L"", reference.get());
+    nested = MakeTree(L"", reference);
   }
   RunOnASmallStack([&] {
     EXPECT_THAT(ends(counter, *nested), testing::HasSubstr("nested"));
@@ -310,7 +258,7 @@ TEST_F(Traverser, WalksWhatIsDeep) {
     parent->AddChild(*root);
     root = parent;
   }
-  auto const tree = MakeTree(L"t", root.get());
+  auto const tree = MakeTree(L"t", root);
   Counter counter;
   counter.Start(*tree, nullptr);
   EXPECT_EQ(counter.items, 100001);
@@ -320,7 +268,7 @@ TEST_F(Traverser, WalksWhatIsDeep) {
   for (int i = 0; i != 1000; ++i) {
     auto const reference = Make<NSceneGraphReferenceNode>(L"");
     reference->SetSceneGraph(*outer);
-    outer = MakeTree(L"", reference.get());
+    outer = MakeTree(L"", reference);
   }
   Counter nested;
   nested.Start(*outer, nullptr);

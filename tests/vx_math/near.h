@@ -13,3 +13,15 @@ testing::AssertionResult Near(T const& a, T const& b, double tolerance) {
   }
   return testing::AssertionSuccess();
 }
+
+inline VX_Math::Vec3 Point(VX_Math::Vec3 const& in, VX_Math::Matrix const& m) {
+  VX_Math::Vec3 out;
+  m.MultVecMatrix(in, out);
+  return out;
+}
+
+inline VX_Math::Vec3 Direction(VX_Math::Vec3 const& in, VX_Math::Matrix const& m) {
+  VX_Math::Vec3 out;
+  m.MultDirMatrix(in, out);
+  return out;
+}

@@ -2,33 +2,16 @@
 
 #include "tests/vx_math/near.h"
 
+namespace corvanta {
 namespace {
-
-using VX_Math::Matrix;
-using VX_Math::Quaternion;
-using VX_Math::Vec3;
 
 constexpr float kPi = std::numbers::pi_v<float>;
 
 Quaternion FromDegrees(Vec3 const& angles) { return VX_Math::CreateQuaternion(angles, false); }
 
-Vec3 Turn(Vec3 const& in, Quaternion const& q) {
-  Vec3 out;
-  Matrix(q).MultDirMatrix(in, out);
-  return out;
-}
+Quaternion Negated(Quaternion const& q) { return {-q.x, -q.y, -q.z, -q.w}; }
 
-// The turn about one axis in double, straight from the definition.
-Matrix AboutAxis(int axis, double degrees) {
-  double const radians = degrees * std::numbers::pi / 180.0;
-  int const next = (axis + 1) % 3;
-  int const last = (axis + 2) % 3;
-  Matrix m;
-  m(next, next) = m(last, last) = static_cast<float>(std::cos(radians));
-  m(next, last) = static_cast<float>(std::sin(radians));
-  m(last, next) = -m(next, last);
-  return m;
-}
+Vec3 Turn(Vec3 const& in, Quaternion const& q) { return Direction(in, Matrix(q)); }
 
 Matrix Compose(Vec3 const& scale, Vec3 const& degrees, Vec3 const& translation) {
   Matrix m;
@@ -82,7 +65,7 @@ TEST(QuaternionTest, EqualsComparesEachComponent) {
     Quaternion other = q;
     other[i] -= 1.1e-4f;
     EXPECT_FALSE(q.Equals(other, 1e-4f)) << i;
-    other[i] = std::numeric_limits<float>::quiet_NaN();
+    other[i] = static_cast<float>(kNaN);
     EXPECT_FALSE(q.Equals(other, 1e-4f)) << i;
   }
   EXPECT_FALSE(q.Equals(Quaternion(-0.1f, -0.2f, -0.3f, -0.9f), 1e-4f));
@@ -96,8 +79,7 @@ TEST(SlerpTest, OfThreeTakesTheShorterWay) {
       Quaternion const expected(axis, 0.3f + t * b);
       Quaternion const start(axis, 0.3f);
       EXPECT_TRUE(Near(Quaternion::Slerp(start, end, t), expected, 1e-6)) << b << " " << t;
-      Quaternion const turned(-end.x, -end.y, -end.z, -end.w);
-      EXPECT_TRUE(Near(Quaternion::Slerp(start, turned, t), expected, 1e-6)) << b << " " << t;
+      EXPECT_TRUE(Near(Quaternion::Slerp(start, Negated(end), t), expected, 1e-6)) << b << t;
     }
   }
 }
@@ -123,10 +105,12 @@ TEST(SlerpTest, OfFourTakesTheAngleAsGiven) {
 
 TEST(EulerAnglesTest, TurnAboutXThenYThenZ) {
   EXPECT_TRUE(Near(Turn(Vec3(0, 1, 0), FromDegrees(Vec3(90, 0, 0))), Vec3(0, 0, 1), 1e-6));
-  for (Vec3 const& angles : {Vec3(10, 20, 30), Vec3(-170, 80, 135), Vec3(400, -500, 765)}) {
-    Matrix const expected =
-        AboutAxis(0, angles.x) * AboutAxis(1, angles.y) * AboutAxis(2, angles.z);
-    EXPECT_TRUE(Near(Matrix(FromDegrees(angles)), expected, 1e-6));
+  // Products of the three turns, worked out in double precision.
+  for (auto const& [angles, expected] : std::vector<std::pair<Vec3, Quaternion>>{
+           {{10, 20, 30}, {0.0381346f, 0.1893079f, 0.2392983f, 0.9515485f}},
+           {{-170, 80, 135}, {-0.3437951f, -0.6836007f, 0.3067311f, -0.5660486f}},
+           {{400, -500, 765}, {0.4459913f, -0.7710407f, 0.4199212f, 0.1739371f}}}) {
+    EXPECT_TRUE(Near(Matrix(FromDegrees(angles)), Matrix(expected), 1e-6));
     Quaternion const q = VX_Math::CreateQuaternion(angles * (kPi / 180.0f), true);
     EXPECT_TRUE(Near(q, FromDegrees(angles), 1e-5));
   }
@@ -174,9 +158,7 @@ TEST(TransformInfoTest, GivesTheMatrixBack) {
       }
     }
   }
-  unsigned const seed = std::random_device()();
-  SCOPED_TRACE(seed);
-  std::mt19937 random(seed);
+  Random random;
   std::uniform_real_distribution<float> degrees(-360.0f, 360.0f);
   std::uniform_real_distribution<float> factor(-3.0f, 3.0f);
   for (int i = 0; i != 1000; ++i) {
@@ -186,8 +168,7 @@ TEST(TransformInfoTest, GivesTheMatrixBack) {
 }
 
 TEST(TransformInfoTest, AngleIsFiniteForAnyMatrix) {
-  float const nan = std::numeric_limits<float>::quiet_NaN();
-  float const values[] = {0, 1, -2, 1e38f, std::numeric_limits<float>::infinity(), nan};
+  float const values[] = {0, 1, -2, 1e38f, static_cast<float>(kInfinity), static_cast<float>(kNaN)};
   std::mt19937 random(3);
   for (int trial = 0; trial != 5000; ++trial) {
     Matrix m;
@@ -197,4 +178,106 @@ TEST(TransformInfoTest, AngleIsFiniteForAnyMatrix) {
   }
 }
 
+// Rectangle -1..3 by -2..1 at the distance 2, depths 2 to 10.
+TEST(D3dx9Test, PerspectiveTakesTheFrustumToTheUnitBox) {
+  Matrix const m = platform::MatrixPerspectiveOffCenterRH(-1, 3, -2, 1, 2, 10);
+  EXPECT_TRUE(Near(Point(Vec3(-1, -2, -2), m), Vec3(-1, -1, 0), 1e-6));
+  EXPECT_TRUE(Near(Point(Vec3(3, 1, -2), m), Vec3(1, 1, 0), 1e-6));
+  EXPECT_TRUE(Near(Point(Vec3(-5, -10, -10), m), Vec3(-1, -1, 1), 1e-6));
+  EXPECT_TRUE(Near(Point(Vec3(15, 5, -10), m), Vec3(1, 1, 1), 1e-6));
+  EXPECT_TRUE(Near(
+      m, Matrix(1, 0, 0, 0, 0, 4.0f / 3, 0, 0, 0.5f, -1.0f / 3, -1.25f, -1, 0, 0, -2.5f, 0), 1e-6));
+}
+
+TEST(D3dx9Test, OrthoTakesTheBoxToTheUnitBox) {
+  Matrix const m = platform::MatrixOrthoOffCenterRH(-1, 3, -2, 1, 2, 10);
+  EXPECT_TRUE(Near(Point(Vec3(-1, -2, -2), m), Vec3(-1, -1, 0), 1e-6));
+  EXPECT_TRUE(Near(Point(Vec3(3, 1, -10), m), Vec3(1, 1, 1), 1e-6));
+  EXPECT_EQ(m(3, 3), 1.0f);
+  EXPECT_EQ(m(2, 3), 0.0f);
+  EXPECT_FALSE(std::isfinite(platform::MatrixOrthoOffCenterRH(1, 1, 0, 1, 1, 2)(0, 0)));
+}
+
+TEST(D3dx9Test, LookAtBringsTheEyeToTheOrigin) {
+  Vec3 const eye(1, 2, 3);
+  Vec3 const at(4, -2, 15);  // 13 away
+  Matrix const m = platform::MatrixLookAtRH(eye, at, Vec3(0, 7, 0));
+  EXPECT_TRUE(Near(Point(eye, m), Vec3(), 1e-6));
+  EXPECT_TRUE(Near(Point(at, m), Vec3(0, 0, -13), 1e-5));
+  Vec3 up;
+  m.MultDirMatrix(Vec3(0, 1, 0), up);
+  EXPECT_NEAR(up.x, 0.0, 1e-6);
+  EXPECT_GT(up.y, 0.0f);
+  Matrix turn = m;
+  turn(3, 0) = turn(3, 1) = turn(3, 2) = 0.0f;
+  EXPECT_TRUE(Near(turn * turn.Transpose(), Matrix(), 1e-6));
+  // Right-handed: nothing is mirrored.
+  EXPECT_TRUE(Near(platform::MatrixLookAtRH(Vec3(0, 0, 10), Vec3(), Vec3(0, 1, 0)),
+                   Matrix(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, -10, 1), 1e-6));
+}
+
+struct Squad {
+  Quaternion a, b, c;
+};
+
+Squad SquadOf(Quaternion const& q0, Quaternion const& q1, Quaternion const& q2,
+              Quaternion const& q3) {
+  Squad squad;
+  platform::QuaternionSquadSetup(squad.a, squad.b, squad.c, q0, q1, q2, q3);
+  return squad;
+}
+
+// Keys about one axis: an inner point is its key, turned by a quarter of what the neighbours miss
+// the middle.
+TEST(SquadSetupTest, OfTurnsAboutOneAxis) {
+  Vec3 const axis(2, -1, 2);
+  Squad const squad = SquadOf(Quaternion(axis, 0.1f), Quaternion(axis, 0.5f),
+                              Quaternion(axis, 1.5f), Quaternion(axis, 1.7f));
+  EXPECT_TRUE(Near(squad.a, Quaternion(axis, 0.5f - 0.25f * (1.0f - 0.4f)), 1e-6));
+  EXPECT_TRUE(Near(squad.b, Quaternion(axis, 1.5f - 0.25f * (0.2f - 1.0f)), 1e-6));
+  EXPECT_TRUE(Near(squad.c, Quaternion(axis, 1.5f), 1e-6));
+  // The third key is near both its neighbours, which are more than half a turn apart: the fourth
+  // takes its sign from the third.
+  EXPECT_TRUE(Near(SquadOf(Quaternion(axis, 0.1f), Quaternion(axis, 0.5f), Quaternion(axis, 2.5f),
+                           Quaternion(axis, 4.3f))
+                       .b,
+                   Quaternion(axis, 2.5f - 0.25f * (1.8f - 2.0f)), 1e-6));
+  Quaternion q(axis, 2.0f);
+  platform::QuaternionSquadSetup(q, q, q, q, q, q, q);  // results may be keys
+  EXPECT_TRUE(Near(q, Quaternion(axis, 2.0f), 1e-7));
+}
+
+// Worked out with 2x2 complex matrices, logarithms by repeated square roots. The third key is
+// turned round (dot -0.785); then the fourth stays (dot 0.354), which would turn for the third as
+// given.
+TEST(SquadSetupTest, OfTurnsAboutAnyAxes) {
+  Quaternion const q0(0.2f, 0.4f, 0.4f, 0.8f);
+  Quaternion const q1(-0.16012815f, 0.32025631f, 0.48038446f, 0.80064077f);
+  Quaternion const q2(0.26490647f, -0.52981294f, 0.13245324f, -0.79471941f);
+  Quaternion const q3(-0.80178373f, 0.0f, 0.53452248f, 0.26726124f);
+  Quaternion const a(-0.208468869f, 0.21336757f, 0.619335584f, 0.726249574f);
+  Quaternion const b(-0.032353901f, 0.567917608f, -0.456458788f, 0.684155092f);
+  for (int signs = 0; signs != 16; ++signs) {
+    auto const sign = [signs](int bit, Quaternion const& q) {
+      return (signs & bit) != 0 ? Negated(q) : q;
+    };
+    Squad const squad = SquadOf(sign(1, q0), sign(2, q1), sign(4, q2), sign(8, q3));
+    // Only the sign of the second key shows.
+    EXPECT_TRUE(Near(squad.a, sign(2, a), 1e-6)) << signs;
+    EXPECT_TRUE(Near(squad.b, sign(2, b), 1e-6)) << signs;
+    EXPECT_EQ(squad.c, sign(2, Negated(q2))) << signs;
+  }
+}
+
+TEST(SquadSetupTest, KeepsTheSignAtADotOfZero) {
+  Quaternion const none;
+  Quaternion const half(1, 0, 0, 0);
+  EXPECT_EQ(SquadOf(none, none, half, half).c, half);
+  EXPECT_EQ(SquadOf(none, none, Negated(half), half).c, Negated(half));
+  float const sine = std::sin(0.39269908f);
+  float const cosine = std::cos(0.39269908f);
+  EXPECT_TRUE(Near(SquadOf(none, none, half, half).a, Quaternion(-sine, 0, 0, cosine), 1e-6));
+}
+
 }  // namespace
+}  // namespace corvanta

@@ -1,4 +1,19 @@
+// What all event kinds and the base of their fan-in have out of line: nothing but their beginnings
+// and ends.
 #include "corvanta/data/events/NEventListener.h"
+
+#include "corvanta/data/events/attribute_change/NListener.h"
+#include "corvanta/data/events/environment/NListener.h"
+#include "corvanta/data/events/environment_map_change/NListener.h"
+#include "corvanta/data/events/geometry_change/NMultiplexer.h"
+#include "corvanta/data/events/light_env/NListener.h"
+#include "corvanta/data/events/material/NListener.h"
+#include "corvanta/data/events/scene/NListener.h"
+#include "corvanta/data/events/scene_graph_hierarchy/NListener.h"
+#include "corvanta/data/events/scene_graph_model/NListener.h"
+#include "corvanta/data/events/scene_graph_tree/NListener.h"
+#include "corvanta/data/events/scene_graph_tree_host/NListener.h"
+#include "corvanta/data/events/texture/NListener.h"
 
 namespace corvanta::data::events {
 
@@ -6,54 +21,136 @@ NEventListener::NEventListener() noexcept = default;
 NEventListener::NEventListener(NEventListener const& other) noexcept = default;
 NEventListener::~NEventListener() = default;
 
-void NEventListener::OnAttributeChange(core::attribute::NAttributeHost&,
-                                       core::attribute::NAttribute const&) {}
-void NEventListener::OnFloorImageChange(domain::environment::NEnvironmentNode const&) {}
-void NEventListener::OnFloorGeometryChange(domain::environment::NEnvironmentNode const&) {}
-void NEventListener::OnAddLightEnv(domain::environment::NEnvironmentNode const&,
-                                   domain::light_env::NLightEnvNode const&) {}
-void NEventListener::OnRemoveLightEnv(domain::environment::NEnvironmentNode const&,
-                                      domain::light_env::NLightEnvNode const&) {}
-void NEventListener::OnEnvironmentMapImageChange(domain::material::NMaterialNode const&) {}
-void NEventListener::OnEnvironmentMapImageChange(domain::environment::NEnvironmentNode const&) {}
-void NEventListener::OnEnvironmentMapImageTypeChange(domain::material::NMaterialNode const&) {}
-void NEventListener::OnEnvironmentMapImageTypeChange(domain::environment::NEnvironmentNode const&) {
-}
-void NEventListener::OnGeometryChange(
-    domain::scenegraph::item::NSceneGraphModelNode const&,
-    boost::intrusive_ptr<domain::geometry::NGeometryNode> const&) {}
-void NEventListener::OnGeometryChange(domain::geometry::NGeometryNode const&,
-                                      domain::geometry::NSurface const&,
-                                      domain::geometry::NGeometryChangeType) {}
-void NEventListener::OnAddTexture(domain::material::NMaterialNode const&, unsigned int) {}
-void NEventListener::OnRemoveTexture(
-    domain::material::NMaterialNode const&,
-    boost::intrusive_ptr<domain::texture::NTextureNode> const&,
-    boost::intrusive_ptr<domain::material::texture_mapping::NTextureMapping> const&) {}
-void NEventListener::OnSetBrdfTextureLocator(domain::material::NMaterialNode const&,
-                                             core::locator::NLocator const&) {}
-void NEventListener::OnMaterialChange(
-    domain::scenegraph::item::NSceneGraphModelNode const&,
-    boost::intrusive_ptr<domain::material::NMaterialNode> const&) {}
-void NEventListener::OnAddChild(domain::scenegraph::item::NSceneGraphItemNode const&,
-                                domain::scenegraph::item::NSceneGraphItemNode const&) {}
-void NEventListener::OnRemoveChild(domain::scenegraph::item::NSceneGraphItemNode const&,
-                                   domain::scenegraph::item::NSceneGraphItemNode const&) {}
-void NEventListener::OnSceneGraphTreeChange(
-    domain::scenegraph::tree::NSceneGraphTreeHost const&,
-    boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeNode> const&) {}
-void NEventListener::OnSceneGraphTreeRootChange(
-    domain::scenegraph::tree::NSceneGraphTreeNode const&,
-    boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemNode> const&) {}
-void NEventListener::OnSceneGraphTreeRootChange(
-    domain::scenegraph::tree::NSceneGraphTreeHost const&,
-    domain::scenegraph::tree::NSceneGraphTreeNode const&,
-    boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemNode> const&) {}
-void NEventListener::OnTextureImageChange(domain::texture::NTextureNode const&) {}
-void NEventListener::OnEnvironmentChange(
-    domain::scene::NSceneNode const&,
-    boost::intrusive_ptr<domain::environment::NEnvironmentNode> const&) {}
-void NEventListener::OnLampChange(domain::light_env::NLightEnvNode const&,
-                                  domain::light_env::NLamp const&, light_env::NLampEventType) {}
-
 }  // namespace corvanta::data::events
+
+namespace corvanta::data::events::attribute_change {
+
+NListener::~NListener() = default;
+
+NMultiplexer::NMultiplexer() = default;
+NMultiplexer::~NMultiplexer() = default;
+
+}  // namespace corvanta::data::events::attribute_change
+
+namespace corvanta::data::events::environment {
+
+NListener::~NListener() = default;
+
+NMultiplexer::NMultiplexer() = default;
+NMultiplexer::~NMultiplexer() = default;
+
+}  // namespace corvanta::data::events::environment
+
+namespace corvanta::data::events::environment_map_change {
+
+NListener::~NListener() = default;
+
+NMultiplexer::NMultiplexer() = default;
+NMultiplexer::~NMultiplexer() = default;
+
+}  // namespace corvanta::data::events::environment_map_change
+
+namespace corvanta::data::events::geometry_change {
+
+NMultiplexer::NMultiplexer() = default;
+NMultiplexer::~NMultiplexer() = default;
+
+}  // namespace corvanta::data::events::geometry_change
+
+namespace corvanta::data::events::light_env {
+
+NListener::~NListener() = default;
+
+NMultiplexer::NMultiplexer() = default;
+NMultiplexer::~NMultiplexer() = default;
+
+}  // namespace corvanta::data::events::light_env
+
+namespace corvanta::data::events::material {
+
+NListener::~NListener() = default;
+
+NMultiplexer::NMultiplexer() = default;
+NMultiplexer::~NMultiplexer() = default;
+
+}  // namespace corvanta::data::events::material
+
+namespace corvanta::data::events::scene {
+
+NListener::~NListener() = default;
+
+NMultiplexer::NMultiplexer() = default;
+NMultiplexer::~NMultiplexer() = default;
+
+}  // namespace corvanta::data::events::scene
+
+namespace corvanta::data::events::scene_graph_hierarchy {
+
+NListener::~NListener() = default;
+
+NMultiplexer::NMultiplexer() = default;
+NMultiplexer::~NMultiplexer() = default;
+
+void NMultiplexer::SignalAddChild(
+    domain::scenegraph::item::NSceneGraphItemNode const& parent,
+    domain::scenegraph::item::NSceneGraphItemNode const& child) const {
+  NotifyObservers([&](NListener& listener) { listener.SignalAddChild(parent, child); });
+}
+
+void NMultiplexer::SignalRemoveChild(
+    domain::scenegraph::item::NSceneGraphItemNode const& parent,
+    domain::scenegraph::item::NSceneGraphItemNode const& child) const {
+  NotifyObservers([&](NListener& listener) { listener.SignalRemoveChild(parent, child); });
+}
+
+}  // namespace corvanta::data::events::scene_graph_hierarchy
+
+namespace corvanta::data::events::scene_graph_model {
+
+NListener::~NListener() = default;
+
+NMultiplexer::NMultiplexer() = default;
+NMultiplexer::~NMultiplexer() = default;
+
+}  // namespace corvanta::data::events::scene_graph_model
+
+namespace corvanta::data::events::scene_graph_tree {
+
+NListener::~NListener() = default;
+
+NMultiplexer::NMultiplexer() = default;
+NMultiplexer::~NMultiplexer() = default;
+
+}  // namespace corvanta::data::events::scene_graph_tree
+
+namespace corvanta::data::events::scene_graph_tree_host {
+
+NListener::~NListener() = default;
+
+NMultiplexer::NMultiplexer() = default;
+NMultiplexer::~NMultiplexer() = default;
+
+void NMultiplexer::SignalSceneGraphTreeChange(
+    domain::scenegraph::tree::NSceneGraphTreeHost const& host,
+    boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeNode> const& oldTree) {
+  NotifyObservers([&](NListener& listener) { listener.SignalSceneGraphTreeChange(host, oldTree); });
+}
+
+void NMultiplexer::SignalSceneGraphTreeRootChange(
+    domain::scenegraph::tree::NSceneGraphTreeHost const& host,
+    domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
+    boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemNode> const& oldRoot) {
+  NotifyObservers(
+      [&](NListener& listener) { listener.SignalSceneGraphTreeRootChange(host, tree, oldRoot); });
+}
+
+}  // namespace corvanta::data::events::scene_graph_tree_host
+
+namespace corvanta::data::events::texture {
+
+NListener::~NListener() = default;
+
+NMultiplexer::NMultiplexer() = default;
+NMultiplexer::~NMultiplexer() = default;
+
+}  // namespace corvanta::data::events::texture

@@ -126,56 +126,52 @@ class CORVANTA_API NEventListener
   ~NEventListener() override;
 
  private:
-  virtual void OnAttributeChange(core::attribute::NAttributeHost& host,
-                                 core::attribute::NAttribute const& attribute);
-  virtual void OnFloorImageChange(domain::environment::NEnvironmentNode const& environment);
-  virtual void OnFloorGeometryChange(domain::environment::NEnvironmentNode const& environment);
-  virtual void OnAddLightEnv(domain::environment::NEnvironmentNode const& environment,
-                             domain::light_env::NLightEnvNode const& lightEnv);
-  virtual void OnRemoveLightEnv(domain::environment::NEnvironmentNode const& environment,
-                                domain::light_env::NLightEnvNode const& lightEnv);
-  virtual void OnEnvironmentMapImageChange(domain::material::NMaterialNode const& material);
-  virtual void OnEnvironmentMapImageChange(
-      domain::environment::NEnvironmentNode const& environment);
-  virtual void OnEnvironmentMapImageTypeChange(domain::material::NMaterialNode const& material);
-  virtual void OnEnvironmentMapImageTypeChange(
-      domain::environment::NEnvironmentNode const& environment);
-  virtual void OnGeometryChange(
-      domain::scenegraph::item::NSceneGraphModelNode const& model,
-      boost::intrusive_ptr<domain::geometry::NGeometryNode> const& oldGeometry);
-  virtual void OnGeometryChange(domain::geometry::NGeometryNode const& geometry,
-                                domain::geometry::NSurface const& surface,
-                                domain::geometry::NGeometryChangeType type);
-  virtual void OnAddTexture(domain::material::NMaterialNode const& material, unsigned int index);
+  virtual void OnAttributeChange(core::attribute::NAttributeHost&,
+                                 core::attribute::NAttribute const&) {}
+  virtual void OnFloorImageChange(domain::environment::NEnvironmentNode const&) {}
+  virtual void OnFloorGeometryChange(domain::environment::NEnvironmentNode const&) {}
+  virtual void OnAddLightEnv(domain::environment::NEnvironmentNode const&,
+                             domain::light_env::NLightEnvNode const&) {}
+  virtual void OnRemoveLightEnv(domain::environment::NEnvironmentNode const&,
+                                domain::light_env::NLightEnvNode const&) {}
+  virtual void OnEnvironmentMapImageChange(domain::material::NMaterialNode const&) {}
+  virtual void OnEnvironmentMapImageChange(domain::environment::NEnvironmentNode const&) {}
+  virtual void OnEnvironmentMapImageTypeChange(domain::material::NMaterialNode const&) {}
+  virtual void OnEnvironmentMapImageTypeChange(domain::environment::NEnvironmentNode const&) {}
+  virtual void OnGeometryChange(domain::scenegraph::item::NSceneGraphModelNode const&,
+                                boost::intrusive_ptr<domain::geometry::NGeometryNode> const&) {}
+  virtual void OnGeometryChange(domain::geometry::NGeometryNode const&,
+                                domain::geometry::NSurface const&,
+                                domain::geometry::NGeometryChangeType) {}
+  virtual void OnAddTexture(domain::material::NMaterialNode const&, unsigned int) {}
   virtual void OnRemoveTexture(
-      domain::material::NMaterialNode const& material,
-      boost::intrusive_ptr<domain::texture::NTextureNode> const& texture,
-      boost::intrusive_ptr<domain::material::texture_mapping::NTextureMapping> const& mapping);
-  virtual void OnSetBrdfTextureLocator(domain::material::NMaterialNode const& material,
-                                       core::locator::NLocator const& locator);
-  virtual void OnMaterialChange(
-      domain::scenegraph::item::NSceneGraphModelNode const& model,
-      boost::intrusive_ptr<domain::material::NMaterialNode> const& oldMaterial);
-  virtual void OnAddChild(domain::scenegraph::item::NSceneGraphItemNode const& parent,
-                          domain::scenegraph::item::NSceneGraphItemNode const& child);
-  virtual void OnRemoveChild(domain::scenegraph::item::NSceneGraphItemNode const& parent,
-                             domain::scenegraph::item::NSceneGraphItemNode const& child);
+      domain::material::NMaterialNode const&,
+      boost::intrusive_ptr<domain::texture::NTextureNode> const&,
+      boost::intrusive_ptr<domain::material::texture_mapping::NTextureMapping> const&) {}
+  virtual void OnSetBrdfTextureLocator(domain::material::NMaterialNode const&,
+                                       core::locator::NLocator const&) {}
+  virtual void OnMaterialChange(domain::scenegraph::item::NSceneGraphModelNode const&,
+                                boost::intrusive_ptr<domain::material::NMaterialNode> const&) {}
+  virtual void OnAddChild(domain::scenegraph::item::NSceneGraphItemNode const&,
+                          domain::scenegraph::item::NSceneGraphItemNode const&) {}
+  virtual void OnRemoveChild(domain::scenegraph::item::NSceneGraphItemNode const&,
+                             domain::scenegraph::item::NSceneGraphItemNode const&) {}
   virtual void OnSceneGraphTreeChange(
-      domain::scenegraph::tree::NSceneGraphTreeHost const& host,
-      boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeNode> const& oldTree);
+      domain::scenegraph::tree::NSceneGraphTreeHost const&,
+      boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeNode> const&) {}
   virtual void OnSceneGraphTreeRootChange(
-      domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
-      boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemNode> const& oldRoot);
+      domain::scenegraph::tree::NSceneGraphTreeNode const&,
+      boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemNode> const&) {}
   virtual void OnSceneGraphTreeRootChange(
-      domain::scenegraph::tree::NSceneGraphTreeHost const& host,
-      domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
-      boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemNode> const& oldRoot);
-  virtual void OnTextureImageChange(domain::texture::NTextureNode const& texture);
+      domain::scenegraph::tree::NSceneGraphTreeHost const&,
+      domain::scenegraph::tree::NSceneGraphTreeNode const&,
+      boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemNode> const&) {}
+  virtual void OnTextureImageChange(domain::texture::NTextureNode const&) {}
   virtual void OnEnvironmentChange(
-      domain::scene::NSceneNode const& scene,
-      boost::intrusive_ptr<domain::environment::NEnvironmentNode> const& oldEnvironment);
-  virtual void OnLampChange(domain::light_env::NLightEnvNode const& lightEnv,
-                            domain::light_env::NLamp const& lamp, light_env::NLampEventType type);
+      domain::scene::NSceneNode const&,
+      boost::intrusive_ptr<domain::environment::NEnvironmentNode> const&) {}
+  virtual void OnLampChange(domain::light_env::NLightEnvNode const&,
+                            domain::light_env::NLamp const&, light_env::NLampEventType) {}
 };
 
 }  // namespace corvanta::data::events

@@ -102,54 +102,122 @@ class CORVANTA_API NEventMultiplexer final
   ~NEventMultiplexer() override;
 
   void OnAttributeChangeImpl(core::attribute::NAttributeHost& host,
-                             core::attribute::NAttribute const& attribute) override;
-  void OnFloorImageChange(domain::environment::NEnvironmentNode const& environment) override;
-  void OnFloorGeometryChange(domain::environment::NEnvironmentNode const& environment) override;
+                             core::attribute::NAttribute const& attribute) override {
+    NotifyObservers(
+        [&](NEventListener& listener) { listener.SignalAttributeChange(host, attribute); });
+  }
+  void OnFloorImageChange(domain::environment::NEnvironmentNode const& environment) override {
+    NotifyObservers(
+        [&](NEventListener& listener) { listener.SignalFloorImageChange(environment); });
+  }
+  void OnFloorGeometryChange(domain::environment::NEnvironmentNode const& environment) override {
+    NotifyObservers(
+        [&](NEventListener& listener) { listener.SignalFloorGeometryChange(environment); });
+  }
   void OnAddLightEnv(domain::environment::NEnvironmentNode const& environment,
-                     domain::light_env::NLightEnvNode const& lightEnv) override;
+                     domain::light_env::NLightEnvNode const& lightEnv) override {
+    NotifyObservers(
+        [&](NEventListener& listener) { listener.SignalAddLightEnv(environment, lightEnv); });
+  }
   void OnRemoveLightEnv(domain::environment::NEnvironmentNode const& environment,
-                        domain::light_env::NLightEnvNode const& lightEnv) override;
-  void OnImageChange(domain::material::NMaterialNode const& material) override;
-  void OnImageChange(domain::environment::NEnvironmentNode const& environment) override;
-  void OnImageTypeChange(domain::material::NMaterialNode const& material) override;
-  void OnImageTypeChange(domain::environment::NEnvironmentNode const& environment) override;
+                        domain::light_env::NLightEnvNode const& lightEnv) override {
+    NotifyObservers(
+        [&](NEventListener& listener) { listener.SignalRemoveLightEnv(environment, lightEnv); });
+  }
+  void OnImageChange(domain::material::NMaterialNode const& material) override {
+    NotifyObservers(
+        [&](NEventListener& listener) { listener.SignalEnvironmentMapImageChange(material); });
+  }
+  void OnImageChange(domain::environment::NEnvironmentNode const& environment) override {
+    NotifyObservers(
+        [&](NEventListener& listener) { listener.SignalEnvironmentMapImageChange(environment); });
+  }
+  void OnImageTypeChange(domain::material::NMaterialNode const& material) override {
+    NotifyObservers(
+        [&](NEventListener& listener) { listener.SignalEnvironmentMapImageTypeChange(material); });
+  }
+  void OnImageTypeChange(domain::environment::NEnvironmentNode const& environment) override {
+    NotifyObservers([&](NEventListener& listener) {
+      listener.SignalEnvironmentMapImageTypeChange(environment);
+    });
+  }
   void OnGeometryChange(
       domain::scenegraph::item::NSceneGraphModelNode const& model,
-      boost::intrusive_ptr<domain::geometry::NGeometryNode> const& oldGeometry) override;
+      boost::intrusive_ptr<domain::geometry::NGeometryNode> const& oldGeometry) override {
+    NotifyObservers(
+        [&](NEventListener& listener) { listener.SignalGeometryChange(model, oldGeometry); });
+  }
   void OnGeometryChangeImpl(domain::geometry::NGeometryNode const& geometry,
                             domain::geometry::NSurface const& surface,
-                            domain::geometry::NGeometryChangeType type) override;
-  void OnAddTexture(domain::material::NMaterialNode const& material, unsigned int index) override;
+                            domain::geometry::NGeometryChangeType type) override {
+    NotifyObservers(
+        [&](NEventListener& listener) { listener.SignalGeometryChange(geometry, surface, type); });
+  }
+  void OnAddTexture(domain::material::NMaterialNode const& material, unsigned int index) override {
+    NotifyObservers([&](NEventListener& listener) { listener.SignalAddTexture(material, index); });
+  }
   void OnRemoveTexture(
       domain::material::NMaterialNode const& material,
       boost::intrusive_ptr<domain::texture::NTextureNode> const& texture,
       boost::intrusive_ptr<domain::material::texture_mapping::NTextureMapping> const& mapping)
-      override;
+      override {
+    NotifyObservers([&](NEventListener& listener) {
+      listener.SignalRemoveTexture(material, texture, mapping);
+    });
+  }
   void OnSetBrdfTextureLocator(domain::material::NMaterialNode const& material,
-                               core::locator::NLocator const& locator) override;
+                               core::locator::NLocator const& locator) override {
+    NotifyObservers(
+        [&](NEventListener& listener) { listener.SignalSetBrdfTextureLocator(material, locator); });
+  }
   void OnMaterialChange(
       domain::scenegraph::item::NSceneGraphModelNode const& model,
-      boost::intrusive_ptr<domain::material::NMaterialNode> const& oldMaterial) override;
+      boost::intrusive_ptr<domain::material::NMaterialNode> const& oldMaterial) override {
+    NotifyObservers(
+        [&](NEventListener& listener) { listener.SignalMaterialChange(model, oldMaterial); });
+  }
   void OnAddChild(domain::scenegraph::item::NSceneGraphItemNode const& parent,
-                  domain::scenegraph::item::NSceneGraphItemNode const& child) override;
+                  domain::scenegraph::item::NSceneGraphItemNode const& child) override {
+    NotifyObservers([&](NEventListener& listener) { listener.SignalAddChild(parent, child); });
+  }
   void OnRemoveChild(domain::scenegraph::item::NSceneGraphItemNode const& parent,
-                     domain::scenegraph::item::NSceneGraphItemNode const& child) override;
+                     domain::scenegraph::item::NSceneGraphItemNode const& child) override {
+    NotifyObservers([&](NEventListener& listener) { listener.SignalRemoveChild(parent, child); });
+  }
   void OnSceneGraphTreeChange(
       domain::scenegraph::tree::NSceneGraphTreeHost const& host,
-      boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeNode> const& oldTree) override;
+      boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeNode> const& oldTree) override {
+    NotifyObservers(
+        [&](NEventListener& listener) { listener.SignalSceneGraphTreeChange(host, oldTree); });
+  }
   void OnRootChange(
       domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
-      boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemNode> const& oldRoot) override;
+      boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemNode> const& oldRoot) override {
+    NotifyObservers(
+        [&](NEventListener& listener) { listener.SignalSceneGraphTreeRootChange(tree, oldRoot); });
+  }
   void OnSceneGraphTreeRootChange(
       domain::scenegraph::tree::NSceneGraphTreeHost const& host,
       domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
-      boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemNode> const& oldRoot) override;
-  void OnTextureImageChange(domain::texture::NTextureNode const& texture) override;
+      boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemNode> const& oldRoot) override {
+    NotifyObservers([&](NEventListener& listener) {
+      listener.SignalSceneGraphTreeRootChange(host, tree, oldRoot);
+    });
+  }
+  void OnTextureImageChange(domain::texture::NTextureNode const& texture) override {
+    NotifyObservers([&](NEventListener& listener) { listener.SignalTextureImageChange(texture); });
+  }
   void OnEnvironmentChange(
       domain::scene::NSceneNode const& scene,
-      boost::intrusive_ptr<domain::environment::NEnvironmentNode> const& oldEnvironment) override;
+      boost::intrusive_ptr<domain::environment::NEnvironmentNode> const& oldEnvironment) override {
+    NotifyObservers(
+        [&](NEventListener& listener) { listener.SignalEnvironmentChange(scene, oldEnvironment); });
+  }
   void OnLampChange(domain::light_env::NLightEnvNode const& lightEnv,
-                    domain::light_env::NLamp const& lamp, light_env::NLampEventType type) override;
+                    domain::light_env::NLamp const& lamp, light_env::NLampEventType type) override {
+    NotifyObservers(
+        [&](NEventListener& listener) { listener.SignalLampChange(lightEnv, lamp, type); });
+  }
 
   std::unique_ptr<Multiplexers> const m_multiplexers;
 };

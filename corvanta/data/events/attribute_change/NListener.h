@@ -40,7 +40,9 @@ class CORVANTA_API NMultiplexer final : public core::observer::NObservable<NMult
   NMultiplexer();
 
   void OnAttributeChange(core::attribute::NAttributeHost& host,
-                         core::attribute::NAttribute const& attribute) const;
+                         core::attribute::NAttribute const& attribute) const {
+    NotifyObservers([&](NListener& listener) { listener.OnAttributeChange(host, attribute); });
+  }
 
  private:
   ~NMultiplexer() override;

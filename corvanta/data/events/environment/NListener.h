@@ -51,12 +51,22 @@ class CORVANTA_API NMultiplexer final
  private:
   ~NMultiplexer() override;
 
-  void OnFloorImageChange(domain::environment::NEnvironmentNode const& environment) override;
-  void OnFloorGeometryChange(domain::environment::NEnvironmentNode const& environment) override;
+  void OnFloorImageChange(domain::environment::NEnvironmentNode const& environment) override {
+    NotifyObservers([&](NListener& listener) { listener.SignalFloorImageChange(environment); });
+  }
+  void OnFloorGeometryChange(domain::environment::NEnvironmentNode const& environment) override {
+    NotifyObservers([&](NListener& listener) { listener.SignalFloorGeometryChange(environment); });
+  }
   void OnAddLightEnv(domain::environment::NEnvironmentNode const& environment,
-                     domain::light_env::NLightEnvNode const& lightEnv) override;
+                     domain::light_env::NLightEnvNode const& lightEnv) override {
+    NotifyObservers(
+        [&](NListener& listener) { listener.SignalAddLightEnv(environment, lightEnv); });
+  }
   void OnRemoveLightEnv(domain::environment::NEnvironmentNode const& environment,
-                        domain::light_env::NLightEnvNode const& lightEnv) override;
+                        domain::light_env::NLightEnvNode const& lightEnv) override {
+    NotifyObservers(
+        [&](NListener& listener) { listener.SignalRemoveLightEnv(environment, lightEnv); });
+  }
 };
 
 }  // namespace corvanta::data::events::environment

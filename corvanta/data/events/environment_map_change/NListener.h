@@ -47,10 +47,18 @@ class CORVANTA_API NMultiplexer final
  private:
   ~NMultiplexer() override;
 
-  void OnImageChange(domain::material::NMaterialNode const& material) override;
-  void OnImageChange(domain::environment::NEnvironmentNode const& environment) override;
-  void OnImageTypeChange(domain::material::NMaterialNode const& material) override;
-  void OnImageTypeChange(domain::environment::NEnvironmentNode const& environment) override;
+  void OnImageChange(domain::material::NMaterialNode const& material) override {
+    NotifyObservers([&](NListener& listener) { listener.SignalImageChange(material); });
+  }
+  void OnImageChange(domain::environment::NEnvironmentNode const& environment) override {
+    NotifyObservers([&](NListener& listener) { listener.SignalImageChange(environment); });
+  }
+  void OnImageTypeChange(domain::material::NMaterialNode const& material) override {
+    NotifyObservers([&](NListener& listener) { listener.SignalImageTypeChange(material); });
+  }
+  void OnImageTypeChange(domain::environment::NEnvironmentNode const& environment) override {
+    NotifyObservers([&](NListener& listener) { listener.SignalImageTypeChange(environment); });
+  }
 };
 
 }  // namespace corvanta::data::events::environment_map_change

@@ -18,7 +18,11 @@ class CORVANTA_API NMultiplexer final
 
   void OnGeometryChangeImpl(domain::geometry::NGeometryNode const& geometry,
                             domain::geometry::NSurface const& surface,
-                            domain::geometry::NGeometryChangeType type) override;
+                            domain::geometry::NGeometryChangeType type) override {
+    NotifyObservers([&](domain::geometry::NGeometryChangeListener& listener) {
+      listener.OnGeometryChange(geometry, surface, type);
+    });
+  }
 };
 
 }  // namespace corvanta::data::events::geometry_change

@@ -39,7 +39,9 @@ class CORVANTA_API NMultiplexer final
   ~NMultiplexer() override;
 
   void OnLampChange(domain::light_env::NLightEnvNode const& lightEnv,
-                    domain::light_env::NLamp const& lamp, NLampEventType type) override;
+                    domain::light_env::NLamp const& lamp, NLampEventType type) override {
+    NotifyObservers([&](NListener& listener) { listener.SignalLampChange(lightEnv, lamp, type); });
+  }
 };
 
 }  // namespace corvanta::data::events::light_env

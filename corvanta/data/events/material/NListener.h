@@ -2,7 +2,7 @@
 
 #include <boost/intrusive_ptr.hpp>
 
-#include "corvanta/core/locator/fwd.h"
+#include "corvanta/core/locator/NLocator.h"
 #include "corvanta/core/observer/NObservable.h"
 #include "corvanta/core/reference_countable/NReferenceCountableWithWeakReference.h"
 #include "corvanta/data/domain/fwd.h"
@@ -55,14 +55,24 @@ class CORVANTA_API NMultiplexer final
  private:
   ~NMultiplexer() override;
 
-  void OnAddTexture(domain::material::NMaterialNode const& material, unsigned int index) override;
+  void OnAddTexture(domain::material::NMaterialNode const& material, unsigned int index) override {
+    NotifyObservers([&](NListener& listener) { listener.SignalAddTexture(material, index); });
+  }
   void OnRemoveTexture(
       domain::material::NMaterialNode const& material,
       boost::intrusive_ptr<domain::texture::NTextureNode> const& texture,
       boost::intrusive_ptr<domain::material::texture_mapping::NTextureMapping> const& mapping)
-      override;
+      override {
+    NotifyObservers(
+        [&](NListener& listener) { listener.SignalRemoveTexture(material, texture, mapping); });
+  }
   void OnSetBrdfTextureLocator(domain::material::NMaterialNode const& material,
-                               core::locator::NLocator const& locator) override;
+                               core::locator::NLocator const& locator) override {
+    // The observers may replace the locator that the reference leads to.
+    core::locator::NLocator const copy(locator);
+    NotifyObservers(
+        [&](NListener& listener) { listener.SignalSetBrdfTextureLocator(material, copy); });
+  }
 };
 
 }  // namespace corvanta::data::events::material

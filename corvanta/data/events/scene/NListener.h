@@ -43,7 +43,10 @@ class CORVANTA_API NMultiplexer final
 
   void OnEnvironmentChange(
       domain::scene::NSceneNode const& scene,
-      boost::intrusive_ptr<domain::environment::NEnvironmentNode> const& oldEnvironment) override;
+      boost::intrusive_ptr<domain::environment::NEnvironmentNode> const& oldEnvironment) override {
+    NotifyObservers(
+        [&](NListener& listener) { listener.SignalEnvironmentChange(scene, oldEnvironment); });
+  }
 };
 
 }  // namespace corvanta::data::events::scene

@@ -51,9 +51,13 @@ class CORVANTA_API NMultiplexer final
   ~NMultiplexer() override;
 
   void OnAddChild(domain::scenegraph::item::NSceneGraphItemNode const& parent,
-                  domain::scenegraph::item::NSceneGraphItemNode const& child) override;
+                  domain::scenegraph::item::NSceneGraphItemNode const& child) override {
+    SignalAddChild(parent, child);
+  }
   void OnRemoveChild(domain::scenegraph::item::NSceneGraphItemNode const& parent,
-                     domain::scenegraph::item::NSceneGraphItemNode const& child) override;
+                     domain::scenegraph::item::NSceneGraphItemNode const& child) override {
+    SignalRemoveChild(parent, child);
+  }
 };
 
 }  // namespace corvanta::data::events::scene_graph_hierarchy

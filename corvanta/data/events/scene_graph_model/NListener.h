@@ -51,10 +51,16 @@ class CORVANTA_API NMultiplexer final
 
   void OnGeometryChange(
       domain::scenegraph::item::NSceneGraphModelNode const& model,
-      boost::intrusive_ptr<domain::geometry::NGeometryNode> const& oldGeometry) override;
+      boost::intrusive_ptr<domain::geometry::NGeometryNode> const& oldGeometry) override {
+    NotifyObservers(
+        [&](NListener& listener) { listener.SignalGeometryChange(model, oldGeometry); });
+  }
   void OnMaterialChange(
       domain::scenegraph::item::NSceneGraphModelNode const& model,
-      boost::intrusive_ptr<domain::material::NMaterialNode> const& oldMaterial) override;
+      boost::intrusive_ptr<domain::material::NMaterialNode> const& oldMaterial) override {
+    NotifyObservers(
+        [&](NListener& listener) { listener.SignalMaterialChange(model, oldMaterial); });
+  }
 };
 
 }  // namespace corvanta::data::events::scene_graph_model

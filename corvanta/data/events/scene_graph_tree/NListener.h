@@ -43,7 +43,9 @@ class CORVANTA_API NMultiplexer final
 
   void OnRootChange(
       domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
-      boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemNode> const& oldRoot) override;
+      boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemNode> const& oldRoot) override {
+    NotifyObservers([&](NListener& listener) { listener.SignalRootChange(tree, oldRoot); });
+  }
 };
 
 }  // namespace corvanta::data::events::scene_graph_tree

@@ -62,11 +62,15 @@ class CORVANTA_API NMultiplexer final
 
   void OnSceneGraphTreeChange(
       domain::scenegraph::tree::NSceneGraphTreeHost const& host,
-      boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeNode> const& oldTree) override;
+      boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeNode> const& oldTree) override {
+    SignalSceneGraphTreeChange(host, oldTree);
+  }
   void OnSceneGraphTreeRootChange(
       domain::scenegraph::tree::NSceneGraphTreeHost const& host,
       domain::scenegraph::tree::NSceneGraphTreeNode const& tree,
-      boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemNode> const& oldRoot) override;
+      boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphItemNode> const& oldRoot) override {
+    SignalSceneGraphTreeRootChange(host, tree, oldRoot);
+  }
 };
 
 }  // namespace corvanta::data::events::scene_graph_tree_host

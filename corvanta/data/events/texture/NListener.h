@@ -35,7 +35,9 @@ class CORVANTA_API NMultiplexer final
  private:
   ~NMultiplexer() override;
 
-  void OnTextureImageChange(domain::texture::NTextureNode const& texture) override;
+  void OnTextureImageChange(domain::texture::NTextureNode const& texture) override {
+    NotifyObservers([&](NListener& listener) { listener.SignalTextureImageChange(texture); });
+  }
 };
 
 }  // namespace corvanta::data::events::texture

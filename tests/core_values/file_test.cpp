@@ -9,8 +9,9 @@
 namespace corvanta::core::zip {
 namespace {
 
+using namespace platform;
 using support::ReadBytes;
-using uri::NPath;
+using text::ToNarrow;
 
 class Zip : public testing::Test {
  protected:
@@ -22,21 +23,26 @@ class Zip : public testing::Test {
     return m_files.At("archive.zip");
   }
 
+  /// The bytes of an entry, unpacked.
+  static std::string Unzip(NPath const& archive, NPath const& entry,
+                           std::wstring const& pass = L"") {
+    return ReadBytes(NUnzipToTemporary(archive, entry, pass).GetTemporaryFilePath());
+  }
+
   support::TemporaryFiles const m_files;
 };
 
 TEST_F(Zip, WhatIsNotAnArchiveThrows) {
   NPath const archive = Archive({{"a.txt", "text"}});
-  EXPECT_THROW(NUnzipToTemporary(archive, L"b.txt", L""), NZipError);
-  EXPECT_THROW(NUnzipToTemporary(archive, L"A.txt", L""), NZipError);
-  EXPECT_THROW(NUnzipToTemporary(archive, L"", L""), NZipError);
+  for (std::wstring const entry : {L"b.txt", L"A.txt", L""}) {
+    EXPECT_THROW(NUnzipToTemporary(archive, entry, L""), NZipError) << ToNarrow(entry);
+  }
   EXPECT_THROW(NUnzipToTemporary(archive, std::wstring(L"a.txt\0x", 7), L""), NZipError);
-  EXPECT_THROW(NUnzipToTemporary(m_files.At("none.zip"), L"a.txt", L""), NZipError);
-  EXPECT_THROW(NUnzipToTemporary(m_files.At(""), L"a.txt", L""), NZipError);
-  EXPECT_THROW(NUnzipToTemporary(m_files.Write("text.zip", "no archive"), L"a.txt", L""),
-               NZipError);
   ASSERT_EQ(mkfifo((m_files.GetFolder() / "pipe.zip").c_str(), 0600), 0);
-  EXPECT_THROW(NUnzipToTemporary(m_files.At("pipe.zip"), L"a.txt", L""), NZipError);
+  m_files.Write("text.zip", "no archive");
+  for (char const* const name : {"none.zip", "", "text.zip", "pipe.zip"}) {
+    EXPECT_THROW(NUnzipToTemporary(m_files.At(name), L"a.txt", L""), NZipError) << name;
+  }
 }
 
 TEST_F(Zip, DamagedEntriesThrow) {
@@ -60,10 +66,8 @@ TEST_F(Zip, EncryptedEntriesNeedTheirPass) {
         Archive({{"a.txt", "secret", method, "gr\xc3\xbcn"}, {"open.txt", "open"}});
     EXPECT_THROW(NUnzipToTemporary(archive, L"a.txt", L""), NZipPassError);
     EXPECT_THROW(NUnzipToTemporary(archive, L"a.txt", L"rot"), NZipPassError);
-    EXPECT_EQ(ReadBytes(NUnzipToTemporary(archive, L"a.txt", L"gr\x00fcn").GetTemporaryFilePath()),
-              "secret");
-    EXPECT_EQ(ReadBytes(NUnzipToTemporary(archive, L"open.txt", L"rot").GetTemporaryFilePath()),
-              "open");
+    EXPECT_EQ(Unzip(archive, L"a.txt", L"gr\x00fcn"), "secret");
+    EXPECT_EQ(Unzip(archive, L"open.txt", L"rot"), "open");
   }
 }
 
@@ -82,8 +86,7 @@ TEST_F(Zip, EntriesThatGrowBeyondMeasureThrow) {
   std::string const zeros(70 * kMiB, '\0');  // packs to about a thousandth
   NPath const archive = Archive({{"a.bin", zeros}, {"b.bin", zeros.substr(0, 60 * kMiB)}});
   EXPECT_THROW(NUnzipToTemporary(archive, L"a.bin", L""), NZipError);
-  EXPECT_EQ(ReadBytes(NUnzipToTemporary(archive, L"b.bin", L"").GetTemporaryFilePath()).size(),
-            60 * kMiB);
+  EXPECT_EQ(Unzip(archive, L"b.bin").size(), 60 * kMiB);
 
   // The same with an archive that claims a small size for it.
   std::string bytes = ReadBytes(archive);
@@ -142,7 +145,7 @@ TEST_F(Zip, TheFileHoldsTheEntryAsLongAsTheObject) {
     path = unzipped.GetTemporaryFilePath();
     EXPECT_NE(again.GetTemporaryFilePath(), path);
     EXPECT_EQ(ReadBytes(path), std::string("a\0b", 3));
-    EXPECT_EQ(ReadBytes(NUnzipToTemporary(archive, L"empty", L"").GetTemporaryFilePath()), "");
+    EXPECT_EQ(Unzip(archive, L"empty"), "");
   }
   EXPECT_FALSE(uri::Exists(path));
 }
@@ -169,6 +172,78 @@ TEST(Pass, ComesFromTheProvider) {
   });
   EXPECT_EQ(GetPass(L"a.zip", NPT_ARCHIVE), L"a.zip256");
   EXPECT_EQ(GetPass(L"a.zip", NPT_ARCHIVE), L"");
+}
+
+class TemporaryFolder : public testing::Test {
+ protected:
+  std::filesystem::path GetPlace() const {
+    return m_files.GetFolder() / "tmp" / ("corvanta-" + std::to_string(geteuid()));
+  }
+
+  support::TemporaryFiles const m_files;
+};
+
+TEST_F(TemporaryFolder, WhereSomebodyElseWasFirstItIsAPrivateOne) {
+  // Once, and again when that is taken too: the folder is one of this user, closed to all others.
+  auto const expectPrivate = [this] {
+    std::wstring const folder = GetTemporaryFolder();
+    struct stat status {};
+    ASSERT_EQ(stat(ToNarrow(folder).c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode, S_IFDIR | 0700U);
+    EXPECT_EQ(status.st_uid, geteuid());
+    EXPECT_THAT(ToNarrow(folder), testing::StartsWith(GetPlace().string() + "-"));
+    EXPECT_EQ(GetTemporaryFolder(), folder) << "one a process";
+    EXPECT_EQ(WriteTemporaryFile(L"name", "x", 1), folder + L"/name");
+  };
+  std::filesystem::create_directory(m_files.GetFolder() / "trap");
+  std::filesystem::create_directory_symlink(m_files.GetFolder() / "trap", GetPlace());
+  expectPrivate();
+  EXPECT_TRUE(std::filesystem::is_empty(m_files.GetFolder() / "trap"));
+  std::filesystem::remove(GetPlace());
+  std::ofstream(GetPlace()) << "a file";
+  std::filesystem::remove_all(ToNarrow(GetTemporaryFolder()));
+  std::ofstream(ToNarrow(GetTemporaryFolder()) + "/kept") << "x";
+  expectPrivate();
+  std::filesystem::remove(GetPlace());
+  if (geteuid() != 0) return;  // only root can make a folder of another user
+  std::filesystem::create_directory(GetPlace());
+  ASSERT_EQ(chown(GetPlace().c_str(), 12345, 12345), 0);
+  expectPrivate();
+  EXPECT_EXIT(
+      {
+        setenv("TMPDIR", m_files.GetFolder().c_str(), 1);
+        std::ofstream(m_files.GetFolder() / ("corvanta-" + std::to_string(geteuid()))) << "a file";
+        std::exit(WriteTemporaryFile(L"name", "x", 1).empty() ? 1 : 0);
+      },
+      testing::ExitedWithCode(0), "");
+  for (auto const& entry : std::filesystem::directory_iterator(m_files.GetFolder()))
+    EXPECT_FALSE(entry.is_directory() && entry.path().filename().string().starts_with("corvanta-"));
+}
+
+TEST_F(TemporaryFolder, IsClosedToOthers) {
+  for (bool const isThere : {false, true}) {
+    if (isThere) std::filesystem::permissions(GetPlace(), std::filesystem::perms::all);
+    EXPECT_EQ(ToNarrow(GetTemporaryFolder()), GetPlace().string());
+    struct stat status;
+    ASSERT_EQ(stat(GetPlace().c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0700U);
+  }
+}
+
+TEST_F(TemporaryFolder, AFileIsReplacedWholeAndNoLinkIsFollowed) {
+  EXPECT_EQ(WriteTemporaryFile(L"no/such/place", "x", 1), L"");
+  std::wstring const path = WriteTemporaryFile(L"name", "first", 5);
+  ASSERT_EQ(ReadBytes(path), "first");
+  std::ifstream reader(ToNarrow(path));
+  EXPECT_EQ(WriteTemporaryFile(L"name", "2nd", 3), path);
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(reader), {}), "first");
+  std::filesystem::remove(ToNarrow(path));
+  NPath const target = m_files.Write("target", "untouched");
+  std::filesystem::create_symlink(ToNarrow(target.ToString()), ToNarrow(path));
+  EXPECT_EQ(WriteTemporaryFile(L"name", "third", 5), path);
+  EXPECT_EQ(ReadBytes(target), "untouched");
+  EXPECT_EQ(ReadBytes(path), "third");
+  EXPECT_THAT(m_files.GetLeftovers(), SizeIs(1));
 }
 
 }  // namespace
