@@ -180,6 +180,7 @@ TEST(ProjectionMapping, MapsAMeshAsVertexByVertex) {
     Mapped const mapped = MapCoords(*world.mapping, world.path, mesh);
     ASSERT_TRUE(mapped.isMapped);
     ASSERT_EQ(mapped.vertexMap.size(), projector->HasSeam() ? mapped.coords.size() : 0);
+    std::vector<float> us;  // before they are adjusted
     for (unsigned int i = 0; i != mapped.coords.size(); ++i) {
       // A copy of a vertex lies one turn further on.
       unsigned int const at = i < mesh.GetCount() ? i : mapped.vertexMap[i];
@@ -187,6 +188,7 @@ TEST(ProjectionMapping, MapsAMeshAsVertexByVertex) {
       UVW c;
       projector->ProjectWithNormal(p.x, p.y, p.z, n.x, n.y, n.z, c.u, c.v, c.w);
       if (i != at) c.u += 1;
+      us.push_back(c.u);
       world.node->ConvertTextureCoord(c.u, c.v, c.w, c.u, c.v, c.w, factor);
       ExpectSame(c, mapped.coords[i], i);
     }
@@ -200,6 +202,12 @@ TEST(ProjectionMapping, MapsAMeshAsVertexByVertex) {
       ASSERT_EQ(isWhole && !isOutside ? mapped.vertexMap.at(index) : index,
                 isOutside ? 0xFFFFFFFF : mesh.indices[i])
           << i;
+      if (!isWhole || isOutside) continue;
+      // No edge goes round the seam any more, and who was copied lay at the low side of one.
+      float const u = us[index], next = us[mapped.indices[first + (i + 1) % 3]];
+      bool const isInside = u >= 0 && u <= 1 && next >= 0 && next <= 1;
+      ASSERT_FALSE(isInside && std::fabs(u - next) > 0.5f) << i;
+      ASSERT_FALSE(index >= mesh.GetCount() && u >= 1.5f) << i;
     }
 
     world.model->SetTranslationX(100);  // the projection sticks to the model
