@@ -509,22 +509,26 @@ TEST_F(ProjectionNode, AReplacedTargetHandsOnItsFrame) {
 TEST_F(ProjectionNode, FlipsExchangesRepeatsAndShifts) {
   struct Row {
     bool flipU, flipV, isExchanged;
-    double repeat, offset;                          // of u; those of v and w are 1 and 0
+    double repeat, offset;                          // of u
     std::array<float, 3> coord, tangent, binormal;  // of 1/4, 1/2, 3/4 and x and y
   };
   for (Row const& row :
-       std::vector<Row>{{false, false, false, 1, 0, {0.25f, 0.5f, 0.75f}, {1, 0, 0}, {0, 1, 0}},
-                        {true, false, false, 1, 0, {0.75f, 0.5f, 0.75f}, {-1, 0, 0}, {0, 1, 0}},
-                        {false, true, false, 2, 1, {1.5f, 0.5f, 0.75f}, {1, 0, 0}, {0, -1, 0}},
-                        {false, false, true, 2, 1, {2, 0.25f, 0.75f}, {0, -1, 0}, {-1, 0, 0}},
-                        {true, false, true, 1, 0.5, {1, 0.75f, 0.75f}, {0, -1, 0}, {1, 0, 0}},
-                        {true, true, true, 4, 0, {2, 0.75f, 0.75f}, {0, 1, 0}, {1, 0, 0}}}) {
+       std::vector<Row>{{false, false, false, 1, 0, {0.25f, 1.75f, 2.75f}, {1, 0, 0}, {0, 1, 0}},
+                        {true, false, false, 1, 0, {0.75f, 1.75f, 2.75f}, {-1, 0, 0}, {0, 1, 0}},
+                        {false, true, false, 2, 1, {1.5f, 1.75f, 2.75f}, {1, 0, 0}, {0, -1, 0}},
+                        {false, false, true, 2, 1, {2, 1, 2.75f}, {0, -1, 0}, {-1, 0, 0}},
+                        {true, false, true, 1, 0.5, {1, 2.5f, 2.75f}, {0, -1, 0}, {1, 0, 0}},
+                        {true, true, true, 4, 0, {2, 2.5f, 2.75f}, {0, 1, 0}, {1, 0, 0}}}) {
     Projection const node = MakeProjection(L"plane");
     node->QueryAttribute(AN_FLIP_U)->SetValue(row.flipU, true);
     node->QueryAttribute(AN_FLIP_V)->SetValue(row.flipV, true);
     if (row.isExchanged) node->SetUVWOrder(NUVWO_VUW);
     node->SetRepeatU(row.repeat);
     node->SetOffsetU(row.offset);
+    node->SetRepeatV(3);
+    node->SetOffsetV(0.25);
+    node->SetRepeatW(5);
+    node->SetOffsetW(-1);
     std::array<float, 3> c{}, t{1, 0, 0}, b{0, 1, 0};
     node->ConvertTextureCoord(0.25f, 0.5f, 0.75f, c[0], c[1], c[2], 1);
     node->ConvertTangent(t[0], t[1], t[2], b[0], b[1], b[2]);

@@ -81,6 +81,11 @@ TEST(Projectors, GiveTangentFrames) {
   expect(NTriplanarProjector(), {}, {-1, 0, 0}, {0, 0, 1}, {0, -1, 0});
   expect(NBoxProjector(), {}, {-1, 0, 0}, {0, 0, 1}, {0, 1, 0});
   expect(NBoxProjector(), {}, {0, 0.6f, 0.8f}, {1, 0, 0}, {0, 0.8f, -0.6f});
+  // Just beside where a binormal is turned.
+  expect(NCylinderProjector(), {1, 0, 0}, {-0.02f, 0.9998f, 0}, {0, 0, 1}, {-0.9998f, -0.02f, 0});
+  expect(NCylinderProjector(), {1, 0, 0}, {0.02f, 0.9998f, 0}, {0, 0, 1}, {0.9998f, -0.02f, 0});
+  expect(NPlaneProjector(), {}, {0, -0.02f, 0.9998f}, {1, 0, 0}, {0, -0.9998f, -0.02f});
+  expect(NPlaneProjector(), {}, {0, 0.02f, 0.9998f}, {1, 0, 0}, {0, 0.9998f, -0.02f});
   // Worked out by cross products in double precision.
   // clang-format off
   expect(NPlaneProjector(), {1, 2, 3}, {0.48f, -0.6f, 0.64f}, {0.8772685f, 0.3282917f, -0.3501779f}, {0, -0.64f, -0.6f});
