@@ -37,7 +37,7 @@ constexpr unsigned kWidth = 1920, kHeight = 1080;
 
 /// A ball of 100 triangles: 5 rings of 10 pairs.
 boost::intrusive_ptr<corvanta::data::domain::geometry::NGeometryNode> MakeBall(
-    data::document::NDocument& document) {
+    corvanta::data::document::NDocument& document) {
   corvanta::support::Ball const ball(10, 5);
   auto const geometry = document.GetGeometries().CreateNode(NNodeID());
   boost::intrusive_ptr<corvanta::data::domain::geometry::NSurface> const surface(
@@ -99,7 +99,7 @@ class World {
 
  private:
   renderer::NContext m_context;
-  data::document::NDocument m_document;
+  corvanta::data::document::NDocument m_document;
 
  public:
   boost::intrusive_ptr<item::NSceneGraphModelNode> moved;
