@@ -12,10 +12,12 @@ namespace corvanta::decoder {
 /// than decoding many a picture does.
 /// In a build with sanitizers, whose allocator stays, nothing lies there by itself.
 
-/// Sets `length` bytes of addresses apart, once. Fails: false.
+/// Sets `length` bytes of addresses apart, once.
+/// Fails: false.
 bool ReserveSharedBlocks(std::uint64_t length);
 
-/// Maps that memory in place of the one before. Fails: false.
+/// Maps that memory in place of the one before.
+/// Fails: false.
 bool MapSharedBlocks(int memory);
 
 /// Once the picture's own blocks are freed: what is kept of the memory, for a picture of `length`

@@ -5,7 +5,7 @@
 
 #include "app/output/text.h"
 
-/// The commands of the program. Each stands in a source of its own, which adds it to the program
+/// The commands of the program. Each is in a source of its own, which adds it to the program
 /// with its options, and sets `status`, the program's exit status, when it has run.
 namespace corvanta::app {
 

@@ -104,7 +104,7 @@ class Info {
 
   void PrintDomain(core::domain::NDomainBase& domain, NReport& report) const {
     report.AddDomain(ToNarrow(domain.GetType()), domain.GetNodeCount());
-    // Items and trees stand in the trees.
+    // Items and trees are printed with the trees.
     if (&domain == &m_document.GetItems() || &domain == &m_document.GetTrees()) return;
     for (auto at = domain.GetNodeBegin(); at != domain.GetNodeEnd(); ++at) {
       report.AddNode(Describe(*at));

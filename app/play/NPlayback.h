@@ -22,7 +22,8 @@ struct NFrame {
   std::vector<double> const& values;  // of the player's channels
 };
 
-/// How a player is driven. Units: frames a second, and seconds; both above 0.
+/// How a player is driven.
+/// Units: frames a second, and seconds; both above 0.
 struct NPace {
   double fps = 25.0;
   std::optional<double> seconds;  // without it as long as the player's run, and twice with repeat

@@ -27,9 +27,11 @@ class NPlayer {
 
   /// A title for what is played.
   virtual std::string GetTitle() const = 0;
-  /// How long one run takes. Units: seconds.
+  /// How long one run takes.
+  /// Units: seconds.
   virtual double GetLength() const = 0;
-  /// The moment of what is played that stands now. Units: seconds.
+  /// The moment of what is played that stands now.
+  /// Units: seconds.
   virtual double GetMoment() const = 0;
 
   /// Moves the document to the moment where the direction begins.

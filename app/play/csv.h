@@ -8,7 +8,7 @@
 namespace corvanta::app {
 
 /// Writes the head of a table: "time" and a column for each channel, named item.attribute. Names
-/// with commas, quotes or line breaks stand in quotes.
+/// with commas, quotes or line breaks are in quotes.
 void WriteCsvHead(std::ostream& out, std::vector<NPlayer::Channel> const& channels);
 /// Writes a row, numbers by their shortest digits; "nan", "inf" and "-inf" where it is none.
 void WriteCsvRow(std::ostream& out, double time, std::vector<double> const& values);

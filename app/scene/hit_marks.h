@@ -9,7 +9,8 @@
 namespace corvanta::app {
 
 /// Puts a red ball at the first of the points, yellow ones at the others, and a rod from `from`, if
-/// that isn't null, to the last. Units: global.
+/// that isn't null, to the last.
+/// Units: global.
 /// Requires: the stage's tree has the identity as its control transform.
 void MarkHits(data::document::NDocument& document, NStage& stage,
               std::vector<VX_Math::Vec3> const& points, VX_Math::Vec3 const* from);

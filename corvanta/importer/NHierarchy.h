@@ -37,7 +37,8 @@ class CORVANTA_API NHierarchy {
 
   /// The camera items with the numbers of their cameras in the file, in the file's order.
   Cameras const& GetCameras() const { return m_cameras; }
-  /// The item of the scene's node `number`. Fails: null for neutral::kNone.
+  /// The item of the scene's node `number`.
+  /// Fails: null for neutral::kNone.
   boost::intrusive_ptr<data::domain::scenegraph::item::NSceneGraphItemNode> QueryItem(
       std::uint64_t number) const;
 

@@ -22,7 +22,8 @@ class CORVANTA_API NImportTarget {
 
   data::document::NDocument& GetDocument() const { return m_document; }
 
-  /// A node of a domain of one kind. Fails: throws as its CreateNode does.
+  /// A node of a domain of one kind.
+  /// Fails: throws as its CreateNode does.
   template <class Domain>
   auto Create(Domain& domain) {
     return Add(domain.CreateNode());

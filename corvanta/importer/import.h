@@ -26,8 +26,9 @@ struct NImportedModel {
 };
 
 /// Reads a model file, by a program of its own and within the limits of limits.h, and builds its
-/// scene as a tree of `document`, named after the file. Fails: throws NImportError, with no change,
-/// for a file that can't be used; std::runtime_error if its pictures can't be kept.
+/// scene as a tree of `document`, named after the file.
+/// Fails: throws NImportError, with no change, for a file that can't be used; std::runtime_error if
+/// its pictures can't be kept.
 CORVANTA_API NImportedModel ImportModel(data::document::NDocument& document,
                                         std::string const& file);
 

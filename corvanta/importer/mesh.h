@@ -15,7 +15,8 @@ constexpr unsigned GetMappingId(unsigned channel) { return channel + 2; }
 
 /// The triangles of `mesh` as a surface: vertices that are alike in all they have are one, and
 /// every normal has length 1. One that is missing, has no length or isn't finite is worked out from
-/// the triangles that meet there. Points and lines are left out. Fails: null without triangles.
+/// the triangles that meet there. Points and lines are left out.
+/// Fails: null without triangles.
 CORVANTA_API boost::intrusive_ptr<data::domain::geometry::NSurface> CreateSurface(
     neutral::NSceneView const& scene, neutral::NMesh const& mesh);
 

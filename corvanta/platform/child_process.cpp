@@ -145,7 +145,7 @@ std::unique_ptr<NChildProcess> NChildProcess::Start(std::wstring const& program,
 
 bool NChildProcess::IsRunning() const {
   if (m_pid == 0 || m_owner != getpid()) return false;
-  // Nobody has been asked, so that anything that stands in the socket is as bad as its end.
+  // Nobody has been asked, so that anything that is in the socket is as bad as its end.
   pollfd entry{m_socket.Get(), POLLIN, 0};
   return poll(&entry, 1, 0) == 0;
 }

@@ -19,7 +19,8 @@ namespace corvanta::platform {
 using NDeadline = std::chrono::steady_clock::time_point;
 
 /// A program of that name in libexec/corvanta of the tree in which the library is installed, or was
-/// built. Fails: empty.
+/// built.
+/// Fails: empty.
 CORVANTA_API std::wstring FindChildProgram(std::wstring const& name);
 
 /// A program that does for the host what the host doesn't dare to do itself: it gets requests over

@@ -31,7 +31,8 @@ void WatchOverruns(bool (*isIntact)(void const* end));
 using NClaimListener = std::function<void(NPictureClaim const& claim)>;
 
 /// The size of a picture of `length` bytes, by its header where the format has a way, else by
-/// decoding it. Fails: nullopt with `reason` set.
+/// decoding it.
+/// Fails: nullopt with `reason` set.
 std::optional<NPictureClaim> ReadClaim(NPictureFormat format, std::FILE& file, std::uint64_t length,
                                        NPictureLimits const& limits, std::string& reason);
 

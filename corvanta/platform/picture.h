@@ -74,8 +74,8 @@ CORVANTA_API NPictureFormat GetFIFFromFilename(std::wstring const& path);
 /// Decodes the file at `path`, whatever its name says, in a process of its own; PNG, JPEG and BMP
 /// in this one where that can't be (limits.h has the setters and the limits).
 /// Fails: null, with `reason` set in a few words, if it isn't a picture, is broken, is beyond the
-/// limits, or takes its decoder down. Cost: a picture beyond the limits costs no memory, a damaged
-/// one at most the time limit.
+/// limits, or takes its decoder down.
+/// Cost: a picture beyond the limits costs no memory, a damaged one at most the time limit.
 CORVANTA_API std::unique_ptr<NPicture const> LoadPicture(std::wstring const& path,
                                                          std::string* reason = nullptr);
 
@@ -87,7 +87,8 @@ CORVANTA_API std::unique_ptr<NPicture const> DecodePicture(void const* bytes, st
 
 /// Reads the size of the picture in the file at `path`, in pixels; no limit on it holds. The
 /// headers of PNG, JPEG, BMP, GIF, DDS, SGI, EXR and JPEG 2000 are read in this process, others by
-/// the decoding program. Fails: false, with nothing written, if the file tells none.
+/// the decoding program.
+/// Fails: false, with nothing written, if the file tells none.
 CORVANTA_API bool GetPictureSize(std::wstring const& path, unsigned int& width,
                                  unsigned int& height);
 

@@ -28,8 +28,9 @@ struct NPictureClaim {
 NPictureFormat JudgeContent(std::FILE& file);
 
 /// The claim of a file of `length` bytes in one of those formats, or WBMP, by its header alone.
-/// Leaves the position in the file anywhere. Fails: nullopt for another format, for bytes that
-/// don't tell a size, and for an EXR of several parts.
+/// Leaves the position in the file anywhere.
+/// Fails: nullopt for another format, for bytes that don't tell a size, and for an EXR of several
+/// parts.
 std::optional<NPictureClaim> PeekClaim(NPictureFormat format, std::FILE& file,
                                        std::uint64_t length);
 

@@ -8,14 +8,14 @@
 namespace corvanta::platform {
 
 /// A folder for temporary files that belongs to this user alone; made if it isn't there. Where
-/// something of another user stands in its place it is one of this process alone, with a new name,
+/// something of another user is in its place it is one of this process alone, with a new name,
 /// which goes with all in it at the process's end.
 /// Fails: empty if it can't be made.
 CORVANTA_API std::wstring GetTemporaryFolder();
 
 /// Writes a file called `name` in the temporary folder and gives its path. A file of that name is
-/// replaced at once: who reads it sees the old or the new content, whole. Fails: empty, with
-/// nothing changed, if it can't be written.
+/// replaced at once: who reads it sees the old or the new content, whole.
+/// Fails: empty, with nothing changed, if it can't be written.
 CORVANTA_API std::wstring WriteTemporaryFile(std::wstring const& name, void const* bytes,
                                              std::size_t length);
 

@@ -30,7 +30,8 @@ class CORVANTA_API NAttribute {
   /// Stores `value`, whatever its kind.
   /// Raises: with `notify`, the host's OnAttributeChangeImpl; the value is in place.
   void SetValue(variant::NVariant const& value, bool notify);
-  /// The same, but takes the text over. Cost: no memory.
+  /// The same, but takes the text over.
+  /// Cost: no memory.
   void SetValue(variant::NVariant&& value, bool notify);
   /// Like SetValue, but only for a value of the kind that the attribute holds; where that is a
   /// number, for any double or long, which it then holds.

@@ -85,7 +85,7 @@ class CORVANTA_API NAttributeHost
   NAttributeHost& operator=(NAttributeHost const&) = delete;
   ~NAttributeHost() override;
 
-  /// Makes room for `count` attributes, so that they stand in one piece.
+  /// Makes room for `count` attributes, so that they are in one piece.
   void ReserveAttributes(unsigned count);
 
   /// Called after a value was set with notification: rules 1 to 8 of docs/events.md.

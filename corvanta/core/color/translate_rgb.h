@@ -11,7 +11,7 @@ class ColorTransform;
 
 namespace corvanta::core::color::utility {
 
-/// Puts the colour that stands in the attributes named `r`, `g` and `b` through `transform`.
+/// Puts the colour that is in the attributes named `r`, `g` and `b` through `transform`.
 /// Raises: an attribute change for each of the three, in this order.
 /// Fails: does nothing if one of the three is missing.
 CORVANTA_API void TranslateRGB(attribute::NAttributeHost& host, wchar_t const* r, wchar_t const* g,

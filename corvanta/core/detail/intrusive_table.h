@@ -6,7 +6,7 @@
 
 namespace corvanta::core::detail {
 
-/// A hash table whose links stand in its objects. It owns nothing, and nothing but its growth
+/// A hash table whose links are in its objects. It owns nothing, and nothing but its growth
 /// allocates.
 ///
 /// `Traits` has for an object `Next` (its link, by reference) and `Hash`, and for a key `Hash` and

@@ -51,8 +51,8 @@ class CORVANTA_API NDomainBase : public name::NNamedObject {
   NDomainManager const* GetManager() const noexcept;
 
   /// Takes `node` in, at the end. A name that is taken gets a number behind it: "light (2)".
-  /// Fails: false, and no change, for an id that is there, for a node that stands in this domain or
-  /// belongs to another one, for a node of another kind, and for one that stands in a namespace.
+  /// Fails: false, and no change, for an id that is there, for a node that is in this domain or
+  /// belongs to another one, for a node of another kind, and for one that is in a namespace.
   bool AddNode(node::NNode& node);
   /// The same, before the node now at `position` in the domain's order; beyond the end it appends.
   /// Cost: linear in the position.

@@ -8,7 +8,7 @@ namespace corvanta::core::name {
 class NNamedObject;
 class NNamespace;
 
-/// Hears of every SetName in a namespace. Held weakly: hold it by `boost::intrusive_ptr`.
+/// Is notified of every SetName in a namespace. Held weakly: hold it by `boost::intrusive_ptr`.
 /// Rules: docs/events.md.
 class CORVANTA_API NNameListener
     : public virtual reference_countable::NReferenceCountableWithWeakReference {

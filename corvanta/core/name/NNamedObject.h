@@ -9,7 +9,7 @@ namespace corvanta::core::name {
 
 class NNamespace;
 
-/// An object with a name. It stands in one namespace at most, and leaves it when it dies.
+/// An object with a name. It is in one namespace at most, and leaves it when it dies.
 class CORVANTA_API NNamedObject
     : public virtual reference_countable::NReferenceCountableWithWeakReference {
  public:
@@ -26,7 +26,7 @@ class CORVANTA_API NNamedObject
  protected:
   NNamedObject() noexcept = default;
   explicit NNamedObject(std::wstring name) noexcept : m_name(std::move(name)) {}
-  /// A copy has the name and stands in no namespace.
+  /// A copy has the name and is in no namespace.
   NNamedObject(NNamedObject const& other)
       : NReferenceCountableWithWeakReference(other), m_name(other.m_name) {}
   NNamedObject& operator=(NNamedObject const&) = delete;

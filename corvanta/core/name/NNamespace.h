@@ -19,12 +19,12 @@ namespace corvanta::core::name {
 class CORVANTA_API NNamespace
     : public virtual reference_countable::NReferenceCountableWithWeakReference {
  public:
-  /// Fails: false if the object stands in a namespace already, or its name is taken where names are
+  /// Fails: false if the object is in a namespace already, or its name is taken where names are
   /// unique.
   bool AddNamedObject(NNamedObject& object);
   /// The same, but where names are unique and the object's is taken, the object gets a free one
-  /// from MakeFreeName. Nobody hears of that name. Fails: false if the object stands in a namespace
-  /// already.
+  /// from MakeFreeName. Nobody is notified of that name.
+  /// Fails: false if the object is in a namespace already.
   bool AddUnderFreeName(NNamedObject& object);
   /// Takes the memory for AddUnderFreeName of `object` and of `others` more after it.
   void PrepareFreeName(NNamedObject& object, std::size_t others);

@@ -11,8 +11,8 @@ namespace corvanta::core::observer {
 ///
 /// A base of `Subject`, which alone can deliver. Copies start without observers. Listeners hear in
 /// the order of registration, but must not rely on it. One that a handler removes and adds again
-/// hears the running event exactly once. Adding, removing, dying, editing, throwing: rules 8 to 26
-/// of docs/events.md.
+/// is notified of the running event exactly once. Adding, removing, dying, editing, throwing: rules
+/// 8 to 26 of docs/events.md.
 template <class Subject, class Listener>
 class CORVANTA_API NObservable {
  public:

@@ -4,8 +4,8 @@
 
 namespace corvanta::core::reference_countable {
 
-/// A counted pointer that takes no count, to look an object up in a container of counted pointers:
-/// asking for an object that nobody holds must not end it.
+/// A counted pointer that takes no reference, to look an object up in a container of counted
+/// pointers: asking for an object that nobody holds must not end it.
 template <class T>
 class NUncounted {
  public:

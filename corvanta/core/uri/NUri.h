@@ -33,8 +33,8 @@ class CORVANTA_API NUri {
 };
 
 /// The file that `uri` names, whether it is there or not. "/Resource" at the begin of a system URI
-/// stands for the resource folder; other system paths lie below that folder. Fails: an empty path
-/// for an internal URI and for an empty path.
+/// stands for the resource folder; other system paths lie below that folder.
+/// Fails: an empty path for an internal URI and for an empty path.
 CORVANTA_API NPath GetFile(NUri const& uri);
 
 /// Whether a file or folder stands at `path`.

@@ -16,8 +16,9 @@ class CORVANTA_API NUnzipToTemporary {
  public:
   /// Unpacks `entry`, named as in the archive; `pass` is for an encrypted one. An entry may grow to
   /// 512 MiB, and above 64 MiB to 200 times its packed size and the archive's length
-  /// (corvanta/platform/limits.h sets other limits). Fails: throws NZipPassError for a
-  /// missing or wrong pass, NZipError for all else; the file is gone then.
+  /// (corvanta/platform/limits.h sets other limits).
+  /// Fails: throws NZipPassError for a missing or wrong pass, NZipError for all else; the file is
+  /// gone then.
   NUnzipToTemporary(uri::NPath const& archive, uri::NPath const& entry, std::wstring const& pass);
   ~NUnzipToTemporary();
   NUnzipToTemporary(NUnzipToTemporary const&) = delete;

@@ -18,8 +18,8 @@ namespace corvanta::data::animation {
 /// The editable record of a presentation: named keys at their times, with the engine that plays
 /// them, and what starts it. Trigger and shortcut are only stored: the caller looks at them.
 ///
-/// It is no node and needs no manager. Hold it by `boost::intrusive_ptr`. Units: a key's time is a
-/// whole number of tenths of the engine's time.
+/// It is no node and needs no manager. Hold it by `boost::intrusive_ptr`.
+/// Units: a key's time is a whole number of tenths of the engine's time.
 class CORVANTA_API NAnimation : public core::name::NNamedObject,
                                 public core::observer::NObservable<NAnimation, NAnimationListener> {
  public:

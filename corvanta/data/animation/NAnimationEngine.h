@@ -19,8 +19,8 @@ class NAnimationEngineArgs;
 /// not counted. Keys of one time: the last one holds from that time on.
 ///
 /// A step plays what the last Initialize found; edits and further steps made by listeners during it
-/// don't disturb it. It keeps its items, switches and environments alive. Units: the caller's time;
-/// a key at the whole number n stands at n / 10.
+/// don't disturb it. It keeps its items, switches and environments alive.
+/// Units: the caller's time; a key at the whole number n stands at n / 10.
 class CORVANTA_API NAnimationEngine
     : public core::observer::NObservable<NAnimationEngine, NAnimationEngineListener> {
  public:

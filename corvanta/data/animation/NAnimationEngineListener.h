@@ -7,7 +7,7 @@ namespace corvanta::data::animation {
 
 class NAnimationEngine;
 
-/// Hears of the steps of an engine. Held weakly: hold it by `boost::intrusive_ptr`.
+/// Is notified of the steps of an engine. Held weakly: hold it by `boost::intrusive_ptr`.
 /// Rules: docs/events.md.
 class CORVANTA_API NAnimationEngineListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {

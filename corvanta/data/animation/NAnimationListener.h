@@ -7,13 +7,13 @@ namespace corvanta::data::animation {
 
 class NAnimation;
 
-/// Hears of the animations of a manager, or of the changes of one animation. Held weakly: hold it
-/// by `boost::intrusive_ptr`. Rules: docs/events.md.
+/// Is notified of the animations of a manager, or of the changes of one animation. Held weakly:
+/// hold it by `boost::intrusive_ptr`. Rules: docs/events.md.
 class CORVANTA_API NAnimationListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {
  public:
   void SignalAddAnimation(NAnimation& animation) { OnAddAnimationImpl(animation); }
-  /// It has left the manager's namespace and still stands in its list.
+  /// It has left the manager's namespace and still is in its list.
   void SignalRemoveAnimation(NAnimation& animation) { OnRemoveAnimationImpl(animation); }
   /// Null when nothing is selected any more.
   void SignalSelectAnimation(NAnimation* animation) { OnSelectAnimationImpl(animation); }

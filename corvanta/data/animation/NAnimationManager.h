@@ -24,11 +24,12 @@ class CORVANTA_API NAnimationManager
 
   /// Raises: SignalAddAnimation.
   /// Fails: false, and no change, for a name that is taken, the empty one among them, and for an
-  /// animation that stands in a manager.
+  /// animation that is in a manager.
   bool AddAnimation(NAnimation& animation);
-  /// The selection stays, and keeps its animation alive. Raises: SignalRemoveAnimation, while the
-  /// animation stands in the list; it leaves also when a listener throws. Fails: false if the
-  /// animation isn't here.
+  /// The selection stays, and keeps its animation alive.
+  /// Raises: SignalRemoveAnimation, while the animation is in the list; it leaves also when a
+  /// listener throws.
+  /// Fails: false if the animation isn't here.
   bool RemoveAnimation(NAnimation& animation);
   /// Lets go of the selection, too, and begins a new namespace.
   /// Raises: SignalClearAnimation alone.

@@ -7,7 +7,7 @@ namespace corvanta::data::environment_map {
 
 class NEnvironmentMap;
 
-/// Hears of one environment map. The change is in place when a signal comes.
+/// Is notified of one environment map. The change is in place when a signal comes.
 /// Held weakly: hold it by `boost::intrusive_ptr`. Rules: docs/events.md.
 class CORVANTA_API NEnvironmentMapListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {

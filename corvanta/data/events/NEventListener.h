@@ -16,7 +16,8 @@ class NAttributeHost;
 
 namespace corvanta::data::events {
 
-/// Hears the whole model: register once with an NEventMultiplexer and override what matters.
+/// Is notified of every change of the model: register once with an NEventMultiplexer and override
+/// what matters.
 ///
 /// Signals come inside the changing call, on its thread; the change is in place, and a signal of a
 /// replacement carries the old value. Held weakly: hold it by `boost::intrusive_ptr`.

@@ -57,7 +57,8 @@ class NMultiplexer;
 }
 
 /// The one object of an event system: makes the twelve multiplexers of the event kinds, hands them
-/// out to whoever builds domains, hears them all, and passes everything on to its NEventListeners.
+/// out to whoever builds domains, is notified of them all, and passes everything on to its
+/// NEventListeners.
 ///
 /// It may end before the domains and nodes do: they hold the multiplexers. Rules: docs/events.md.
 class CORVANTA_API NEventMultiplexer final
@@ -93,7 +94,7 @@ class CORVANTA_API NEventMultiplexer final
   /// Stops hearing the twelve; whoever registered with them directly goes on hearing. Nothing is
   /// kept for later. Not to be called from within a handler of an NEventListener.
   void Detach();
-  /// Hears them again.
+  /// Is notified of them again.
   void Reattach();
 
  private:

@@ -21,15 +21,16 @@ class NEventMultiplexer;
 /// domains of their own.
 ///
 /// The readers give what `Initialize` made for the manager and never look at its state. Without
-/// that they give an empty reference, a null pointer or a default path. Requires: no reader while
-/// another thread initializes or uninitializes the same manager. Cost: a look-up in a map.
+/// that they give an empty reference, a null pointer or a default path.
+/// Requires: no reader while another thread initializes or uninitializes the same manager.
+/// Cost: a look-up in a map.
 namespace corvanta::data::internal {
 
 /// Makes the internal data of `manager` and registers its domains at the internal locators
 /// "/geometry", "/scene" and so on, in the place of any that stand there.
 ///
-/// May be called from several threads at once. Raises: on `events`, all that comes of making the
-/// nodes; what a listener throws passes through.
+/// May be called from several threads at once.
+/// Raises: on `events`, all that comes of making the nodes; what a listener throws passes through.
 /// Fails: false for a manager that has its internal data, where a domain refuses a node, and for a
 /// call from a listener inside Initialize. Whenever it fails, the domains are registered as before.
 /// Without a writable temporary folder it succeeds, and the watermark images have locators of an
@@ -106,7 +107,8 @@ CORVANTA_API domain::material::NMaterialNode* GetWaterMarkNodeMaterial(
 /// Fails: null also if the domain has gone.
 CORVANTA_API domain::scenegraph::item::NSceneGraphItemDomain* GetInternalSceneGraphItemDomain(
     core::domain::NDomainManager const& manager);
-/// The domain of the built-in materials. Fails: null also if the domain has gone.
+/// The domain of the built-in materials.
+/// Fails: null also if the domain has gone.
 CORVANTA_API domain::material::NMaterialDomain* GetInternalMaterialDomain(
     core::domain::NDomainManager const& manager);
 

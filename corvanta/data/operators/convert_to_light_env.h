@@ -10,7 +10,7 @@ class NLightEnvDomain;
 namespace corvanta::data::operators {
 
 /// Turns the lights of `environment`, which are items of the scene graph, into a light environment
-/// of `domain`: a lamp for each, where the item stands in the world. The environment lists it from
+/// of `domain`: a lamp for each, where the item is in the world. The environment lists it from
 /// then on, and keeps its lights.
 ///
 /// The light environment has the environment's id. Where the domain has a node of that id already,

@@ -28,7 +28,8 @@ namespace corvanta::data::preset {
 /// Gives `environment` the built-in sphere about the scene as its map model, the built-in floor,
 /// the default map and the floor's picture. Makes a model item and two images, in the given
 /// domains, at each call. Without internal data for the environment's domain manager it has no
-/// geometries. Fails: throws std::bad_alloc, without a change.
+/// geometries.
+/// Fails: throws std::bad_alloc, without a change.
 CORVANTA_API void PresetEnvironment(
     boost::intrusive_ptr<domain::environment::NEnvironmentNode> environment,
     boost::intrusive_ptr<view::NView> view,
@@ -43,7 +44,9 @@ CORVANTA_API void PresetCamera(boost::intrusive_ptr<domain::camera::NCameraNode>
 /// Looks at the centre of the scene from the right, above and in front, as far away as the camera's
 /// angle asks for, and at least the scene's depth. Writes interest, translation and up vector, and
 /// the saved ones; the item becomes absolute and gets the configured navigation. The flag has no
-/// effect. Requires: `tree` is the item's. Fails: no change for an item without a camera node.
+/// effect.
+/// Requires: `tree` is the item's.
+/// Fails: no change for an item without a camera node.
 CORVANTA_API void PresetSceneGraphCamera(
     boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphCameraNode> item,
     boost::intrusive_ptr<view::NView> view,
@@ -65,7 +68,8 @@ CORVANTA_API void PresetSceneGraphLight(
     boost::intrusive_ptr<domain::scenegraph::tree::NSceneGraphTreeNode> tree, bool isDefault);
 /// Turns the items as the rig does, or without the flag all to one side, except point lights; and
 /// puts each, absolute, at twice the scene's longest side from its centre, on its own z axis.
-/// Requires: `tree` is that of the items. Fails: no change for an item without a light node.
+/// Requires: `tree` is that of the items.
+/// Fails: no change for an item without a light node.
 CORVANTA_API void PresetSceneGraphLight(
     std::vector<boost::intrusive_ptr<domain::scenegraph::item::NSceneGraphLightNode>> items,
     boost::intrusive_ptr<view::NView> view,

@@ -13,7 +13,7 @@ namespace corvanta::data::switches {
 /// A named, ordered list of cameras to choose from. Which one is chosen is for the caller to hold.
 /// Raises nothing. Hold it by `boost::intrusive_ptr`.
 ///
-/// A camera may stand in it several times, and may have gone.
+/// A camera may be in it several times, and may have gone.
 class CORVANTA_API NCameraSwitch : public core::name::NNamedObject {
  public:
   NCameraSwitch();

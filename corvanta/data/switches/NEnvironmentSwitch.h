@@ -13,7 +13,7 @@ namespace corvanta::data::switches {
 /// A named, ordered list of environments to choose from. Which one is chosen is for the caller to
 /// hold. Raises nothing. Hold it by `boost::intrusive_ptr`.
 ///
-/// An environment may stand in it several times, and may have gone.
+/// An environment may be in it several times, and may have gone.
 class CORVANTA_API NEnvironmentSwitch : public core::name::NNamedObject {
  public:
   NEnvironmentSwitch();

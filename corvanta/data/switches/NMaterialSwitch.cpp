@@ -58,7 +58,7 @@ bool NMaterialSwitch::RemoveMaterial(unsigned int index) {
 }
 
 void NMaterialSwitch::RemoveMaterial(MaterialReference const& material) {
-  MaterialReference const removed = material;  // may stand in the list itself
+  MaterialReference const removed = material;  // may be in the list itself
   m_block->materials.remove(removed);
   NotifyRemove();
 }

@@ -16,7 +16,7 @@ namespace corvanta::data::switches {
 /// A named, ordered list of materials to choose from, and the models that the choice applies to.
 /// Applying it is for the caller. Hold it by `boost::intrusive_ptr`.
 ///
-/// A material may stand in the list several times, and what stands in here may have gone.
+/// A material may be in the list several times, and what is in here may have gone.
 class CORVANTA_API NMaterialSwitch
     : public core::name::NNamedObject,
       public core::observer::NObservable<NMaterialSwitch, NMaterialSwitchListener> {

@@ -5,7 +5,7 @@
 
 namespace corvanta::data::switches {
 
-/// Hears of the material list of a switch. The change is in place when a signal comes.
+/// Is notified of the material list of a switch. The change is in place when a signal comes.
 /// Held weakly: hold it by `boost::intrusive_ptr`. Rules: docs/events.md.
 class CORVANTA_API NMaterialSwitchListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {

@@ -27,9 +27,9 @@ class CORVANTA_API NModelSwitch
   /// Inserts before the set now at `index`.
   /// Raises: SignalAddModelSet.
   /// Fails: false if `index` is greater than the number of sets, and for a set whose name is taken,
-  /// that is here, or that stands in another namespace.
+  /// that is here, or that is in another namespace.
   bool AddModelSet(detail::NModelSet& set, unsigned int index);
-  /// Raises: SignalRemoveModelSet, while the set stands in the list; it leaves also when a listener
+  /// Raises: SignalRemoveModelSet, while the set is in the list; it leaves also when a listener
   /// throws.
   /// Fails: false if the set isn't here.
   bool RemoveModelSet(detail::NModelSet& set);

@@ -9,7 +9,7 @@ namespace detail {
 class NModelSet;
 }
 
-/// Hears of the model sets of a switch. The set stands in the list in both signals: it has just
+/// Is notified of the model sets of a switch. The set is in the list in both signals: it has just
 /// come or is about to go. Held weakly: hold it by `boost::intrusive_ptr`. Rules: docs/events.md.
 class CORVANTA_API NModelSwitchListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {

@@ -10,7 +10,7 @@ namespace corvanta::data::view {
 
 class NView;
 
-/// Hears of what a view shows. The new scene or camera is in place when a signal comes.
+/// Is notified of what a view shows. The new scene or camera is in place when a signal comes.
 /// Held weakly: hold it by `boost::intrusive_ptr`. Rules: docs/events.md.
 class CORVANTA_API NViewListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {

@@ -24,14 +24,15 @@ class CORVANTA_API NViewManager final
     : public core::attribute::NAttributeHost,
       public core::observer::NObservable<NViewManager, NViewManagerListener> {
  public:
-  /// `multiplexer` is told of attribute changes, with this as host; null tells nobody.
+  /// `multiplexer` is notified of attribute changes, with this as host; null: nobody is.
   explicit NViewManager(events::attribute_change::NMultiplexer const* multiplexer);
 
 #define CORVANTA_ROWS_ACCESSORS
 #include "corvanta/data/view/view_manager_attributes.def"
 
-  /// Inserts `view` before the one now at `index`; the same view may stand in the list twice.
-  /// Raises: SignalAddView. Fails: false if `index` is greater than the number of views.
+  /// Inserts `view` before the one now at `index`; the same view may be in the list twice.
+  /// Raises: SignalAddView.
+  /// Fails: false if `index` is greater than the number of views.
   bool AddView(NView& view, unsigned int index);
   std::list<boost::intrusive_ptr<NView>> const& GetViews() const noexcept;
   /// Raises: SignalRemoveAllViews, also if there was none.

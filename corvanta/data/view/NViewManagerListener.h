@@ -8,7 +8,7 @@ namespace corvanta::data::view {
 class NView;
 class NViewManager;
 
-/// Hears of the views of a view manager. The change is in place when a signal comes.
+/// Is notified of the views of a view manager. The change is in place when a signal comes.
 /// Held weakly: hold it by `boost::intrusive_ptr`. Rules: docs/events.md.
 class CORVANTA_API NViewManagerListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {

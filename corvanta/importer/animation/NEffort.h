@@ -13,9 +13,11 @@ class CORVANTA_API NEffort {
   explicit NEffort(std::size_t mostKeys = 5'000'000, std::size_t mostTransforms = 50'000'000)
       : m_keys{mostKeys, mostKeys}, m_transforms{mostTransforms, mostTransforms} {}
 
-  /// Keys of three values. Fails: throws NImportError beyond the most.
+  /// Keys of three values.
+  /// Fails: throws NImportError beyond the most.
   void AddKeys(std::size_t count) { Take(m_keys, count, "keys"); }
-  /// Transforms of an item at one time. Fails: throws NImportError beyond the most.
+  /// Transforms of an item at one time.
+  /// Fails: throws NImportError beyond the most.
   void AddTransforms(std::size_t count) { Take(m_transforms, count, "transforms"); }
 
  private:

@@ -26,7 +26,8 @@ struct NKeyFaults {
   std::size_t unsorted = 0;  // earlier than the one before
 };
 
-/// Whether keys can stand at this time. Units: seconds.
+/// Whether keys can stand at this time.
+/// Units: seconds.
 bool IsUsableTime(double seconds);
 
 /// How far rounding may put a time off: files hold floats, and players add up steps.

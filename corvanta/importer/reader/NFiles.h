@@ -20,7 +20,8 @@ using NFile = std::unique_ptr<std::FILE, NCloseFile>;
 
 /// Fails: null for a file that can't be opened.
 NFile OpenFile(NFileOpener& opener, std::string const& path);
-/// All bytes of a file. Fails: throws NImportError.
+/// All bytes of a file.
+/// Fails: throws NImportError.
 std::string ReadFile(NFileOpener& opener, std::string const& path);
 
 /// What Assimp knows of the file system: files that an opener gives, to be read. A file that isn't

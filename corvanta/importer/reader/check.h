@@ -13,7 +13,8 @@ inline constexpr unsigned kMostCorners = 50'000;
 /// where a count says so, an array shorter than its count, more items than neutral::kMostItems, a
 /// mesh with an index that names no vertex, a face of too many corners, a coordinate or a transform
 /// that isn't finite, and a model without any face. One that has no mesh at all passes if it has
-/// something else: a hierarchy, lights or cameras. Cost: linear in the scene; no recursion.
+/// something else: a hierarchy, lights or cameras.
+/// Cost: linear in the scene; no recursion.
 void CheckScene(aiScene const& scene);
 
 /// Whether a message of the reader tells of an index that is out of range.

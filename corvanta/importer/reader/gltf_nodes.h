@@ -12,8 +12,8 @@
 namespace corvanta::importer::reader {
 
 /// Fails: throws NImportError for a file whose nodes, each as often as others list it, would be
-/// more than neutral::kMostItems. A file that isn't sound otherwise passes. Cost: linear in the
-/// file's nodes and what they list.
+/// more than neutral::kMostItems. A file that isn't sound otherwise passes.
+/// Cost: linear in the file's nodes and what they list.
 void CheckItemCount(nlohmann::json const& root);
 
 /// The scene's nodes in the order of the file's; null where the scene doesn't show one.

@@ -28,8 +28,8 @@ bool IsChild();
 bool Confine(std::uint64_t memory, unsigned int files, NRights rights);
 
 /// Waits for a message of `length` bytes and its descriptors, as many as `descriptors` has room
-/// for; the others get none. Fails: false when the host has gone, and for a message of another
-/// length.
+/// for; the others get none.
+/// Fails: false when the host has gone, and for a message of another length.
 bool Receive(void* bytes, std::size_t length, std::span<NDescriptor> descriptors);
 
 /// Fails: false when the host has gone.

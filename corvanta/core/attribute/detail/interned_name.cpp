@@ -21,7 +21,7 @@ struct Record {
 };
 
 /// An open-addressed table of name numbers. It is replaced, never changed in place, when it grows,
-/// and the old ones stay: a reader may still stand in one.
+/// and the old ones stay: a reader may still be in one.
 struct Buckets {
   explicit Buckets(std::size_t size) : slots(size) {}
   std::vector<std::atomic<NNameIndex>> slots;

@@ -37,10 +37,11 @@ class CORVANTA_API NAnimationNode : public NNode {
   void CopyTo(NAnimationNode& target) const;
 
   /// Writes every bound attribute, as a double, with the value of its curve at `frame`, in the
-  /// map's order. What has no target or no such attribute now is passed over. A change of the map
-  /// made meanwhile counts from the next call. Raises: the attribute change of every write. Fails:
-  /// throws what NKeyFrameAnimation::CalculateValue and the listeners throw; the writes behind it
-  /// aren't made.
+  /// map's order. What has no target or no such attribute now is skipped. A change of the map made
+  /// meanwhile counts from the next call.
+  /// Raises: the attribute change of every write.
+  /// Fails: throws what NKeyFrameAnimation::CalculateValue and the listeners throw; the writes
+  /// behind it aren't made.
   void SetFrame(double frame) const;
 
   /// Fails: false, and no change, if `context` has a curve.

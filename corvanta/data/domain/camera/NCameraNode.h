@@ -27,14 +27,16 @@ class CORVANTA_API NCameraNode : public NNode {
 #define CORVANTA_ROWS_ACCESSORS
 #include "corvanta/data/domain/camera/camera_attributes.def"
 
-  /// These are no attributes: setting them raises nothing, and CopyTo leaves them out.
-  /// Moves the picture up. Units: fraction of its height.
+  /// These are no attributes: setting them raises nothing, and CopyTo leaves them out. Moves the
+  /// picture up.
+  /// Units: fraction of its height.
   void SetShiftY(double shift);
-  /// Moves the picture sideways, for one eye, by this much at the screen distance. Units: scene
-  /// units.
+  /// Moves the picture sideways, for one eye, by this much at the screen distance.
+  /// Units: scene units.
   double GetStereoShiftX() const;
   void SetStereoShiftX(double shift);
-  /// Where the pictures of both eyes meet. Units: scene units.
+  /// Where the pictures of both eyes meet.
+  /// Units: scene units.
   double GetStereoScreenDistance() const;
   void SetStereoScreenDistance(double distance);
 

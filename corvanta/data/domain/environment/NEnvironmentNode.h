@@ -60,9 +60,11 @@ class CORVANTA_API NEnvironmentNode
 
   std::set<scenegraph::NSceneGraphPath<scenegraph::item::NSceneGraphLightNode>> const& GetLights()
       const noexcept;
-  /// Raises: nothing. Fails: false if the path is in the set already.
+  /// Raises: nothing.
+  /// Fails: false if the path is in the set already.
   bool AddLight(scenegraph::NSceneGraphPath<scenegraph::item::NSceneGraphLightNode> const& light);
-  /// Raises: nothing. Fails: false if the path isn't in the set.
+  /// Raises: nothing.
+  /// Fails: false if the path isn't in the set.
   bool RemoveLight(
       scenegraph::NSceneGraphPath<scenegraph::item::NSceneGraphLightNode> const& light);
 
@@ -72,7 +74,8 @@ class CORVANTA_API NEnvironmentNode
   /// Raises: SignalAddLightEnv.
   /// Fails: false if the reference is listed already, or resolves to nothing.
   bool AddLightEnv(core::node::NNodeReference<light_env::NLightEnvNode> const& lightEnv);
-  /// Raises: SignalRemoveLightEnv, if the node is still there. Fails: false if it isn't listed.
+  /// Raises: SignalRemoveLightEnv, if the node is still there.
+  /// Fails: false if it isn't listed.
   bool RemoveLightEnv(core::node::NNodeReference<light_env::NLightEnvNode> const& lightEnv);
 
   /// The backdrop.
@@ -102,8 +105,9 @@ class CORVANTA_API NEnvironmentNode
   /// Raises: SignalFloorImageChange, also for the same image.
   void SetFloorImage(core::node::NNodeReference<image::NImageNode> const& image);
 
-  /// Gives `target` all that this node has; its id and domain stay. Raises: on the target, those of
-  /// its name, attributes, tree, and environment map; nothing for light environments and floor.
+  /// Gives `target` all that this node has; its id and domain stay.
+  /// Raises: on the target, those of its name, attributes, tree, and environment map; nothing for
+  /// light environments and floor.
   void CopyTo(NEnvironmentNode& target) const;
 
  private:

@@ -7,7 +7,7 @@
 
 namespace corvanta::data::domain::geometry {
 
-/// Hears of the surfaces of geometry nodes. The change is in place when a signal comes.
+/// Is notified of the surfaces of geometry nodes. The change is in place when a signal comes.
 /// Held weakly: hold it by `boost::intrusive_ptr`. Rules: docs/events.md.
 class CORVANTA_API NGeometryChangeListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {

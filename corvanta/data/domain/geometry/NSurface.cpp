@@ -26,7 +26,7 @@ struct NSurface::Arrays {
 
 struct NSurface::Block {
   Arrays arrays;
-  // A node that has gone stays in here, and is passed over.
+  // A node that has gone stays in here, and is skipped.
   std::set<core::node::NNodeReference<NGeometryNode const>> owners;
 };
 

@@ -18,7 +18,7 @@ namespace corvanta::data::domain::geometry {
 
 /// Vertex and index arrays of a piece of a shape, assigned as a whole and never in parts.
 ///
-/// Nothing is derived from them here: no normals, boxes or tangents. A surface may stand in several
+/// Nothing is derived from them here: no normals, boxes or tangents. A surface may be in several
 /// geometry nodes at once; it keeps none of them alive. Hold it by `boost::intrusive_ptr`.
 class CORVANTA_API NSurface : public core::reference_countable::NReferenceCountable {
  public:
@@ -48,8 +48,8 @@ class CORVANTA_API NSurface : public core::reference_countable::NReferenceCounta
               std::vector<unsigned int> const& indices, UVWsMap const& uvws);
   /// Replaces all arrays, with one UVW set, under NUVWID_FLAT, whose w are 0. Returns true.
   /// Units: `3 * vertexCount` floats in `coords` and `normals`, `2 * vertexCount` in `uvs`. An
-  /// index beyond 32 bits becomes 0xFFFFFFFF. Raises: NGCT_SURFACE_CHANGED on every geometry node
-  /// that holds this surface.
+  /// index beyond 32 bits becomes 0xFFFFFFFF.
+  /// Raises: NGCT_SURFACE_CHANGED on every geometry node that holds this surface.
   bool Assign(float const* coords, float const* normals, unsigned long vertexCount,
               unsigned long const* indices, unsigned long indexCount, float const* uvs);
 

@@ -29,7 +29,8 @@ class CORVANTA_API NImageNode : public NNode {
   /// Fails: as resource::image::LocatorToFormat for an entry of an archive; the locator is in place
   /// then, "formatHint" as it was, and nothing is raised.
   void SetImageLocator(core::locator::NLocator const& locator);
-  /// The same for a file that LocatorToFormat has judged. Cost: no memory.
+  /// The same for a file that LocatorToFormat has judged.
+  /// Cost: no memory.
   void SetImageLocator(core::locator::NLocator&& locator, resource::image::NImageFormat format);
 
   /// Loads the picture; never null, and a new object at every call.

@@ -39,7 +39,8 @@ class CORVANTA_API NLamp : public core::name::NNamedObject, public core::attribu
   NLightEnvNode* GetOwner() const noexcept { return m_owner; }
 
   /// Gives `target` this lamp's name and attribute values. Where the name is another lamp's, it
-  /// gets a number behind it. Raises: the target's signals for each.
+  /// gets a number behind it.
+  /// Raises: the target's signals for each.
   void CopyTo(NLamp& target) const;
 
  private:

@@ -34,7 +34,8 @@ class CORVANTA_API NLightEnvNode
 #include "corvanta/data/domain/light_env/light_env_attributes.def"
 
   /// Makes a lamp at the end of the list. Where `name` is another lamp's, it gets a number behind
-  /// it. Raises: the lamp's renaming, then its creation; not the latter if a listener of the former
+  /// it.
+  /// Raises: the lamp's renaming, then its creation; not the latter if a listener of the former
   /// deleted the lamp.
   boost::intrusive_ptr<NLamp> CreateLamp(std::wstring const& name);
   /// Takes `lamp` out of the list, also when a listener throws. It loses its owner.
@@ -47,7 +48,8 @@ class CORVANTA_API NLightEnvNode
   VX_Math::Matrix GetTransform() const;
 
   /// Gives `target` this node's name and attribute values, and a copy of each lamp behind those it
-  /// has. Onto itself it doubles the lamps. Raises: the target's signals for each.
+  /// has. Onto itself it doubles the lamps.
+  /// Raises: the target's signals for each.
   void CopyTo(NLightEnvNode& target) const;
 
  private:

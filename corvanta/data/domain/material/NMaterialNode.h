@@ -39,7 +39,7 @@ class CORVANTA_API NMaterialNode
   using MaterialEvents::AddObserver;
   using MaterialEvents::RemoveObserver;
 
-  /// A texture, which the material doesn't own, and how it is laid.
+  /// A texture, which the material doesn't own, and how it is mapped.
   using TextureReference = core::node::NNodeReference<texture::NTextureNode>;
   using TextureList = std::list<
       std::pair<TextureReference, boost::intrusive_ptr<texture_mapping::NTextureMapping>>>;
@@ -97,7 +97,7 @@ class CORVANTA_API NMaterialNode
 };
 
 CORVANTA_API bool HasTexture(NMaterialNode const& material);
-/// Whether some texture is laid by a mapping of that type.
+/// Whether some texture is mapped by a mapping of that type.
 CORVANTA_API bool HasTexture(NMaterialNode const& material,
                              texture_mapping::NTextureMappingType type);
 /// Whether a model of the material's domain manager shows it.

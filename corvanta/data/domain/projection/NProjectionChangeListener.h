@@ -6,7 +6,7 @@
 
 namespace corvanta::data::domain::projection {
 
-/// Hears of another method of a projection node that it observes. The change is in place.
+/// Is notified of another method of a projection node that it observes. The change is in place.
 /// Rules: docs/events.md.
 class CORVANTA_API NProjectionChangeListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {

@@ -14,7 +14,7 @@ namespace corvanta::data::domain::scene {
 #define CORVANTA_ROWS_CONSTANTS
 #include "corvanta/data/domain/scene/scene_attributes.def"
 
-/// What a view shows: a tree, and the environment that it stands in. Keeps neither alive.
+/// What a view shows: a tree, and the environment that it is in. Keeps neither alive.
 class CORVANTA_API NSceneNode
     : public NNode,
       public scenegraph::tree::NSceneGraphTreeHost,

@@ -11,7 +11,7 @@ namespace corvanta::data::domain::scenegraph {
 /// The address of an item of class `T`, which one item alone isn't: a tree can be shown several
 /// times.
 ///
-/// Check point 0 stands in the outermost tree, the next one in the tree that it shows, the item in
+/// Check point 0 is in the outermost tree, the next one in the tree that it shows, the item in
 /// the tree shown by the last. A value that owns nothing, and a key of std::map and std::set.
 template <class T>
 class NSceneGraphPath : public detail::NSceneGraphPathImpl {

@@ -25,15 +25,16 @@ inline bool IsSceneGraphTransformAttribute(std::wstring const& name) {
   return IsSceneGraphTransformAttribute(name.c_str());
 }
 
-/// The global matrix of `item`, which stands in the tree shown by the last of the `checkPoints`
+/// The global matrix of `item`, which is in the tree shown by the last of the `checkPoints`
 /// (outermost first), or in `tree` when there are none.
 ///
 /// It is the product of the local matrices from the item up, closed with the control transform of
 /// each tree; at a reference the inverse of the outer tree's comes in. An absolute item ends it
-/// with the control transform of its own tree. Units: row vectors. Fails: throws
-/// NGetGlobalTransformException for a null check point, a reference without a tree, a tree without
-/// a root, and where the parents end before the root or the reference's tree. Cost: a matrix
-/// product an item; nothing is cached here.
+/// with the control transform of its own tree.
+/// Units: row vectors.
+/// Fails: throws NGetGlobalTransformException for a null check point, a reference without a tree, a
+/// tree without a root, and where the parents end before the root or the reference's tree.
+/// Cost: a matrix product an item; nothing is cached here.
 CORVANTA_API VX_Math::Matrix GetGlobalTransform(
     item::NSceneGraphItemNode const& item, tree::NSceneGraphTreeNode const& tree,
     std::vector<boost::intrusive_ptr<item::NSceneGraphReferenceNode const>> const& checkPoints);

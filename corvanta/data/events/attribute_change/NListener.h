@@ -12,7 +12,7 @@ class NAttributeHost;
 
 namespace corvanta::data::events::attribute_change {
 
-/// Hears of every attribute that was set with notification. The new value is in place.
+/// Is notified of every attribute that was set with notification. The new value is in place.
 /// Held weakly: hold it by `boost::intrusive_ptr`. Rules: docs/events.md.
 class CORVANTA_API NListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {

@@ -7,8 +7,8 @@
 
 namespace corvanta::data::events::environment {
 
-/// Hears of what an environment node shows besides its attributes. The change is in place when a
-/// signal comes. Held weakly: hold it by `boost::intrusive_ptr`. Rules: docs/events.md.
+/// Is notified of what an environment node shows besides its attributes. The change is in place
+/// when a signal comes. Held weakly: hold it by `boost::intrusive_ptr`. Rules: docs/events.md.
 class CORVANTA_API NListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {
  public:

@@ -7,8 +7,8 @@
 
 namespace corvanta::data::events::environment_map_change {
 
-/// Hears of the environment map of a material or an environment. The change is in place when a
-/// signal comes. Held weakly: hold it by `boost::intrusive_ptr`. Rules: docs/events.md.
+/// Is notified of the environment map of a material or an environment. The change is in place when
+/// a signal comes. Held weakly: hold it by `boost::intrusive_ptr`. Rules: docs/events.md.
 class CORVANTA_API NListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {
  public:

@@ -8,7 +8,7 @@
 
 namespace corvanta::data::events::light_env {
 
-/// Hears of the lamps of a light environment. The change is in place when a signal comes.
+/// Is notified of the lamps of a light environment. The change is in place when a signal comes.
 /// Held weakly: hold it by `boost::intrusive_ptr`. Rules: docs/events.md.
 class CORVANTA_API NListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {

@@ -9,7 +9,7 @@
 
 namespace corvanta::data::events::scene {
 
-/// Hears of the environment of a scene. The change is in place when a signal comes.
+/// Is notified of the environment of a scene. The change is in place when a signal comes.
 /// Held weakly: hold it by `boost::intrusive_ptr`. Rules: docs/events.md.
 class CORVANTA_API NListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {

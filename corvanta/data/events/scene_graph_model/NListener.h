@@ -9,8 +9,8 @@
 
 namespace corvanta::data::events::scene_graph_model {
 
-/// Hears of the geometry and the material of a model item. The change is in place when a signal
-/// comes. Held weakly: hold it by `boost::intrusive_ptr`. Rules: docs/events.md.
+/// Is notified of the geometry and the material of a model item. The change is in place when a
+/// signal comes. Held weakly: hold it by `boost::intrusive_ptr`. Rules: docs/events.md.
 class CORVANTA_API NListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {
  public:

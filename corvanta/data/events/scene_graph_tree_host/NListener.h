@@ -9,8 +9,8 @@
 
 namespace corvanta::data::events::scene_graph_tree_host {
 
-/// Hears of the tree that a host shows, and its root. The change is in place when a signal comes.
-/// Held weakly: hold it by `boost::intrusive_ptr`. Rules: docs/events.md.
+/// Is notified of the tree that a host shows, and its root. The change is in place when a signal
+/// comes. Held weakly: hold it by `boost::intrusive_ptr`. Rules: docs/events.md.
 class CORVANTA_API NListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {
  public:

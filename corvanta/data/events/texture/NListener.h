@@ -7,7 +7,7 @@
 
 namespace corvanta::data::events::texture {
 
-/// Hears of the image of a texture. The change is in place when a signal comes.
+/// Is notified of the image of a texture. The change is in place when a signal comes.
 /// Held weakly: hold it by `boost::intrusive_ptr`. Rules: docs/events.md.
 class CORVANTA_API NListener
     : public virtual core::reference_countable::NReferenceCountableWithWeakReference {

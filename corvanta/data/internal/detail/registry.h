@@ -28,7 +28,8 @@ class NRegistryLock {
 using DataPointer = boost::shared_ptr<NInternalDataManager const>;
 
 /// Enters nothing: a manager without an entry is marked as asked for. An entry of a manager that
-/// has gone doesn't count for a later one in its place. Fails: null without an entry.
+/// has gone doesn't count for a later one in its place.
+/// Fails: null without an entry.
 NInternalDataManager const* FindInternalData(core::domain::NDomainManager const& manager);
 
 /// Enters `data` for the manager; what a manager that has gone left in its place goes to

@@ -7,7 +7,7 @@ namespace corvanta::data::operators::animation {
 
 /// A function over one span of parameters, for callers that bring spans of their own.
 ///
-/// NKeyFrameAnimation makes none: its spans stand in plain arrays. Hold it by
+/// NKeyFrameAnimation makes none: its spans are in plain arrays. Hold it by
 /// `boost::intrusive_ptr`.
 class CORVANTA_API NInterpolator : public core::reference_countable::NReferenceCountable {
  public:

@@ -37,7 +37,7 @@ struct CORVANTA_API PickRecord {
 ///
 /// Set the ray, then the mode; let the picker visit a scene, a tree or an item
 /// (`scene.Accept(picker)`); then SortWithDistance, CheckDetail, and read the results. Hidden
-/// models and groups are passed over with all below them; a hidden reference isn't. A root stands
+/// models and groups are skipped with all below them; a hidden reference isn't. A root stands
 /// for its children alone. Nothing below a camera or light item is reached.
 ///
 /// Raises: reading trees and geometries may subscribe late.

@@ -4,15 +4,15 @@
 #include "corvanta/core/detail/scope_exit.h"
 #include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/data/domain/scene/NSceneNode.h"
+#include "corvanta/data/domain/scenegraph/detail/culling_bound.h"
 #include "corvanta/data/domain/scenegraph/detail/item_access.h"
-#include "corvanta/data/domain/scenegraph/detail/ray_bound.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
 #include "corvanta/data/operators/ray_picker/detail/state.h"
 
 namespace corvanta::data::operators::ray_picker {
 
+using domain::scenegraph::detail::NCullingBound;
 using domain::scenegraph::detail::NItemAccess;
-using domain::scenegraph::detail::NRayBound;
 using domain::scenegraph::item::NSceneGraphItemNode;
 using domain::scenegraph::item::NSceneGraphModelNode;
 using domain::scenegraph::item::NSceneGraphReferenceNode;
@@ -128,7 +128,7 @@ class NRayPicker::Walk {
   struct Ray {
     Vec3 origin, direction;
     double distance = 0;
-    std::optional<NRayBound> bound;  // for the item's children
+    std::optional<NCullingBound> bound;  // for the item's children
   };
 
   /// Takes back what a walk that an exception ends has left.
@@ -191,7 +191,7 @@ class NRayPicker::Walk {
   }
 
   /// `bound` may spare children that the ray can't meet; null spares none.
-  void PushChildren(NSceneGraphItemNode const& item, NRayBound const* bound) {
+  void PushChildren(NSceneGraphItemNode const& item, NCullingBound const* bound) {
     auto const& children = item.GetChildren();
     for (auto child = children.rbegin(); child != children.rend(); ++child) {
       if (bound != nullptr && !bound->MayMeet(**child)) continue;

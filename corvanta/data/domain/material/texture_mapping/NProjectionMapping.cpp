@@ -54,7 +54,7 @@ bool NProjectionMapping::ReplaceModel(ModelPath const& oldPath, ModelPath const&
     found->second = projection;
     return true;
   }
-  // The arguments may stand in the map, so the erasure comes last.
+  // The arguments may be in the map, so the erasure comes last.
   auto const [made, isNew] = map.emplace(newPath, projection);
   try {
     if (node) const_cast<NProjectionNode&>(*node).ReplaceModel(oldPath, newPath);

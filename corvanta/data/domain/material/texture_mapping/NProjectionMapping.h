@@ -40,12 +40,13 @@ class CORVANTA_API NProjectionMapping : public NTextureMapping {
   NProjectionMapping();
   ~NProjectionMapping() override;
 
-  /// The node isn't told: its AddModel is for the caller to call.
+  /// The node isn't notified: its AddModel is for the caller to call.
   /// Fails: false, and no change, if `path` has an entry.
   bool AddProjectionData(ModelPath const& path, ProjectionReference const& projection);
   /// Gives the entry of `oldPath` to `newPath`; its node, if it is there, does the same with its
-  /// target. Fails: false if `oldPath` has no entry, and if `newPath` has one, which stays as it
-  /// is; the entry of `oldPath` is gone then too.
+  /// target.
+  /// Fails: false if `oldPath` has no entry, and if `newPath` has one, which stays as it is; the
+  /// entry of `oldPath` is gone then too.
   bool ReplaceModel(ModelPath const& oldPath, ModelPath const& newPath);
   /// The same, but the entry of `newPath` names `projection`. It is the old node that replaces its
   /// target.
@@ -63,8 +64,8 @@ class CORVANTA_API NProjectionMapping : public NTextureMapping {
   /// The first use of a path takes its frame; see NProjectionNode::GetModelToProjectionTransform.
   /// Fails: false for an empty map, no vertices or no indices, a path that names no model, an
   /// unknown method, and a node without targets; in the last two `coords` has been resized. Throws
-  /// NProjectionNodeError for a path that is no target of its node. Requires: the vectors aren't
-  /// what `vertices` and `indices` point into.
+  /// NProjectionNodeError for a path that is no target of its node.
+  /// Requires: the vectors aren't what `vertices` and `indices` point into.
   bool ComputeTextureCoords(ModelPath const& path, Vertices const& vertices, Indices const& indices,
                             std::vector<structs::UVW>& coords,
                             std::vector<unsigned int>& newIndices,

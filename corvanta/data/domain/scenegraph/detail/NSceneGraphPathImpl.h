@@ -58,8 +58,8 @@ class CORVANTA_API NSceneGraphPathImpl {
 };
 
 /// Whether everything that the path names is there, and the item connects to the outermost tree's
-/// root through the check points. Raises: reading a reference's tree may subscribe late, with that
-/// event.
+/// root through the check points.
+/// Raises: reading a reference's tree may subscribe late, with that event.
 CORVANTA_API bool IsValid(NSceneGraphPathImpl const& path);
 
 /// How two paths stand to each other. The same item shown twice is told apart by the check points.

@@ -14,7 +14,7 @@ class CORVANTA_API NItemAccess {
                          item::NSceneGraphReferenceNode const& reference);
   /// Defined for sources that include the item's block.
   static auto const& GetBlock(item::NSceneGraphItemNode const& item) { return *item.m_block; }
-  /// The lists of children that the item stands in: more than one after an insert by index.
+  /// The lists of children that the item is in: more than one after an insert by index.
   static unsigned GetListCount(item::NSceneGraphItemNode const& item);
 };
 

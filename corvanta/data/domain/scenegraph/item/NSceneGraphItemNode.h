@@ -64,9 +64,10 @@ class CORVANTA_API NSceneGraphItemNode
   /// Cost: twice the fewer of the items above this one and of those below `child`.
   bool AddChild(NSceneGraphItemNode& child);
   /// Inserts `child` before position `index`; beyond the last it appends as above. Doesn't look at
-  /// the parent that the child has: take it out there first, or it stands in both lists. Raises:
-  /// SignalAddChild. Fails: false, and no change, for a child that is here, that is of another
-  /// domain, or that is this item or stands above it.
+  /// the parent that the child has: take it out there first, or it is in both lists.
+  /// Raises: SignalAddChild.
+  /// Fails: false, and no change, for a child that is here, that is of another domain, or that is
+  /// this item or stands above it.
   bool AddChild(NSceneGraphItemNode& child, unsigned int index);
   /// Lets go of `child`.
   /// Raises: SignalRemoveChild; the child is held until it is over.
@@ -133,8 +134,8 @@ class CORVANTA_API NSceneGraphItemNode
 CORVANTA_API unsigned int GetChildIndex(NSceneGraphItemNode& parent, NSceneGraphItemNode& child);
 
 /// Sets translation, rotation and scale from `matrix`; the pivot stays, so that with a pivot the
-/// matrix doesn't read back. Raises: nine attribute changes: translation x y z, rotation x y z,
-/// scale x y z.
+/// matrix doesn't read back.
+/// Raises: nine attribute changes: translation x y z, rotation x y z, scale x y z.
 CORVANTA_API void SetTransform(NSceneGraphItemNode& item, VX_Math::Matrix const& matrix);
 
 /// Scales about the origin, then rotates about `pivot`, then translates.

@@ -59,8 +59,8 @@ class CORVANTA_API NSceneGraphModelNode
   /// Keeps the counts of material::IsUsed. Does nothing for a model without a domain manager.
   /// Raises: SignalMaterialChange with the old material.
   void SetMaterial(core::node::NNodeReference<material::NMaterialNode> const& material);
-  /// The same with a use that was counted ahead. Cost: no memory, if it was counted for this
-  /// model's manager.
+  /// The same with a use that was counted ahead.
+  /// Cost: no memory, if it was counted for this model's manager.
   void SetMaterial(core::node::NNodeReference<material::NMaterialNode> const& material,
                    material::detail::NUse& use);
 

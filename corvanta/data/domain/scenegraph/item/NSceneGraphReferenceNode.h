@@ -6,7 +6,7 @@
 namespace corvanta::data::domain::scenegraph::item {
 
 /// Shows a whole other tree at its own place. The tree's unit and axes are converted to those of
-/// the tree that the reference stands in.
+/// the tree that the reference is in.
 ///
 /// Its box is marked by a change of the shown tree's unit or axes, and by what changes below the
 /// root once the root knows this reference: after a box was computed, or VerifyReference. Another

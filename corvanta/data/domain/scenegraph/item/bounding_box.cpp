@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "corvanta/core/reference_countable/hold.h"
-#include "corvanta/data/domain/scenegraph/detail/ray_bound.h"
+#include "corvanta/data/domain/scenegraph/detail/culling_bound.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/data/domain/scenegraph/item/detail/block.h"
 #include "corvanta/data/domain/scenegraph/item/detail/shown_root.h"
@@ -18,27 +18,27 @@ namespace {
 
 /// Grows whenever a box anywhere becomes clean, or an item gets one more container that may be
 /// clean. While it stands, all that contains a marked item is marked.
-std::atomic<std::uint64_t> g_cleanings{1};
+std::atomic<std::uint64_t> g_cleanEpoch{1};
 
 }  // namespace
 
 void NSceneGraphItemNode::NoteCleaning() noexcept {
-  g_cleanings.fetch_add(1, std::memory_order_relaxed);
+  g_cleanEpoch.fetch_add(1, std::memory_order_relaxed);
 }
 
 void NSceneGraphItemNode::DirtyBoundingBox() noexcept {
   // A dirty item may stand below a clean parent, so that being dirty ends no walk; having been
-  // marked by a walk since the last cleaning does. It also makes each item be visited once a walk:
-  // two references a level would double the visits at every level.
-  std::uint64_t const cleanings = g_cleanings.load(std::memory_order_relaxed);
+  // marked by a walk in the present clean epoch does. It also makes each item be visited once a
+  // walk: two references a level would double the visits at every level.
+  std::uint64_t const cleanEpoch = g_cleanEpoch.load(std::memory_order_relaxed);
   // The way on is a chain through the blocks, so that marking needs no memory.
   Block* first = nullptr;
-  auto const mark = [&first, cleanings](NSceneGraphItemNode const& item) {
+  auto const mark = [&first, cleanEpoch](NSceneGraphItemNode const& item) {
     Block& block = *item.m_block;
-    if (block.isBoxDirty && block.markedAt == cleanings) return;
+    if (block.isBoxDirty && block.markedAt == cleanEpoch) return;
     block.isBoxDirty = true;
-    block.judged.condition = 0;
-    block.markedAt = cleanings;
+    block.cullingBox.conditionNumber = 0;
+    block.markedAt = cleanEpoch;
     block.nextMarked = std::exchange(first, &block);
   };
   mark(*this);
@@ -55,7 +55,7 @@ void NSceneGraphItemNode::DirtyBoundingBox() noexcept {
 ///
 /// An item is entered, then its dirty visible children in list order, then the root that it shows
 /// if it is a reference, then it is computed: what its box is made of is clean by then. What the
-/// walk stands in already is passed over and adds nothing: the item met twice through two lists,
+/// walk is in already is skipped and adds nothing: the item met twice through two lists,
 /// the tree that shows itself.
 struct NSceneGraphItemNode::BoxWalk {
   struct Frame {
@@ -197,10 +197,9 @@ void NSceneGraphItemNode::ExtendByChild(Box3& box, NSceneGraphItemNode const& ch
   box.ExtendBy(childBox);
   // A pick may judge by this box what it would test the child's own box for, and nothing below.
   wchar_t const* const type = child.GetSceneGraphItemType();
-  bool const isJudged =
-      type == SGIT_GROUP || (type == SGIT_MODEL && child.m_block->children.empty());
-  child.m_block->judged = {childBox, isJudged ? scenegraph::detail::GetCondition(local) : 0,
-                           scenegraph::detail::GetReach(childBox, local)};
+  bool const culls = type == SGIT_GROUP || (type == SGIT_MODEL && child.m_block->children.empty());
+  child.m_block->cullingBox = {childBox, culls ? scenegraph::detail::GetConditionNumber(local) : 0,
+                               scenegraph::detail::GetExtent(childBox, local)};
 }
 
 }  // namespace corvanta::data::domain::scenegraph::item

@@ -14,7 +14,8 @@ namespace corvanta::data::domain::scenegraph::item {
 
 /// From global coordinates to those of the camera, which looks along negative z. With a perspective
 /// camera node the line of sight is tilted by its angles; with any camera node the view is shifted
-/// by the stereo shift. Fails: the identity for a path without a camera item.
+/// by the stereo shift.
+/// Fails: the identity for a path without a camera item.
 CORVANTA_API VX_Math::Matrix GetViewMatrix(NSceneGraphPath<NSceneGraphCameraNode> const& camera);
 
 /// The view of one eye of a head-mounted display: the head's forward direction is turned about y

@@ -61,8 +61,8 @@ void NSceneGraphTreeNode::SetRoot(NNodeReference<NSceneGraphItemNode> const& roo
   m_block->root = root;
   auto const oldForHosts = old.Get();
   {
-    // A host that a listener's exception, or its edit, keeps from being told is forgotten all the
-    // same.
+    // A host that a listener's exception, or its edit, keeps from being notified is forgotten all
+    // the same.
     core::detail::ScopeExit const forget([&oldForHosts] {
       if (oldForHosts) oldForHosts->RemoveStrayReferrers();
     });
@@ -104,7 +104,7 @@ void NSceneGraphTreeNode::OnAttributeChangeImpl(core::attribute::NAttribute cons
                          domain::detail::NAE_CONTROL;
   auto const held = core::reference_countable::Hold(*this);
   // Listeners run before the caches are marked, here and in the hosts. When one throws, the rest
-  // isn't told, but what the library keeps is marked.
+  // isn't notified, but what the library keeps is marked.
   try {
     NNode::OnAttributeChangeImpl(attribute);
     if (!isControl) return;

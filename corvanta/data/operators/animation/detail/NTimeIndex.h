@@ -23,14 +23,16 @@ class CORVANTA_API NTimeIndex {
   std::size_t GetCount() const noexcept { return m_times.size(); }
 
   /// The position of the first time that is greater than `t`; the count if there is none, also for
-  /// NaN. Requires: there are times.
+  /// NaN.
+  /// Requires: there are times.
   std::size_t UpperBound(double t) const noexcept {
     if (!(t < m_times.back())) return m_times.size();
     if (t < m_times.front()) return 0;
     return Search(t, [t](double time) { return time <= t; });
   }
   /// The position of the first time that isn't less than `t`, 0 for NaN; the count if there is
-  /// none. Requires: there are times.
+  /// none.
+  /// Requires: there are times.
   std::size_t LowerBound(double t) const noexcept {
     if (!(t > m_times.front())) return 0;
     if (t > m_times.back()) return m_times.size();

@@ -3,7 +3,7 @@
 /// For loops that the compiler's vectoriser takes: without branches, over arrays of a fixed size.
 /// A function marked CORVANTA_VECTOR_CLONES is compiled for several instruction sets, and the
 /// widest that the machine has is chosen when the library loads. Only operations that IEEE 754
-/// rounds correctly may stand in it; since nothing is fused, the clones then agree to the bit.
+/// rounds correctly may be in it; since nothing is fused, the clones then agree to the bit.
 /// Not under the thread sanitizer: the choice is made before the sanitizer's run time is there.
 #if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && !defined(__SANITIZE_THREAD__)
 #define CORVANTA_VECTOR_CLONES \

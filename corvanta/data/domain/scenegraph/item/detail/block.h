@@ -18,11 +18,12 @@ struct NSceneGraphItemNode::Block {
     boost::intrusive_ptr<core::reference_countable::NWeakReferenceImpl const> weak;
     NSceneGraphItemNode const* item;
   };
-  /// What a ray is judged by before the item is visited; see scenegraph::detail::NRayBound.
-  struct JudgedBox {
-    VX_Math::Box3 box;    // in the parent's frame, as the parent's box took it in
-    float condition = 0;  // see GetCondition; 0: a ray isn't judged by the box
-    float reach = 0;      // the largest coordinate of the box and of the local translation
+  /// What a ray is tested against before the item is visited; see
+  /// scenegraph::detail::NCullingBound.
+  struct CullingBox {
+    VX_Math::Box3 box;          // in the parent's frame, as the parent's box took it in
+    float conditionNumber = 0;  // see GetConditionNumber; 0: the box culls nothing
+    float extent = 0;           // the largest coordinate of the box and of the local translation
   };
   using ChildIndex = std::unordered_map<NSceneGraphItemNode const*, Children::const_iterator>;
 
@@ -33,12 +34,12 @@ struct NSceneGraphItemNode::Block {
 
   VX_Math::Matrix transform{};
   VX_Math::Box3 box{};
-  JudgedBox judged{};
+  CullingBox cullingBox{};
   bool isTransformDirty = true;
   bool isBoxDirty = true;
-  bool isBeingBoxed = false;  // a walk for the box stands in this item
-  unsigned listCount = 0;     // the lists that this item stands in: an insert by index can make two
-  std::uint64_t markedAt = 0;   // the count of cleanings when a walk last marked this item
+  bool isBeingBoxed = false;    // a walk for the box is in this item
+  unsigned listCount = 0;       // the lists that this item is in: an insert by index can make two
+  std::uint64_t markedAt = 0;   // the clean epoch in which a walk last marked this item
   Block* nextMarked = nullptr;  // what that walk has marked and not yet left
   NSceneGraphItemNode* parent = nullptr;  // cleared by the parent's end
   Children children{};

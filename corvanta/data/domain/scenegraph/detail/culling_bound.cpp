@@ -1,4 +1,4 @@
-#include "corvanta/data/domain/scenegraph/detail/ray_bound.h"
+#include "corvanta/data/domain/scenegraph/detail/culling_bound.h"
 
 #include <algorithm>
 #include <cmath>
@@ -24,7 +24,7 @@ float Largest(Vec3 const& v) noexcept {
 
 }  // namespace
 
-float GetCondition(Matrix const& m) noexcept {
+float GetConditionNumber(Matrix const& m) noexcept {
   Vec3 const rows[3] = {
       {m(0, 0), m(0, 1), m(0, 2)}, {m(1, 0), m(1, 1), m(1, 2)}, {m(2, 0), m(2, 1), m(2, 2)}};
   float const squares[3] = {rows[0].Dot(rows[0]), rows[1].Dot(rows[1]), rows[2].Dot(rows[2])};
@@ -38,35 +38,35 @@ float GetCondition(Matrix const& m) noexcept {
   return std::sqrt(greatest / least);
 }
 
-float GetReach(Box3 const& box, Matrix const& m) noexcept {
+float GetExtent(Box3 const& box, Matrix const& m) noexcept {
   return Largest(box.min) + Largest(box.max) + Largest({m(3, 0), m(3, 1), m(3, 2)});
 }
 
-NRayBound::NRayBound(Matrix const& matrix, Matrix const& inverse, Vec3 const& globalOrigin,
-                     Vec3 const& origin, Vec3 const& direction) noexcept
+NCullingBound::NCullingBound(Matrix const& matrix, Matrix const& inverse, Vec3 const& globalOrigin,
+                             Vec3 const& origin, Vec3 const& direction) noexcept
     : m_origin(origin),
       m_inverse(1 / direction.x, 1 / direction.y, 1 / direction.z),
-      m_condition(GetCondition(matrix)) {
+      m_conditionNumber(GetConditionNumber(matrix)) {
   float norm = 0;
   for (int column = 0; column != 3; ++column) {
     norm = std::max(norm, std::abs(inverse(0, column)) + std::abs(inverse(1, column)) +
                               std::abs(inverse(2, column)));
   }
-  m_reach = norm * Largest(globalOrigin) + Largest({inverse(3, 0), inverse(3, 1), inverse(3, 2)}) +
-            Largest(origin);
+  m_extent = norm * Largest(globalOrigin) + Largest({inverse(3, 0), inverse(3, 1), inverse(3, 2)}) +
+             Largest(origin);
 }
 
-bool NRayBound::MayMeet(item::NSceneGraphItemNode const& child) const noexcept {
+bool NCullingBound::MayMeet(item::NSceneGraphItemNode const& child) const noexcept {
   auto const& block = NItemAccess::GetBlock(child);
-  // The box that was judged is relative to the parent, also where a silent write has since made the
+  // The culling box is relative to the parent, also where a silent write has since made the
   // item absolute.
   if (block.AN_TRANSFORM_IS_ABSOLUTE.Get()) return true;
-  auto const& judged = block.judged;
-  float const condition = m_condition * judged.condition;
-  if (!(condition > 0)) return true;
-  Box3 const& box = judged.box;
-  float const reach = m_reach + judged.reach;
-  float const margin = kRounding * condition * reach;
+  auto const& cullingBox = block.cullingBox;
+  float const conditionNumber = m_conditionNumber * cullingBox.conditionNumber;
+  if (!(conditionNumber > 0)) return true;
+  Box3 const& box = cullingBox.box;
+  float const extent = m_extent + cullingBox.extent;
+  float const margin = kRounding * conditionNumber * extent;
   float enter = -std::numeric_limits<float>::infinity();
   float leave = std::numeric_limits<float>::infinity();
   for (int axis = 0; axis != 3; ++axis) {
