@@ -1,6 +1,6 @@
 #include "corvanta/data/switches/NCameraSwitch.h"
 
-#include <iterator>
+#include "corvanta/core/detail/positions.h"
 
 namespace corvanta::data::switches {
 
@@ -22,17 +22,11 @@ std::list<NSceneGraphPath<NSceneGraphCameraNode>> const& NCameraSwitch::GetCamer
 
 bool NCameraSwitch::AddCamera(NSceneGraphPath<NSceneGraphCameraNode> const& camera,
                               unsigned int index) {
-  auto& cameras = m_block->cameras;
-  if (index > cameras.size()) return false;
-  cameras.insert(std::next(cameras.begin(), index), camera);
-  return true;
+  return core::detail::InsertAt(m_block->cameras, camera, index);
 }
 
 bool NCameraSwitch::RemoveCamera(unsigned int index) {
-  auto& cameras = m_block->cameras;
-  if (index >= cameras.size()) return false;
-  cameras.erase(std::next(cameras.begin(), index));
-  return true;
+  return core::detail::EraseAt(m_block->cameras, index);
 }
 
 }  // namespace corvanta::data::switches

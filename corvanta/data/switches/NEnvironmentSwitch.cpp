@@ -1,6 +1,6 @@
 #include "corvanta/data/switches/NEnvironmentSwitch.h"
 
-#include <iterator>
+#include "corvanta/core/detail/positions.h"
 
 namespace corvanta::data::switches {
 
@@ -22,17 +22,11 @@ std::list<NNodeReference<NEnvironmentNode>> const& NEnvironmentSwitch::GetEnviro
 
 bool NEnvironmentSwitch::AddEnvironment(NNodeReference<NEnvironmentNode> const& environment,
                                         unsigned int index) {
-  auto& environments = m_block->environments;
-  if (index > environments.size()) return false;
-  environments.insert(std::next(environments.begin(), index), environment);
-  return true;
+  return core::detail::InsertAt(m_block->environments, environment, index);
 }
 
 bool NEnvironmentSwitch::RemoveEnvironment(unsigned int index) {
-  auto& environments = m_block->environments;
-  if (index >= environments.size()) return false;
-  environments.erase(std::next(environments.begin(), index));
-  return true;
+  return core::detail::EraseAt(m_block->environments, index);
 }
 
 }  // namespace corvanta::data::switches

@@ -2,6 +2,7 @@
 
 #include <iterator>
 
+#include "corvanta/core/detail/positions.h"
 #include "corvanta/data/domain/material/NMaterialNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/data/switches/NMaterialSwitchListener.h"
@@ -42,17 +43,13 @@ std::list<NMaterialSwitch::MaterialReference> const& NMaterialSwitch::GetMateria
 }
 
 bool NMaterialSwitch::AddMaterial(MaterialReference const& material, unsigned int index) {
-  auto& materials = m_block->materials;
-  if (index > materials.size()) return false;
-  materials.insert(std::next(materials.begin(), index), material);
+  if (!core::detail::InsertAt(m_block->materials, material, index)) return false;
   NotifyObservers([](NMaterialSwitchListener& listener) { listener.SignalAddMaterial(); });
   return true;
 }
 
 bool NMaterialSwitch::RemoveMaterial(unsigned int index) {
-  auto& materials = m_block->materials;
-  if (index >= materials.size()) return false;
-  materials.erase(std::next(materials.begin(), index));
+  if (!core::detail::EraseAt(m_block->materials, index)) return false;
   NotifyRemove();
   return true;
 }

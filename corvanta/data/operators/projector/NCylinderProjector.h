@@ -4,8 +4,8 @@
 
 namespace corvanta::data::domain::operators::projector {
 
-/// Throws from the axis y outwards: u once around from the seam at negative z, v is y - 0.5, w the
-/// distance from the axis.
+/// Projects from the axis y outwards: u once around from the seam at negative z, v is y - 0.5, w
+/// the distance from the axis.
 class CORVANTA_API NCylinderProjector : public data::operators::projector::NProjector {
  public:
   ~NCylinderProjector() override;

@@ -4,7 +4,7 @@
 
 namespace corvanta::data::domain::operators::projector {
 
-/// Throws along y onto the plane of x and z: u is x, v is z. A tile spans one unit.
+/// Projects along y onto the plane of x and z: u is x, v is z. A tile spans one unit.
 class CORVANTA_API NPlaneProjector : public data::operators::projector::NProjector {
  public:
   ~NPlaneProjector() override;

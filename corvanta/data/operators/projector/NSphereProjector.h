@@ -4,8 +4,8 @@
 
 namespace corvanta::data::domain::operators::projector {
 
-/// Throws from the origin outwards: u once around the axis y from the seam at negative z, v from 0
-/// at the pole of negative y to 1 at the other, w the distance from the origin.
+/// Projects from the origin outwards: u once around the axis y from the seam at negative z, v from
+/// 0 at the pole of negative y to 1 at the other, w the distance from the origin.
 class CORVANTA_API NSphereProjector : public data::operators::projector::NProjector {
  public:
   ~NSphereProjector() override;

@@ -4,8 +4,8 @@
 
 namespace corvanta::data::domain::operators::projector {
 
-/// Throws along the axis that the normal is nearest to; of opposite faces, both get the same. u and
-/// v are z and y, x and z, or y and x; w is how far out the point lies.
+/// Projects along the axis that the normal is nearest to; of opposite faces, both get the same. u
+/// and v are z and y, x and z, or y and x; w is how far out the point lies.
 class CORVANTA_API NTriplanarProjector : public data::operators::projector::NProjector {
  public:
   ~NTriplanarProjector() override;
