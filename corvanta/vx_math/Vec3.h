@@ -73,6 +73,11 @@ class CORVANTA_API Vec3 {
 
 static_assert(sizeof(Vec3) == 12);
 
+/// What attributes hold as doubles, in single precision.
+constexpr Vec3 Narrow(double x, double y, double z) noexcept {
+  return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)};
+}
+
 inline bool IsFinite(Vec3 const& v) noexcept {
   return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
 }

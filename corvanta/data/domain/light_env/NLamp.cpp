@@ -15,9 +15,6 @@ constexpr unsigned kAttributeCount = 0
 #include "corvanta/data/domain/light_env/lamp_attributes.def"
     ;
 
-VX_Math::Vec3 Narrow(double x, double y, double z) {
-  return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)};
-}
 }  // namespace
 
 struct NLamp::Block {
@@ -38,8 +35,9 @@ NLamp::~NLamp() = default;
 
 VX_Math::Matrix NLamp::GetTransform() const {
   VX_Math::Matrix translation;
-  translation.SetTranslate(Narrow(GetPositionX(), GetPositionY(), GetPositionZ()));
-  VX_Math::Vec3 const direction = Narrow(GetDirectionX(), GetDirectionY(), GetDirectionZ());
+  translation.SetTranslate(VX_Math::Narrow(GetPositionX(), GetPositionY(), GetPositionZ()));
+  VX_Math::Vec3 const direction =
+      VX_Math::Narrow(GetDirectionX(), GetDirectionY(), GetDirectionZ());
   VX_Math::Matrix rotation;
   rotation.SetRotate(VX_Math::Quaternion(VX_Math::Vec3(0.0f, 0.0f, -1.0f), direction));
   VX_Math::Matrix const own = rotation * translation;

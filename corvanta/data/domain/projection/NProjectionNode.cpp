@@ -24,10 +24,6 @@ constexpr unsigned kAttributeCount = 0
 #include "corvanta/data/domain/projection/projection_attributes.def"
     ;
 
-Vec3 Narrow(double x, double y, double z) {
-  return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)};
-}
-
 }  // namespace
 
 struct NProjectionNode::Block {
@@ -97,11 +93,12 @@ Matrix NProjectionNode::GetModelToProjectionTransform(ModelPath const& path) con
 Matrix const& NProjectionNode::GetTransform() const {
   Block& block = *m_block;
   if (block.isTransformDirty) {
-    block.transform.SetScale(Narrow(GetScaleX(), GetScaleY(), GetScaleZ()));
-    block.transform *= Matrix(
-        VX_Math::CreateQuaternion(Narrow(GetRotationX(), GetRotationY(), GetRotationZ()), false));
+    block.transform.SetScale(VX_Math::Narrow(GetScaleX(), GetScaleY(), GetScaleZ()));
+    block.transform *= Matrix(VX_Math::CreateQuaternion(
+        VX_Math::Narrow(GetRotationX(), GetRotationY(), GetRotationZ()), false));
     Matrix translation;
-    translation.SetTranslate(Narrow(GetTranslationX(), GetTranslationY(), GetTranslationZ()));
+    translation.SetTranslate(
+        VX_Math::Narrow(GetTranslationX(), GetTranslationY(), GetTranslationZ()));
     block.transform *= translation;
     block.isTransformDirty = false;
   }

@@ -25,10 +25,6 @@ constexpr unsigned kAttributeCount = 0
 #include "corvanta/data/domain/scenegraph/item/item_attributes.def"
     ;
 
-Vec3 Narrow(double x, double y, double z) {
-  return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)};
-}
-
 }  // namespace
 
 #define CORVANTA_ROWS_BODIES NSceneGraphItemNode
@@ -64,11 +60,11 @@ NSceneGraphItemNode::~NSceneGraphItemNode() {
 Matrix const& NSceneGraphItemNode::GetTransform() const {
   Block& block = *m_block;
   if (block.isTransformDirty) {
-    block.transform =
-        CalcTransformMatrix(Narrow(GetScaleX(), GetScaleY(), GetScaleZ()),
-                            Narrow(GetRotationPivotX(), GetRotationPivotY(), GetRotationPivotZ()),
-                            Narrow(GetRotationX(), GetRotationY(), GetRotationZ()),
-                            Narrow(GetTranslationX(), GetTranslationY(), GetTranslationZ()));
+    block.transform = CalcTransformMatrix(
+        VX_Math::Narrow(GetScaleX(), GetScaleY(), GetScaleZ()),
+        VX_Math::Narrow(GetRotationPivotX(), GetRotationPivotY(), GetRotationPivotZ()),
+        VX_Math::Narrow(GetRotationX(), GetRotationY(), GetRotationZ()),
+        VX_Math::Narrow(GetTranslationX(), GetTranslationY(), GetTranslationZ()));
     block.isTransformDirty = false;
   }
   return block.transform;

@@ -18,12 +18,8 @@ using VX_Math::Quaternion;
 using VX_Math::Vec3;
 using CameraPath = NSceneGraphPath<NSceneGraphCameraNode>;
 
-Vec3 Narrow(double x, double y, double z) {
-  return {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)};
-}
-
 Vec3 GetInterest(NSceneGraphCameraNode const& camera) {
-  return Narrow(camera.GetInterestX(), camera.GetInterestY(), camera.GetInterestZ());
+  return VX_Math::Narrow(camera.GetInterestX(), camera.GetInterestY(), camera.GetInterestZ());
 }
 
 Vec3 GetPosition(CameraPath const& path) {
@@ -52,7 +48,7 @@ Matrix GetViewMatrix(CameraPath const& path) {
   if (!camera) return {};
   Vec3 interest = GetInterest(*camera);
   Vec3 const eye = GetPosition(path);
-  Vec3 up = Narrow(camera->GetUpX(), camera->GetUpY(), camera->GetUpZ());
+  Vec3 up = VX_Math::Narrow(camera->GetUpX(), camera->GetUpY(), camera->GetUpZ());
   Vec3 right = up.Cross(eye - interest);
   right.Normalize();
   Vec3 sight = interest - eye;
@@ -68,7 +64,7 @@ Matrix GetViewMatrix(CameraPath const& path) {
   Matrix view = platform::MatrixLookAtRH(eye, interest, up);
   if (lens) {
     Matrix shift;
-    shift.SetTranslate(Narrow(lens->GetStereoShiftX(), 0, 0));
+    shift.SetTranslate(VX_Math::Narrow(lens->GetStereoShiftX(), 0, 0));
     view.MultRight(shift);
   }
   return view;
@@ -94,8 +90,8 @@ Matrix GetViewMatrixHMD(CameraPath const& path, Matrix const& headPose, Vec3 con
 Vec3 GetFocalVec(CameraPath const& path) {
   auto const camera = path.GetNode();
   if (!camera) return {};
-  Vec3 const translation =
-      Narrow(camera->GetTranslationX(), camera->GetTranslationY(), camera->GetTranslationZ());
+  Vec3 const translation = VX_Math::Narrow(camera->GetTranslationX(), camera->GetTranslationY(),
+                                           camera->GetTranslationZ());
   Vec3 position;
   GetParentTransform(path, *camera).MultVecMatrix(translation, position);
   return GetInterest(*camera) - position;
