@@ -130,7 +130,12 @@ TEST(ReadingTest, WhatTakesTooMuchEndsAndTheOthersGoOn) {
   Result const memory =
       RunProgram(files, {"info", "many.gltf", "good.gltf", "--memory", "60", "--json"});
   EXPECT_EQ(memory.status, 1);
-  EXPECT_TRUE(memory.HasOneError("many.gltf: ", "more than 60 MB")) << memory.err;
+#ifdef __SANITIZE_ADDRESS__
+  char const* const reason = "ended with status 3";  // what a sanitized reader does then
+#else
+  char const* const reason = "more than 60 MB";
+#endif
+  EXPECT_TRUE(memory.HasOneError("many.gltf: ", reason)) << memory.err;
   EXPECT_FALSE(Named(memory.Json()["trees"][1]["items"], "only").is_null());
 
   Result const time = RunProgram(files, {"info", "many.gltf", "--timeout", "0.001"});
