@@ -145,6 +145,23 @@ TEST(GltfTest, ReadsQuantizedMeshesAndOnlyWhatTheyUse) {
   }
 }
 
+// Each of many primitives takes a few vertices of one array.
+TEST(GltfTest, APrimitiveTakesTheVerticesThatItUses) {
+  constexpr unsigned kVertices = 50'000, kPrimitives = 400;
+  Mesh mesh;
+  for (unsigned i = 0; i != kVertices; ++i) {
+    mesh.coords.insert(mesh.coords.end(), {static_cast<float>(i), i % 2 ? 1.0f : 0.0f, 0.0f});
+  }
+  mesh.indices = {0, 2, 1};
+  json file = json::parse(MakeGltf({mesh}, kOneNode));
+  auto& primitives = file["meshes"][0]["primitives"];
+  for (unsigned i = 1; i != kPrimitives; ++i) primitives.push_back(primitives[0]);
+  support::TemporaryFiles const files;
+  files.Write("shared.gltf", file.dump());
+  Result const result = RunProgram(files, {"info", "shared.gltf", "--memory", "40"});
+  EXPECT_EQ(result.status, 0) << result.err;
+}
+
 // A grid that is packed by the encoder itself.
 std::string MakePacked(std::size_t* triangleCount) {
   constexpr int kSide = 8;

@@ -209,6 +209,45 @@ TEST_F(ImportTest, MaterialsKeepTheirColours) {
   EXPECT_THAT(model.notes, ElementsAre(HasSubstr("no such picture")));
 }
 
+// A colour that a file leaves open is white, not the attribute's black; only OBJ multiplies.
+TEST_F(ImportTest, NobodyMeansBlackByAPicture) {
+  m_files.Write("dot.png", MakePng());
+  m_files.Write("m.mtl",
+                "newmtl open\nmap_Kd dot.png\nnewmtl dark\nKd .2 .2 .2\nmap_Kd dot.png\n"
+                "newmtl black\nKd 0 0 0\n");
+  Import("m.obj",
+         "mtllib m.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nusemtl open\nf 1 2 3\nusemtl dark\nf 1 2 3\n"
+         "usemtl black\nf 1 2 3\n");
+  Import("box.dae", R"(<?xml version="1.0"?>
+<COLLADA xmlns="http://www.collada.org/2005/11/COLLADASchema" version="1.4.1">
+<asset><up_axis>Y_UP</up_axis></asset>
+<library_images><image id="i"><init_from>dot.png</init_from></image></library_images>
+<library_effects><effect id="e"><profile_COMMON>
+<newparam sid="s"><surface type="2D"><init_from>i</init_from></surface></newparam>
+<newparam sid="t"><sampler2D><source>s</source></sampler2D></newparam>
+<technique sid="c"><phong><diffuse><texture texture="t" texcoord="UV"/></diffuse></phong></technique>
+</profile_COMMON></effect></library_effects>
+<library_materials><material id="m" name="collada"><instance_effect url="#e"/></material></library_materials>
+<library_geometries><geometry id="g"><mesh>
+<source id="p"><float_array id="pa" count="9">0 0 0 1 0 0 0 1 0</float_array><technique_common>
+<accessor source="#pa" count="3" stride="3"><param name="X" type="float"/><param name="Y" type="float"/>
+<param name="Z" type="float"/></accessor></technique_common></source>
+<vertices id="v"><input semantic="POSITION" source="#p"/></vertices>
+<triangles count="1" material="m"><input semantic="VERTEX" source="#v" offset="0"/><p>0 1 2</p></triangles>
+</mesh></geometry></library_geometries>
+<library_visual_scenes><visual_scene id="w"><node id="n"><instance_geometry url="#g"><bind_material>
+<technique_common><instance_material symbol="m" target="#m"/></technique_common></bind_material>
+</instance_geometry></node></visual_scene></library_visual_scenes>
+<scene><instance_visual_scene url="#w"/></scene></COLLADA>)");
+  for (auto const& [name, diffuse] : {std::pair(L"open", 1.0), std::pair(L"dark", 0.2),
+                                      std::pair(L"black", 0.0), std::pair(L"collada", 1.0)}) {
+    auto const material = Find<domain::material::NMaterialNode>(name);
+    ASSERT_TRUE(material);
+    EXPECT_NEAR(material->GetDiffuseR(), diffuse, 1e-6);
+    EXPECT_NEAR(material->GetDiffuseB(), diffuse, 1e-6);
+  }
+}
+
 TEST_F(ImportTest, EmbeddedPicturesComeThroughAnArchiveThatGoesWithTheDocument) {
   std::string const png = MakePng();
   Mesh mesh = Triangle();

@@ -68,10 +68,13 @@ struct NTexture {
   std::uint32_t uvSet;
 };
 
+/// What isn't set is the importer's to choose.
 struct NMaterial {
   NText name;
   NMaybe<NTriple> diffuse, ambient, specular, emissive;
   NMaybe<float> shininess, opacity, bumpScale;
+  NMaybe<float> roughness, refractiveIndex, clearcoatIndex;
+  NMaybe<float> reflection;  // a factor of the mirrored surroundings
   NRange<NTexture> textures;
 };
 
@@ -147,7 +150,7 @@ inline constexpr std::size_t kKind = FindKind<T>(static_cast<NElements const*>(n
 
 /// The block begins with this; the arrays follow, each at a multiple of eight.
 struct NHeader {
-  static constexpr std::uint64_t kMark = 0x3165'6E65'6373'7663;  // "cvscene1"
+  static constexpr std::uint64_t kMark = 0x3265'6E65'6373'7663;  // "cvscene2"
 
   struct Array {
     std::uint64_t offset;  // bytes from the beginning

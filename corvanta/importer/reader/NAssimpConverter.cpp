@@ -45,6 +45,9 @@ constexpr std::array<std::pair<aiTextureType, NTextureUse>, 17> kUses{{
     {aiTextureType_UNKNOWN, NTU_OTHER},
 }};
 
+// What Assimp puts where an OBJ file gives no colour.
+constexpr NTriple kUnsaid{0.6f, 0.6f, 0.6f};
+
 NTriple ToTriple(aiVector3D const& v) { return {v.x, v.y, v.z}; }
 NTriple ToTriple(aiColor3D const& c) { return {c.r, c.g, c.b}; }
 
@@ -189,7 +192,15 @@ void NAssimpConverter::AddMaterial(aiMaterial const& source) {
   GetNumber(source, AI_MATKEY_SHININESS, material.shininess);
   GetNumber(source, AI_MATKEY_OPACITY, material.opacity);
   GetNumber(source, AI_MATKEY_BUMPSCALING, material.bumpScale);
-  material.textures = m_writer.Add(GetTextures(source));
+  auto const textures = GetTextures(source);
+  // Many exporters write black, or what an application has there without the texture.
+  bool const hasPicture = std::any_of(textures.begin(), textures.end(), [](auto const& texture) {
+    return texture.use == static_cast<std::uint32_t>(NTU_COLOR);
+  });
+  if (hasPicture && (!m_multipliesColor || material.diffuse.value == kUnsaid)) {
+    material.diffuse.isSet = 0;
+  }
+  material.textures = m_writer.Add(textures);
   m_writer.Get<neutral::NMaterial>().push_back(material);
 }
 

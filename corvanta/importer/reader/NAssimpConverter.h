@@ -14,10 +14,11 @@ namespace corvanta::importer::reader {
 /// Puts a scene of Assimp's into the neutral form.
 class NAssimpConverter {
  public:
+  /// `multipliesColor`: whether in this format a material's colour counts beside its picture.
   /// Requires: `scene` passed CheckScene, its faces are triangles, and it stays until `writer` has
   /// written.
-  NAssimpConverter(aiScene const& scene, neutral::NSceneWriter& writer)
-      : m_scene(scene), m_writer(writer) {}
+  NAssimpConverter(aiScene const& scene, bool multipliesColor, neutral::NSceneWriter& writer)
+      : m_scene(scene), m_multipliesColor(multipliesColor), m_writer(writer) {}
 
   void Convert();
 
@@ -39,6 +40,7 @@ class NAssimpConverter {
   neutral::NText AddText(aiString const& text);
 
   aiScene const& m_scene;
+  bool const m_multipliesColor;
   neutral::NSceneWriter& m_writer;
   std::map<std::string, std::uint32_t> m_pictures;  // those outside of the file
   // The numbers of nodes in the neutral form; of several of one name, that of the uppermost and

@@ -20,28 +20,28 @@ namespace {
 constexpr std::size_t kMostNotes = 10;
 constexpr std::size_t kMostChars = 200;  // of a line: some quote a whole buffer
 
-// Those of which all that matters is taken over, or told in a note of its own.
-constexpr std::array<std::string_view, 17> kKnownExtensions{"KHR_draco_mesh_compression",
-                                                            "KHR_lights_punctual",
-                                                            "KHR_materials_clearcoat",
-                                                            "KHR_materials_emissive_strength",
-                                                            "KHR_materials_ior",
-                                                            "KHR_materials_pbrSpecularGlossiness",
-                                                            "KHR_materials_sheen",
-                                                            "KHR_materials_specular",
-                                                            "KHR_materials_transmission",
-                                                            "KHR_materials_unlit",
-                                                            "KHR_materials_variants",
-                                                            "KHR_materials_volume",
-                                                            "KHR_mesh_quantization",
-                                                            "KHR_texture_transform",
-                                                            "KHR_xmp_json_ld",
-                                                            "EXT_texture_webp",
-                                                            "KHR_materials_iridescence"};
+constexpr std::array<std::string_view, 13> kHonoured{"KHR_draco_mesh_compression",
+                                                     "KHR_lights_punctual",
+                                                     "KHR_materials_clearcoat",
+                                                     "KHR_materials_emissive_strength",
+                                                     "KHR_materials_ior",
+                                                     "KHR_materials_pbrSpecularGlossiness",
+                                                     "KHR_materials_specular",
+                                                     "KHR_materials_transmission",
+                                                     "KHR_materials_unlit",
+                                                     "KHR_mesh_quantization",
+                                                     "KHR_texture_transform",
+                                                     "KHR_xmp_json_ld",
+                                                     "EXT_texture_webp"};
+// A file may require these, and is still the same model without them.
+constexpr std::array<std::string_view, 7> kSpared{
+    "KHR_materials_anisotropy", "KHR_materials_dispersion", "KHR_materials_iridescence",
+    "KHR_materials_sheen",      "KHR_materials_variants",   "KHR_materials_volume",
+    "KHR_animation_pointer"};
 
-bool IsKnown(std::string const& extension) {
-  return std::find(kKnownExtensions.begin(), kKnownExtensions.end(), extension) !=
-         kKnownExtensions.end();
+template <std::size_t N>
+bool IsOne(std::string const& extension, std::array<std::string_view, N> const& names) {
+  return std::find(names.begin(), names.end(), extension) != names.end();
 }
 
 // The library looks in several folders for a file; the first is the model's.
@@ -142,12 +142,12 @@ void NGltfFile::Parse(NFileOpener& opener, std::string const& bytes, std::string
 
 void NGltfFile::CheckExtensions() {
   for (std::string const& extension : m_model.extensionsRequired) {
-    if (IsKnown(extension)) continue;
+    if (IsOne(extension, kHonoured) || IsOne(extension, kSpared)) continue;
     throw NImportError("it requires the extension \"" + extension + "\", which isn't known");
   }
   std::string unknown;
   for (std::string const& extension : m_model.extensionsUsed) {
-    if (IsKnown(extension)) continue;
+    if (IsOne(extension, kHonoured)) continue;
     unknown += (unknown.empty() ? "" : ", ") + extension;
   }
   if (!unknown.empty()) m_notes.push_back("extensions that were left out: " + unknown);

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cstring>
 
+#include "corvanta/core/text/message.h"
 #include "corvanta/data/domain/texture/NTextureUse.h"
 #include "corvanta/importer/NImportError.h"
+#include "corvanta/importer/reader/gltf_surface.h"
 
 namespace corvanta::importer::reader {
 
@@ -56,26 +58,56 @@ Reference MakeReference(NTextureUse use, Info const& info) {
   return reference;
 }
 
+// A texture that an extension has.
+Reference MakeReference(NTextureUse use, tinygltf::Value const& extension, char const* key) {
+  tinygltf::TextureInfo info;
+  auto const& source = extension.Get(key);
+  info.index = GetWhole(source, "index");
+  info.texCoord = std::max(GetWhole(source, "texCoord"), 0);
+  if (source.IsObject() && source.Get("extensions").IsObject()) {
+    info.extensions = source.Get("extensions").Get<tinygltf::Value::Object>();
+  }
+  return MakeReference(use, info);
+}
+
 std::vector<Reference> GetReferences(tinygltf::Material const& material) {
   auto const& pbr = material.pbrMetallicRoughness;
-  std::vector<Reference> references{MakeReference(NTU_COLOR, pbr.baseColorTexture),
-                                    MakeReference(NTU_EMISSIVE, material.emissiveTexture),
-                                    MakeReference(NTU_NORMAL, material.normalTexture),
-                                    MakeReference(NTU_LIGHTMAP, material.occlusionTexture),
-                                    MakeReference(NTU_METALNESS, pbr.metallicRoughnessTexture),
-                                    MakeReference(NTU_ROUGHNESS, pbr.metallicRoughnessTexture)};
+  NGltfSurface const surface = GetSurface(material);
+  std::vector<Reference> references;
+  if (surface.isSpecularGlossiness) {
+    auto const& extension = material.extensions.at("KHR_materials_pbrSpecularGlossiness");
+    references = {MakeReference(NTU_COLOR, extension, "diffuseTexture"),
+                  MakeReference(NTU_SPECULAR, extension, "specularGlossinessTexture")};
+  } else {
+    references = {MakeReference(NTU_COLOR, pbr.baseColorTexture),
+                  MakeReference(NTU_METALNESS, pbr.metallicRoughnessTexture),
+                  MakeReference(NTU_ROUGHNESS, pbr.metallicRoughnessTexture)};
+  }
+  if (surface.isUnlit) {
+    // The colour is emitted; as a colour of its own the picture says where the surface is.
+    references = {MakeReference(NTU_EMISSIVE, pbr.baseColorTexture)};
+    if (material.alphaMode != "OPAQUE") {
+      references.push_back(MakeReference(NTU_COLOR, pbr.baseColorTexture));
+    }
+  } else {
+    references.push_back(MakeReference(NTU_EMISSIVE, material.emissiveTexture));
+    references.push_back(MakeReference(NTU_NORMAL, material.normalTexture));
+    references.push_back(MakeReference(NTU_LIGHTMAP, material.occlusionTexture));
+  }
   references.erase(std::remove_if(references.begin(), references.end(),
                                   [](Reference const& each) { return each.texture < 0; }),
                    references.end());
   return references;
 }
 
-neutral::NTriple ToTriple(std::vector<double> const& values, float otherwise) {
-  neutral::NTriple triple{otherwise, otherwise, otherwise};
-  for (std::size_t k = 0; k != std::min<std::size_t>(values.size(), 3); ++k) {
-    triple[k] = static_cast<float>(values[k]);
-  }
-  return triple;
+// How a texture goes on outside its borders; the neutral form has but one way.
+bool Repeats(tinygltf::Model const& model, int texture) {
+  if (!IsIn(model.textures, texture)) return true;
+  int const sampler = model.textures[static_cast<std::size_t>(texture)].sampler;
+  if (!IsIn(model.samplers, sampler)) return true;
+  auto const& source = model.samplers[static_cast<std::size_t>(sampler)];
+  return source.wrapS == TINYGLTF_TEXTURE_WRAP_REPEAT &&
+         source.wrapT == TINYGLTF_TEXTURE_WRAP_REPEAT;
 }
 
 }  // namespace
@@ -115,10 +147,9 @@ void NGltfMaterials::AddMaterial(tinygltf::Material const& source, std::vector<N
   }
   neutral::NMaterial material{};
   material.name = m_writer.AddText(source.name);
-  auto const& factor = source.pbrMetallicRoughness.baseColorFactor;
-  material.diffuse = ToTriple(factor, 1.0f);
-  material.emissive = ToTriple(source.emissiveFactor, 0.0f);
-  if (factor.size() == 4) material.opacity = static_cast<float>(factor[3]);
+  SetSurface(source, material);
+  m_cutCount += source.alphaMode == "MASK";
+  m_varyingCount += source.pbrMetallicRoughness.metallicRoughnessTexture.index >= 0;
   std::vector<neutral::NTexture> textures;
   for (Reference const& each : references) {
     if (!IsIn(m_model.textures, each.texture)) continue;
@@ -151,9 +182,19 @@ std::uint32_t NGltfMaterials::GetNumber(int material) {
 }
 
 bool NGltfMaterials::HasColorTexture(int material) const {
-  return IsIn(m_model.materials, material) &&
-         m_model.materials[static_cast<std::size_t>(material)]
-                 .pbrMetallicRoughness.baseColorTexture.index >= 0;
+  if (!IsIn(m_model.materials, material)) return false;
+  auto const references = GetReferences(m_model.materials[static_cast<std::size_t>(material)]);
+  return std::any_of(references.begin(), references.end(), [](Reference const& each) {
+    return each.use == NTU_COLOR || each.use == NTU_EMISSIVE;
+  });
+}
+
+bool NGltfMaterials::Repeats(int material) const {
+  if (!IsIn(m_model.materials, material)) return true;
+  auto const references = GetReferences(m_model.materials[static_cast<std::size_t>(material)]);
+  return std::all_of(references.begin(), references.end(), [this](Reference const& each) {
+    return reader::Repeats(m_model, each.texture);
+  });
 }
 
 std::vector<NUvSet> NGltfMaterials::GetUvSets(tinygltf::Primitive const& primitive) const {
@@ -166,6 +207,18 @@ std::vector<NUvSet> NGltfMaterials::GetUvSets(tinygltf::Primitive const& primiti
   }
   sets.resize(std::min(sets.size(), neutral::kMostUvSets));
   return sets;
+}
+
+std::vector<std::string> NGltfMaterials::GetNotes() const {
+  std::vector<std::string> notes;
+  auto const note = [&notes](std::size_t count, char const* one, char const* many) {
+    if (count != 0) notes.push_back(core::text::Plural(count, one, many));
+  };
+  note(m_varyingCount, "material has a texture of metalness and roughness, which was left out",
+       "materials have textures of metalness and roughness, which were left out");
+  note(m_cutCount, "material is cut out by its texture's alpha, which is blended instead",
+       "materials are cut out by their textures' alpha, which is blended instead");
+  return notes;
 }
 
 }  // namespace corvanta::importer::reader

@@ -1,5 +1,6 @@
 #include "corvanta/importer/reader/NModelReader.h"
 
+#include <boost/algorithm/string/case_conv.hpp>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,6 +11,17 @@
 #include "corvanta/importer/reader/NGltfFile.h"
 
 namespace corvanta::importer::reader {
+
+namespace {
+
+// Of the formats whose text or whose home says so.
+bool MultipliesColor(std::filesystem::path const& path) {
+  std::string extension = path.extension().string();
+  boost::algorithm::to_lower(extension);
+  return extension == ".obj" || extension == ".x";
+}
+
+}  // namespace
 
 struct NModelReader::Sources {
   std::optional<NGltfFile> gltf{};
@@ -31,7 +43,7 @@ NModelReader::NModelReader(NFileOpener& opener, std::filesystem::path const& pat
     add(converter.GetNotes());
   } else {
     auto const& assimp = m_sources->assimp.emplace(opener, path);
-    NAssimpConverter(assimp.GetScene(), m_writer).Convert();
+    NAssimpConverter(assimp.GetScene(), MultipliesColor(path), m_writer).Convert();
     add(assimp.GetNotes());
   }
   for (std::string const& note : notes) {
