@@ -29,10 +29,11 @@ std::size_t CountFalse(std::vector<bool> const& flags) {
 }  // namespace
 
 NHierarchy::NHierarchy(NImportTarget& target, neutral::NSceneView const& scene,
-                       NMaterials& materials)
+                       NMaterials& materials, std::optional<double> crease)
     : m_target(target),
       m_scene(scene),
       m_materials(materials),
+      m_crease(crease),
       m_isLightPlaced(scene.Get<neutral::NLight>().size()),
       m_isCameraPlaced(scene.Get<neutral::NCamera>().size()),
       m_geometries(scene.Get<neutral::NMesh>().size()),
@@ -181,7 +182,7 @@ boost::intrusive_ptr<data::domain::geometry::NGeometryNode> NHierarchy::GetGeome
     std::size_t mesh) {
   auto& node = m_geometries[mesh];
   if (node || m_hasNoTriangles[mesh]) return node;
-  auto const surface = CreateSurface(m_scene, Get<neutral::NMesh>(mesh));
+  auto const surface = CreateSurface(m_scene, Get<neutral::NMesh>(mesh), m_crease);
   if (!surface) {
     m_hasNoTriangles[mesh] = true;
     ++m_flatCount;

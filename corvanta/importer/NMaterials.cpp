@@ -3,6 +3,7 @@
 #include <set>
 #include <tuple>
 
+#include "corvanta/core/text/message.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
 #include "corvanta/data/domain/texture/NTextureNode.h"
 #include "corvanta/data/domain/texture/NTextureUse.h"
@@ -74,10 +75,22 @@ boost::intrusive_ptr<domain::material::NMaterialNode> NMaterials::GetMaterial(st
   SetName(*node, m_scene.GetText(source.name));
   SetColors(source, *node);
   SetSurface(source, *node);
-  // The attribute is 1 for what lets nothing through.
-  if (source.opacity.isSet != 0) node->SetTransparency(source.opacity.value);
+  // The attribute is 1 for what lets nothing through. Nobody models what is never seen: formats and
+  // exporters disagree on which end means opaque.
+  if (source.opacity.isSet != 0) {
+    bool const isVisible = source.opacity.value > 0.0f;
+    node->SetTransparency(isVisible ? source.opacity.value : 1.0);
+    m_invisibleCount += !isVisible;
+  }
   AddTextures(source, *node);
   return node;
+}
+
+std::vector<std::string> NMaterials::GetNotes() const {
+  if (m_invisibleCount == 0) return {};
+  return {core::text::Plural(m_invisibleCount,
+                             "material is transparent as a whole, and is shown opaque",
+                             "materials are transparent as a whole, and are shown opaque")};
 }
 
 // Readers may name a picture twice for one use.

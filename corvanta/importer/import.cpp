@@ -33,7 +33,8 @@ void Append(std::vector<std::string>& notes, std::vector<std::string> const& mor
 
 }  // namespace
 
-NImportedModel ImportModel(data::document::NDocument& document, std::string const& file) {
+NImportedModel ImportModel(data::document::NDocument& document, std::string const& file,
+                           NImportOptions const& options) {
   std::filesystem::path const path(file);
   auto const start = Clock::now();
   NReadModel const read(path, GetImportLimits());
@@ -43,7 +44,7 @@ NImportedModel ImportModel(data::document::NDocument& document, std::string cons
   NImportTarget target(document);
   NPictures pictures(target, scene, path.parent_path());
   NMaterials materials(target, scene, pictures);
-  NHierarchy hierarchy(target, scene, materials);
+  NHierarchy hierarchy(target, scene, materials, options.crease);
   NImportedModel result;
   result.file = file;
   result.tree = target.Create(document.GetTrees());
@@ -61,6 +62,7 @@ NImportedModel ImportModel(data::document::NDocument& document, std::string cons
   }
   Append(result.notes, readNotes);
   Append(result.notes, pictures.GetNotes());
+  Append(result.notes, materials.GetNotes());
   Append(result.notes, hierarchy.GetNotes());
   Append(result.notes, animations.GetNotes());
   result.readMilliseconds = Milliseconds(start, isRead);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/intrusive_ptr.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,10 +26,16 @@ struct NImportedModel {
   double buildMilliseconds = 0.0;
 };
 
+struct NImportOptions {
+  /// Where faces meet in a crease; see CreateSurface. Units: degrees.
+  std::optional<double> crease{};
+};
+
 /// Reads a model file, by a program of its own and within the limits of limits.h, and builds its
 /// scene as a tree of `document`, named after the file. Fails: throws NImportError, with no change,
 /// for a file that can't be used; std::runtime_error if its pictures can't be kept.
 CORVANTA_API NImportedModel ImportModel(data::document::NDocument& document,
-                                        std::string const& file);
+                                        std::string const& file,
+                                        NImportOptions const& options = {});
 
 }  // namespace corvanta::importer

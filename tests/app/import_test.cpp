@@ -8,6 +8,7 @@
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <sstream>
 
 #include "app/scene/walk.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
@@ -64,20 +65,54 @@ Mesh Square() {
   return {{0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 0, 0, 1, 1, 0, 0, 1, 1}, {0, 1, 2, 3, 4, 5}, {}, {}, -1};
 }
 
+// An OBJ file of such meshes; each of their vertices has a line of its own.
+std::string MakeObj(std::vector<std::pair<std::string, Mesh>> const& meshes) {
+  std::ostringstream text;
+  unsigned first = 1;
+  auto const write = [&text](char const* key, std::vector<float> const& values, unsigned width) {
+    for (std::size_t i = 0; i != values.size(); ++i) {
+      text << (i % width == 0 ? key : "") << ' ' << values[i]
+           << (i % width + 1 == width ? "\n" : "");
+    }
+  };
+  for (auto const& [name, mesh] : meshes) {
+    auto const count = static_cast<unsigned>(mesh.coords.size() / 3);
+    text << "o " << name << '\n';
+    write("v", mesh.coords, 3);
+    auto const& uvs = mesh.uvs.empty() ? std::vector<float>(2 * count) : mesh.uvs[0];
+    write("vt", uvs, 2);
+    write("vn", mesh.normals, 3);
+    for (std::size_t i = 0; i != mesh.indices.size(); ++i) {
+      unsigned const at = first + mesh.indices[i];
+      text << (i % 3 == 0 ? "f " : " ") << at << '/' << at;
+      if (!mesh.normals.empty()) text << '/' << at;
+      if (i % 3 == 2) text << '\n';
+    }
+    first += count;
+  }
+  return text.str();
+}
+
 TEST_F(ImportTest, JoinsVerticesThatAreAlikeAndWorksOutNormals) {
   Mesh const plain = Square();
   Mesh seamed = plain;
   seamed.uvs = {{0, 0, 1, 0, 1, 1, 0.5f, 0, 1, 1, 0, 1}};
   Mesh lit = plain;
-  for (int i = 0; i != 6; ++i) lit.normals.insert(lit.normals.end(), {0, i < 3 ? 1.0f : -1.0f, 0});
-  Import("square.gltf", MakeGltf({plain, seamed, lit}, {{{"children", {1, 2, 3}}},
-                                                        {{"name", "plain"}, {"mesh", 0}},
-                                                        {{"name", "seamed"}, {"mesh", 1}},
-                                                        {{"name", "lit"}, {"mesh", 2}}}));
+  for (int i = 0; i != 6; ++i) {
+    lit.normals.insert(lit.normals.end(), {0, i < 3 ? 0.0f : -0.6f, i < 3 ? 1.0f : 0.8f});
+  }
+  Import("square.obj", MakeObj({{"plain", plain}, {"seamed", seamed}}));
+  Import("lit.gltf", MakeGltf({lit, plain}, {{{"children", {1, 2}}},
+                                             {{"name", "lit"}, {"mesh", 0}},
+                                             {{"name", "flat"}, {"mesh", 1}}}));
   EXPECT_EQ(GetSurface(L"plain")->GetCoords().size(), 4u);
   EXPECT_EQ(GetSurface(L"seamed")->GetCoords().size(), 5u);
   EXPECT_EQ(GetSurface(L"lit")->GetCoords().size(), 6u);
-  EXPECT_EQ(GetSurface(L"lit")->GetNormals()[5].y, -1.0f);
+  EXPECT_EQ(GetSurface(L"lit")->GetNormals()[5].y, -0.6f);
+  // In glTF a mesh without normals has flat faces.
+  ASSERT_EQ(GetSurface(L"flat")->GetCoords().size(), 6u);
+  EXPECT_EQ(GetSurface(L"flat")->GetNormals()[0].z, 1.0f);
+  EXPECT_NEAR(GetSurface(L"flat")->GetNormals()[5].z, std::sqrt(1.0f / 3), 1e-6);
 
   // Twice the areas are (0, 0, 1) and (1, -1, 1); where both meet their sum counts, on both sides
   // of a seam.
@@ -106,6 +141,80 @@ TEST_F(ImportTest, JoinsVerticesThatAreAlikeAndWorksOutNormals) {
   }
 }
 
+// A cube of shared corners, and one whose facets all claim to look up.
+TEST_F(ImportTest, BoxesHaveEdges) {
+  std::string obj, stl = "solid box\n";
+  for (int i = 0; i != 8; ++i) {
+    obj += "v " + std::to_string(i & 1) + ' ' + std::to_string(i >> 1 & 1) + ' ' +
+           std::to_string(i >> 2) + '\n';
+  }
+  for (auto const& [a, b, c, d] : std::vector<std::array<int, 4>>{
+           {0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4}, {2, 6, 7, 3}, {0, 4, 6, 2}, {1, 3, 7, 5}}) {
+    for (auto const& corners : {std::array{a, b, c}, std::array{a, c, d}}) {
+      obj += 'f', stl += "facet normal 0 0 1\nouter loop\n";
+      for (int const i : corners) {
+        obj += ' ' + std::to_string(i + 1);
+        stl += "vertex " + std::to_string(i & 1) + ' ' + std::to_string(i >> 1 & 1) + ' ' +
+               std::to_string(i >> 2) + '\n';
+      }
+      obj += '\n', stl += "endloop\nendfacet\n";
+    }
+  }
+  struct Row {
+    char const* file;
+    std::string content;
+    std::optional<double> crease;
+    std::size_t vertexCount;
+  };
+  for (Row const& row :
+       {Row{"box.obj", obj, {}, 24}, Row{"box.obj", obj, 89.0, 24}, Row{"box.obj", obj, 91.0, 8},
+        Row{"box.obj", obj, 0.0, 24}, Row{"box.stl", stl + "endsolid box\n", {}, 24}}) {
+    m_files.Write(row.file, row.content);
+    NDocument document;
+    ImportModel(document, (m_files.GetFolder() / row.file).string(), {row.crease});
+    auto const& surface = **(*document.GetGeometries().GetTypedNodeBegin()).GetSurfaces().begin();
+    EXPECT_EQ(surface.GetCoords().size(), row.vertexCount) << row.file;
+    for (std::size_t i = 0; i != surface.GetNormals().size(); ++i) {
+      auto const &normal = surface.GetNormals()[i], &coord = surface.GetCoords()[i];
+      float const outward =
+          normal.x * (coord.x - 0.5f) + normal.y * (coord.y - 0.5f) + normal.z * (coord.z - 0.5f);
+      EXPECT_GT(outward, 0.49f) << row.file;
+      if (row.vertexCount == 24) {
+        EXPECT_NEAR(std::max({std::abs(normal.x), std::abs(normal.y), std::abs(normal.z)}), 1,
+                    1e-6);
+      }
+    }
+  }
+}
+
+// A sphere's own normals stay where its triangles run the other way round.
+TEST_F(ImportTest, GoodNormalsOutliveTurnedTriangles) {
+  Mesh mesh{{1, 0, 0, 0, 1, 0, 0, 0, 1, -1, 0, 0, 0, -1, 0, 0, 0, -1},
+            {0, 2, 1, 1, 2, 3, 3, 2, 4, 4, 2, 0, 0, 1, 5, 1, 3, 5, 3, 4, 5, 4, 0, 5},
+            {},
+            {},
+            -1};
+  mesh.normals = mesh.coords;
+  for (bool const isOneRight : {false, true}) {
+    // One of eight faces alone is a fault of the file.
+    if (isOneRight) {
+      for (std::size_t i = 3; i != mesh.indices.size(); i += 3) {
+        std::swap(mesh.indices[i], mesh.indices[i + 1]);
+      }
+    }
+    std::string const name = isOneRight ? "mostly" : "turned";
+    Import(name + ".gltf", MakeGltf({mesh}, {{{"name", name}, {"mesh", 0}}}));
+    auto const surface = GetSurface(std::wstring(name.begin(), name.end()));
+    std::size_t inward = 0;
+    for (std::size_t i = 0; i != surface->GetNormals().size(); ++i) {
+      auto const &n = surface->GetNormals()[i], &c = surface->GetCoords()[i];
+      inward += n.x * c.x + n.y * c.y + n.z * c.z < 0;
+    }
+    EXPECT_EQ(inward, isOneRight ? 3u : 0u);
+    EXPECT_EQ(surface->GetCoords().size(), isOneRight ? 9u : 6u);
+  }
+}
+
 TEST_F(ImportTest, EveryNormalHasLengthOne) {
   float const kInf = std::numeric_limits<float>::infinity();
   float const kLong = std::numeric_limits<float>::max();
@@ -123,7 +232,8 @@ TEST_F(ImportTest, EveryNormalHasLengthOne) {
     writer.Get<neutral::NMaterial>().push_back({});
     neutral::NMesh mesh{};
     mesh.positions = writer.Add(std::vector<neutral::NTriple>{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
-    mesh.normals = writer.Add(std::vector<neutral::NTriple>{row.given, {1, 0, 0}, {0, -1, 0}});
+    mesh.normals =
+        writer.Add(std::vector<neutral::NTriple>{row.given, {0.6f, 0, 0.8f}, {0, -0.6f, 0.8f}});
     mesh.triangles = writer.Add(std::vector<neutral::NTriangle>{{0, 1, 2}});
     writer.Get<neutral::NMesh>().push_back(mesh);
     auto const block = MakeBlock(writer);
@@ -132,8 +242,8 @@ TEST_F(ImportTest, EveryNormalHasLengthOne) {
     auto const& normals = surface->GetNormals();
     EXPECT_THAT((std::array{normals[0].x, normals[0].y, normals[0].z}),
                 testing::Pointwise(testing::FloatEq(), row.expected));
-    EXPECT_EQ(normals[1].x, 1) << "of another vertex";
-    EXPECT_EQ(normals[2].y, -1) << "of another vertex";
+    EXPECT_EQ(normals[1].x, 0.6f) << "of another vertex";
+    EXPECT_EQ(normals[2].y, -0.6f) << "of another vertex";
   }
 }
 
@@ -207,6 +317,16 @@ TEST_F(ImportTest, MaterialsKeepTheirColours) {
   EXPECT_EQ(material->GetTransparency(), 0.5);
   EXPECT_EQ(m_document.GetMaterials().GetNodeCount(), 1u);
   EXPECT_THAT(model.notes, ElementsAre(HasSubstr("no such picture")));
+}
+
+TEST_F(ImportTest, WhatIsNeverSeenIsShownAndTold) {
+  m_files.Write("m.mtl", "newmtl gone\nd 0\nnewmtl faint\nd 0.01\n");
+  auto const model = Import("m.obj",
+                            "mtllib m.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nusemtl gone\nf 1 2 3\n"
+                            "usemtl faint\nf 1 2 3\n");
+  EXPECT_EQ(Find<domain::material::NMaterialNode>(L"gone")->GetTransparency(), 1.0);
+  EXPECT_NEAR(Find<domain::material::NMaterialNode>(L"faint")->GetTransparency(), 0.01, 1e-6);
+  EXPECT_THAT(model.notes, testing::Contains(HasSubstr("1 material is transparent as a whole")));
 }
 
 // A colour that a file leaves open is white, not the attribute's black; only OBJ multiplies.

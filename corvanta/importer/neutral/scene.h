@@ -50,6 +50,7 @@ struct NMesh {
   std::array<NRange<NTriple>, kMostUvSets> uvs;
   std::uint64_t uvSetCount;
   NRange<NTriangle> triangles;
+  std::uint64_t isFlat;  // whether faces without normals are flat
 };
 
 template <class T>

@@ -105,6 +105,7 @@ std::uint32_t NGltfMeshes::AddPrimitive(tinygltf::Primitive const& primitive,
   neutral::NMesh mesh{};
   mesh.name = m_writer.AddText(name);
   mesh.material = m_materials.GetNumber(primitive.material);
+  mesh.isFlat = 1;
   m_morphedCount += !primitive.targets.empty();
   if (IsSurface(primitive.mode)) {
     auto const source = Read(primitive);
