@@ -39,7 +39,7 @@ NHierarchy::NHierarchy(NImportTarget& target, neutral::NSceneView const& scene,
       m_geometries(scene.Get<neutral::NMesh>().size()),
       m_hasNoTriangles(m_geometries.size()) {}
 
-void NHierarchy::Build(tree::NSceneGraphTreeNode& tree, NEffort& effort) {
+void NHierarchy::Build(tree::NSceneGraphTreeNode& tree, NEffort& effort, bool isXUp) {
   auto const nodes = m_scene.Get<neutral::NNode>();
   m_items.reserve(nodes.size());
   // A camera is aimed by the transforms of all that it stands below.
@@ -58,7 +58,14 @@ void NHierarchy::Build(tree::NSceneGraphTreeNode& tree, NEffort& effort) {
       m_items[i]->AddChild(*m_items[firstChild + child]);
     }
   }
-  tree.SetRoot(NNodeReference<Item>(*m_items.front()));
+  ItemPointer root = m_items.front();
+  if (isXUp) {
+    root = m_target.Create<item::NSceneGraphGroupNode>(m_target.GetDocument().GetItems());
+    root->SetName(L"x up");
+    root->SetRotationZ(90.0);
+    root->AddChild(*m_items.front());
+  }
+  tree.SetRoot(NNodeReference<Item>(*root));
   std::stable_sort(m_cameras.begin(), m_cameras.end(),
                    [](auto const& a, auto const& b) { return a.first < b.first; });
   AimCameras(tree);

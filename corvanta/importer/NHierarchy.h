@@ -33,10 +33,11 @@ class CORVANTA_API NHierarchy {
   NHierarchy(NImportTarget& target, neutral::NSceneView const& scene, NMaterials& materials,
              std::optional<double> crease = std::nullopt);
 
-  /// Makes the items and sets the root of `tree`.
+  /// Makes the items and sets the root of `tree`, with `isXUp` below one that turns x to y.
   /// Fails: throws NImportError for more cameras at such depths than NEffort has left.
   /// Cost: linear in the nodes and in the depths of the cameras; no recursion.
-  void Build(data::domain::scenegraph::tree::NSceneGraphTreeNode& tree, NEffort& effort);
+  void Build(data::domain::scenegraph::tree::NSceneGraphTreeNode& tree, NEffort& effort,
+             bool isXUp = false);
 
   /// The camera items with the numbers of their cameras in the file, in the file's order.
   Cameras const& GetCameras() const { return m_cameras; }

@@ -49,8 +49,14 @@ NImportedModel ImportModel(data::document::NDocument& document, std::string cons
   result.file = file;
   result.tree = target.Create(document.GetTrees());
   result.tree->SetName(core::text::ToWide(path.stem().string()));
+  // Cameras are aimed by where their items stand in the scene.
+  NUpAxis const up = options.up.value_or(scene.GetUp());
+  result.tree->SetUnit(options.unit);
+  if (up == NUA_Z) {
+    result.tree->SetCoordConversion(data::domain::scenegraph::tree::CCV_ZUP_TO_YUP);
+  }
   NEffort effort;
-  hierarchy.Build(*result.tree, effort);
+  hierarchy.Build(*result.tree, effort, up == NUA_X);
   NAnimations const animations(target, scene, hierarchy, *result.tree, effort);
   for (auto const& [number, camera] : hierarchy.GetCameras()) result.cameras.push_back(camera);
   result.animations = animations.GetNodes();

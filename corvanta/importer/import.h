@@ -10,6 +10,7 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
 #include "corvanta/export.h"
+#include "corvanta/importer/NUpAxis.h"
 
 namespace corvanta::importer {
 
@@ -26,7 +27,13 @@ struct NImportedModel {
   double buildMilliseconds = 0.0;
 };
 
+/// What becomes of a model file where it can't say it itself.
 struct NImportOptions {
+  /// The axis of the file that points up, and y in the scene: X, Y or Z. Without it, what the file
+  /// or its format says.
+  std::optional<NUpAxis> up{};
+  /// Units: length of the file's unit in the scene's.
+  double unit = 1.0;
   /// Where faces meet in a crease; see CreateSurface. Units: degrees.
   std::optional<double> crease{};
 };

@@ -18,6 +18,7 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/data/domain/scenegraph/item/view.h"
 #include "corvanta/data/domain/scenegraph/transform.h"
+#include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
 #include "corvanta/data/resource/image/NImage.h"
 #include "corvanta/importer/mesh.h"
 #include "tests/app/neutral_scene.h"
@@ -171,7 +172,9 @@ TEST_F(ImportTest, BoxesHaveEdges) {
         Row{"box.obj", obj, 0.0, 24}, Row{"box.stl", stl + "endsolid box\n", {}, 24}}) {
     m_files.Write(row.file, row.content);
     NDocument document;
-    ImportModel(document, (m_files.GetFolder() / row.file).string(), {row.crease});
+    importer::NImportOptions options;
+    options.crease = row.crease;
+    ImportModel(document, (m_files.GetFolder() / row.file).string(), options);
     auto const& surface = **(*document.GetGeometries().GetTypedNodeBegin()).GetSurfaces().begin();
     EXPECT_EQ(surface.GetCoords().size(), row.vertexCount) << row.file;
     for (std::size_t i = 0; i != surface.GetNormals().size(); ++i) {
@@ -184,6 +187,70 @@ TEST_F(ImportTest, BoxesHaveEdges) {
                     1e-6);
       }
     }
+  }
+}
+
+std::string MakeFbx(int up) {
+  return R"(; FBX 7.4.0 project file
+FBXHeaderExtension:  {
+	FBXVersion: 7400
+}
+GlobalSettings:  {
+	Properties70:  {
+		P: "UpAxis", "int", "Integer", "",)" +
+         std::to_string(up) + R"(
+	}
+}
+Objects:  {
+	Geometry: 1001, "Geometry::part", "Mesh" {
+		Vertices: *9 {
+			a: 0,0,0,2,0,0,0,0,5
+		}
+		PolygonVertexIndex: *3 {
+			a: 0,1,-3
+		}
+	}
+	Model: 2001, "Model::part", "Mesh" {
+	}
+}
+Connections:  {
+	C: "OO",2001,0
+	C: "OO",1001,2001
+}
+)";
+}
+
+// A triangle of the extents 2, 0 and 5, by what its format says and by what an option does.
+TEST_F(ImportTest, WhatPointsUpInAFileDoesInTheScene) {
+  std::string const obj = "v 0 0 0\nv 2 0 0\nv 0 0 5\nf 1 2 3\n";
+  std::string const stl =
+      "solid a\nfacet normal 0 -1 0\nouter loop\nvertex 0 0 0\nvertex 2 0 0\nvertex 0 0 5\n"
+      "endloop\nendfacet\nendsolid a\n";
+  using Up = std::optional<importer::NUpAxis>;
+  struct Row {
+    char const* file;
+    std::string content;
+    Up up;
+    double unit, x, y, z;
+  };
+  for (Row const& row :
+       {Row{"a.obj", obj, Up(), 1, 2, 0, 5}, Row{"a.stl", stl, Up(), 1, 2, 5, 0},
+        Row{"a.stl", stl, importer::NUA_Y, 1, 2, 0, 5},
+        Row{"a.obj", obj, importer::NUA_Z, 0.5, 1, 2.5, 0},
+        Row{"a.obj", obj, importer::NUA_X, 1, 0, 2, 5}, Row{"a.fbx", MakeFbx(2), Up(), 1, 2, 5, 0},
+        Row{"a.fbx", MakeFbx(1), Up(), 1, 2, 0, 5}, Row{"a.fbx", MakeFbx(0), Up(), 1, 0, 2, 5}}) {
+    m_files.Write(row.file, row.content);
+    NDocument document;
+    importer::NImportOptions options;
+    options.up = row.up;
+    options.unit = row.unit;
+    auto const model = ImportModel(document, (m_files.GetFolder() / row.file).string(), options);
+    VX_Math::Box3 const box = domain::scenegraph::tree::GetBoundingBox(*model.tree);
+    EXPECT_NEAR(box.max.x - box.min.x, row.x, 1e-5) << row.file;
+    EXPECT_NEAR(box.max.y - box.min.y, row.y, 1e-5) << row.file;
+    EXPECT_NEAR(box.max.z - box.min.z, row.z, 1e-5) << row.file;
+    EXPECT_GT(box.max.y + 1e-5, 0) << row.file;
+    EXPECT_NEAR(std::max(box.max.y, -box.min.y), box.max.y, 1e-5) << row.file << ": up, not down";
   }
 }
 

@@ -174,6 +174,11 @@ TEST(InfoTest, RefusesImpossibleOptionsInOneLine) {
       {"info", "good.gltf", "--unit", "inch"},
       {"info", "good.gltf", "--unit", "1e39"},
       {"info", "good.gltf", "--unit", "1e-42"},
+      {"info", "good.gltf", "--up", "w"},
+      {"info", "good.gltf", "--up", "z", "--zup"},
+      {"render", "good.gltf", "--clip-report", "--crease", "-1"},
+      {"pick", "good.gltf", "--at", "1,1", "--crease", "nan"},
+      {"play", "good.gltf", "--unit", "0"},
       {"watch", "good.gltf"},
       {"watch", "good.gltf", "extra.gltf", "--set", "only.scale.x=1"},
   };

@@ -6,6 +6,8 @@
 #include <tuple>
 #include <type_traits>
 
+#include "corvanta/importer/NUpAxis.h"
+
 /// What a model file holds, in one form for all readers: flat records that name each other by
 /// number, so that a scene can pass between processes as one block of bytes. NSceneWriter makes
 /// such a block, NSceneView checks and reads it.
@@ -159,6 +161,7 @@ struct NHeader {
   };
 
   std::uint64_t mark = kMark;
+  std::uint64_t up = NUA_Y;  // an NUpAxis
   std::array<Array, std::tuple_size_v<NElements>> arrays{};
 };
 

@@ -1,6 +1,9 @@
 #include "corvanta/importer/reader/NModelReader.h"
 
+#include <assimp/scene.h>
+
 #include <boost/algorithm/string/case_conv.hpp>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,6 +22,17 @@ bool MultipliesColor(std::filesystem::path const& path) {
   std::string extension = path.extension().string();
   boost::algorithm::to_lower(extension);
   return extension == ".obj" || extension == ".x";
+}
+
+// Collada's own axis is in its transforms already.
+NUpAxis GetUp(std::filesystem::path const& path, aiScene const& scene) {
+  std::string extension = path.extension().string();
+  boost::algorithm::to_lower(extension);
+  std::int32_t axis = NUA_Y;
+  if (extension == ".stl" || extension == ".3mf" || extension == ".blend") return NUA_Z;
+  bool const isSaid = extension == ".fbx" && scene.mMetaData != nullptr &&
+                      scene.mMetaData->Get("UpAxis", axis) && axis >= 0 && axis <= 2;
+  return isSaid ? static_cast<NUpAxis>(axis) : NUA_Y;
 }
 
 }  // namespace
@@ -43,6 +57,7 @@ NModelReader::NModelReader(NFileOpener& opener, std::filesystem::path const& pat
     add(converter.GetNotes());
   } else {
     auto const& assimp = m_sources->assimp.emplace(opener, path);
+    m_writer.SetUp(GetUp(path, assimp.GetScene()));
     NAssimpConverter(assimp.GetScene(), MultipliesColor(path), m_writer).Convert();
     add(assimp.GetNotes());
   }
