@@ -23,7 +23,7 @@ int main(int argc, char** argv) {
                      "corvanta");
     program.require_subcommand(1);
     for (NAddCommand* const add : kCommands) add(program, status);
-    for (CLI::App* const command : program.get_subcommands({})) AddLimitOptions(*command);
+    for (CLI::App* const command : program.get_subcommands({})) AddModelOptions(*command);
     try {
       program.parse(argc, argv);
     } catch (CLI::ParseError const& error) {

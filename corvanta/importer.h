@@ -3,5 +3,6 @@
 // Every public header of corvanta::importer, which reads model files into a document.
 
 #include "corvanta/importer/NImportError.h"
+#include "corvanta/importer/NUpAxis.h"
 #include "corvanta/importer/import.h"
 #include "corvanta/importer/limits.h"

@@ -1,5 +1,4 @@
 #include <iostream>
-#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,7 +11,6 @@
 #include "app/output/text.h"
 #include "app/scene/NStage.h"
 #include "app/scene/common_tree.h"
-#include "app/scene/float_range.h"
 #include "app/scene/walk.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/document/NDocument.h"
@@ -37,8 +35,6 @@ struct Options {
   std::vector<std::string> files;
   bool withAttributes = false;
   bool asJson = false;
-  double unit = 1.0;
-  bool isZup = false;
 };
 
 class Info {
@@ -55,10 +51,6 @@ class Info {
   void Import(std::string const& file) {
     auto const model = OpenModel(m_document, file);
     if (!model) return;
-    model->tree->SetUnit(m_options.unit);
-    if (m_options.isZup) {
-      model->tree->SetCoordConversion(data::domain::scenegraph::tree::CCV_ZUP_TO_YUP);
-    }
     m_models.push_back(*model);
   }
 
@@ -122,14 +114,6 @@ class Info {
   std::vector<importer::NImportedModel> m_models;
 };
 
-std::string CheckUnit(std::string const& text) {
-  double unit = 0.0;
-  bool const isNumber = CLI::detail::lexical_cast(text, unit) && IsInFloatRange(unit);
-  // Below that a float's inverse is none.
-  bool const isAbove = unit >= static_cast<double>(std::numeric_limits<float>::min());
-  return isNumber && isAbove ? "" : "needs a number above 0 that a float can hold";
-}
-
 }  // namespace
 
 void AddInfo(CLI::App& program, int& status) {
@@ -139,9 +123,6 @@ void AddInfo(CLI::App& program, int& status) {
   command->add_option("FILE", options->files, "Model files")->required();
   command->add_flag("--attributes", options->withAttributes, "Print every attribute of every node");
   command->add_flag("--json", options->asJson, "Print one JSON object");
-  command->add_option("--unit", options->unit, "Scale of each file's tree, such as 0.001")
-      ->check(CLI::Validator(&CheckUnit, "NUMBER"));
-  command->add_flag("--zup", options->isZup, "Turn each file's tree from z up to y up");
   command->footer(kFooter);
   command->callback([options, &status] { status = Info(*options).Run(); });
 }

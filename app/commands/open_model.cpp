@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <cmath>
 #include <exception>
+#include <limits>
 
 #include "app/output/text.h"
+#include "app/scene/float_range.h"
 #include "corvanta/importer/limits.h"
 
 namespace corvanta::app {
@@ -17,6 +19,54 @@ std::string CheckLimit(std::string const& text) {
   double number = 0.0;
   bool const isNumber = CLI::detail::lexical_cast(text, number);
   return isNumber && number > 0.0 && number <= 1e9 ? "" : "needs a number above 0, up to 1e9";
+}
+
+importer::NImportOptions& GetOptions() {
+  static importer::NImportOptions options;
+  return options;
+}
+
+std::string CheckUnit(std::string const& text) {
+  double unit = 0.0;
+  bool const isNumber = CLI::detail::lexical_cast(text, unit) && IsInFloatRange(unit);
+  // Below that a float's inverse is none.
+  bool const isAbove = unit >= static_cast<double>(std::numeric_limits<float>::min());
+  return isNumber && isAbove ? "" : "needs a number above 0 that a float can hold";
+}
+
+std::string CheckCrease(std::string const& text) {
+  double angle = 0.0;
+  bool const isNumber = CLI::detail::lexical_cast(text, angle);
+  return isNumber && angle >= 0.0 && angle <= 180.0 ? "" : "needs degrees from 0 to 180";
+}
+
+void SetUp(std::string const& axis) {
+  if (axis == "x") GetOptions().up = importer::NUA_X;
+  if (axis == "y") GetOptions().up = importer::NUA_Y;
+  if (axis == "z") GetOptions().up = importer::NUA_Z;
+}
+
+void AddAxisOptions(CLI::App& command) {
+  auto* const up =
+      command
+          .add_option_function<std::string>(
+              "--up", &SetUp, "Axis of the files that points up; auto takes what a file says")
+          ->check(CLI::IsMember({"x", "y", "z", "auto"}));
+  command
+      .add_flag_callback(
+          "--zup", [] { SetUp("z"); }, "The same as --up z")
+      ->excludes(up);
+  command
+      .add_option_function<double>(
+          "--unit", [](double const& unit) { GetOptions().unit = unit; },
+          "Scale of each file's tree, such as 0.001")
+      ->check(CLI::Validator(&CheckUnit, "NUMBER"));
+  command
+      .add_option_function<double>(
+          "--crease", [](double const& angle) { GetOptions().crease = angle; },
+          "Degrees by which faces without normals have to be turned to meet in an edge; 60 by "
+          "default, and 0 for glTF")
+      ->check(CLI::Validator(&CheckCrease, "DEGREES"));
 }
 
 void AddLimit(CLI::App& command, std::string const& name, std::string const& help,
@@ -38,7 +88,7 @@ void AddLimit(CLI::App& command, std::string const& name, std::string const& hel
 std::optional<importer::NImportedModel> OpenModel(data::document::NDocument& document,
                                                   std::string const& file) {
   try {
-    importer::NImportedModel model = importer::ImportModel(document, file);
+    importer::NImportedModel model = importer::ImportModel(document, file, GetOptions());
     for (std::string const& note : model.notes) PrintNote(file, note);
     return model;
   } catch (std::exception const& error) {
@@ -47,7 +97,8 @@ std::optional<importer::NImportedModel> OpenModel(data::document::NDocument& doc
   return std::nullopt;
 }
 
-void AddLimitOptions(CLI::App& command) {
+void AddModelOptions(CLI::App& command) {
+  AddAxisOptions(command);
   AddLimit(command, "--memory",
            "MB that reading a model file may take; half of the machine's by default",
            [](importer::NImportLimits& limits, double value) {

@@ -29,16 +29,17 @@ std::size_t CountFalse(std::vector<bool> const& flags) {
 }  // namespace
 
 NHierarchy::NHierarchy(NImportTarget& target, neutral::NSceneView const& scene,
-                       NMaterials& materials)
+                       NMaterials& materials, std::optional<double> crease)
     : m_target(target),
       m_scene(scene),
       m_materials(materials),
+      m_crease(crease),
       m_isLightPlaced(scene.Get<neutral::NLight>().size()),
       m_isCameraPlaced(scene.Get<neutral::NCamera>().size()),
       m_geometries(scene.Get<neutral::NMesh>().size()),
       m_hasNoTriangles(m_geometries.size()) {}
 
-void NHierarchy::Build(tree::NSceneGraphTreeNode& tree, NEffort& effort) {
+void NHierarchy::Build(tree::NSceneGraphTreeNode& tree, NEffort& effort, bool isXUp) {
   auto const nodes = m_scene.Get<neutral::NNode>();
   m_items.reserve(nodes.size());
   // A camera is aimed by the transforms of all that it stands below.
@@ -57,7 +58,14 @@ void NHierarchy::Build(tree::NSceneGraphTreeNode& tree, NEffort& effort) {
       m_items[i]->AddChild(*m_items[firstChild + child]);
     }
   }
-  tree.SetRoot(NNodeReference<Item>(*m_items.front()));
+  ItemPointer root = m_items.front();
+  if (isXUp) {
+    root = m_target.Create<item::NSceneGraphGroupNode>(m_target.GetDocument().GetItems());
+    root->SetName(L"x up");
+    root->SetRotationZ(90.0);
+    root->AddChild(*m_items.front());
+  }
+  tree.SetRoot(NNodeReference<Item>(*root));
   std::stable_sort(m_cameras.begin(), m_cameras.end(),
                    [](auto const& a, auto const& b) { return a.first < b.first; });
   AimCameras(tree);
@@ -181,7 +189,7 @@ boost::intrusive_ptr<data::domain::geometry::NGeometryNode> NHierarchy::GetGeome
     std::size_t mesh) {
   auto& node = m_geometries[mesh];
   if (node || m_hasNoTriangles[mesh]) return node;
-  auto const surface = CreateSurface(m_scene, Get<neutral::NMesh>(mesh));
+  auto const surface = CreateSurface(m_scene, Get<neutral::NMesh>(mesh), m_crease);
   if (!surface) {
     m_hasNoTriangles[mesh] = true;
     ++m_flatCount;

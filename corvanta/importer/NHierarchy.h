@@ -3,6 +3,7 @@
 #include <boost/intrusive_ptr.hpp>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -28,12 +29,15 @@ class CORVANTA_API NHierarchy {
   using Cameras = std::vector<std::pair<
       std::size_t, boost::intrusive_ptr<data::domain::scenegraph::item::NSceneGraphCameraNode>>>;
 
-  NHierarchy(NImportTarget& target, neutral::NSceneView const& scene, NMaterials& materials);
+  /// `crease` is that of CreateSurface.
+  NHierarchy(NImportTarget& target, neutral::NSceneView const& scene, NMaterials& materials,
+             std::optional<double> crease = std::nullopt);
 
-  /// Makes the items and sets the root of `tree`.
+  /// Makes the items and sets the root of `tree`, with `isXUp` below one that turns x to y.
   /// Fails: throws NImportError for more cameras at such depths than NEffort has left.
   /// Cost: linear in the nodes and in the depths of the cameras; no recursion.
-  void Build(data::domain::scenegraph::tree::NSceneGraphTreeNode& tree, NEffort& effort);
+  void Build(data::domain::scenegraph::tree::NSceneGraphTreeNode& tree, NEffort& effort,
+             bool isXUp = false);
 
   /// The camera items with the numbers of their cameras in the file, in the file's order.
   Cameras const& GetCameras() const { return m_cameras; }
@@ -76,6 +80,7 @@ class CORVANTA_API NHierarchy {
   NImportTarget& m_target;
   neutral::NSceneView const& m_scene;
   NMaterials& m_materials;
+  std::optional<double> const m_crease;
   std::vector<bool> m_isLightPlaced;
   std::vector<bool> m_isCameraPlaced;
   std::vector<boost::intrusive_ptr<data::domain::geometry::NGeometryNode>> m_geometries;

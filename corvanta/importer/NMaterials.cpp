@@ -1,8 +1,9 @@
 #include "corvanta/importer/NMaterials.h"
 
 #include <set>
-#include <utility>
+#include <tuple>
 
+#include "corvanta/core/text/message.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
 #include "corvanta/data/domain/texture/NTextureNode.h"
 #include "corvanta/data/domain/texture/NTextureUse.h"
@@ -18,19 +19,17 @@ namespace texture_mapping = data::domain::material::texture_mapping;
 using enum data::domain::texture::NTextureUse;
 
 void SetColors(neutral::NMaterial const& source, domain::material::NMaterialNode& node) {
-  auto const& diffuse = source.diffuse;
-  if (diffuse.isSet != 0) {
-    node.SetDiffuseR(diffuse.value[0]);
-    node.SetDiffuseG(diffuse.value[1]);
-    node.SetDiffuseB(diffuse.value[2]);
-  }
+  // Nobody means black by saying nothing.
+  neutral::NTriple const white{1.0f, 1.0f, 1.0f};
+  auto const& diffuse = source.diffuse.isSet != 0 ? source.diffuse.value : white;
+  node.SetDiffuseR(diffuse[0]);
+  node.SetDiffuseG(diffuse[1]);
+  node.SetDiffuseB(diffuse[2]);
   // Where a format has no colour of its own for it, what is lit from all sides keeps its colour.
-  auto const& ambient = source.ambient.isSet != 0 ? source.ambient : diffuse;
-  if (ambient.isSet != 0) {
-    node.SetAmbientR(ambient.value[0]);
-    node.SetAmbientG(ambient.value[1]);
-    node.SetAmbientB(ambient.value[2]);
-  }
+  auto const& ambient = source.ambient.isSet != 0 ? source.ambient.value : diffuse;
+  node.SetAmbientR(ambient[0]);
+  node.SetAmbientG(ambient[1]);
+  node.SetAmbientB(ambient[2]);
   if (auto const& specular = source.specular; specular.isSet != 0) {
     node.SetSpecularR(specular.value[0]);
     node.SetSpecularG(specular.value[1]);
@@ -40,6 +39,23 @@ void SetColors(neutral::NMaterial const& source, domain::material::NMaterialNode
     node.SetEmissiveR(emissive.value[0]);
     node.SetEmissiveG(emissive.value[1]);
     node.SetEmissiveB(emissive.value[2]);
+  }
+}
+
+void SetSurface(neutral::NMaterial const& source, domain::material::NMaterialNode& node) {
+  // A material without a highlight has a shininess of 0, which is no exponent.
+  if (source.shininess.isSet != 0 && source.shininess.value > 0.0f) {
+    node.SetPower(source.shininess.value);
+  }
+  if (source.roughness.isSet != 0) {
+    node.SetRoughness(source.roughness.value);
+    node.SetIblRoughness(source.roughness.value);
+  }
+  if (source.refractiveIndex.isSet != 0) node.SetRefractiveIndex(source.refractiveIndex.value);
+  if (source.clearcoatIndex.isSet != 0) node.SetClearcoatIndex(source.clearcoatIndex.value);
+  if (source.reflection.isSet != 0) {
+    node.SetEnvironmentMapIsEnabledFlag(true);
+    node.SetIblSpecularCoeff(source.reflection.value);
   }
 }
 
@@ -58,28 +74,37 @@ boost::intrusive_ptr<domain::material::NMaterialNode> NMaterials::GetMaterial(st
   node = m_target.Create(m_target.GetDocument().GetMaterials());
   SetName(*node, m_scene.GetText(source.name));
   SetColors(source, *node);
-  // A material without a highlight has a shininess of 0, which is no exponent.
-  if (source.shininess.isSet != 0 && source.shininess.value > 0.0f) {
-    node->SetPower(source.shininess.value);
+  SetSurface(source, *node);
+  // The attribute is 1 for what lets nothing through. Nobody models what is never seen: formats and
+  // exporters disagree on which end means opaque.
+  if (source.opacity.isSet != 0) {
+    bool const isVisible = source.opacity.value > 0.0f;
+    node->SetTransparency(isVisible ? source.opacity.value : 1.0);
+    m_invisibleCount += !isVisible;
   }
-  // The attribute is 1 for what lets nothing through.
-  if (source.opacity.isSet != 0) node->SetTransparency(source.opacity.value);
   AddTextures(source, *node);
   return node;
 }
 
-// A picture may serve several uses of one material; it is one texture, of the first of them.
+std::vector<std::string> NMaterials::GetNotes() const {
+  if (m_invisibleCount == 0) return {};
+  return {core::text::Plural(m_invisibleCount,
+                             "material is transparent as a whole, and is shown opaque",
+                             "materials are transparent as a whole, and are shown opaque")};
+}
+
+// Readers may name a picture twice for one use.
 void NMaterials::AddTextures(neutral::NMaterial const& source,
                              domain::material::NMaterialNode& node) {
-  std::set<std::pair<domain::image::NImageNode const*, unsigned>> taken;
+  std::set<std::tuple<domain::image::NImageNode const*, unsigned, unsigned>> taken;
   for (neutral::NTexture const& entry : m_scene.Get(source.textures)) {
     auto const image = m_pictures.GetImage(entry.picture);
-    if (!taken.emplace(image.get(), entry.uvSet).second) continue;
+    if (!taken.emplace(image.get(), entry.uvSet, entry.use).second) continue;
 
     auto const texture = m_target.Create(m_target.GetDocument().GetTextures());
     texture->SetName(image->GetName());
     texture->SetType(static_cast<domain::texture::NTextureType>(entry.use));
-    if (entry.use == NTU_HEIGHT) {
+    if (entry.use == NTU_HEIGHT || entry.use == NTU_NORMAL) {
       texture->SetBumpScale(source.bumpScale.isSet != 0 ? source.bumpScale.value : 1.0f);
     }
     texture->SetImage(core::node::NNodeReference<domain::image::NImageNode>(*image));

@@ -2,6 +2,7 @@
 
 #include <boost/intrusive_ptr.hpp>
 #include <cstddef>
+#include <string>
 #include <vector>
 
 #include "corvanta/data/domain/material/NMaterialNode.h"
@@ -19,6 +20,8 @@ class CORVANTA_API NMaterials {
 
   /// The node of the file's material `index`; made at the first call.
   boost::intrusive_ptr<data::domain::material::NMaterialNode> GetMaterial(std::size_t index);
+  /// What isn't shown as the file has it, in UTF-8.
+  std::vector<std::string> GetNotes() const;
 
  private:
   void AddTextures(neutral::NMaterial const& source, data::domain::material::NMaterialNode& node);
@@ -27,6 +30,7 @@ class CORVANTA_API NMaterials {
   neutral::NSceneView const& m_scene;
   NPictures& m_pictures;
   std::vector<boost::intrusive_ptr<data::domain::material::NMaterialNode>> m_nodes;
+  std::size_t m_invisibleCount = 0;
 };
 
 }  // namespace corvanta::importer

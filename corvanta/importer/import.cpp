@@ -33,7 +33,8 @@ void Append(std::vector<std::string>& notes, std::vector<std::string> const& mor
 
 }  // namespace
 
-NImportedModel ImportModel(data::document::NDocument& document, std::string const& file) {
+NImportedModel ImportModel(data::document::NDocument& document, std::string const& file,
+                           NImportOptions const& options) {
   std::filesystem::path const path(file);
   auto const start = Clock::now();
   NReadModel const read(path, GetImportLimits());
@@ -43,13 +44,19 @@ NImportedModel ImportModel(data::document::NDocument& document, std::string cons
   NImportTarget target(document);
   NPictures pictures(target, scene, path.parent_path());
   NMaterials materials(target, scene, pictures);
-  NHierarchy hierarchy(target, scene, materials);
+  NHierarchy hierarchy(target, scene, materials, options.crease);
   NImportedModel result;
   result.file = file;
   result.tree = target.Create(document.GetTrees());
   result.tree->SetName(core::text::ToWide(path.stem().string()));
+  // Cameras are aimed by where their items stand in the scene.
+  NUpAxis const up = options.up.value_or(scene.GetUp());
+  result.tree->SetUnit(options.unit);
+  if (up == NUA_Z) {
+    result.tree->SetCoordConversion(data::domain::scenegraph::tree::CCV_ZUP_TO_YUP);
+  }
   NEffort effort;
-  hierarchy.Build(*result.tree, effort);
+  hierarchy.Build(*result.tree, effort, up == NUA_X);
   NAnimations const animations(target, scene, hierarchy, *result.tree, effort);
   for (auto const& [number, camera] : hierarchy.GetCameras()) result.cameras.push_back(camera);
   result.animations = animations.GetNodes();
@@ -61,6 +68,7 @@ NImportedModel ImportModel(data::document::NDocument& document, std::string cons
   }
   Append(result.notes, readNotes);
   Append(result.notes, pictures.GetNotes());
+  Append(result.notes, materials.GetNotes());
   Append(result.notes, hierarchy.GetNotes());
   Append(result.notes, animations.GetNotes());
   result.readMilliseconds = Milliseconds(start, isRead);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/intrusive_ptr.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,7 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
 #include "corvanta/export.h"
+#include "corvanta/importer/NUpAxis.h"
 
 namespace corvanta::importer {
 
@@ -25,11 +27,23 @@ struct NImportedModel {
   double buildMilliseconds = 0.0;
 };
 
+/// What becomes of a model file where it can't say it itself.
+struct NImportOptions {
+  /// The axis of the file that points up, and y in the scene: X, Y or Z. Without it, what the file
+  /// or its format says.
+  std::optional<NUpAxis> up{};
+  /// Units: length of the file's unit in the scene's.
+  double unit = 1.0;
+  /// Where faces meet in a crease; see CreateSurface. Units: degrees.
+  std::optional<double> crease{};
+};
+
 /// Reads a model file, by a program of its own and within the limits of limits.h, and builds its
 /// scene as a tree of `document`, named after the file.
 /// Fails: throws NImportError, with no change, for a file that can't be used; std::runtime_error if
 /// its pictures can't be kept.
 CORVANTA_API NImportedModel ImportModel(data::document::NDocument& document,
-                                        std::string const& file);
+                                        std::string const& file,
+                                        NImportOptions const& options = {});
 
 }  // namespace corvanta::importer

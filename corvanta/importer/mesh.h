@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/intrusive_ptr.hpp>
+#include <optional>
 
 #include "corvanta/data/domain/geometry/NPolygonSurface.h"
 #include "corvanta/export.h"
@@ -14,10 +15,18 @@ namespace corvanta::importer {
 constexpr unsigned GetMappingId(unsigned channel) { return channel + 2; }
 
 /// The triangles of `mesh` as a surface: vertices that are alike in all they have are one, and
-/// every normal has length 1. One that is missing, has no length or isn't finite is worked out from
-/// the triangles that meet there. Points and lines are left out.
+/// every normal has length 1. Points and lines are left out.
+///
+/// One that is missing, has no length or isn't finite is worked out, as normals.h does it, and so
+/// are those of a face that they contradict. Faces meet in a crease where they are turned by more
+/// than `crease`; without it, all do in a mesh whose format wants flat faces, and in others those
+/// that are turned by more than kUsualCrease.
+/// Units: degrees.
 /// Fails: null without triangles.
 CORVANTA_API boost::intrusive_ptr<data::domain::geometry::NSurface> CreateSurface(
-    neutral::NSceneView const& scene, neutral::NMesh const& mesh);
+    neutral::NSceneView const& scene, neutral::NMesh const& mesh,
+    std::optional<double> crease = std::nullopt);
+
+inline constexpr double kUsualCrease = 60.0;
 
 }  // namespace corvanta::importer

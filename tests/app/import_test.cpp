@@ -8,6 +8,7 @@
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <sstream>
 
 #include "app/scene/walk.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
@@ -17,6 +18,7 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/data/domain/scenegraph/item/view.h"
 #include "corvanta/data/domain/scenegraph/transform.h"
+#include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
 #include "corvanta/data/resource/image/NImage.h"
 #include "corvanta/importer/mesh.h"
 #include "tests/app/neutral_scene.h"
@@ -64,20 +66,54 @@ Mesh Square() {
   return {{0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 0, 0, 1, 1, 0, 0, 1, 1}, {0, 1, 2, 3, 4, 5}, {}, {}, -1};
 }
 
+// An OBJ file of such meshes; each of their vertices has a line of its own.
+std::string MakeObj(std::vector<std::pair<std::string, Mesh>> const& meshes) {
+  std::ostringstream text;
+  unsigned first = 1;
+  auto const write = [&text](char const* key, std::vector<float> const& values, unsigned width) {
+    for (std::size_t i = 0; i != values.size(); ++i) {
+      text << (i % width == 0 ? key : "") << ' ' << values[i]
+           << (i % width + 1 == width ? "\n" : "");
+    }
+  };
+  for (auto const& [name, mesh] : meshes) {
+    auto const count = static_cast<unsigned>(mesh.coords.size() / 3);
+    text << "o " << name << '\n';
+    write("v", mesh.coords, 3);
+    auto const& uvs = mesh.uvs.empty() ? std::vector<float>(2 * count) : mesh.uvs[0];
+    write("vt", uvs, 2);
+    write("vn", mesh.normals, 3);
+    for (std::size_t i = 0; i != mesh.indices.size(); ++i) {
+      unsigned const at = first + mesh.indices[i];
+      text << (i % 3 == 0 ? "f " : " ") << at << '/' << at;
+      if (!mesh.normals.empty()) text << '/' << at;
+      if (i % 3 == 2) text << '\n';
+    }
+    first += count;
+  }
+  return text.str();
+}
+
 TEST_F(ImportTest, JoinsVerticesThatAreAlikeAndWorksOutNormals) {
   Mesh const plain = Square();
   Mesh seamed = plain;
   seamed.uvs = {{0, 0, 1, 0, 1, 1, 0.5f, 0, 1, 1, 0, 1}};
   Mesh lit = plain;
-  for (int i = 0; i != 6; ++i) lit.normals.insert(lit.normals.end(), {0, i < 3 ? 1.0f : -1.0f, 0});
-  Import("square.gltf", MakeGltf({plain, seamed, lit}, {{{"children", {1, 2, 3}}},
-                                                        {{"name", "plain"}, {"mesh", 0}},
-                                                        {{"name", "seamed"}, {"mesh", 1}},
-                                                        {{"name", "lit"}, {"mesh", 2}}}));
+  for (int i = 0; i != 6; ++i) {
+    lit.normals.insert(lit.normals.end(), {0, i < 3 ? 0.0f : -0.6f, i < 3 ? 1.0f : 0.8f});
+  }
+  Import("square.obj", MakeObj({{"plain", plain}, {"seamed", seamed}}));
+  Import("lit.gltf", MakeGltf({lit, plain}, {{{"children", {1, 2}}},
+                                             {{"name", "lit"}, {"mesh", 0}},
+                                             {{"name", "flat"}, {"mesh", 1}}}));
   EXPECT_EQ(GetSurface(L"plain")->GetCoords().size(), 4u);
   EXPECT_EQ(GetSurface(L"seamed")->GetCoords().size(), 5u);
   EXPECT_EQ(GetSurface(L"lit")->GetCoords().size(), 6u);
-  EXPECT_EQ(GetSurface(L"lit")->GetNormals()[5].y, -1.0f);
+  EXPECT_EQ(GetSurface(L"lit")->GetNormals()[5].y, -0.6f);
+  // In glTF a mesh without normals has flat faces.
+  ASSERT_EQ(GetSurface(L"flat")->GetCoords().size(), 6u);
+  EXPECT_EQ(GetSurface(L"flat")->GetNormals()[0].z, 1.0f);
+  EXPECT_NEAR(GetSurface(L"flat")->GetNormals()[5].z, std::sqrt(1.0f / 3), 1e-6);
 
   // Twice the areas are (0, 0, 1) and (1, -1, 1); where both meet their sum counts, on both sides
   // of a seam.
@@ -106,6 +142,146 @@ TEST_F(ImportTest, JoinsVerticesThatAreAlikeAndWorksOutNormals) {
   }
 }
 
+// A cube of shared corners, and one whose facets all claim to look up.
+TEST_F(ImportTest, BoxesHaveEdges) {
+  std::string obj, stl = "solid box\n";
+  for (int i = 0; i != 8; ++i) {
+    obj += "v " + std::to_string(i & 1) + ' ' + std::to_string(i >> 1 & 1) + ' ' +
+           std::to_string(i >> 2) + '\n';
+  }
+  for (auto const& [a, b, c, d] : std::vector<std::array<int, 4>>{
+           {0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4}, {2, 6, 7, 3}, {0, 4, 6, 2}, {1, 3, 7, 5}}) {
+    for (auto const& corners : {std::array{a, b, c}, std::array{a, c, d}}) {
+      obj += 'f', stl += "facet normal 0 0 1\nouter loop\n";
+      for (int const i : corners) {
+        obj += ' ' + std::to_string(i + 1);
+        stl += "vertex " + std::to_string(i & 1) + ' ' + std::to_string(i >> 1 & 1) + ' ' +
+               std::to_string(i >> 2) + '\n';
+      }
+      obj += '\n', stl += "endloop\nendfacet\n";
+    }
+  }
+  struct Row {
+    char const* file;
+    std::string content;
+    std::optional<double> crease;
+    std::size_t vertexCount;
+  };
+  for (Row const& row :
+       {Row{"box.obj", obj, {}, 24}, Row{"box.obj", obj, 89.0, 24}, Row{"box.obj", obj, 91.0, 8},
+        Row{"box.obj", obj, 0.0, 24}, Row{"box.stl", stl + "endsolid box\n", {}, 24}}) {
+    m_files.Write(row.file, row.content);
+    NDocument document;
+    importer::NImportOptions options;
+    options.crease = row.crease;
+    ImportModel(document, (m_files.GetFolder() / row.file).string(), options);
+    auto const& surface = **(*document.GetGeometries().GetTypedNodeBegin()).GetSurfaces().begin();
+    EXPECT_EQ(surface.GetCoords().size(), row.vertexCount) << row.file;
+    for (std::size_t i = 0; i != surface.GetNormals().size(); ++i) {
+      auto const &normal = surface.GetNormals()[i], &coord = surface.GetCoords()[i];
+      float const outward =
+          normal.x * (coord.x - 0.5f) + normal.y * (coord.y - 0.5f) + normal.z * (coord.z - 0.5f);
+      EXPECT_GT(outward, 0.49f) << row.file;
+      if (row.vertexCount == 24) {
+        EXPECT_NEAR(std::max({std::abs(normal.x), std::abs(normal.y), std::abs(normal.z)}), 1,
+                    1e-6);
+      }
+    }
+  }
+}
+
+std::string MakeFbx(int up) {
+  return R"(; FBX 7.4.0 project file
+FBXHeaderExtension:  {
+	FBXVersion: 7400
+}
+GlobalSettings:  {
+	Properties70:  {
+		P: "UpAxis", "int", "Integer", "",)" +
+         std::to_string(up) + R"(
+	}
+}
+Objects:  {
+	Geometry: 1001, "Geometry::part", "Mesh" {
+		Vertices: *9 {
+			a: 0,0,0,2,0,0,0,0,5
+		}
+		PolygonVertexIndex: *3 {
+			a: 0,1,-3
+		}
+	}
+	Model: 2001, "Model::part", "Mesh" {
+	}
+}
+Connections:  {
+	C: "OO",2001,0
+	C: "OO",1001,2001
+}
+)";
+}
+
+// A triangle of the extents 2, 0 and 5, by what its format says and by what an option does.
+TEST_F(ImportTest, WhatPointsUpInAFileDoesInTheScene) {
+  std::string const obj = "v 0 0 0\nv 2 0 0\nv 0 0 5\nf 1 2 3\n";
+  std::string const stl =
+      "solid a\nfacet normal 0 -1 0\nouter loop\nvertex 0 0 0\nvertex 2 0 0\nvertex 0 0 5\n"
+      "endloop\nendfacet\nendsolid a\n";
+  using Up = std::optional<importer::NUpAxis>;
+  struct Row {
+    char const* file;
+    std::string content;
+    Up up;
+    double unit, x, y, z;
+  };
+  for (Row const& row :
+       {Row{"a.obj", obj, Up(), 1, 2, 0, 5}, Row{"a.stl", stl, Up(), 1, 2, 5, 0},
+        Row{"a.stl", stl, importer::NUA_Y, 1, 2, 0, 5},
+        Row{"a.obj", obj, importer::NUA_Z, 0.5, 1, 2.5, 0},
+        Row{"a.obj", obj, importer::NUA_X, 1, 0, 2, 5}, Row{"a.fbx", MakeFbx(2), Up(), 1, 2, 5, 0},
+        Row{"a.fbx", MakeFbx(1), Up(), 1, 2, 0, 5}, Row{"a.fbx", MakeFbx(0), Up(), 1, 0, 2, 5}}) {
+    m_files.Write(row.file, row.content);
+    NDocument document;
+    importer::NImportOptions options;
+    options.up = row.up;
+    options.unit = row.unit;
+    auto const model = ImportModel(document, (m_files.GetFolder() / row.file).string(), options);
+    VX_Math::Box3 const box = domain::scenegraph::tree::GetBoundingBox(*model.tree);
+    EXPECT_NEAR(box.max.x - box.min.x, row.x, 1e-5) << row.file;
+    EXPECT_NEAR(box.max.y - box.min.y, row.y, 1e-5) << row.file;
+    EXPECT_NEAR(box.max.z - box.min.z, row.z, 1e-5) << row.file;
+    EXPECT_GT(box.max.y + 1e-5, 0) << row.file;
+    EXPECT_NEAR(std::max(box.max.y, -box.min.y), box.max.y, 1e-5) << row.file << ": up, not down";
+  }
+}
+
+// A sphere's own normals stay where its triangles run the other way round.
+TEST_F(ImportTest, GoodNormalsOutliveTurnedTriangles) {
+  Mesh mesh{{1, 0, 0, 0, 1, 0, 0, 0, 1, -1, 0, 0, 0, -1, 0, 0, 0, -1},
+            {0, 2, 1, 1, 2, 3, 3, 2, 4, 4, 2, 0, 0, 1, 5, 1, 3, 5, 3, 4, 5, 4, 0, 5},
+            {},
+            {},
+            -1};
+  mesh.normals = mesh.coords;
+  for (bool const isOneRight : {false, true}) {
+    // One of eight faces alone is a fault of the file.
+    if (isOneRight) {
+      for (std::size_t i = 3; i != mesh.indices.size(); i += 3) {
+        std::swap(mesh.indices[i], mesh.indices[i + 1]);
+      }
+    }
+    std::string const name = isOneRight ? "mostly" : "turned";
+    Import(name + ".gltf", MakeGltf({mesh}, {{{"name", name}, {"mesh", 0}}}));
+    auto const surface = GetSurface(std::wstring(name.begin(), name.end()));
+    std::size_t inward = 0;
+    for (std::size_t i = 0; i != surface->GetNormals().size(); ++i) {
+      auto const &n = surface->GetNormals()[i], &c = surface->GetCoords()[i];
+      inward += n.x * c.x + n.y * c.y + n.z * c.z < 0;
+    }
+    EXPECT_EQ(inward, isOneRight ? 3u : 0u);
+    EXPECT_EQ(surface->GetCoords().size(), isOneRight ? 9u : 6u);
+  }
+}
+
 TEST_F(ImportTest, EveryNormalHasLengthOne) {
   float const kInf = std::numeric_limits<float>::infinity();
   float const kLong = std::numeric_limits<float>::max();
@@ -123,7 +299,8 @@ TEST_F(ImportTest, EveryNormalHasLengthOne) {
     writer.Get<neutral::NMaterial>().push_back({});
     neutral::NMesh mesh{};
     mesh.positions = writer.Add(std::vector<neutral::NTriple>{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}});
-    mesh.normals = writer.Add(std::vector<neutral::NTriple>{row.given, {1, 0, 0}, {0, -1, 0}});
+    mesh.normals =
+        writer.Add(std::vector<neutral::NTriple>{row.given, {0.6f, 0, 0.8f}, {0, -0.6f, 0.8f}});
     mesh.triangles = writer.Add(std::vector<neutral::NTriangle>{{0, 1, 2}});
     writer.Get<neutral::NMesh>().push_back(mesh);
     auto const block = MakeBlock(writer);
@@ -132,8 +309,8 @@ TEST_F(ImportTest, EveryNormalHasLengthOne) {
     auto const& normals = surface->GetNormals();
     EXPECT_THAT((std::array{normals[0].x, normals[0].y, normals[0].z}),
                 testing::Pointwise(testing::FloatEq(), row.expected));
-    EXPECT_EQ(normals[1].x, 1) << "of another vertex";
-    EXPECT_EQ(normals[2].y, -1) << "of another vertex";
+    EXPECT_EQ(normals[1].x, 0.6f) << "of another vertex";
+    EXPECT_EQ(normals[2].y, -0.6f) << "of another vertex";
   }
 }
 
@@ -207,6 +384,55 @@ TEST_F(ImportTest, MaterialsKeepTheirColours) {
   EXPECT_EQ(material->GetTransparency(), 0.5);
   EXPECT_EQ(m_document.GetMaterials().GetNodeCount(), 1u);
   EXPECT_THAT(model.notes, ElementsAre(HasSubstr("no such picture")));
+}
+
+TEST_F(ImportTest, WhatIsNeverSeenIsShownAndTold) {
+  m_files.Write("m.mtl", "newmtl gone\nd 0\nnewmtl faint\nd 0.01\n");
+  auto const model = Import("m.obj",
+                            "mtllib m.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nusemtl gone\nf 1 2 3\n"
+                            "usemtl faint\nf 1 2 3\n");
+  EXPECT_EQ(Find<domain::material::NMaterialNode>(L"gone")->GetTransparency(), 1.0);
+  EXPECT_NEAR(Find<domain::material::NMaterialNode>(L"faint")->GetTransparency(), 0.01, 1e-6);
+  EXPECT_THAT(model.notes, testing::Contains(HasSubstr("1 material is transparent as a whole")));
+}
+
+// A colour that a file leaves open is white, not the attribute's black; only OBJ multiplies.
+TEST_F(ImportTest, NobodyMeansBlackByAPicture) {
+  m_files.Write("dot.png", MakePng());
+  m_files.Write("m.mtl",
+                "newmtl open\nmap_Kd dot.png\nnewmtl dark\nKd .2 .2 .2\nmap_Kd dot.png\n"
+                "newmtl black\nKd 0 0 0\n");
+  Import("m.obj",
+         "mtllib m.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nusemtl open\nf 1 2 3\nusemtl dark\nf 1 2 3\n"
+         "usemtl black\nf 1 2 3\n");
+  Import("box.dae", R"(<?xml version="1.0"?>
+<COLLADA xmlns="http://www.collada.org/2005/11/COLLADASchema" version="1.4.1">
+<asset><up_axis>Y_UP</up_axis></asset>
+<library_images><image id="i"><init_from>dot.png</init_from></image></library_images>
+<library_effects><effect id="e"><profile_COMMON>
+<newparam sid="s"><surface type="2D"><init_from>i</init_from></surface></newparam>
+<newparam sid="t"><sampler2D><source>s</source></sampler2D></newparam>
+<technique sid="c"><phong><diffuse><texture texture="t" texcoord="UV"/></diffuse></phong></technique>
+</profile_COMMON></effect></library_effects>
+<library_materials><material id="m" name="collada"><instance_effect url="#e"/></material></library_materials>
+<library_geometries><geometry id="g"><mesh>
+<source id="p"><float_array id="pa" count="9">0 0 0 1 0 0 0 1 0</float_array><technique_common>
+<accessor source="#pa" count="3" stride="3"><param name="X" type="float"/><param name="Y" type="float"/>
+<param name="Z" type="float"/></accessor></technique_common></source>
+<vertices id="v"><input semantic="POSITION" source="#p"/></vertices>
+<triangles count="1" material="m"><input semantic="VERTEX" source="#v" offset="0"/><p>0 1 2</p></triangles>
+</mesh></geometry></library_geometries>
+<library_visual_scenes><visual_scene id="w"><node id="n"><instance_geometry url="#g"><bind_material>
+<technique_common><instance_material symbol="m" target="#m"/></technique_common></bind_material>
+</instance_geometry></node></visual_scene></library_visual_scenes>
+<scene><instance_visual_scene url="#w"/></scene></COLLADA>)");
+  for (auto const& [name, diffuse] : {std::pair(L"open", 1.0), std::pair(L"dark", 0.2),
+                                      std::pair(L"black", 0.0), std::pair(L"collada", 1.0)}) {
+    auto const material = Find<domain::material::NMaterialNode>(name);
+    ASSERT_TRUE(material);
+    EXPECT_NEAR(material->GetDiffuseR(), diffuse, 1e-6);
+    EXPECT_NEAR(material->GetDiffuseB(), diffuse, 1e-6);
+  }
 }
 
 TEST_F(ImportTest, EmbeddedPicturesComeThroughAnArchiveThatGoesWithTheDocument) {

@@ -41,8 +41,9 @@ TEST(InfoTest, PrintsTheSample) {
     if (domain["type"] == "geometry") {
       EXPECT_EQ(domain["count"], 1);
       EXPECT_EQ(domain["nodes"][0]["triangles"], 5856);
-      // As many as pairs of a point and a texture point in the file's faces.
-      EXPECT_EQ(domain["nodes"][0]["vertices"], 3225);
+      // 3225 pairs of a point and a texture point are in the file's faces; 8 of them lie on
+      // creases.
+      EXPECT_EQ(domain["nodes"][0]["vertices"], 3233);
       EXPECT_EQ(domain["nodes"][0]["uvwSets"], json::array({1}));
     } else if (domain["type"] == "image") {
       EXPECT_THAT(domain["nodes"][0]["file"].get<std::string>(),
@@ -173,6 +174,11 @@ TEST(InfoTest, RefusesImpossibleOptionsInOneLine) {
       {"info", "good.gltf", "--unit", "inch"},
       {"info", "good.gltf", "--unit", "1e39"},
       {"info", "good.gltf", "--unit", "1e-42"},
+      {"info", "good.gltf", "--up", "w"},
+      {"info", "good.gltf", "--up", "z", "--zup"},
+      {"render", "good.gltf", "--clip-report", "--crease", "-1"},
+      {"pick", "good.gltf", "--at", "1,1", "--crease", "nan"},
+      {"play", "good.gltf", "--unit", "0"},
       {"watch", "good.gltf"},
       {"watch", "good.gltf", "extra.gltf", "--set", "only.scale.x=1"},
   };

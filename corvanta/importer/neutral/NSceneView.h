@@ -27,6 +27,7 @@ class CORVANTA_API NSceneView {
     auto const& array = m_header->arrays[kKind<T>];
     return {reinterpret_cast<T const*>(m_block.data() + array.offset), array.count};
   }
+  NUpAxis GetUp() const { return static_cast<NUpAxis>(m_header->up); }
   template <class T>
   std::span<T const> Get(NRange<T> const& range) const {
     return Get<T>().subspan(range.first, range.count);

@@ -46,6 +46,9 @@ class NSceneWriter {
     return range;
   }
 
+  /// Y, unless it is set.
+  void SetUp(NUpAxis up) { m_up = up; }
+
   /// Units: bytes.
   std::size_t GetSize() const { return Lay().second; }
   /// Writes the block; `to` has GetSize bytes, at a multiple of eight.
@@ -68,6 +71,7 @@ class NSceneWriter {
   // Where each array stands, and the size of the whole.
   std::pair<NHeader, std::size_t> Lay() const;
 
+  NUpAxis m_up = NUA_Y;
   Arrays<NElements>::Stored m_stored;
   Arrays<NElements>::Lates m_late;
 };

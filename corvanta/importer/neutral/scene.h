@@ -6,6 +6,8 @@
 #include <tuple>
 #include <type_traits>
 
+#include "corvanta/importer/NUpAxis.h"
+
 /// What a model file holds, in one form for all readers: flat records that name each other by
 /// number, so that a scene can pass between processes as one block of bytes. NSceneWriter makes
 /// such a block, NSceneView checks and reads it.
@@ -50,6 +52,7 @@ struct NMesh {
   std::array<NRange<NTriple>, kMostUvSets> uvs;
   std::uint64_t uvSetCount;
   NRange<NTriangle> triangles;
+  std::uint64_t isFlat;  // whether faces without normals are flat
 };
 
 template <class T>
@@ -68,10 +71,13 @@ struct NTexture {
   std::uint32_t uvSet;
 };
 
+/// What isn't set is the importer's to choose.
 struct NMaterial {
   NText name;
   NMaybe<NTriple> diffuse, ambient, specular, emissive;
   NMaybe<float> shininess, opacity, bumpScale;
+  NMaybe<float> roughness, refractiveIndex, clearcoatIndex;
+  NMaybe<float> reflection;  // a factor of the mirrored surroundings
   NRange<NTexture> textures;
 };
 
@@ -147,7 +153,7 @@ inline constexpr std::size_t kKind = FindKind<T>(static_cast<NElements const*>(n
 
 /// The block begins with this; the arrays follow, each at a multiple of eight.
 struct NHeader {
-  static constexpr std::uint64_t kMark = 0x3165'6E65'6373'7663;  // "cvscene1"
+  static constexpr std::uint64_t kMark = 0x3265'6E65'6373'7663;  // "cvscene2"
 
   struct Array {
     std::uint64_t offset;  // bytes from the beginning
@@ -155,6 +161,7 @@ struct NHeader {
   };
 
   std::uint64_t mark = kMark;
+  std::uint64_t up = NUA_Y;  // an NUpAxis
   std::array<Array, std::tuple_size_v<NElements>> arrays{};
 };
 

@@ -6,7 +6,7 @@
 /// started with the version and with the memory that it may take.
 namespace corvanta::importer {
 
-inline constexpr char kReaderVersion[] = "1";
+inline constexpr char kReaderVersion[] = "2";
 
 /// To the program, with shared memory: the file to read.
 struct NReadRequest {

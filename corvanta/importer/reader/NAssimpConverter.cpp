@@ -45,6 +45,9 @@ constexpr std::array<std::pair<aiTextureType, NTextureUse>, 17> kUses{{
     {aiTextureType_UNKNOWN, NTU_OTHER},
 }};
 
+// What Assimp puts where an OBJ file gives no colour.
+constexpr NTriple kUnsaid{0.6f, 0.6f, 0.6f};
+
 NTriple ToTriple(aiVector3D const& v) { return {v.x, v.y, v.z}; }
 NTriple ToTriple(aiColor3D const& c) { return {c.r, c.g, c.b}; }
 
@@ -112,15 +115,6 @@ std::vector<std::uint32_t> Take(std::multimap<std::string, unsigned>& byName,
   return numbers;
 }
 
-// Lights or cameras of a node: those that bear its name, then the one that it shares.
-std::vector<std::uint32_t> TakeAll(std::multimap<std::string, unsigned>& byName,
-                                   std::string const& name, aiNode const& node,
-                                   std::unordered_map<aiNode const*, unsigned> const& shared) {
-  std::vector<std::uint32_t> numbers = Take(byName, name);
-  if (auto const more = shared.find(&node); more != shared.end()) numbers.push_back(more->second);
-  return numbers;
-}
-
 neutral::NTripleKey ToKey(aiVectorKey const& key) { return {key.mTime, ToTriple(key.mValue)}; }
 neutral::NTurnKey ToKey(aiQuatKey const& key) {
   aiQuaternion const& q = key.mValue;
@@ -132,12 +126,6 @@ neutral::NRange<To> AddKeys(neutral::NSceneWriter& writer, From const* keys, uns
   return writer.Reserve<To>(count, [keys, count](To* to) {
     std::transform(keys, keys + count, to, [](From const& key) { return ToKey(key); });
   });
-}
-
-template <class Key>
-neutral::NRange<Key> AddKeys(neutral::NSceneWriter& writer, std::vector<Key> const& keys) {
-  return writer.Reserve<Key>(keys.size(),
-                             [&keys](Key* to) { std::copy(keys.begin(), keys.end(), to); });
 }
 
 }  // namespace
@@ -154,7 +142,8 @@ void NAssimpConverter::Convert() {
   forEach(m_scene.mLights, m_scene.mNumLights, [this](auto& light) { AddLight(light); });
   forEach(m_scene.mCameras, m_scene.mNumCameras, [this](auto& camera) { AddCamera(camera); });
   AddNodes();
-  for (unsigned i = 0; i != m_scene.mNumAnimations; ++i) AddAnimation(i);
+  forEach(m_scene.mAnimations, m_scene.mNumAnimations,
+          [this](auto& animation) { AddAnimation(animation); });
 }
 
 neutral::NText NAssimpConverter::AddText(aiString const& text) {
@@ -203,7 +192,15 @@ void NAssimpConverter::AddMaterial(aiMaterial const& source) {
   GetNumber(source, AI_MATKEY_SHININESS, material.shininess);
   GetNumber(source, AI_MATKEY_OPACITY, material.opacity);
   GetNumber(source, AI_MATKEY_BUMPSCALING, material.bumpScale);
-  material.textures = m_writer.Add(GetTextures(source));
+  auto const textures = GetTextures(source);
+  // Many exporters write black, or what an application has there without the texture.
+  bool const hasPicture = std::any_of(textures.begin(), textures.end(), [](auto const& texture) {
+    return texture.use == static_cast<std::uint32_t>(NTU_COLOR);
+  });
+  if (hasPicture && (!m_multipliesColor || material.diffuse.value == kUnsaid)) {
+    material.diffuse.isSet = 0;
+  }
+  material.textures = m_writer.Add(textures);
   m_writer.Get<neutral::NMaterial>().push_back(material);
 }
 
@@ -282,7 +279,6 @@ void NAssimpConverter::AddNodes() {
     AddNode(node, lights, cameras);
     nodes.insert(nodes.end(), node.mChildren, node.mChildren + node.mNumChildren);
     if (m_scene.mNumAnimations == 0) continue;
-    m_nodes.emplace(&node, static_cast<std::uint32_t>(i));
     m_nodesByName.emplace(ToString(node.mName), static_cast<std::uint32_t>(i));
   }
 }
@@ -295,14 +291,8 @@ void NAssimpConverter::AddNode(aiNode const& source, ByName& lights, ByName& cam
   node.transform = {m.a1, m.b1, m.c1, m.d1, m.a2, m.b2, m.c2, m.d2,
                     m.a3, m.b3, m.c3, m.d3, m.a4, m.b4, m.c4, m.d4};
   node.meshes = m_writer.Add(std::span<std::uint32_t const>(source.mMeshes, source.mNumMeshes));
-  node.lights = m_writer.Add(TakeAll(lights, name, source, m_shared.lights));
-  auto const own = TakeAll(cameras, name, source, m_shared.cameras);
-  node.cameras = m_writer.Add(own);
-  for (std::uint32_t const camera : own) {
-    // The reader of glTF gives a camera the translation of its node once more.
-    NTriple& position = m_writer.Get<neutral::NCamera>()[camera].position;
-    if (position == NTriple{m.a4, m.b4, m.c4}) position = {};
-  }
+  node.lights = m_writer.Add(Take(lights, name));
+  node.cameras = m_writer.Add(Take(cameras, name));
   node.childCount = source.mNumChildren;
   m_writer.Get<neutral::NNode>().push_back(node);
 }
@@ -315,28 +305,14 @@ neutral::NChannel NAssimpConverter::GetChannel(aiNodeAnim const& keys) {
           AddKeys<neutral::NTripleKey>(m_writer, keys.mScalingKeys, keys.mNumScalingKeys)};
 }
 
-neutral::NChannel NAssimpConverter::GetChannel(NGltfAnimations::Channel const& source) {
-  auto const node = m_nodes.find(source.node);
-  return {m_writer.AddText(source.nodeName), node == m_nodes.end() ? neutral::kNone : node->second,
-          AddKeys(m_writer, source.positions), AddKeys(m_writer, source.rotations),
-          AddKeys(m_writer, source.scales)};
-}
-
-void NAssimpConverter::AddAnimation(unsigned number) {
-  aiAnimation const& source = *m_scene.mAnimations[number];
+void NAssimpConverter::AddAnimation(aiAnimation const& source) {
   std::vector<neutral::NChannel> channels;
-  if (m_samplers != nullptr) {
-    for (auto const& channel : m_samplers->GetChannels(number))
-      channels.push_back(GetChannel(channel));
-  } else {
-    for (unsigned i = 0; i != source.mNumChannels; ++i) {
-      channels.push_back(GetChannel(*source.mChannels[i]));
-    }
+  for (unsigned i = 0; i != source.mNumChannels; ++i) {
+    channels.push_back(GetChannel(*source.mChannels[i]));
   }
-  std::size_t const unread = m_samplers != nullptr && number == 0 ? m_samplers->GetFaultCount() : 0;
   m_writer.Get<neutral::NAnimation>().push_back(
       {AddText(source.mName), source.mTicksPerSecond, source.mDuration, m_writer.Add(channels),
-       source.mNumMeshChannels + source.mNumMorphMeshChannels, unread});
+       source.mNumMeshChannels + source.mNumMorphMeshChannels, 0});
 }
 
 }  // namespace corvanta::importer::reader

@@ -8,19 +8,17 @@
 #include <vector>
 
 #include "corvanta/importer/neutral/NSceneWriter.h"
-#include "corvanta/importer/reader/NGltfAnimations.h"
-#include "corvanta/importer/reader/gltf_nodes.h"
 
 namespace corvanta::importer::reader {
 
 /// Puts a scene of Assimp's into the neutral form.
 class NAssimpConverter {
  public:
+  /// `multipliesColor`: whether in this format a material's colour counts beside its picture.
   /// Requires: `scene` passed CheckScene, its faces are triangles, and it stays until `writer` has
-  /// written; so does `samplers`, which may be null.
-  NAssimpConverter(aiScene const& scene, NSharedContent const& shared,
-                   NGltfAnimations const* samplers, neutral::NSceneWriter& writer)
-      : m_scene(scene), m_shared(shared), m_samplers(samplers), m_writer(writer) {}
+  /// written.
+  NAssimpConverter(aiScene const& scene, bool multipliesColor, neutral::NSceneWriter& writer)
+      : m_scene(scene), m_multipliesColor(multipliesColor), m_writer(writer) {}
 
   void Convert();
 
@@ -36,20 +34,17 @@ class NAssimpConverter {
   void AddCamera(aiCamera const& camera);
   void AddNodes();
   void AddNode(aiNode const& node, ByName& lights, ByName& cameras);
-  void AddAnimation(unsigned number);
+  void AddAnimation(aiAnimation const& animation);
   neutral::NChannel GetChannel(aiNodeAnim const& keys);
-  neutral::NChannel GetChannel(NGltfAnimations::Channel const& source);
 
   neutral::NText AddText(aiString const& text);
 
   aiScene const& m_scene;
-  NSharedContent const& m_shared;
-  NGltfAnimations const* const m_samplers;
+  bool const m_multipliesColor;
   neutral::NSceneWriter& m_writer;
   std::map<std::string, std::uint32_t> m_pictures;  // those outside of the file
   // The numbers of nodes in the neutral form; of several of one name, that of the uppermost and
   // first.
-  std::unordered_map<aiNode const*, std::uint32_t> m_nodes;
   std::unordered_map<std::string, std::uint32_t> m_nodesByName;
 };
 

@@ -6,15 +6,11 @@
 #include <assimp/DefaultLogger.hpp>
 #include <assimp/Importer.hpp>
 #include <assimp/LogStream.hpp>
-#include <boost/algorithm/string/case_conv.hpp>
-#include <exception>
-#include <optional>
 #include <utility>
 
 #include "corvanta/importer/NImportError.h"
 #include "corvanta/importer/reader/NFiles.h"
 #include "corvanta/importer/reader/check.h"
-#include "corvanta/importer/reader/gltf_nodes.h"
 
 namespace corvanta::importer::reader {
 
@@ -63,28 +59,9 @@ NAssimpFile::NAssimpFile(NFileOpener& opener, std::filesystem::path const& path)
 
 NAssimpFile::~NAssimpFile() = default;
 
-void NAssimpFile::ReadGltf(NFileOpener& opener, std::filesystem::path const& path) {
-  std::string extension = path.extension().string();
-  boost::algorithm::to_lower(extension);
-  if (extension != ".gltf" && extension != ".glb") return;
-  try {
-    m_gltf = std::make_unique<NGltfFile>(opener, path);
-  } catch (std::exception const& error) {
-    m_gltfFault = error.what();
-  }
-}
-
-NGltfFile* NAssimpFile::GetGltf() const {
-  if (!m_gltfFault.empty()) throw NImportError(m_gltfFault);
-  return m_gltf.get();
-}
-
 void NAssimpFile::Read(NFileOpener& opener, std::filesystem::path const& path) {
   NLog const log(m_notes);
-  ReadGltf(opener, path);
-  if (m_gltf) CheckItemCount(m_gltf->GetRoot());
-  m_importer->SetIOHandler(  // the importer's own from here on
-      new NFiles(opener, path, m_gltf ? m_gltf->GetMended() : std::nullopt));
+  m_importer->SetIOHandler(new NFiles(opener, path));  // the importer's own from here on
   // Everything is checked before the steps of post-processing, which trust the indices.
   bool const isRead = m_importer->ReadFile(path.string(), 0) != nullptr;
   // Some readers drop or mend such a face, and only say so.

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "corvanta/importer/reader/NFileOpener.h"
-#include "corvanta/importer/reader/NGltfFile.h"
 
 namespace Assimp {
 class Importer;
@@ -28,18 +27,12 @@ class NAssimpFile {
   ~NAssimpFile();
 
   aiScene const& GetScene() const { return *m_scene; }
-  /// The file's own text and numbers, by which more is known of a glTF 2 file; null for another.
-  /// Fails: throws NImportError if these can't be read.
-  NGltfFile* GetGltf() const;
   /// What the reader had to say about the file, in UTF-8.
   std::vector<std::string> const& GetNotes() const { return m_notes; }
 
  private:
-  void ReadGltf(NFileOpener& opener, std::filesystem::path const& path);
   void Read(NFileOpener& opener, std::filesystem::path const& path);
 
-  std::unique_ptr<NGltfFile> m_gltf;
-  std::string m_gltfFault;
   std::unique_ptr<Assimp::Importer> m_importer;
   aiScene const* m_scene = nullptr;  // of the importer
   std::vector<std::string> m_notes;

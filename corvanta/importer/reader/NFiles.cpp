@@ -1,9 +1,7 @@
 #include "corvanta/importer/reader/NFiles.h"
 
-#include <assimp/MemoryIOWrapper.h>
 #include <unistd.h>
 
-#include <cstdint>
 #include <utility>
 
 #include "corvanta/importer/NImportError.h"
@@ -65,10 +63,6 @@ std::string ReadFile(NFileOpener& opener, std::string const& path) {
 
 Assimp::IOStream* NFiles::Open(char const* path, char const* mode) {
   if (mode[0] != 'r') return nullptr;
-  if (m_mended && path == m_model) {
-    return new Assimp::MemoryIOStream(reinterpret_cast<std::uint8_t const*>(m_mended->data()),
-                                      m_mended->size());
-  }
   NFile file = Find(path);
   return file ? new Stream(std::move(file)) : nullptr;
 }

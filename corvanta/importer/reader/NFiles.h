@@ -5,9 +5,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <string>
-#include <utility>
 
 #include "corvanta/importer/reader/NFileOpener.h"
 
@@ -25,15 +23,11 @@ NFile OpenFile(NFileOpener& opener, std::string const& path);
 std::string ReadFile(NFileOpener& opener, std::string const& path);
 
 /// What Assimp knows of the file system: files that an opener gives, to be read. A file that isn't
-/// there may be one that the model names in the manner of URIs. The model's own may have been
-/// mended.
+/// there may be one that the model names in the manner of URIs.
 class NFiles : public Assimp::IOSystem {
  public:
-  NFiles(NFileOpener& opener, std::filesystem::path const& model, std::optional<std::string> mended)
-      : m_opener(opener),
-        m_model(model.string()),
-        m_folder(model.parent_path().string()),
-        m_mended(std::move(mended)) {}
+  NFiles(NFileOpener& opener, std::filesystem::path const& model)
+      : m_opener(opener), m_folder(model.parent_path().string()) {}
 
   bool Exists(char const* path) const override { return Find(path) != nullptr; }
   char getOsSeparator() const override { return '/'; }
@@ -44,9 +38,7 @@ class NFiles : public Assimp::IOSystem {
   NFile Find(std::string const& path) const;
 
   NFileOpener& m_opener;
-  std::string const m_model;
   std::string const m_folder;
-  std::optional<std::string> const m_mended;
 };
 
 }  // namespace corvanta::importer::reader

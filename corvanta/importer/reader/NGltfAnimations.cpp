@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <exception>
 #include <map>
 #include <utility>
 
@@ -12,8 +11,6 @@
 namespace corvanta::importer::reader {
 
 namespace {
-
-using nlohmann::json;
 
 constexpr double kMilliseconds = 1000.0;
 constexpr double kTolerance = 1e-4;   // of what a spline spans
@@ -142,49 +139,52 @@ void SetKeys(std::vector<std::pair<double, std::array<double, N>>> const& from,
   }
 }
 
+template <std::size_t N>
+std::array<double, N> Rest(std::vector<double> const& values, std::array<double, N> rest) {
+  if (values.size() == N) std::copy(values.begin(), values.end(), rest.begin());
+  return rest;
+}
+
 }  // namespace
 
-NGltfAnimations::NGltfAnimations(NGltfFile& file, NGltfNodes const& nodes, aiScene const& scene)
-    : m_file(file), m_nodes(nodes) {
-  for (json const& animation : m_file.GetRoot().at("animations")) {
-    m_animations.push_back(ReadAnimation(animation));
-  }
-  if (m_animations.size() != scene.mNumAnimations) throw NImportError("other animations");
+NGltfAnimations::NGltfAnimations(tinygltf::Model const& model, NGltfAccessors const& accessors)
+    : m_model(model), m_accessors(accessors) {
+  for (auto const& animation : model.animations) m_animations.push_back(ReadAnimation(animation));
 }
 
-std::vector<NGltfAnimations::Channel> NGltfAnimations::ReadAnimation(json const& animation) {
-  std::map<std::size_t, Channel> byNode;
-  auto const none = json::array();
-  for (json const& source : animation.value("channels", none)) {
+NGltfAnimations::Animation NGltfAnimations::ReadAnimation(tinygltf::Animation const& animation) {
+  Animation result;
+  std::map<int, Channel> byNode;
+  for (auto const& source : animation.channels) {
+    if (source.target_path == "weights") ++result.meshChannelCount;
+    if (source.target_node < 0 || source.target_path == "weights") continue;
     try {
-      json const& target = source.at("target");
-      auto const path = target.at("path").get<std::string>();
-      if (!target.contains("node") || path == "weights") continue;
-      auto const node = target.at("node").get<std::size_t>();
-      json const& sampler = animation.at("samplers").at(source.at("sampler").get<std::size_t>());
-      if (auto const known = byNode.find(node); known != byNode.end()) {
-        ReadSampler(sampler, path, known->second);
-      } else {
-        Channel channel = CreateChannel(node);
-        ReadSampler(sampler, path, channel);
-        byNode.emplace(node, std::move(channel));
+      if (!IsIn(m_model.nodes, source.target_node) || !IsIn(animation.samplers, source.sampler)) {
+        throw NImportError("a channel of what isn't there");
       }
-    } catch (std::exception const&) {
-      ++m_faultCount;
+      auto const& sampler = animation.samplers[static_cast<std::size_t>(source.sampler)];
+      auto const known = byNode.find(source.target_node);
+      Channel channel = known == byNode.end() ? CreateChannel(source.target_node) : known->second;
+      ReadSampler(sampler, source.target_path, channel);
+      byNode.insert_or_assign(source.target_node, std::move(channel));
+    } catch (NImportError const&) {
+      ++result.faultCount;
     }
   }
-  std::vector<Channel> channels;
-  for (auto& [node, channel] : byNode) channels.push_back(std::move(channel));
-  return channels;
+  for (auto& [node, channel] : byNode) result.channels.push_back(std::move(channel));
+  return result;
 }
 
-void NGltfAnimations::ReadSampler(json const& sampler, std::string const& path, Channel& channel) {
-  auto const kind = sampler.value("interpolation", std::string("LINEAR"));
-  bool const isStep = kind == "STEP";
-  bool const isCubic = kind == "CUBICSPLINE";
-  auto const times = m_file.ReadAccessor(sampler.at("input").get<std::size_t>(), 1);
+void NGltfAnimations::ReadSampler(tinygltf::AnimationSampler const& sampler,
+                                  std::string const& path, Channel& channel) const {
+  bool const isStep = sampler.interpolation == "STEP";
+  bool const isCubic = sampler.interpolation == "CUBICSPLINE";
   bool const isTurn = path == "rotation";
-  auto const values = m_file.ReadAccessor(sampler.at("output").get<std::size_t>(), isTurn ? 4 : 3);
+  auto const read = [this](int accessor, std::size_t width) {
+    return m_accessors.GetNumbers(accessor, width, NGltfAccessors::kFractions).GetAll();
+  };
+  auto const times = read(sampler.input, 1);
+  auto const values = read(sampler.output, isTurn ? 4 : 3);
   if (isTurn) {
     SetKeys(Sampler<4>(times, values, isCubic).GetKeys(isStep), channel.rotations);
   } else if (path == "translation") {
@@ -196,23 +196,14 @@ void NGltfAnimations::ReadSampler(json const& sampler, std::string const& path, 
   }
 }
 
-NGltfAnimations::Channel NGltfAnimations::CreateChannel(std::size_t number) const {
-  json const& node = m_file.GetRoot().at("nodes").at(number);
-  std::array<double, 3> position = node.value("translation", std::array{0.0, 0.0, 0.0});
-  std::array<double, 3> scale = node.value("scale", std::array{1.0, 1.0, 1.0});
-  std::array<double, 4> turn = node.value("rotation", std::array{0.0, 0.0, 0.0, 1.0});
-  if (node.contains("matrix") && m_nodes[number] != nullptr) {
-    aiVector3D p, s;
-    aiQuaternion q;
-    m_nodes[number]->mTransformation.Decompose(s, q, p);
-    position = {p.x, p.y, p.z};
-    scale = {s.x, s.y, s.z};
-    turn = {q.x, q.y, q.z, q.w};
-  }
-  Channel channel{GetNodeName(node, number), m_nodes[number], {}, {}, {}};
-  SetKeys<3>({{0.0, position}}, channel.positions);
-  SetKeys<4>({{0.0, turn}}, channel.rotations);
-  SetKeys<3>({{0.0, scale}}, channel.scales);
+NGltfAnimations::Channel NGltfAnimations::CreateChannel(int number) const {
+  tinygltf::Node const& node = m_model.nodes[static_cast<std::size_t>(number)];
+  Channel channel{number, {}, {}, {}};
+  // What a matrix holds stays with the item.
+  if (node.matrix.size() == 16) return channel;
+  SetKeys<3>({{0.0, Rest<3>(node.translation, {0.0, 0.0, 0.0})}}, channel.positions);
+  SetKeys<4>({{0.0, Rest<4>(node.rotation, {0.0, 0.0, 0.0, 1.0})}}, channel.rotations);
+  SetKeys<3>({{0.0, Rest<3>(node.scale, {1.0, 1.0, 1.0})}}, channel.scales);
   return channel;
 }
 

@@ -1,19 +1,16 @@
 #pragma once
 
-#include <assimp/scene.h>
-
 #include <cstddef>
 #include <string>
 #include <vector>
 
 #include "corvanta/importer/neutral/scene.h"
-#include "corvanta/importer/reader/NGltfFile.h"
-#include "corvanta/importer/reader/gltf_nodes.h"
+#include "corvanta/importer/reader/NGltfAccessors.h"
+#include "corvanta/importer/reader/gltf_model.h"
 
 namespace corvanta::importer::reader {
 
-/// The animations of a glTF 2 file, read beside Assimp, whose reader takes every sampler for a
-/// linear one of floats and knows nodes by name alone.
+/// The animations of a glTF 2 file.
 ///
 /// Each channel has linear keys: a step is a jump, two keys at one time; a cubic spline is sampled
 /// as finely as it bends, to a ten-thousandth of what it spans (rotations: of the quaternion). What
@@ -21,33 +18,32 @@ namespace corvanta::importer::reader {
 class NGltfAnimations {
  public:
   struct Channel {
-    std::string nodeName;
-    aiNode const* node = nullptr;                // null if the scene doesn't show it
+    int node;                                    // a number of the file's
     std::vector<neutral::NTripleKey> positions;  // times in milliseconds
     std::vector<neutral::NTurnKey> rotations;
     std::vector<neutral::NTripleKey> scales;
   };
+  struct Animation {
+    std::vector<Channel> channels;     // one for each node that moves, in order of the file's nodes
+    std::size_t faultCount = 0;        // channels that can't be read and were left out
+    std::size_t meshChannelCount = 0;  // those of weights
+  };
 
-  /// Requires: `nodes` are those of `file` in `scene`.
-  /// Fails: throws std::exception if the file's animations aren't those of `scene`.
-  NGltfAnimations(NGltfFile& file, NGltfNodes const& nodes, aiScene const& scene);
+  /// Requires: `model` and `accessors` stay.
+  NGltfAnimations(tinygltf::Model const& model, NGltfAccessors const& accessors);
 
-  /// One for each node that an animation of the file moves, in order of the file's nodes.
-  std::vector<Channel> const& GetChannels(std::size_t animation) const {
-    return m_animations[animation];
-  }
-  /// How many channels can't be read and were left out.
-  std::size_t GetFaultCount() const { return m_faultCount; }
+  /// In the file's order.
+  std::vector<Animation> const& GetAnimations() const { return m_animations; }
 
  private:
-  std::vector<Channel> ReadAnimation(nlohmann::json const& animation);
-  void ReadSampler(nlohmann::json const& sampler, std::string const& path, Channel& channel);
-  Channel CreateChannel(std::size_t node) const;
+  Animation ReadAnimation(tinygltf::Animation const& animation);
+  void ReadSampler(tinygltf::AnimationSampler const& sampler, std::string const& path,
+                   Channel& channel) const;
+  Channel CreateChannel(int node) const;
 
-  NGltfFile& m_file;
-  NGltfNodes const& m_nodes;
-  std::vector<std::vector<Channel>> m_animations;
-  std::size_t m_faultCount = 0;
+  tinygltf::Model const& m_model;
+  NGltfAccessors const& m_accessors;
+  std::vector<Animation> m_animations;
 };
 
 }  // namespace corvanta::importer::reader

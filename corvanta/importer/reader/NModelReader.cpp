@@ -1,55 +1,66 @@
 #include "corvanta/importer/reader/NModelReader.h"
 
-#include <exception>
+#include <assimp/scene.h>
+
+#include <boost/algorithm/string/case_conv.hpp>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "corvanta/importer/NImportError.h"
 #include "corvanta/importer/reader/NAssimpConverter.h"
 #include "corvanta/importer/reader/NAssimpFile.h"
-#include "corvanta/importer/reader/NGltfAnimations.h"
+#include "corvanta/importer/reader/NGltfConverter.h"
 #include "corvanta/importer/reader/NGltfFile.h"
-#include "corvanta/importer/reader/gltf_nodes.h"
 
 namespace corvanta::importer::reader {
 
+namespace {
+
+// Of the formats whose text or whose home says so.
+bool MultipliesColor(std::filesystem::path const& path) {
+  std::string extension = path.extension().string();
+  boost::algorithm::to_lower(extension);
+  return extension == ".obj" || extension == ".x";
+}
+
+// Collada's own axis is in its transforms already.
+NUpAxis GetUp(std::filesystem::path const& path, aiScene const& scene) {
+  std::string extension = path.extension().string();
+  boost::algorithm::to_lower(extension);
+  std::int32_t axis = NUA_Y;
+  if (extension == ".stl" || extension == ".3mf" || extension == ".blend") return NUA_Z;
+  bool const isSaid = extension == ".fbx" && scene.mMetaData != nullptr &&
+                      scene.mMetaData->Get("UpAxis", axis) && axis >= 0 && axis <= 2;
+  return isSaid ? static_cast<NUpAxis>(axis) : NUA_Y;
+}
+
+}  // namespace
+
 struct NModelReader::Sources {
-  Sources(NFileOpener& opener, std::filesystem::path const& path) : assimp(opener, path) {
-    if (scene.mNumAnimations + scene.mNumCameras + scene.mNumLights == 0) return;
-    // Where the file's own text can't be used, Assimp's scene has to do.
-    try {
-      ReadGltf();
-    } catch (std::exception const& error) {
-      if (scene.mNumAnimations == 0) return;
-      notes.push_back(std::string("animations are played as if all their keys were linear: ") +
-                      error.what());
-    }
-  }
-
-  void ReadGltf() {
-    NGltfFile* const file = assimp.GetGltf();
-    if (file == nullptr) return;
-    nodes = MatchNodes(file->GetRoot(), scene);
-    shared = FindShared(file->GetRoot(), nodes, scene);
-    if (scene.mNumAnimations != 0) samplers.emplace(*file, nodes, scene);
-  }
-
-  NAssimpFile assimp;
-  aiScene const& scene = assimp.GetScene();
-  NGltfNodes nodes{};
-  NSharedContent shared{};
-  std::optional<NGltfAnimations> samplers{};
-  std::vector<std::string> notes{};
+  std::optional<NGltfFile> gltf{};
+  std::optional<NGltfConverter> gltfConverter{};
+  std::optional<NAssimpFile> assimp{};
 };
 
 NModelReader::NModelReader(NFileOpener& opener, std::filesystem::path const& path)
-    : m_sources(std::make_unique<Sources>(opener, path)) {
-  NGltfAnimations const* const samplers = m_sources->samplers ? &*m_sources->samplers : nullptr;
-  NAssimpConverter(m_sources->scene, m_sources->shared, samplers, m_writer).Convert();
-  std::vector<std::string> notes = m_sources->notes;
-  auto const& more = m_sources->assimp.GetNotes();
-  notes.insert(notes.end(), more.begin(), more.end());
+    : m_sources(std::make_unique<Sources>()) {
+  std::vector<std::string> notes;
+  auto const add = [&notes](std::vector<std::string> const& more) {
+    notes.insert(notes.end(), more.begin(), more.end());
+  };
+  if (NGltfFile::IsGltf(path)) m_sources->gltf.emplace(opener, path);
+  if (m_sources->gltf && !m_sources->gltf->IsOld()) {
+    auto& converter = m_sources->gltfConverter.emplace(m_sources->gltf->GetModel(), m_writer);
+    converter.Convert();
+    add(m_sources->gltf->GetNotes());
+    add(converter.GetNotes());
+  } else {
+    auto const& assimp = m_sources->assimp.emplace(opener, path);
+    m_writer.SetUp(GetUp(path, assimp.GetScene()));
+    NAssimpConverter(assimp.GetScene(), MultipliesColor(path), m_writer).Convert();
+    add(assimp.GetNotes());
+  }
   for (std::string const& note : notes) {
     neutral::NText const text = m_writer.AddText(note);
     m_writer.Get<neutral::NText>().push_back(text);

@@ -1,0 +1,224 @@
+#include "corvanta/importer/reader/NGltfMaterials.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "corvanta/core/text/message.h"
+#include "corvanta/data/domain/texture/NTextureUse.h"
+#include "corvanta/importer/NImportError.h"
+#include "corvanta/importer/reader/gltf_surface.h"
+
+namespace corvanta::importer::reader {
+
+namespace {
+
+using data::domain::texture::NTextureUse;
+using enum data::domain::texture::NTextureUse;
+
+// How to decode a picture, by its first bytes: what files say of it is often wrong.
+char const* GetExtension(unsigned char const* bytes, std::size_t size) {
+  auto const begins = [&](char const* text) {
+    std::size_t const length = std::strlen(text);
+    return size >= length && std::memcmp(bytes, text, length) == 0;
+  };
+  if (begins("\x89PNG")) return "png";
+  if (begins("\xFF\xD8")) return "jpg";
+  if (begins("RIFF")) return "webp";
+  if (begins("BM")) return "bmp";
+  if (begins("GIF8")) return "gif";
+  if (begins("DDS ")) return "dds";
+  if (begins("\xABKTX")) return "ktx2";
+  return "";
+}
+
+// A texture of a material, as the file names it.
+struct Reference {
+  NTextureUse use;
+  int texture;
+  NUvSet set;
+};
+
+template <class Info>
+Reference MakeReference(NTextureUse use, Info const& info) {
+  Reference reference{use, info.index, {info.texCoord, {}}};
+  if (auto const* const transform = FindExtension(info.extensions, "KHR_texture_transform")) {
+    auto const pair = [transform](char const* key, std::size_t k, double otherwise) {
+      auto const& list = transform->Get(key);
+      if (!list.IsArray() || list.ArrayLen() != 2) return static_cast<float>(otherwise);
+      auto const& value = list.Get(static_cast<int>(k));
+      return static_cast<float>(value.IsNumber() ? value.GetNumberAsDouble() : otherwise);
+    };
+    reference.set.transform = {pair("offset", 0, 0.0), pair("offset", 1, 0.0),
+                               static_cast<float>(GetNumber(*transform, "rotation", 0.0)),
+                               pair("scale", 0, 1.0), pair("scale", 1, 1.0)};
+    if (int const other = GetWhole(*transform, "texCoord"); other >= 0) {
+      reference.set.texCoord = other;
+    }
+  }
+  return reference;
+}
+
+// A texture that an extension has.
+Reference MakeReference(NTextureUse use, tinygltf::Value const& extension, char const* key) {
+  tinygltf::TextureInfo info;
+  auto const& source = extension.Get(key);
+  info.index = GetWhole(source, "index");
+  info.texCoord = std::max(GetWhole(source, "texCoord"), 0);
+  if (source.IsObject() && source.Get("extensions").IsObject()) {
+    info.extensions = source.Get("extensions").Get<tinygltf::Value::Object>();
+  }
+  return MakeReference(use, info);
+}
+
+std::vector<Reference> GetReferences(tinygltf::Material const& material) {
+  auto const& pbr = material.pbrMetallicRoughness;
+  NGltfSurface const surface = GetSurface(material);
+  std::vector<Reference> references;
+  if (surface.isSpecularGlossiness) {
+    auto const& extension = material.extensions.at("KHR_materials_pbrSpecularGlossiness");
+    references = {MakeReference(NTU_COLOR, extension, "diffuseTexture"),
+                  MakeReference(NTU_SPECULAR, extension, "specularGlossinessTexture")};
+  } else {
+    references = {MakeReference(NTU_COLOR, pbr.baseColorTexture),
+                  MakeReference(NTU_METALNESS, pbr.metallicRoughnessTexture),
+                  MakeReference(NTU_ROUGHNESS, pbr.metallicRoughnessTexture)};
+  }
+  if (surface.isUnlit) {
+    // The colour is emitted; as a colour of its own the picture says where the surface is.
+    references = {MakeReference(NTU_EMISSIVE, pbr.baseColorTexture)};
+    if (material.alphaMode != "OPAQUE") {
+      references.push_back(MakeReference(NTU_COLOR, pbr.baseColorTexture));
+    }
+  } else {
+    references.push_back(MakeReference(NTU_EMISSIVE, material.emissiveTexture));
+    references.push_back(MakeReference(NTU_NORMAL, material.normalTexture));
+    references.push_back(MakeReference(NTU_LIGHTMAP, material.occlusionTexture));
+  }
+  references.erase(std::remove_if(references.begin(), references.end(),
+                                  [](Reference const& each) { return each.texture < 0; }),
+                   references.end());
+  return references;
+}
+
+// How a texture goes on outside its borders; the neutral form has but one way.
+bool Repeats(tinygltf::Model const& model, int texture) {
+  if (!IsIn(model.textures, texture)) return true;
+  int const sampler = model.textures[static_cast<std::size_t>(texture)].sampler;
+  if (!IsIn(model.samplers, sampler)) return true;
+  auto const& source = model.samplers[static_cast<std::size_t>(sampler)];
+  return source.wrapS == TINYGLTF_TEXTURE_WRAP_REPEAT &&
+         source.wrapT == TINYGLTF_TEXTURE_WRAP_REPEAT;
+}
+
+}  // namespace
+
+NGltfMaterials::NGltfMaterials(tinygltf::Model const& model, NGltfAccessors const& accessors,
+                               neutral::NSceneWriter& writer)
+    : m_model(model), m_accessors(accessors), m_writer(writer), m_sets(model.materials.size()) {
+  for (auto const& image : model.images) AddPicture(image);
+  for (std::size_t i = 0; i != m_sets.size(); ++i) AddMaterial(model.materials[i], m_sets[i]);
+}
+
+void NGltfMaterials::AddPicture(tinygltf::Image const& image) {
+  neutral::NPicture picture{};
+  if (!image.uri.empty()) {
+    picture.name = m_writer.AddText(image.uri);
+  } else {
+    unsigned char const* bytes = image.image.data();
+    std::size_t size = image.image.size();
+    if (image.bufferView >= 0) std::tie(bytes, size) = m_accessors.GetBytes(image.bufferView);
+    picture.isEmbedded = 1;
+    picture.name = m_writer.AddText(image.name);
+    picture.extension = m_writer.AddText(GetExtension(bytes, size));
+    picture.bytes = m_writer.Reserve<std::uint8_t>(
+        size, [bytes, size](std::uint8_t* to) { std::copy_n(bytes, size, to); });
+  }
+  m_writer.Get<neutral::NPicture>().push_back(picture);
+}
+
+void NGltfMaterials::AddMaterial(tinygltf::Material const& source, std::vector<NUvSet>& sets) {
+  auto const references = GetReferences(source);
+  if (std::any_of(references.begin(), references.end(), [](Reference const& each) {
+        return !(each.set.transform == NTextureTransform());
+      })) {
+    for (Reference const& each : references) {
+      if (std::find(sets.begin(), sets.end(), each.set) == sets.end()) sets.push_back(each.set);
+    }
+  }
+  neutral::NMaterial material{};
+  material.name = m_writer.AddText(source.name);
+  SetSurface(source, material);
+  m_cutCount += source.alphaMode == "MASK";
+  m_varyingCount += source.pbrMetallicRoughness.metallicRoughnessTexture.index >= 0;
+  std::vector<neutral::NTexture> textures;
+  for (Reference const& each : references) {
+    if (!IsIn(m_model.textures, each.texture)) continue;
+    auto const& texture = m_model.textures[static_cast<std::size_t>(each.texture)];
+    int picture = texture.source;
+    if (auto const* const other = FindExtension(texture.extensions, "EXT_texture_webp")) {
+      if (picture < 0) picture = GetWhole(*other, "source");
+    }
+    if (!IsIn(m_model.images, picture)) continue;
+    auto const set = std::find(sets.begin(), sets.end(), each.set);
+    textures.push_back(
+        {static_cast<std::uint32_t>(each.use), static_cast<std::uint32_t>(picture),
+         static_cast<std::uint32_t>(sets.empty() ? each.set.texCoord : set - sets.begin())});
+  }
+  material.textures = m_writer.Add(textures);
+  m_writer.Get<neutral::NMaterial>().push_back(material);
+}
+
+std::uint32_t NGltfMaterials::GetNumber(int material) {
+  if (material >= 0) {
+    if (!IsIn(m_model.materials, material)) throw NImportError("a material that isn't there");
+    return static_cast<std::uint32_t>(material);
+  }
+  if (m_default == neutral::kNone) {
+    m_default = static_cast<std::uint32_t>(m_writer.Get<neutral::NMaterial>().size());
+    std::vector<NUvSet> none;
+    AddMaterial(tinygltf::Material(), none);
+  }
+  return m_default;
+}
+
+bool NGltfMaterials::HasColorTexture(int material) const {
+  if (!IsIn(m_model.materials, material)) return false;
+  auto const references = GetReferences(m_model.materials[static_cast<std::size_t>(material)]);
+  return std::any_of(references.begin(), references.end(), [](Reference const& each) {
+    return each.use == NTU_COLOR || each.use == NTU_EMISSIVE;
+  });
+}
+
+bool NGltfMaterials::Repeats(int material) const {
+  if (!IsIn(m_model.materials, material)) return true;
+  auto const references = GetReferences(m_model.materials[static_cast<std::size_t>(material)]);
+  return std::all_of(references.begin(), references.end(), [this](Reference const& each) {
+    return reader::Repeats(m_model, each.texture);
+  });
+}
+
+std::vector<NUvSet> NGltfMaterials::GetUvSets(tinygltf::Primitive const& primitive) const {
+  std::vector<NUvSet> sets;
+  if (IsIn(m_sets, primitive.material)) sets = m_sets[static_cast<std::size_t>(primitive.material)];
+  for (int i = 0; sets.size() == static_cast<std::size_t>(i) &&
+                  primitive.attributes.count("TEXCOORD_" + std::to_string(i)) != 0;
+       ++i) {
+    sets.push_back({i, {}});
+  }
+  sets.resize(std::min(sets.size(), neutral::kMostUvSets));
+  return sets;
+}
+
+std::vector<std::string> NGltfMaterials::GetNotes() const {
+  std::vector<std::string> notes;
+  auto const note = [&notes](std::size_t count, char const* one, char const* many) {
+    if (count != 0) notes.push_back(core::text::Plural(count, one, many));
+  };
+  note(m_varyingCount, "material has a texture of metalness and roughness, which was left out",
+       "materials have textures of metalness and roughness, which were left out");
+  note(m_cutCount, "material is cut out by its texture's alpha, which is blended instead",
+       "materials are cut out by their textures' alpha, which is blended instead");
+  return notes;
+}
+
+}  // namespace corvanta::importer::reader

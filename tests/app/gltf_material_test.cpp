@@ -1,0 +1,224 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <iterator>
+#include <numbers>
+
+#include "corvanta/core/text/convert.h"
+#include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
+#include "corvanta/data/domain/texture/NTextureUse.h"
+#include "corvanta/importer/import.h"
+#include "tests/app/program.h"
+
+namespace corvanta::app_tests {
+namespace {
+
+namespace domain = data::domain;
+using nlohmann::json;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using enum data::domain::texture::NTextureUse;
+
+Mesh Textured() {
+  Mesh mesh = Triangle();
+  mesh.uvs = {{0.0f, 0.0f, 1.0f, 0.0f, 0.0f, 1.0f}};
+  mesh.material = 0;
+  return mesh;
+}
+
+// A model of one material.
+class Made {
+ public:
+  explicit Made(json const& material, Mesh const& mesh = Textured(),
+                json const& samplers = json::array({json::object()})) {
+    json const more = {{"materials", {material}},
+                       {"samplers", samplers},
+                       {"images", {{{"uri", "data:image/png;base64," + ToBase64(MakePng())}}}},
+                       {"textures", {{{"source", 0}, {"sampler", 0}}}}};
+    m_files.Write("m.gltf", MakeGltf({mesh}, {{{"name", "only"}, {"mesh", 0}}}, more));
+    m_model = importer::ImportModel(m_document, (m_files.GetFolder() / "m.gltf").string());
+    m_item = dynamic_cast<domain::scenegraph::item::NSceneGraphModelNode*>(
+        m_model.tree->GetRoot().get());
+  }
+
+  domain::material::NMaterialNode& Get() const { return *m_item->GetMaterialNode(); }
+  std::vector<std::string> const& GetNotes() const { return m_model.notes; }
+  double At(std::string const& attribute) const {
+    return Get().QueryAttribute(core::text::ToWide(attribute))->GetValue().GetDouble();
+  }
+  // The uses of its textures, and where the last of them puts each vertex.
+  std::vector<long> GetUses() const {
+    std::vector<long> uses;
+    for (auto const& [texture, mapping] : Get().GetTextures())
+      uses.push_back(texture.Get()->GetType());
+    return uses;
+  }
+  std::vector<data::structs::UVW> GetCoords(std::size_t texture) const {
+    std::vector<data::structs::UVW> coords;
+    auto const textures = Get().GetTextures();
+    auto const& mapping =
+        *std::next(textures.begin(), static_cast<std::ptrdiff_t>(texture))->second;
+    dynamic_cast<domain::material::texture_mapping::NUVWMapping const&>(mapping)
+        .ComputeTextureCoords(**m_item->GetGeometryNode()->GetSurfaces().begin(), coords);
+    return coords;
+  }
+
+ private:
+  support::TemporaryFiles const m_files;
+  data::document::NDocument m_document;
+  importer::NImportedModel m_model;
+  domain::scenegraph::item::NSceneGraphModelNode* m_item = nullptr;
+};
+
+json const kPicture = {{"index", 0}};
+
+// Row by row of the table in docs/materials.md, with numbers that were worked out by hand.
+TEST(GltfMaterialTest, AttributesFollowTheTable) {
+  struct Row {
+    char const* name;
+    json material;
+    std::vector<std::pair<char const*, double>> expected;
+  };
+  json const red = {1.0, 0.25, 0.0, 0.5};
+  auto const pbr = [](json const& base, double metalness, double roughness) {
+    return json{
+        {"baseColorFactor", base}, {"metallicFactor", metalness}, {"roughnessFactor", roughness}};
+  };
+  for (Row const& row : std::vector<Row>{
+           {"the format's own",
+            json::object(),
+            {{"diffuse.r", 0},
+             {"specular.g", 1},
+             {"ambient.b", 1},
+             {"power", 0.01},
+             {"roughness", 1},
+             {"transparency", 1},
+             {"ibl.coeff.specular", 1},
+             {"clearcoatIndex", 1}}},
+           {"plastic",
+            {{"pbrMetallicRoughness", pbr(red, 0, 0.5)}},
+            {{"diffuse.g", 0.25},
+             {"specular.g", 0.04},
+             {"ambient.g", 0.29},
+             {"power", 30},
+             {"ibl.roughness", 0.5},
+             {"refractiveIndex", 1.5},
+             {"transparency", 1}}},
+           {"metal",
+            {{"pbrMetallicRoughness", pbr(red, 1, 0)}},
+            {{"diffuse.r", 0},
+             {"specular.r", 1},
+             {"specular.g", 0.25},
+             {"specular.b", 0},
+             {"power", 10000},
+             {"ambient.g", 0.25},
+             // The root of 0.2126 + 0.7152 / 4 is 0.6256.
+             {"refractiveIndex", 1.62557 / 0.37443}}},
+           {"half",
+            {{"pbrMetallicRoughness", pbr(red, 0.5, 1)}},
+            {{"diffuse.g", 0.125}, {"specular.g", 0.145}}},
+           {"blended",
+            {{"pbrMetallicRoughness", pbr(red, 0, 1)}, {"alphaMode", "BLEND"}},
+            {{"transparency", 0.5}}},
+           {"cut",
+            {{"pbrMetallicRoughness", pbr(red, 0, 1)}, {"alphaMode", "MASK"}},
+            {{"transparency", 1}}},
+           {"diamond",
+            {{"pbrMetallicRoughness", pbr(red, 0, 1)},
+             {"extensions",
+              {{"KHR_materials_ior", {{"ior", 2.0}}},
+               {"KHR_materials_specular",
+                {{"specularFactor", 0.5}, {"specularColorFactor", {1, 0.5, 0}}}}}}},
+            {{"specular.r", 1.0 / 18}, {"specular.g", 1.0 / 36}, {"specular.b", 0}}},
+           {"paint",
+            {{"extensions", {{"KHR_materials_clearcoat", {{"clearcoatFactor", 1.0}}}}}},
+            {{"clearcoatIndex", 1.5}}},
+           {"lamp",
+            {{"emissiveFactor", {1, 0.5, 0}},
+             {"extensions", {{"KHR_materials_emissive_strength", {{"emissiveStrength", 4.0}}}}}},
+            {{"emissive.r", 4}, {"emissive.g", 2}}},
+           {"glass",
+            {{"pbrMetallicRoughness", pbr({0.5, 0.5, 0.5, 1}, 0, 0)},
+             {"extensions", {{"KHR_materials_transmission", {{"transmissionFactor", 1.0}}}}}},
+            {{"transparency", 0.52}, {"diffuse.g", 0.5}}},
+           {"clear glass",
+            {{"pbrMetallicRoughness", pbr({1, 1, 1, 1}, 0, 0)},
+             {"extensions", {{"KHR_materials_transmission", {{"transmissionFactor", 1.0}}}}}},
+            {{"transparency", 0.1}}},
+           {"unlit",
+            {{"pbrMetallicRoughness", pbr(red, 0, 1)},
+             {"extensions", {{"KHR_materials_unlit", json::object()}}}},
+            {{"emissive.g", 0.25}, {"diffuse.r", 0}, {"ambient.r", 0}, {"specular.r", 0}}},
+           {"glossy",
+            {{"extensions",
+              {{"KHR_materials_pbrSpecularGlossiness",
+                {{"diffuseFactor", {0.5, 0, 0, 1}},
+                 {"specularFactor", {0.25, 0, 0}},
+                 {"glossinessFactor", 0.5}}}}}},
+            {{"diffuse.r", 0.5}, {"specular.r", 0.25}, {"power", 30}}}}) {
+    Made const made(row.material);
+    for (auto const& [attribute, value] : row.expected) {
+      EXPECT_NEAR(made.At(attribute), value, 1e-3 * std::max(1.0, value))
+          << row.name << ' ' << attribute;
+    }
+  }
+}
+
+TEST(GltfMaterialTest, TexturesKeepTheirUsesAndNotesTellTheRest) {
+  Made const full({{"pbrMetallicRoughness",
+                    {{"baseColorTexture", kPicture}, {"metallicRoughnessTexture", kPicture}}},
+                   {"normalTexture", {{"index", 0}, {"scale", 0.5}}},
+                   {"alphaMode", "MASK"}},
+                  Textured());
+  EXPECT_THAT(full.GetUses(), ElementsAre(NTU_COLOR, NTU_METALNESS, NTU_ROUGHNESS, NTU_NORMAL));
+  EXPECT_EQ(full.Get().GetTextures().back().first.Get()->GetBumpScale(), 0.5);
+  EXPECT_THAT(full.GetNotes(),
+              ElementsAre(HasSubstr("metalness and roughness"), HasSubstr("cut out")));
+  // Metal only where the picture says so, which nobody can know here.
+  EXPECT_EQ(full.At("diffuse.r"), 1.0);
+
+  json const unlit = {{"KHR_materials_unlit", json::object()}};
+  EXPECT_THAT(
+      Made({{"pbrMetallicRoughness", {{"baseColorTexture", kPicture}}}, {"extensions", unlit}})
+          .GetUses(),
+      ElementsAre(NTU_EMISSIVE));
+}
+
+// A quarter turn counter-clockwise of coordinates whose v grows downwards, after the scale and
+// before the offset.
+TEST(GltfMaterialTest, TextureTransformsMoveTheCoordinatesOfTheirTexture) {
+  json const moved = {
+      {"index", 0},
+      {"extensions",
+       {{"KHR_texture_transform",
+         {{"offset", {0.25, 0.5}}, {"rotation", std::numbers::pi / 2}, {"scale", {2, 3}}}}}}};
+  Made const made(
+      {{"pbrMetallicRoughness", {{"baseColorTexture", moved}}}, {"emissiveTexture", kPicture}});
+  ASSERT_THAT(made.GetUses(), ElementsAre(NTU_COLOR, NTU_EMISSIVE));
+  auto const color = made.GetCoords(0), emissive = made.GetCoords(1);
+  // The file's (0, 0), (1, 0), (0, 1) become (0.25, 0.5), (0.25, -1.5), (3.25, 0.5).
+  double const expected[3][2] = {{0.25, 0.5}, {0.25, 2.5}, {3.25, 0.5}};
+  double const plain[3][2] = {{0, 1}, {1, 1}, {0, 0}};
+  for (std::size_t i = 0; i != 3; ++i) {
+    EXPECT_NEAR(color[i].u, expected[i][0], 1e-6) << i;
+    EXPECT_NEAR(color[i].v, expected[i][1], 1e-6) << i;
+    EXPECT_NEAR(emissive[i].u, plain[i][0], 1e-6) << i;
+    EXPECT_NEAR(emissive[i].v, plain[i][1], 1e-6) << i;
+  }
+}
+
+TEST(GltfMaterialTest, ATextureThatDoesNotRepeatIsToldWhereThatIsSeen) {
+  json const material = {{"pbrMetallicRoughness", {{"baseColorTexture", kPicture}}}};
+  json const clamped = {{{"wrapS", 33071}}}, repeated = {{{"wrapS", 10497}}};
+  Mesh outside = Textured();
+  outside.uvs[0][2] = 3.0f;
+  EXPECT_THAT(Made(material, outside, clamped).GetNotes(),
+              ElementsAre(HasSubstr("1 mesh has a texture that doesn't repeat")));
+  EXPECT_THAT(Made(material, outside, repeated).GetNotes(), testing::IsEmpty());
+  EXPECT_THAT(Made(material, Textured(), clamped).GetNotes(), testing::IsEmpty());
+}
+
+}  // namespace
+}  // namespace corvanta::app_tests
