@@ -1,5 +1,7 @@
 #include <array>
 #include <cmath>
+#include <map>
+#include <set>
 
 #include "corvanta/data/domain/light_env/NLamp.h"
 #include "corvanta/data/domain/light_env/NLightEnvNode.h"
@@ -142,6 +144,25 @@ TEST_F(PictureTest, DirectionalLampsLightByTheCosineAndAreGammaCorrect) {
   // From behind it lights the other side.
   lamp->SetDirectionZ(1);
   EXPECT_EQ(At(DrawPicture(), 1, 1)[0], 0);
+}
+
+TEST_F(PictureTest, EdgesAreSmoothAndNumbersAreNot) {
+  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  m_wall->SetRotationZ(10);
+  m_wall->SetScaleX(0.5);
+  m_wall->SetScaleY(0.5);
+  auto const picture = DrawPicture();
+  // A quarter, a half and three quarters of a pixel's samples.
+  std::map<int, int> greys;
+  for (unsigned i = 0; i != kWidth * kHeight; ++i) ++greys[picture.GetRow(0)[3 * i]];
+  ASSERT_EQ(greys.size(), 5u);
+  int quarter = 0;
+  for (auto const& [grey, count] : greys) {
+    EXPECT_NEAR(grey, Encode(0.25 * quarter++), 1);
+    EXPECT_GT(count, 10);
+  }
+  auto const numbers = DrawNumbers();
+  EXPECT_EQ(std::set<std::uint32_t>(numbers.begin(), numbers.end()).size(), 2u);
 }
 
 TEST_F(PictureTest, PointLampsEndAtTheirRange) {

@@ -79,13 +79,13 @@ uniform sampler2D opacityMap;
 uniform int directionalCount;  // of the lamps, which come first
 uniform int lampCount;
 uniform int specularCount;  // directionalCount for what has highlights, otherwise 0
-uniform int lampType[7];
-uniform vec3 lampColor[7];
-uniform vec3 lampPosition[7];
-uniform vec3 lampDirection[7];
-uniform vec2 lampCone[7];  // cosines of half the angles
-uniform float lampRange[7];
-uniform int lampAttenuation[7];
+uniform int lampType[16];
+uniform vec3 lampColor[16];
+uniform vec3 lampPosition[16];
+uniform vec3 lampDirection[16];
+uniform vec2 lampCone[16];  // cosines of half the angles
+uniform float lampRange[16];
+uniform int lampAttenuation[16];
 
 uniform float reflection;  // a factor of the reflected environment
 uniform float normalReflectance;

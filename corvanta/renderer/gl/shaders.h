@@ -30,7 +30,9 @@ static_assert(sizeof kTextureSlots / sizeof *kTextureSlots == NTS_COUNT);
 inline constexpr int kEnvironmentCubeUnit = 5;
 inline constexpr int kEnvironmentImageUnit = 6;
 inline constexpr unsigned kUnitCount = 7;
-inline constexpr unsigned kLampCount = 7;
+inline constexpr unsigned kLampCount = 16;
+/// So many of the first lamps can make shadows: a stencil's eight bits, less the floor's.
+inline constexpr unsigned kShadowCount = 7;
 
 /// The locations of a vertex's attributes; a slot's coordinates are at kFirstCoords + slot.
 inline constexpr unsigned kPosition = 0;

@@ -12,7 +12,7 @@ void NShadowPass::Draw(NPicture const& picture, float height) const {
   glPolygonOffset(2.0f, 2.0f);
   glDepthMask(GL_FALSE);
   glStencilOp(GL_KEEP, GL_KEEP, GL_INVERT);
-  for (unsigned lamp = 0; lamp != kLampCount; ++lamp) {
+  for (unsigned lamp = 0; lamp != kShadowCount; ++lamp) {
     if (picture.lamps.shadows[lamp] > 0.0f) DrawModels(picture, lamp, height);
   }
   glStencilMask(0xFF);

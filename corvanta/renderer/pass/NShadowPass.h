@@ -6,7 +6,7 @@
 namespace corvanta::renderer {
 
 /// The bit of the stencil that is set where the floor is seen; below it is one for each lamp.
-inline constexpr unsigned kFloorStencilBit = 1u << kLampCount;
+inline constexpr unsigned kFloorStencilBit = 1u << kShadowCount;
 
 /// Darkens the floor by the models, flattened onto it along the light of each lamp that makes
 /// shadows. The lamp's bit of the stencil keeps two models from darkening one pixel twice.
