@@ -1,6 +1,7 @@
 #pragma once
 
 #include "corvanta/renderer/pass/NFlatProgram.h"
+#include "corvanta/renderer/pass/NInstances.h"
 #include "corvanta/renderer/pass/NPicture.h"
 
 namespace corvanta::renderer {
@@ -17,10 +18,11 @@ class NShadowPass {
   explicit NShadowPass(NFlatProgram const& program) : m_program(program) {}
 
   /// Units: `height` is that of the floor in scene units.
-  void Draw(NPicture const& picture, float height) const;
+  void Draw(NInstances& instances, NPicture const& picture, float height) const;
 
  private:
-  void DrawModels(NPicture const& picture, unsigned lamp, float height) const;
+  void DrawModels(NInstances& instances, NPicture const& picture, unsigned lamp,
+                  float height) const;
 
   NFlatProgram const& m_program;
 };
