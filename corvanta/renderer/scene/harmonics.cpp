@@ -12,11 +12,11 @@ namespace {
 
 using Direction = std::array<double, 3>;
 
-constexpr unsigned kMostTexels = 32;  // a side
+constexpr unsigned kSamples = 32;  // a side; of a larger picture a smaller level of detail is read
 constexpr double kPi = std::numbers::pi;
 
-double Decode(double value) {
-  return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+float Decode(float value) {
+  return value <= 0.04045f ? value / 12.92f : std::pow((value + 0.055f) / 1.055f, 2.4f);
 }
 
 /// A sum over the directions of a sphere.
@@ -100,12 +100,25 @@ void AddSquareTexel(Sum& sum, double u, double v, float const* color) {
   sum.Add({sine * x / radius, sine * y / radius, -std::cos(angle)}, sine / angle, color);
 }
 
+void Add(bool isCube, int projection, Sum& sum, unsigned face, double u, double v,
+         float const* texel) {
+  float color[3];
+  for (std::size_t c = 0; c != 3; ++c) color[c] = std::isfinite(texel[c]) ? texel[c] : 0.0f;
+  if (isCube) {
+    AddCubeTexel(sum, face, 2 * u - 1, 2 * v - 1, color);
+  } else if (projection == 1) {
+    AddRectangularTexel(sum, u, v, color);
+  } else {
+    AddSquareTexel(sum, u, v, color);
+  }
+}
+
 }  // namespace
 
 NHarmonics ComputeHarmonics(NTexture const& texture, int projection) {
   GLint level = 0;
   unsigned width = texture.width, height = texture.height;
-  for (; std::max(width, height) > kMostTexels; ++level) {
+  for (; std::max(width, height) > kSamples; ++level) {
     width = std::max(width / 2, 1u);
     height = std::max(height / 2, 1u);
   }
@@ -116,21 +129,14 @@ NHarmonics ComputeHarmonics(NTexture const& texture, int projection) {
   for (unsigned face = 0; face != (texture.isCube ? 6 : 1); ++face) {
     GLenum const target = texture.isCube ? GL_TEXTURE_CUBE_MAP_POSITIVE_X + face : GL_TEXTURE_2D;
     glGetTexImage(target, level, GL_RGBA, GL_FLOAT, texels.data());
-    for (std::size_t i = 0; i != texels.size() / 4; ++i) {
-      float color[3];
-      for (std::size_t c = 0; c != 3; ++c) {
-        auto const value = static_cast<double>(texels[4 * i + c]);
-        color[c] = static_cast<float>(texture.isLinear ? value : Decode(value));
-        if (!std::isfinite(color[c])) color[c] = 0.0f;
-      }
-      double const u = (static_cast<double>(i % width) + 0.5) / width;
-      double const v = (static_cast<double>(i / width) + 0.5) / height;
-      if (texture.isCube) {
-        AddCubeTexel(sum, face, 2 * u - 1, 2 * v - 1, color);
-      } else if (projection == 1) {
-        AddRectangularTexel(sum, u, v, color);
-      } else {
-        AddSquareTexel(sum, u, v, color);
+    if (!texture.isLinear) {
+      std::transform(texels.begin(), texels.end(), texels.begin(), &Decode);
+    }
+    for (unsigned y = 0; y != kSamples; ++y) {
+      for (unsigned x = 0; x != kSamples; ++x) {
+        std::size_t const texel = std::size_t{y * height / kSamples} * width + x * width / kSamples;
+        Add(texture.isCube, projection, sum, face, (x + 0.5) / kSamples, (y + 0.5) / kSamples,
+            &texels[4 * texel]);
       }
     }
   }
