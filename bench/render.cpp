@@ -27,6 +27,7 @@
 namespace {
 
 namespace app = corvanta::app;
+namespace data = corvanta::data;
 namespace renderer = corvanta::renderer;
 namespace item = corvanta::data::domain::scenegraph::item;
 using corvanta::core::node::NNodeID;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <exception>
 #include <iostream>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -45,6 +46,7 @@ struct Options {
   std::string output, ids, camera, method, texture, choice;
   std::string size = "800x600";
   std::optional<double> time;
+  NStageLights lights = NSL_AUTOMATIC;
   bool isStereo = false, isHeadMounted = false, reportsClip = false;
 };
 
@@ -83,7 +85,7 @@ class Render {
     }
     if (trees.empty()) return NS_FILE;
     auto const tree = CreateCommonTree(m_document, trees);
-    m_stage = std::make_unique<NStage>(m_document, tree);
+    m_stage = std::make_unique<NStage>(m_document, tree, m_options.lights);
     int status = Prepare(*m_stage, tree);
     if (status == NS_DONE) status = Draw(*m_stage);
     return status == NS_DONE && trees.size() != m_options.files.size() ? NS_FILE : status;
@@ -221,6 +223,18 @@ class Render {
   std::vector<std::unique_ptr<NPlayer>> m_players;
 };
 
+void AddLights(CLI::App& command, NStageLights& lights) {
+  static std::map<std::string, NStageLights> const names{
+      {"file", NSL_FILE}, {"default", NSL_DEFAULT}, {"both", NSL_BOTH}};
+  command
+      .add_option(
+          "--lights", lights,
+          "Light by the files' lights alone, the default ones alone, or both; without it by "
+          "the files', with a soft fill where they leave most in the dark")
+      ->transform(CLI::CheckedTransformer(names))
+      ->type_name("file|default|both");
+}
+
 std::string CheckChoice(std::string const& text) {
   return ParseChoice(text) ? "" : "needs material=N, N from 0";
 }
@@ -262,6 +276,7 @@ void AddRender(CLI::App& program, int& status) {
       ->add_option("--switch", options->choice,
                    "material=N gives all models material N of the files, counted from 0")
       ->check(CLI::Validator(&CheckChoice, "material=N"));
+  AddLights(*command, options->lights);
   auto* const stereo =
       command->add_flag("--stereo", options->isStereo, "Two half pictures for two eyes");
   command->add_flag("--hmd", options->isHeadMounted, "The same for a head-mounted display")

@@ -34,7 +34,10 @@ NOverview::NOverview(data::document::NDocument& document, Tree const& tree)
   FrameAll();
 }
 
-void NOverview::FrameAll() { Frame(GetModelBox(m_tree)); }
+void NOverview::FrameAll() {
+  m_box = GetModelBox(m_tree);
+  Frame(m_box);
+}
 
 void NOverview::Frame(VX_Math::Box3 const& box) {
   auto const camera = m_camera.GetNode();

@@ -30,11 +30,15 @@ class NOverview {
   /// The same for what is in the tree now.
   /// Cost: linear in the items.
   void FrameAll();
+  /// What FrameAll found last.
+  VX_Math::Box3 const& GetBox() const { return m_box; }
   /// Whether a box that isn't finite has left the camera nowhere.
   bool IsLost() const;
   /// Makes all that is framed seen at that aspect.
   /// Units: width by height.
   void FitAspect(double aspect) const;
+  /// The direction in which the camera is placed to look, of length 1.
+  VX_Math::Vec3 const& GetSight() const { return m_sight; }
   /// Where the camera stands, global.
   VX_Math::Vec3 GetEye() const;
   /// Units: `aspect` is width by height.
@@ -46,6 +50,7 @@ class NOverview {
   boost::intrusive_ptr<data::domain::camera::NCameraNode> m_lens;
   Camera m_camera;
   VX_Math::Vec3 m_sight;
+  VX_Math::Box3 m_box;
 };
 
 }  // namespace corvanta::app

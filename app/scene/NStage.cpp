@@ -6,13 +6,14 @@
 #include <utility>
 #include <vector>
 
+#include "app/scene/NStageLight.h"
+#include "app/scene/model_box.h"
 #include "corvanta/data/domain/light/NLightNode.h"
 #include "corvanta/data/domain/light_env/NLamp.h"
 #include "corvanta/data/domain/light_env/NLightEnvNode.h"
 #include "corvanta/data/domain/scenegraph/NSceneGraphTraverser.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphLightNode.h"
-#include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
 #include "corvanta/data/internal/internal_data.h"
 #include "corvanta/data/operators/convert_to_light_env.h"
 #include "corvanta/data/preset/preset.h"
@@ -58,9 +59,14 @@ void Normalize(data::domain::light_env::NLightEnvNode& lightEnv) {
   lightEnv.SetLampsCoefficient(1 / brightest);
 }
 
+constexpr double kFill = 0.35;  // of the default rig
+// What is left for highlights above the brightest shade of a white model.
+constexpr double kBrightestShade = 0.7;
+
 }  // namespace
 
-NStage::NStage(data::document::NDocument& document, NOverview::Tree const& tree)
+NStage::NStage(data::document::NDocument& document, NOverview::Tree const& tree,
+               NStageLights lights)
     : m_document(document),
       m_hasInitialized(data::internal::Initialize(document.GetManager(), document.GetEvents())),
       m_tree(tree),
@@ -73,25 +79,41 @@ NStage::NStage(data::document::NDocument& document, NOverview::Tree const& tree)
   m_view->SetCamera(m_overview.GetCamera());
   data::preset::PresetEnvironment(m_environment, m_view, &document.GetItems(),
                                   &document.GetImages());
+  VX_Math::Box3 const& box = m_overview.GetBox();
   // The floor is where the scene stands.
-  VX_Math::Box3 const box = data::domain::scenegraph::tree::GetBoundingBox(*tree);
-  if (!box.IsEmpty() && std::isfinite(box.min.y)) m_environment->SetFloorHeight(box.min.y);
-  Light();
+  float const depth = GetModelReach(m_tree, {VX_Math::Vec3(0.0f, -1.0f, 0.0f)}).front();
+  if (std::isfinite(depth)) m_environment->SetFloorHeight(-depth);
+  Light(lights, box);
 }
 
 NStage::~NStage() {
   if (m_hasInitialized) data::internal::Uninitialize(m_document.GetManager());
 }
 
-void NStage::Light() {
-  Finder({}, [this](auto const& path) { m_environment->AddLight(path); }).Start(*m_tree, nullptr);
-  if (m_environment->GetLights().empty()) AddDefaultLights();
+void NStage::Light(NStageLights lights, VX_Math::Box3 const& box) {
+  if (lights != NSL_DEFAULT) {
+    Finder({}, [this](auto const& path) { m_environment->AddLight(path); }).Start(*m_tree, nullptr);
+  }
+  bool const hasOwn = !m_environment->GetLights().empty();
+  bool const isFinite = !box.IsEmpty() && std::isfinite(box.GetSize().Length());
+  if (!hasOwn && lights != NSL_FILE) AddDefaultLights(*m_environment);
   data::operators::ConvertToLightEnv(*m_environment, m_document.GetLightEnvs());
   for (auto const& lightEnv : m_environment->GetLightEnvs()) Normalize(*lightEnv.Get());
+  if (hasOwn && lights == NSL_BOTH) {
+    AddFill(1);
+  } else if (hasOwn && lights == NSL_AUTOMATIC && isFinite &&
+             MeasureLight(*m_environment, box, m_overview.GetSight()).darkShare > 0.5) {
+    AddFill(kFill);
+  }
+  if (!isFinite) return;
+  double const brightest = MeasureLight(*m_environment, box, m_overview.GetSight()).brightest;
+  if (brightest > kBrightestShade) {
+    m_environment->SetHdrExposure(std::log2(kBrightestShade / brightest));
+  }
 }
 
 // They stand in the environment's own tree.
-void NStage::AddDefaultLights() {
+void NStage::AddDefaultLights(data::domain::environment::NEnvironmentNode& environment) {
   std::vector<boost::intrusive_ptr<data::domain::light::NLightNode>> lights;
   std::vector<boost::intrusive_ptr<item::NSceneGraphLightNode>> placed;
   auto const root = m_document.GetItems().CreateNode<item::NSceneGraphGroupNode>(NNodeID());
@@ -107,8 +129,21 @@ void NStage::AddDefaultLights() {
   }
   data::preset::PresetLight(lights, true);
   data::preset::PresetSceneGraphLight(placed, m_view, tree, true);
-  m_environment->SetSceneGraph(tree);
-  for (auto const& light : placed) m_environment->AddLight({*light, *tree});
+  environment.SetSceneGraph(tree);
+  for (auto const& light : placed) environment.AddLight({*light, *tree});
+}
+
+// All lights of an environment become one light environment; another environment, which lasts as
+// long as that, gives one of its own.
+void NStage::AddFill(double strength) {
+  auto const fill = m_document.GetEnvironments().CreateNode(NNodeID());
+  AddDefaultLights(*fill);
+  data::operators::ConvertToLightEnv(*fill, m_document.GetLightEnvs());
+  for (auto const& reference : fill->GetLightEnvs()) {
+    reference.Get()->SetLampsCoefficient(strength);
+    m_environment->AddLightEnv(reference);
+  }
+  m_document.GetEnvironments().RemoveNode(*fill);
 }
 
 NOverview::Camera NStage::FindCamera(std::wstring const& name) const {

@@ -10,13 +10,23 @@
 
 namespace corvanta::app {
 
+/// Which lights shine on a stage.
+enum NStageLights {
+  NSL_AUTOMATIC,  ///< the tree's own, with a soft fill where they leave most in the dark
+  NSL_FILE,       ///< the tree's own alone
+  NSL_DEFAULT,    ///< the default rig alone
+  NSL_BOTH,       ///< the tree's own and the default rig
+};
+
 /// A tree set up to be seen: a scene with an environment, which is lit by the tree's own lights or,
 /// without one, by the default rig of lights, and a view of it through a camera that sees the
-/// whole.
+/// whole. The exposure of the environment is such that no lamp makes a white model's matt shades
+/// white.
 class NStage {
  public:
   /// Requires: `tree` has a root, below which the camera is put.
-  NStage(data::document::NDocument& document, NOverview::Tree const& tree);
+  NStage(data::document::NDocument& document, NOverview::Tree const& tree,
+         NStageLights lights = NSL_AUTOMATIC);
   NStage(NStage const&) = delete;
   NStage& operator=(NStage const&) = delete;
   ~NStage();
@@ -31,8 +41,11 @@ class NStage {
   NOverview::Camera FindCamera(std::wstring const& name) const;
 
  private:
-  void Light();
-  void AddDefaultLights();
+  void Light(NStageLights lights, VX_Math::Box3 const& box);
+  /// Makes the default rig the light of `environment`.
+  void AddDefaultLights(data::domain::environment::NEnvironmentNode& environment);
+  /// Adds the default rig, that much weaker, to what shines already.
+  void AddFill(double strength);
 
   data::document::NDocument& m_document;
   bool const m_hasInitialized;

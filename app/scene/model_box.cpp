@@ -3,7 +3,12 @@
 #include <cmath>
 #include <cstddef>
 #include <exception>
+#include <functional>
+#include <limits>
+#include <utility>
 
+#include "corvanta/data/domain/geometry/NGeometryNode.h"
+#include "corvanta/data/domain/geometry/NSurface.h"
 #include "corvanta/data/domain/scenegraph/NSceneGraphPath.h"
 #include "corvanta/data/domain/scenegraph/NSceneGraphTraverser.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
@@ -17,12 +22,16 @@ namespace {
 using data::domain::scenegraph::item::NSceneGraphItemNode;
 using data::domain::scenegraph::item::NSceneGraphModelNode;
 using data::domain::scenegraph::tree::NSceneGraphTreeNode;
+using VX_Math::Vec3;
 
-class Measurer : private data::domain::scenegraph::NSceneGraphTraverser {
+/// Shows the models that are seen, each with its global transform.
+class ModelFinder : private data::domain::scenegraph::NSceneGraphTraverser {
  public:
-  explicit Measurer(NOverview::Tree const& tree) { Start(*tree, nullptr); }
+  using Show = std::function<void(NSceneGraphModelNode const&, VX_Math::Matrix const&)>;
 
-  VX_Math::Box3 const& GetBox() const { return m_box; }
+  ModelFinder(NOverview::Tree const& tree, Show show) : m_show(std::move(show)) {
+    Start(*tree, nullptr);
+  }
 
  private:
   using NSceneGraphTraverser::After;
@@ -40,31 +49,84 @@ class Measurer : private data::domain::scenegraph::NSceneGraphTraverser {
   void After(NSceneGraphTreeNode&, void const*, NCheckPoints const&) override { m_isRoot = false; }
   void After(NSceneGraphModelNode& model, void const*, NCheckPoints const& checkPoints) override {
     if (m_hiddenDepth != 0) return;
-    VX_Math::Box3 box = model.GetBoundingBoxWithoutChildren();
-    if (box.IsEmpty()) return;
     try {
       VX_Math::Matrix global;
       data::domain::scenegraph::NSceneGraphPath<NSceneGraphModelNode>(model, GetTree(), checkPoints)
           .GetGlobalTransform(global);
-      box.Transform(global);
-      m_box.ExtendBy(box);
+      m_show(model, global);
     } catch (std::exception const&) {
       // An item that two lists hold, and whose parent leads elsewhere.
     }
   }
 
-  VX_Math::Box3 m_box;
+  Show const m_show;
   std::size_t m_hiddenDepth = 0;
   bool m_isRoot = false;
 };
 
+/// Calls `point` with those of a model, in its own frame: the vertices while there are any left
+/// that may be read, then the corners of the box.
+template <class Point>
+void VisitPoints(NSceneGraphModelNode const& model, std::size_t& left, Point const& point) {
+  auto const geometry = model.GetGeometryNode();
+  std::size_t count = 0;
+  if (geometry) {
+    for (auto const& surface : geometry->GetSurfaces()) count += surface->GetCoords().size();
+  }
+  if (count <= left) {
+    left -= count;
+    if (!geometry) return;
+    for (auto const& surface : geometry->GetSurfaces()) {
+      for (auto const& v : surface->GetCoords()) point(Vec3(v.x, v.y, v.z));
+    }
+    return;
+  }
+  VX_Math::Box3 const box = model.GetBoundingBoxWithoutChildren();
+  for (unsigned corner = 0; corner != 8; ++corner) {
+    point(Vec3(corner & 1 ? box.max.x : box.min.x, corner & 2 ? box.max.y : box.min.y,
+               corner & 4 ? box.max.z : box.min.z));
+  }
+}
+
+constexpr std::size_t kMostVertices = 4'000'000;
+
 }  // namespace
 
 VX_Math::Box3 GetModelBox(NOverview::Tree const& tree) {
-  VX_Math::Box3 const box = Measurer(tree).GetBox();
+  VX_Math::Box3 box;
+  ModelFinder(tree, [&box](auto const& model, VX_Math::Matrix const& global) {
+    VX_Math::Box3 part = model.GetBoundingBoxWithoutChildren();
+    if (part.IsEmpty()) return;
+    part.Transform(global);
+    box.ExtendBy(part);
+  });
   VX_Math::Vec3 const size = box.max - box.min;
   bool const isKnown = !box.IsEmpty() && std::isfinite(size.x + size.y + size.z);
   return isKnown ? box : data::domain::scenegraph::tree::GetBoundingBox(*tree);
+}
+
+std::vector<float> GetModelReach(NOverview::Tree const& tree, std::vector<Vec3> const& directions) {
+  std::vector<float> reach(directions.size(), -std::numeric_limits<float>::infinity());
+  std::size_t left = kMostVertices;
+  ModelFinder(tree, [&](auto const& model, VX_Math::Matrix const& global) {
+    // The directions in the frame of the model, and what its origin adds.
+    std::vector<Vec3> own;
+    std::vector<float> offsets;
+    for (Vec3 const& d : directions) {
+      auto const along = [&](int row) {
+        return global(row, 0) * d.x + global(row, 1) * d.y + global(row, 2) * d.z;
+      };
+      own.emplace_back(along(0), along(1), along(2));
+      offsets.push_back(along(3));
+    }
+    VisitPoints(model, left, [&](Vec3 const& v) {
+      for (std::size_t i = 0; i != own.size(); ++i) {
+        float const distance = own[i].Dot(v) + offsets[i];
+        if (distance > reach[i] && std::isfinite(distance)) reach[i] = distance;
+      }
+    });
+  });
+  return reach;
 }
 
 }  // namespace corvanta::app

@@ -6,9 +6,8 @@
 #include "corvanta/renderer/pass/NBackgroundPass.h"
 #include "corvanta/renderer/pass/NFloorPass.h"
 #include "corvanta/renderer/pass/NNumberPass.h"
-#include "corvanta/renderer/pass/NOpaquePass.h"
 #include "corvanta/renderer/pass/NShadowPass.h"
-#include "corvanta/renderer/pass/NTransparentPass.h"
+#include "corvanta/renderer/pass/draw_models.h"
 #include "corvanta/renderer/scene/NChangeListener.h"
 #include "corvanta/renderer/scene/NResolvedScene.h"
 
@@ -45,7 +44,6 @@ struct NRenderer::Block {
   Block(NContext const& drawingContext, data::events::NEventMultiplexer& multiplexer)
       : context(drawingContext),
         events(&multiplexer),
-        floorPass(opaquePass.GetProgram(), transparentPass.GetProgram()),
         shadowPass(flatProgram),
         numberPass(flatProgram) {
     events->AddObserver(*listener);
@@ -57,8 +55,8 @@ struct NRenderer::Block {
   boost::intrusive_ptr<NChangeListener> const listener{new NChangeListener};
   NFlatProgram const flatProgram;
   NBackgroundPass const backgroundPass;
-  NOpaquePass const opaquePass;
-  NTransparentPass const transparentPass;
+  NSurfacePrograms programs;
+  NInstances instances;
   NFloorPass floorPass;
   NShadowPass const shadowPass;
   NNumberPass const numberPass;
@@ -111,14 +109,17 @@ void NRenderer::DrawPicture(NSceneNode const& scene, NViewpoint const& viewpoint
   BeginPart(target, viewport, picture.backgroundColor);
   NTextures& textures = block.scene.GetTextures();
   if (environment) block.backgroundPass.Draw(picture, *environment, textures);
-  block.opaquePass.Draw(picture);
+  block.programs.Begin(picture);
+  DrawOpaqueModels(block.programs, block.instances, picture);
   glDepthFunc(GL_GEQUAL);
   if (environment) {
-    auto const height =
-        block.floorPass.Draw(picture, *environment, block.scene.GetMeshes(), textures);
-    if (height && environment->FloorShowsShadow()) block.shadowPass.Draw(picture, *height);
+    auto const height = block.floorPass.Draw(block.programs, block.instances, *environment,
+                                             block.scene.GetMeshes(), textures);
+    if (height && environment->FloorShowsShadow()) {
+      block.shadowPass.Draw(block.instances, picture, *height);
+    }
   }
-  block.transparentPass.Draw(picture);
+  DrawTransparentModels(block.programs, block.instances, picture);
 }
 
 void NRenderer::DrawNumbers(NSceneNode const& scene, NViewpoint const& viewpoint,
@@ -128,7 +129,7 @@ void NRenderer::DrawNumbers(NSceneNode const& scene, NViewpoint const& viewpoint
   Update(scene);
   target.Bind();
   BeginPart(target, viewport, NColor{});
-  block.numberPass.Draw(block.scene, viewpoint);
+  block.numberPass.Draw(block.instances, block.scene, viewpoint);
 }
 
 void NRenderer::Finish() const {

@@ -79,6 +79,7 @@ void SetUnusualState() {
   glEnablei(GL_BLEND, 1);
   glColorMaski(0, GL_FALSE, GL_TRUE, GL_FALSE, GL_FALSE);
   glCullFace(GL_FRONT_AND_BACK);
+  glFrontFace(GL_CW);
   glDepthMask(GL_FALSE);
   glDepthFunc(GL_NEVER);
   glDepthRange(0.25, 0.5);
@@ -132,7 +133,9 @@ std::map<GLenum, std::vector<double>> GetState() {
   for (GLenum i = 0; i != kClipDistanceCount; ++i) {
     state[GL_CLIP_DISTANCE0 + i] = {static_cast<double>(glIsEnabled(GL_CLIP_DISTANCE0 + i))};
   }
-  for (GLenum const name : {GL_DEPTH_WRITEMASK,
+  for (GLenum const name : {GL_CULL_FACE_MODE,
+                            GL_FRONT_FACE,
+                            GL_DEPTH_WRITEMASK,
                             GL_DEPTH_FUNC,
                             GL_DEPTH_RANGE,
                             GL_DEPTH_CLEAR_VALUE,

@@ -1,11 +1,14 @@
 #include <array>
 #include <cmath>
+#include <map>
+#include <set>
 
 #include "corvanta/data/domain/light_env/NLamp.h"
 #include "corvanta/data/domain/light_env/NLightEnvNode.h"
 #include "corvanta/data/domain/material/texture_mapping/NProjectionMapping.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
 #include "corvanta/data/domain/texture/NTextureUse.h"
+#include "corvanta/renderer/NMaterialOptions.h"
 #include "tests/render/world.h"
 #include "tests/support/temporary_files.h"
 
@@ -88,6 +91,27 @@ class PictureTest : public World {
     return image;
   }
 
+  /// A cube map of one pixel a face.
+  /// Units: each face is 0xAARRGGBB, in the order +x, -x, +y, -y, +z, -z.
+  boost::intrusive_ptr<data::domain::image::NImageNode> CreateCube(
+      std::array<std::uint32_t, 6> const& faces) {
+    std::string dds = "DDS ";
+    auto const word = [&dds](std::uint32_t value) {
+      for (int i = 0; i != 4; ++i) dds += static_cast<char>(value >> 8 * i);
+    };
+    for (std::uint32_t const value : {124u, 0x1007u, 1u, 1u, 4u, 0u, 0u}) word(value);
+    for (int i = 0; i != 11; ++i) word(0);
+    for (std::uint32_t const value : {32u, 0x41u, 0u, 32u, 0xFF0000u, 0xFF00u, 0xFFu, 0xFF000000u,
+                                      0x1008u, 0xFE00u, 0u, 0u, 0u}) {
+      word(value);
+    }
+    for (std::uint32_t const value : faces) word(value);
+    auto const image = m_document.GetImages().CreateNode(NNodeID());
+    image->SetImageLocator(
+        core::locator::NLocator(core::uri::NUri::CreateFileUri(m_files.Write("cube.dds", dds))));
+    return image;
+  }
+
   /// A texture of the wall's material from the pixels of a PPM file.
   void AddTexture(texture::NTextureUse use, unsigned width, unsigned height,
                   std::string const& pixels, texture_mapping::NTextureMapping* mapping = nullptr) {
@@ -142,6 +166,25 @@ TEST_F(PictureTest, DirectionalLampsLightByTheCosineAndAreGammaCorrect) {
   // From behind it lights the other side.
   lamp->SetDirectionZ(1);
   EXPECT_EQ(At(DrawPicture(), 1, 1)[0], 0);
+}
+
+TEST_F(PictureTest, EdgesAreSmoothAndNumbersAreNot) {
+  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  m_wall->SetRotationZ(10);
+  m_wall->SetScaleX(0.5);
+  m_wall->SetScaleY(0.5);
+  auto const picture = DrawPicture();
+  // A quarter, a half and three quarters of a pixel's samples.
+  std::map<int, int> greys;
+  for (unsigned i = 0; i != kWidth * kHeight; ++i) ++greys[picture.GetRow(0)[3 * i]];
+  ASSERT_EQ(greys.size(), 5u);
+  int quarter = 0;
+  for (auto const& [grey, count] : greys) {
+    EXPECT_NEAR(grey, Encode(0.25 * quarter++), 1);
+    EXPECT_GT(count, 10);
+  }
+  auto const numbers = DrawNumbers();
+  EXPECT_EQ(std::set<std::uint32_t>(numbers.begin(), numbers.end()).size(), 2u);
 }
 
 TEST_F(PictureTest, PointLampsEndAtTheirRange) {
@@ -300,6 +343,102 @@ TEST_F(PictureTest, TheFloorIsSeenAndShadowsFallOnIt) {
   EXPECT_EQ(seen(2), lit);
 }
 
+TEST_F(PictureTest, RoughSurfacesThrowLightBackWhereItComesFrom) {
+  // With the lamp at the camera, cosine and sine times tangent are known in the middle.
+  auto const lamp = AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  m_wall->SetRotationY(60);
+  m_material->SetRoughness(0.5);
+  double const square = 0.25, a = 1 - 0.5 * square / (square + 0.33),
+               b = 0.45 * square / (square + 0.09);
+  EXPECT_NEAR(GetMiddle()[0], Encode(0.5 * (a + b * std::sin(1.0471976) * std::tan(1.0471976))), 2);
+  lamp->SetDirectionX(std::sqrt(3));
+  lamp->SetDirectionZ(-1);
+  m_wall->SetRotationY(0);
+  EXPECT_NEAR(GetMiddle()[0], Encode(0.5 * a), 2);
+}
+
+TEST_F(PictureTest, HighlightsAreAsWideAsTheEccentricitySays) {
+  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  SetColor(*m_material, L"diffuse", 0, 0, 0);
+  SetColor(*m_material, L"specular", 1, 1, 1);
+  m_material->SetPower(60);
+  m_material->SetEccentricity(0.6);
+  double const cosine = std::cos(std::atan(3.9 / 12) / 2);
+  EXPECT_NEAR(At(DrawPicture(), 3.9f, 0)[2], Encode(std::pow(cosine, 15)), 4);
+}
+
+TEST_F(PictureTest, AClearCoatAddsASharpHighlightAndTakesItsShareOfTheLight) {
+  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  SetColor(*m_material, L"diffuse", 0.2, 0.2, 0.2);
+  int const before = At(DrawPicture(), 2, 0)[0];
+  m_material->SetClearcoatIndex(3);  // a quarter is reflected along the normal
+  auto const picture = DrawPicture();
+  EXPECT_GT(At(picture, 0, 0)[0], 250);
+  double const cosine = std::cos(std::atan(3.9 / 12) / 2);
+  EXPECT_NEAR(At(picture, 3.9f, 0)[0], Encode(0.2 * 0.75 + 0.25 * 51 * std::pow(cosine, 400)), 4);
+  m_material->SetClearcoatIndex(1);
+  EXPECT_EQ(At(DrawPicture(), 2, 0)[0], before);
+}
+
+TEST_F(PictureTest, FlecksGlitterWhereTheyAreTiltedToTheLamp) {
+  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  SetColor(*m_material, L"diffuse", 0.1, 0.1, 0.1);
+  SetColor(*m_material, L"fleck.specular", 0.8, 0.8, 0.8);
+  m_material->SetFleckSize(20);
+  m_material->SetFleckPerturbation(0.5);
+  auto const getGreys = [this] {
+    auto const picture = DrawPicture();
+    std::set<int> greys;
+    for (float x = -3.9f; x < 4; x += 0.1f) {
+      for (float y = -3; y < 3; y += 0.5f) greys.insert(GreyAt(picture, x, y));
+    }
+    return greys;
+  };
+  auto const greys = getGreys();
+  EXPECT_LE(*greys.begin(), Encode(0.12));
+  EXPECT_GE(*greys.rbegin(), Encode(0.6));
+  // Without a tilt they are as smooth as one highlight.
+  m_material->SetFleckPerturbation(0);
+  EXPECT_GT(*getGreys().begin(), Encode(0.12));
+}
+
+TEST_F(PictureTest, OneSidedModelsAreSeenFromTheFrontAlone) {
+  AddLamp(light_env::LAMP_TYPE_POINT, 0, 0, 12);
+  m_material->SetType(data::domain::material::NMaterialType(renderer::NMO_ONE_SIDED));
+  struct Row {
+    double rotation, scale;
+    bool isSeen;
+  };
+  for (Row const& row : {Row{0, 1, true}, Row{180, 1, false}, Row{0, -1, true}}) {
+    m_wall->SetRotationY(row.rotation);
+    m_wall->SetScaleX(row.scale);
+    EXPECT_EQ(GreyAt(DrawPicture(), 1, 1) > 100, row.isSeen) << row.rotation << ' ' << row.scale;
+  }
+  m_wall->SetRotationY(180);
+  m_wall->SetScaleX(1);
+  // Picks hit both sides.
+  EXPECT_EQ(DrawNumbers()[kHeight / 2 * kWidth + kWidth / 2], 1u);
+}
+
+TEST_F(PictureTest, OpacityTexturesBlendOrCutOff) {
+#ifndef CORVANTA_WITH_FREEIMAGE
+  GTEST_SKIP() << "pictures aren't decoded here";
+#endif
+  SetColor(*m_environment, L"color", 0, 0, 1);
+  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  SetColor(*m_material, L"diffuse", 1, 0, 0);
+  // Opacities of 0.75 and 0.25.
+  AddTexture(texture::NTU_OPACITY, 2, 1, std::string("\xBF\xBF\xBF\x40\x40\x40", 6));
+  auto const blended = DrawPicture();
+  ExpectColor(At(blended, -2, 0), {Encode(0.75), 0, Encode(0.25)});
+  ExpectColor(At(blended, 2, 0), {Encode(0.25), 0, Encode(0.75)});
+  auto const texture = m_material->GetTextures().begin()->first.Get();
+  texture->SetOperationType(texture::NTextureOperationType(128));
+  auto const cut = DrawPicture();
+  EXPECT_EQ(At(cut, -2, 0), (Color{255, 0, 0}));
+  EXPECT_EQ(At(cut, 2, 0), (Color{0, 0, 255}));
+}
+
 TEST_F(PictureTest, ABackgroundPictureFillsTheView) {
 #ifndef CORVANTA_WITH_FREEIMAGE
   GTEST_SKIP() << "pictures aren't decoded here";
@@ -325,25 +464,8 @@ TEST_F(PictureTest, ABackgroundPictureFillsTheView) {
 
 TEST_F(PictureTest, TheEnvironmentIsSeenInItsDirection) {
   m_wall->SetIsVisibleFlag(false);
-  // Six faces of one colour each, in a cube map of one pixel a face.
-  std::string dds = "DDS ";
-  auto const word = [&dds](std::uint32_t value) {
-    for (int i = 0; i != 4; ++i) dds += static_cast<char>(value >> 8 * i);
-  };
-  for (std::uint32_t const value : {124u, 0x1007u, 1u, 1u, 4u, 0u, 0u}) word(value);
-  for (int i = 0; i != 11; ++i) word(0);
-  for (std::uint32_t const value : {32u, 0x41u, 0u, 32u, 0xFF0000u, 0xFF00u, 0xFFu, 0xFF000000u,
-                                    0x1008u, 0xFE00u, 0u, 0u, 0u}) {
-    word(value);
-  }
-  for (std::uint32_t const value :
-       {0xFFFF0000u, 0xFF00FF00u, 0xFF0000FFu, 0xFFFFFF00u, 0xFFFF00FFu, 0xFF00FFFFu}) {
-    word(value);
-  }
-  auto const image = m_document.GetImages().CreateNode(NNodeID());
-  image->SetImageLocator(
-      core::locator::NLocator(core::uri::NUri::CreateFileUri(m_files.Write("cube.dds", dds))));
-  m_environment->GetEnvironmentMap().SetImage(image);
+  m_environment->GetEnvironmentMap().SetImage(
+      CreateCube({0xFFFF0000u, 0xFF00FF00u, 0xFF0000FFu, 0xFFFFFF00u, 0xFFFF00FFu, 0xFF00FFFFu}));
   Color const faces[] = {{255, 0, 0},   {0, 255, 0},   {0, 0, 255},
                          {255, 255, 0}, {255, 0, 255}, {0, 255, 255}};
   m_camera->SetUpY(0.7);
@@ -361,6 +483,48 @@ TEST_F(PictureTest, TheEnvironmentIsSeenInItsDirection) {
   m_camera->SetInterestX(1);
   m_camera->SetInterestZ(12);
   ExpectColor(GetMiddle(), faces[4]);
+}
+
+TEST_F(PictureTest, AnEnvironmentLightsASurfaceFromItsSide) {
+  m_material->SetEnvironmentMapIsEnabledFlag(true);
+  m_material->SetIblDiffuseCoeff(0.5);
+  // The same light from everywhere is thrown back as it is.
+  m_environment->GetEnvironmentMap().SetImage(
+      CreateCube({0xFF808080u, 0xFF808080u, 0xFF808080u, 0xFF808080u, 0xFF808080u, 0xFF808080u}));
+  double const grey = std::pow((128 / 255.0 + 0.055) / 1.055, 2.4);
+  EXPECT_NEAR(GetMiddle()[0], Encode(0.5 * grey), 2);
+  m_material->SetIblContrast(2);
+  EXPECT_NEAR(GetMiddle()[0], Encode(0.5 * grey * grey / 0.18), 2);
+  m_material->SetIblContrast(1);
+  // Of the face opposite to it a wall sees more than half: 1/pi of the cosine over the face's solid
+  // angle is 0.554, of each face beside it a quarter of the rest.
+  m_environment->GetEnvironmentMap().SetImage(
+      CreateCube({0xFF00FF00u, 0xFF000000u, 0xFF000000u, 0xFF000000u, 0xFFFF0000u, 0xFF0000FFu}));
+  Color const color = GetMiddle();
+  EXPECT_NEAR(color[0], Encode(0.5 * 0.554), 8);
+  EXPECT_NEAR(color[1], Encode(0.5 * 0.446 / 4), 8);
+  EXPECT_LT(color[2], 20);
+}
+
+TEST_F(PictureTest, ReflectionsFollowScaleBiasAndRollOff) {
+  SetColor(*m_material, L"diffuse", 0, 0, 0);
+  m_material->SetEnvironmentMapIsEnabledFlag(true);
+  m_material->SetIblSpecularCoeff(1);
+  m_material->SetRefractiveIndex(3);
+  m_environment->GetEnvironmentMap().SetImage(
+      CreateCube({0xFFFFFFFFu, 0xFFFFFFFFu, 0xFFFFFFFFu, 0xFFFFFFFFu, 0xFFFFFFFFu, 0xFFFFFFFFu}));
+  EXPECT_NEAR(GetMiddle()[0], Encode(0.25), 2);
+  m_material->SetBias(0.1);
+  m_material->SetScale(2);
+  EXPECT_NEAR(GetMiddle()[0], Encode(0.6), 2);
+  m_material->SetBias(0);
+  m_material->SetScale(1);
+  m_material->SetBackRefractiveIndex(3);
+  EXPECT_NEAR(GetMiddle()[0], 0, 4);
+  // At 80 degrees: 0 along the normal, half of the default at a grazing angle.
+  m_material->SetSpecularRollOff(0.35);
+  m_wall->SetRotationY(80);
+  EXPECT_NEAR(GetMiddle()[0], Encode(0.5 * std::pow(1 - std::cos(1.3962634), 5)), 4);
 }
 
 }  // namespace

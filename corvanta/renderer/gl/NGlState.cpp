@@ -96,6 +96,8 @@ NGlState::NGlState()
       m_clearStencil(GetInteger(GL_STENCIL_CLEAR_VALUE)),
       m_depthFunction(GetInteger(GL_DEPTH_FUNC)),
       m_readClamp(GetInteger(GL_CLAMP_READ_COLOR)),
+      m_culledFace(GetInteger(GL_CULL_FACE_MODE)),
+      m_frontFace(GetInteger(GL_FRONT_FACE)),
       m_blendEquations{GetInteger(GL_BLEND_EQUATION_RGB), GetInteger(GL_BLEND_EQUATION_ALPHA)},
       m_clipControl{},
       m_polygonMode{} {
@@ -169,6 +171,8 @@ void NGlState::Restore() const {
   glPolygonMode(GL_FRONT_AND_BACK, GetEnumerator(m_polygonMode[0]));
   glDepthFunc(GetEnumerator(m_depthFunction));
   glDepthMask(m_depthMask);
+  glCullFace(GetEnumerator(m_culledFace));
+  glFrontFace(GetEnumerator(m_frontFace));
   glClampColor(GL_CLAMP_READ_COLOR, GetEnumerator(m_readClamp));
   for (std::size_t i = 0; i != 2; ++i) {
     StencilFace const& face = m_stencil[i];
@@ -198,7 +202,10 @@ void NGlState::SetDrawingState() {
   glClearStencil(0);
   glClampColor(GL_CLAMP_READ_COLOR, GL_FIXED_ONLY);
   glBlendEquation(GL_FUNC_ADD);
-  glBlendFunc(GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
+  // The alpha of what is drawn into is no opacity; see NSF_GLOW.
+  glBlendFuncSeparate(GL_ONE, GL_ONE_MINUS_SRC_ALPHA, GL_ZERO, GL_ONE_MINUS_SRC_ALPHA);
+  glCullFace(GL_BACK);
+  glFrontFace(GL_CCW);
   if (HasClipControl()) glClipControl(GL_LOWER_LEFT, GL_ZERO_TO_ONE);
 }
 

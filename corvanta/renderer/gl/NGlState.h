@@ -39,7 +39,7 @@ class NGlState {
   std::array<GLfloat, 4> m_clearColor;
   std::array<GLfloat, 2> m_depthRange, m_polygonOffset;
   GLfloat m_clearDepth;
-  GLint m_clearStencil, m_depthFunction, m_readClamp;
+  GLint m_clearStencil, m_depthFunction, m_readClamp, m_culledFace, m_frontFace;
   GLboolean m_depthMask;
   std::array<StencilFace, 2> m_stencil;  // front, back
   std::array<GLint, 4> m_blendFunctions;

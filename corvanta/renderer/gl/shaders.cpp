@@ -2,7 +2,26 @@
 
 namespace corvanta::renderer {
 
-char const* const kSurfaceVertexShader = R"(#version 330 core
+namespace {
+
+constexpr char kVersion[] = "#version 330 core\n";
+
+constexpr char const* kFeatureNames[] = {
+    "COLOR_MAP",  "BUMP_MAP",   "SPECULAR_MAP", "EMISSIVE_MAP", "OPACITY_MAP",  "BOUNDS", "LIT",
+    "HIGHLIGHTS", "REFLECTION", "IRRADIANCE",   "CUBE",         "CONTRAST",     "ROUGH",  "COAT",
+    "FLECKS",     "BLEND",      "MASK",         "WIREFRAME",    "TONE_MAPPING", "GAMMA",  "GLOW"};
+
+std::string MakeHead(NSurfaceKey const& key) {
+  std::string head = kVersion;
+  unsigned bit = 0;
+  for (char const* const name : kFeatureNames) {
+    if ((key.features >> bit++ & 1u) != 0) head += std::string("#define ") + name + '\n';
+  }
+  if (key.hasLocalLamps) head += "#define LOCAL_LAMPS\n";
+  return head + "#define DIRECTIONAL_COUNT " + std::to_string(key.directionalCount) + '\n';
+}
+
+constexpr char kSurfaceVertexShader[] = R"(
 layout(location = 0) in vec3 position;
 layout(location = 1) in vec3 normal;
 layout(location = 2) in vec2 coords0;
@@ -12,48 +31,112 @@ layout(location = 5) in vec2 coords3;
 layout(location = 6) in vec2 coords4;
 layout(location = 7) in vec3 tangent;
 layout(location = 8) in vec3 binormal;
+layout(location = 9) in mat4 world;
+layout(location = 13) in mat3 normalWorld;
 
-uniform mat4 world;
-uniform mat3 normalWorld;
 uniform mat4 viewProjection;
 uniform vec2 depthRange;
 
 out vec3 worldPosition;
 out vec3 worldNormal;
+#ifdef COLOR_MAP
+out vec2 colorCoords;
+#endif
+#ifdef BUMP_MAP
+out vec2 bumpCoords;
 out vec3 worldTangent;
 out vec3 worldBinormal;
-out vec2 coords[5];
+#endif
+#ifdef SPECULAR_MAP
+out vec2 specularCoords;
+#endif
+#ifdef EMISSIVE_MAP
+out vec2 emissiveCoords;
+#endif
+#ifdef OPACITY_MAP
+out vec2 opacityCoords;
+#endif
+#ifdef FLECKS
+out vec3 fleckPosition;  // moves and turns with the model
+#endif
 
 void main() {
   vec4 global = world * vec4(position, 1.0);
   worldPosition = global.xyz;
   worldNormal = normalWorld * normal;
+#ifdef COLOR_MAP
+  colorCoords = coords0;
+#endif
+#ifdef BUMP_MAP
+  bumpCoords = coords1;
   worldTangent = mat3(world) * tangent;
   worldBinormal = mat3(world) * binormal;
-  coords[0] = coords0;
-  coords[1] = coords1;
-  coords[2] = coords2;
-  coords[3] = coords3;
-  coords[4] = coords4;
+#endif
+#ifdef SPECULAR_MAP
+  specularCoords = coords2;
+#endif
+#ifdef EMISSIVE_MAP
+  emissiveCoords = coords3;
+#endif
+#ifdef OPACITY_MAP
+  opacityCoords = coords4;
+#endif
+#ifdef FLECKS
+  fleckPosition = position * vec3(length(world[0].xyz), length(world[1].xyz), length(world[2].xyz));
+#endif
   gl_Position = viewProjection * global;
   gl_Position.z = depthRange.x * gl_Position.z + depthRange.y * gl_Position.w;
 }
 )";
 
 // Lambert and Blinn-Phong: J. F. Blinn, Models of light reflection for computer synthesized
-// pictures, 1977. Bumps: J. F. Blinn, Simulation of wrinkled surfaces, 1978. What a smooth surface
+// pictures, 1977. Rough surfaces: M. Oren and S. K. Nayar, Generalization of Lambert's reflectance
+// model, 1994. Bumps: J. F. Blinn, Simulation of wrinkled surfaces, 1978. What a smooth surface
 // reflects at an angle: C. Schlick, An inexpensive BRDF model for physically-based rendering, 1994.
-// Tone mapping: E. Reinhard et al., Photographic tone reproduction for digital images, 2002.
-char const* const kSurfaceFragmentShader = R"(const int kSpot = 2;
+// Light from an environment: R. Ramamoorthi and P. Hanrahan, An efficient representation for
+// irradiance environment maps, 2001. Flecks: S. Ershov, K. Kolchin and K. Myszkowski, Rendering
+// pearlescent appearance based on paint-composition modelling, 2001. Tone mapping: E. Reinhard et
+// al., Photographic tone reproduction for digital images, 2002.
+constexpr char kSurfaceFragmentShader[] = R"(
+#if defined(HIGHLIGHTS) || defined(COAT) || defined(FLECKS)
+#define SHINY
+#endif
+#if defined(SHINY) || defined(REFLECTION) || defined(ROUGH) || defined(WIREFRAME)
+#define VIEW
+#endif
+#if defined(REFLECTION) || defined(IRRADIANCE)
+#define ENVIRONMENT
+#endif
+const int kSpot = 2;
 const int kHeights = 1;
 const int kAdd = 1;
 const int kCover = 2;
+const int kIgnoreAlpha = 3;
+const float kCoatPower = 400.0;
+const float kFleckPower = 64.0;
 
 in vec3 worldPosition;
 in vec3 worldNormal;
+#ifdef COLOR_MAP
+in vec2 colorCoords;
+#endif
+#ifdef BUMP_MAP
+in vec2 bumpCoords;
 in vec3 worldTangent;
 in vec3 worldBinormal;
-in vec2 coords[5];
+#endif
+#ifdef SPECULAR_MAP
+in vec2 specularCoords;
+#endif
+#ifdef EMISSIVE_MAP
+in vec2 emissiveCoords;
+#endif
+#ifdef OPACITY_MAP
+in vec2 opacityCoords;
+#endif
+#ifdef FLECKS
+in vec3 fleckPosition;
+#endif
 out vec4 result;
 
 uniform vec4 viewpoint;  // a position, or with w = 0 the direction to the camera
@@ -63,33 +146,39 @@ uniform vec3 specular;
 uniform vec3 emissive;
 uniform float power;
 uniform float opacity;
+uniform float cutOff;
+uniform vec2 rough;  // the two factors of the formula for rough surfaces
+uniform float coatReflectance;
+uniform vec3 fleckColor;
+uniform float fleckSize;
+uniform float fleckPerturbation;
 
 uniform int bounds;  // two bits for each: it ends at the borders of u, of v
 uniform int colorOperation;
 uniform int bumpContent;
 uniform float bumpScale;
 uniform bool opacityInAlpha;
-uniform bool wireframe;  // a line has no face of its own
 uniform sampler2D colorMap;
 uniform sampler2D bumpMap;
 uniform sampler2D specularMap;
 uniform sampler2D emissiveMap;
 uniform sampler2D opacityMap;
 
-uniform int directionalCount;  // of the lamps, which come first
 uniform int lampCount;
-uniform int specularCount;  // directionalCount for what has highlights, otherwise 0
-uniform int lampType[7];
-uniform vec3 lampColor[7];
-uniform vec3 lampPosition[7];
-uniform vec3 lampDirection[7];
-uniform vec2 lampCone[7];  // cosines of half the angles
-uniform float lampRange[7];
-uniform int lampAttenuation[7];
+uniform int lampType[16];
+uniform vec3 lampColor[16];
+uniform vec3 lampPosition[16];
+uniform vec3 lampDirection[16];
+uniform vec2 lampCone[16];  // cosines of half the angles
+uniform float lampRange[16];
+uniform int lampAttenuation[16];
 
 uniform float reflection;  // a factor of the reflected environment
-uniform float normalReflectance;
+uniform vec4 fresnel;      // along the normal, at a grazing angle; a factor and a constant for both
 uniform float reflectionLod;
+uniform float environmentContrast;
+uniform float irradiance;      // a factor of the light from the environment
+uniform vec3 harmonics[9];     // of that light
 uniform int environmentProjection;
 uniform mat3 environmentRotation;
 uniform samplerCube environmentCube;
@@ -97,52 +186,80 @@ uniform sampler2D environmentImage;
 
 uniform float exposure;
 uniform float gamma;
-uniform float white;  // 0: no tone mapping
-
-// A software driver runs both sides of a branch, but skips a loop without rounds. Each of these is
-// 1, or 0 for what a material or the camera lacks.
-uniform int used[5];  // textures
-uniform int reflectionCount;
-uniform int gammaCount;
+uniform float white;
 
 // Whether a texture covers this position.
-bool Covers(int slot) {
-  bvec2 outside = bvec2(floor(coords[slot]));
+bool Covers(int slot, vec2 coords) {
+#ifdef BOUNDS
+  bvec2 outside = bvec2(floor(coords));
   int ends = bounds >> 2 * slot;
   return !((ends & 1) != 0 && outside.x) && !((ends & 2) != 0 && outside.y);
+#else
+  return true;
+#endif
 }
 
+#ifdef ENVIRONMENT
+vec3 Contrast(vec3 light) {
+#ifdef CONTRAST
+  return 0.18 * pow(max(light, 0.0) / 0.18, vec3(environmentContrast));
+#else
+  return light;
+#endif
+}
+#endif
+
+#ifdef REFLECTION
 vec3 SampleEnvironment(vec3 direction, float blur) {
   vec3 d = environmentRotation * direction;
-  if (environmentProjection == 0) return textureLod(environmentCube, d, blur).rgb;
+#ifdef CUBE
+  return Contrast(textureLod(environmentCube, d, blur).rgb);
+#else
   if (environmentProjection == 1) {
-    return textureLod(environmentImage, vec2(atan(d.x, -d.z) / 6.2831853 + 0.5, asin(d.y) / 3.1415927 + 0.5), blur).rgb;
+    return Contrast(textureLod(environmentImage, vec2(atan(d.x, -d.z) / 6.2831853 + 0.5, asin(d.y) / 3.1415927 + 0.5), blur).rgb);
   }
   float sine = length(d.xy);
   vec2 around = sine > 0.0 ? d.xy / sine : vec2(0.0);
-  return textureLod(environmentImage, 0.5 + around * acos(clamp(-d.z, -1.0, 1.0)) / 6.2831853, blur).rgb;
+  return Contrast(textureLod(environmentImage, 0.5 + around * acos(clamp(-d.z, -1.0, 1.0)) / 6.2831853, blur).rgb);
+#endif
 }
+#endif
+
+#ifdef IRRADIANCE
+vec3 Irradiance(vec3 n) {
+  vec3 d = environmentRotation * n;
+  vec3 light = harmonics[0] + harmonics[1] * d.y + harmonics[2] * d.z + harmonics[3] * d.x +
+               harmonics[4] * (d.x * d.y) + harmonics[5] * (d.y * d.z) +
+               harmonics[6] * (3.0 * d.z * d.z - 1.0) + harmonics[7] * (d.x * d.z) +
+               harmonics[8] * (d.x * d.x - d.y * d.y);
+  return Contrast(max(light, 0.0));
+}
+#endif
 
 vec3 GetNormal(vec3 toViewpoint) {
   vec3 face = cross(dFdx(worldPosition), dFdy(worldPosition));
   vec3 n = dot(worldNormal, worldNormal) > 0.0 ? normalize(worldNormal) : normalize(face);
-  for (int once = 0; once < used[1]; ++once) {
-    if (!Covers(1) || dot(worldTangent, worldTangent) == 0.0 || dot(worldBinormal, worldBinormal) == 0.0) break;
+#ifdef BUMP_MAP
+  if (Covers(1, bumpCoords) && dot(worldTangent, worldTangent) != 0.0 && dot(worldBinormal, worldBinormal) != 0.0) {
     vec3 t = normalize(worldTangent);
     vec3 b = normalize(worldBinormal);
     if (bumpContent == kHeights) {
       vec2 texel = 1.0 / vec2(textureSize(bumpMap, 0));
-      vec2 at = coords[1];
-      float du = texture(bumpMap, at + vec2(texel.x, 0.0)).r - texture(bumpMap, at - vec2(texel.x, 0.0)).r;
-      float dv = texture(bumpMap, at + vec2(0.0, texel.y)).r - texture(bumpMap, at - vec2(0.0, texel.y)).r;
+      float du = texture(bumpMap, bumpCoords + vec2(texel.x, 0.0)).r - texture(bumpMap, bumpCoords - vec2(texel.x, 0.0)).r;
+      float dv = texture(bumpMap, bumpCoords + vec2(0.0, texel.y)).r - texture(bumpMap, bumpCoords - vec2(0.0, texel.y)).r;
       n = normalize(n - bumpScale * 2.0 * (du * t + dv * b));
     } else {
-      vec3 m = texture(bumpMap, coords[1]).xyz * 2.0 - 1.0;
+      vec3 m = texture(bumpMap, bumpCoords).xyz * 2.0 - 1.0;
       n = normalize(m.x * bumpScale * t + m.y * bumpScale * b + m.z * n);
     }
   }
+#endif
   // Both sides are seen; the one towards the camera is lit.
-  float side = wireframe || dot(face, face) == 0.0 ? dot(n, toViewpoint) : dot(n, face);
+#ifdef WIREFRAME
+  float side = dot(n, toViewpoint);
+#else
+  float side = dot(n, face);
+#endif
   return side < 0.0 ? -n : n;
 }
 
@@ -157,66 +274,135 @@ float Attenuation(int lamp, float distance) {
 
 vec3 ApplyExposure(vec3 light) {
   vec3 c = max(light * exposure, 0.0);
-  if (white > 0.0) c = c * (1.0 + c / (white * white)) / (1.0 + c);
-  for (int once = 0; once < gammaCount; ++once) c = pow(c, vec3(1.0 / gamma));
-  return min(c, 1.0);
+#ifdef TONE_MAPPING
+  c = c * (1.0 + c / (white * white)) / (1.0 + c);
+#endif
+#ifdef GAMMA
+  c = pow(c, vec3(1.0 / gamma));
+#endif
+  return c;
 }
 
-vec3 Highlight(vec3 n, vec3 l, vec3 toViewpoint, float cosine) {
-  vec3 halfway = l + toViewpoint;
-  float cosineToHalf = max(dot(n, halfway), 0.0) * inversesqrt(max(dot(halfway, halfway), 1e-12));
-  return vec3(pow(cosineToHalf, power) * cosine);
+// What a surface turned by `cosine` to a lamp throws back in all directions.
+float Scatter(vec3 n, vec3 l, vec3 toViewpoint, float cosine) {
+#ifdef ROUGH
+  float seen = max(dot(n, toViewpoint), 0.0);
+  float s = dot(l, toViewpoint) - cosine * seen;
+  return cosine * (rough.x + rough.y * (s > 0.0 ? s / max(max(cosine, seen), 1e-4) : s));
+#else
+  return cosine;
+#endif
 }
+
+float Schlick(float normal, float cosine) {
+  return mix(normal, 1.0, pow(1.0 - clamp(cosine, 0.0, 1.0), 5.0));
+}
+
+#ifdef SHINY
+#ifdef FLECKS
+// Where the fleck at this position is tilted to: each coordinate from -1 to 1.
+vec3 GetTilt() {
+  uvec3 cell = uvec3(ivec3(floor(fleckPosition / fleckSize)));
+  uint h = cell.x * 73856093u ^ cell.y * 19349663u ^ cell.z * 83492791u;
+  vec3 tilt;
+  for (int i = 0; i < 3; ++i) {
+    h = (h ^ (h >> 16)) * 0x7feb352du;
+    h = (h ^ (h >> 15)) * 0x846ca68bu;
+    h ^= h >> 16;
+    tilt[i] = float(h & 0xffffu) / 32767.5 - 1.0;
+  }
+  return tilt;
+}
+#endif
+
+vec3 Highlight(vec3 specularColor, vec3 n, vec3 fleck, vec3 l, vec3 toViewpoint, float cosine) {
+  vec3 halfway = l + toViewpoint;
+  halfway *= inversesqrt(max(dot(halfway, halfway), 1e-12));
+  float cosineToHalf = max(dot(n, halfway), 0.0);
+  vec3 light = vec3(0.0);
+#ifdef HIGHLIGHTS
+  light += specularColor * pow(cosineToHalf, power);
+#endif
+#ifdef FLECKS
+  light += fleckColor * pow(max(dot(fleck, halfway), 0.0), kFleckPower);
+#endif
+#ifdef COAT
+  light += Schlick(coatReflectance, dot(l, halfway)) * (kCoatPower + 8.0) / 8.0 * pow(cosineToHalf, kCoatPower);
+#endif
+  return light * cosine;
+}
+#endif
 
 void main() {
+#ifdef VIEW
   vec3 toViewpoint = normalize(viewpoint.xyz - worldPosition * viewpoint.w);
+#else
+  vec3 toViewpoint = vec3(0.0);
+#endif
   vec3 n = GetNormal(toViewpoint);
   vec3 diffuseColor = diffuse;
   vec3 ambientColor = ambient;
   float alpha = opacity;
-  for (int once = 0; once < used[0]; ++once) {
-    vec4 texel = texture(colorMap, coords[0]);
-    if (!Covers(0)) break;
+#ifdef COLOR_MAP
+  vec4 colorTexel = texture(colorMap, colorCoords);
+  if (Covers(0, colorCoords)) {
+    float texelAlpha = colorTexel.a;
+#ifdef OPACITY_MAP
+    texelAlpha = 1.0;
+#endif
     if (colorOperation == kAdd) {
-      diffuseColor += texel.rgb;
-      ambientColor += ambient * texel.rgb;
+      diffuseColor += colorTexel.rgb;
+      ambientColor += ambient * colorTexel.rgb;
     } else if (colorOperation == kCover) {
-      diffuseColor = mix(diffuseColor, texel.rgb, texel.a);
-      alpha *= texel.a;
+      diffuseColor = mix(diffuseColor, colorTexel.rgb, colorTexel.a);
+      alpha *= texelAlpha;
     } else {
-      diffuseColor *= texel.rgb;
-      ambientColor *= texel.rgb;
-      alpha *= texel.a;
+      diffuseColor *= colorTexel.rgb;
+      ambientColor *= colorTexel.rgb;
+      alpha *= colorOperation == kIgnoreAlpha ? 1.0 : texelAlpha;
     }
   }
-  for (int once = 0; once < used[4]; ++once) {
-    vec4 texel = texture(opacityMap, coords[4]);
-    if (Covers(4)) alpha *= opacityInAlpha ? texel.a : texel.r;
-  }
-#ifdef ALPHA_TEST
+#endif
+#ifdef OPACITY_MAP
+  vec4 opacityTexel = texture(opacityMap, opacityCoords);
+  if (Covers(4, opacityCoords)) alpha *= opacityInAlpha ? opacityTexel.a : opacityTexel.r;
+#endif
+#ifdef MASK
+  if (alpha < cutOff) discard;
+  alpha = 1.0;
+#endif
+#ifdef BLEND
   if (alpha < 1.0 / 255.0) discard;
 #endif
   vec3 specularColor = specular;
+#ifdef SPECULAR_MAP
+  vec3 specularTexel = texture(specularMap, specularCoords).rgb;
+  if (Covers(2, specularCoords)) specularColor *= specularTexel;
+#endif
   vec3 emission = emissive;
-  for (int once = 0; once < used[2]; ++once) {
-    vec3 texel = texture(specularMap, coords[2]).rgb;
-    if (Covers(2)) specularColor *= texel;
-  }
-  for (int once = 0; once < used[3]; ++once) {
-    vec3 texel = texture(emissiveMap, coords[3]).rgb;
-    if (Covers(3)) emission *= texel;
-  }
+#ifdef EMISSIVE_MAP
+  vec3 emissiveTexel = texture(emissiveMap, emissiveCoords).rgb;
+  if (Covers(3, emissiveCoords)) emission *= emissiveTexel;
+#endif
 
-  vec3 diffuseLight = ambientColor + emission;
+  vec3 fleck = n;
+#ifdef FLECKS
+  fleck = normalize(n + fleckPerturbation * GetTilt());
+#endif
+  vec3 arriving = vec3(0.0);
   vec3 highlight = vec3(0.0);
-  for (int i = 0; i < directionalCount; ++i) {
-    diffuseLight += diffuseColor * lampColor[i] * max(-dot(n, lampDirection[i]), 0.0);
-  }
-  for (int i = 0; i < specularCount; ++i) {
+#ifdef LIT
+#if DIRECTIONAL_COUNT > 0
+  for (int i = 0; i < DIRECTIONAL_COUNT; ++i) {
     float cosine = max(-dot(n, lampDirection[i]), 0.0);
-    highlight += specularColor * lampColor[i] * Highlight(n, -lampDirection[i], toViewpoint, cosine);
+    arriving += lampColor[i] * Scatter(n, -lampDirection[i], toViewpoint, cosine);
+#ifdef SHINY
+    highlight += lampColor[i] * Highlight(specularColor, n, fleck, -lampDirection[i], toViewpoint, cosine);
+#endif
   }
-  for (int i = directionalCount; i < lampCount; ++i) {
+#endif
+#ifdef LOCAL_LAMPS
+  for (int i = DIRECTIONAL_COUNT; i < lampCount; ++i) {
     vec3 toLamp = lampPosition[i] - worldPosition;
     float distance = length(toLamp);
     vec3 l = toLamp / max(distance, 1e-30);
@@ -225,24 +411,74 @@ void main() {
       strength *= smoothstep(lampCone[i].y, lampCone[i].x, dot(-l, lampDirection[i]));
     }
     float cosine = max(dot(n, l), 0.0);
-    diffuseLight += diffuseColor * lampColor[i] * strength * cosine;
-    highlight += specularColor * lampColor[i] * strength * Highlight(n, l, toViewpoint, cosine);
+    arriving += lampColor[i] * strength * Scatter(n, l, toViewpoint, cosine);
+#ifdef SHINY
+    highlight += lampColor[i] * strength * Highlight(specularColor, n, fleck, l, toViewpoint, cosine);
+#endif
   }
-  for (int once = 0; once < reflectionCount; ++once) {
-    float fresnel = mix(normalReflectance, 1.0, pow(1.0 - clamp(dot(n, toViewpoint), 0.0, 1.0), 5.0));
-    highlight += reflection * fresnel * SampleEnvironment(reflect(-toViewpoint, n), reflectionLod);
-  }
+#endif
+#endif
+#ifdef IRRADIANCE
+  arriving += irradiance * Irradiance(n);
+#endif
+  vec3 diffuseLight = ambientColor + emission + diffuseColor * arriving;
+#ifdef COAT
+  float coat = Schlick(coatReflectance, dot(n, toViewpoint));
+  diffuseLight *= 1.0 - coat;
+#endif
+#ifdef REFLECTION
+  float mirrored = mix(fresnel.x, fresnel.y, pow(1.0 - clamp(dot(n, toViewpoint), 0.0, 1.0), 5.0));
+  vec3 direction = reflect(-toViewpoint, n);
+  vec3 image = reflection * max(fresnel.w + fresnel.z * mirrored, 0.0) * SampleEnvironment(direction, reflectionLod);
+#ifdef COAT
+  image = (1.0 - coat) * image + reflection * coat * SampleEnvironment(direction, 0.0);
+#endif
+  highlight += image;
+#endif
   // A highlight is seen on glass that is otherwise invisible.
   highlight = max(highlight, 0.0);
+  vec3 c = ApplyExposure(diffuseLight + highlight);
+#ifdef BLEND
   alpha = clamp(max(alpha, max(highlight.r, max(highlight.g, highlight.b))), 0.0, 1.0);
-  result = vec4(ApplyExposure(diffuseLight + highlight) * alpha, alpha);
+  result = vec4(min(c, 1.0) * alpha, alpha);
+#else
+  result = vec4(min(c, 1.0), 1.0);
+#ifdef GLOW
+  result.a = max(max(c.r, max(c.g, c.b)) - 1.0, 0.0);
+#endif
+#endif
+}
+)";
+
+}  // namespace
+
+std::string MakeSurfaceVertexShader(NSurfaceKey const& key) {
+  return MakeHead(key) + kSurfaceVertexShader;
+}
+
+std::string MakeSurfaceFragmentShader(NSurfaceKey const& key) {
+  return MakeHead(key) + kSurfaceFragmentShader;
+}
+
+char const* const kFlatVertexShader = R"(#version 330 core
+layout(location = 0) in vec3 position;
+layout(location = 9) in mat4 world;
+layout(location = 13) in vec4 color;
+uniform mat4 viewProjection;
+uniform vec2 depthRange;
+flat out vec4 instanceColor;
+
+void main() {
+  instanceColor = color;
+  gl_Position = viewProjection * (world * vec4(position, 1.0));
+  gl_Position.z = depthRange.x * gl_Position.z + depthRange.y * gl_Position.w;
 }
 )";
 
 char const* const kFlatFragmentShader = R"(#version 330 core
+flat in vec4 instanceColor;
 out vec4 result;
-uniform vec4 color;
-void main() { result = color; }
+void main() { result = instanceColor; }
 )";
 
 char const* const kBackgroundVertexShader = R"(#version 330 core
@@ -286,7 +522,9 @@ void main() {
   }
   c = max(c * exposure, 0.0);
   if (white > 0.0) c = c * (1.0 + c / (white * white)) / (1.0 + c);
-  result = vec4(min(pow(c, vec3(1.0 / gamma)), 1.0), 1.0);
+  c = pow(c, vec3(1.0 / gamma));
+  // As with a surface, alpha is what is above white.
+  result = vec4(min(c, 1.0), max(max(c.r, max(c.g, c.b)) - 1.0, 0.0));
 }
 )";
 

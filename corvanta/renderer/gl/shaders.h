@@ -1,14 +1,52 @@
 #pragma once
 
+#include <compare>
+#include <string>
+
 /// The sources of the shaders, and what they and the C++ code agree on. Matrices come as the
 /// library holds them: its rows, which row vectors are multiplied from the left, are the columns of
 /// the shading language.
 namespace corvanta::renderer {
 
-extern char const* const kSurfaceVertexShader;
-/// Without its version line. With ALPHA_TEST it discards what is wholly transparent, which keeps a
-/// driver from testing the depth first.
-extern char const* const kSurfaceFragmentShader;
+/// What a surface needs of its shaders. A software driver runs both sides of a branch, so that
+/// there is a program for each set of these: a surface pays for what it uses alone.
+enum NSurfaceFeature : unsigned {
+  NSF_COLOR_MAP = 1u << 0,  ///< the maps are in the order of NTextureSlot
+  NSF_BUMP_MAP = 1u << 1,
+  NSF_SPECULAR_MAP = 1u << 2,
+  NSF_EMISSIVE_MAP = 1u << 3,
+  NSF_OPACITY_MAP = 1u << 4,
+  NSF_BOUNDS = 1u << 5,  ///< a texture ends at its borders
+  NSF_LIT = 1u << 6,     ///< lamps light it
+  NSF_HIGHLIGHTS = 1u << 7,
+  NSF_REFLECTION = 1u << 8,  ///< it mirrors an environment
+  NSF_IRRADIANCE = 1u << 9,  ///< an environment lights it
+  NSF_CUBE = 1u << 10,       ///< the environment is a cube map
+  NSF_CONTRAST = 1u << 11,   ///< of the environment's light
+  NSF_ROUGH = 1u << 12,
+  NSF_COAT = 1u << 13,
+  NSF_FLECKS = 1u << 14,
+  NSF_BLEND = 1u << 15,      ///< what is behind shines through
+  NSF_MASK = 1u << 16,       ///< it is cut off by its opacity
+  NSF_WIREFRAME = 1u << 17,  ///< a line has no face of its own
+  NSF_TONE_MAPPING = 1u << 18,
+  NSF_GAMMA = 1u << 19,
+  NSF_GLOW = 1u << 20,  ///< the alpha of an opaque pixel is its light above white
+};
+
+/// Which program draws a surface.
+struct NSurfaceKey {
+  unsigned features = 0;     // of NSurfaceFeature
+  int directionalCount = 0;  // of the lamps, which come first
+  bool hasLocalLamps = false;
+
+  friend auto operator<=>(NSurfaceKey const&, NSurfaceKey const&) = default;
+};
+
+std::string MakeSurfaceVertexShader(NSurfaceKey const& key);
+std::string MakeSurfaceFragmentShader(NSurfaceKey const& key);
+
+extern char const* const kFlatVertexShader;
 extern char const* const kFlatFragmentShader;
 extern char const* const kBackgroundVertexShader;
 extern char const* const kBackgroundFragmentShader;
@@ -30,7 +68,9 @@ static_assert(sizeof kTextureSlots / sizeof *kTextureSlots == NTS_COUNT);
 inline constexpr int kEnvironmentCubeUnit = 5;
 inline constexpr int kEnvironmentImageUnit = 6;
 inline constexpr unsigned kUnitCount = 7;
-inline constexpr unsigned kLampCount = 7;
+inline constexpr unsigned kLampCount = 16;
+/// So many of the first lamps can make shadows: a stencil's eight bits, less the floor's.
+inline constexpr unsigned kShadowCount = 7;
 
 /// The locations of a vertex's attributes; a slot's coordinates are at kFirstCoords + slot.
 inline constexpr unsigned kPosition = 0;
@@ -38,5 +78,9 @@ inline constexpr unsigned kNormal = 1;
 inline constexpr unsigned kFirstCoords = 2;
 inline constexpr unsigned kTangent = 7;
 inline constexpr unsigned kBinormal = 8;
+/// Of an instance: its transform, of four rows, and that of its normals, of three, or its colour.
+inline constexpr unsigned kWorld = 9;
+inline constexpr unsigned kNormalWorld = 13;
+inline constexpr unsigned kColor = 13;
 
 }  // namespace corvanta::renderer

@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "corvanta/renderer/pass/NShadowPass.h"
-#include "corvanta/renderer/pass/draw_models.h"
 #include "corvanta/renderer/scene/floor_geometry.h"
 
 namespace corvanta::renderer {
@@ -26,8 +25,9 @@ Matrix GetFloorTransform(NEnvironmentNode const& environment) {
 
 }  // namespace
 
-std::optional<float> NFloorPass::Draw(NPicture const& picture, NEnvironmentNode const& environment,
-                                      NMeshes& meshes, NTextures& textures) {
+std::optional<float> NFloorPass::Draw(NSurfacePrograms& programs, NInstances& instances,
+                                      NEnvironmentNode const& environment, NMeshes& meshes,
+                                      NTextures& textures) {
   auto const geometry = environment.GetFloorGeometry();
   if (!environment.FloorIsVisible() || !geometry) return std::nullopt;
   Matrix const global = GetFloorTransform(environment);
@@ -35,15 +35,13 @@ std::optional<float> NFloorPass::Draw(NPicture const& picture, NEnvironmentNode 
     return std::nullopt;
   }
   NMaterialParameters const material = ReadFloorMaterialParameters(environment, textures);
-  NSurfaceProgram const& program = material.isTransparent ? m_transparent : m_opaque;
-  program.Begin(picture.viewpoint, picture.lamps, picture.exposure);
-  program.SetMaterial(material, picture.ambientLight, picture.lamps, picture.environment);
-  program.SetTransform(global, global.Inverse().Transpose());
+  programs.Use(material, false);
+  instances.Upload(std::vector{NSurfaceInstance(global, global.Inverse().Transpose())});
   if (material.isTransparent) glEnable(GL_BLEND);
   glEnable(GL_STENCIL_TEST);
   glStencilFunc(GL_ALWAYS, kFloorStencilBit, kFloorStencilBit);
   glStencilOp(GL_KEEP, GL_KEEP, GL_REPLACE);
-  DrawParts(meshes.Get(NDrawItem(), GetGeometry(*geometry), material.mappings));
+  instances.Draw(meshes.Get(NDrawItem(), GetGeometry(*geometry), material.mappings), 0, 1);
   glDisable(GL_STENCIL_TEST);
   glDisable(GL_BLEND);
   return global(3, 1);

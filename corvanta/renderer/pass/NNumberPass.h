@@ -1,6 +1,7 @@
 #pragma once
 
 #include "corvanta/renderer/pass/NFlatProgram.h"
+#include "corvanta/renderer/pass/NInstances.h"
 #include "corvanta/renderer/scene/NResolvedScene.h"
 
 namespace corvanta::renderer {
@@ -12,7 +13,7 @@ class NNumberPass {
   /// Requires: `program` outlives this.
   explicit NNumberPass(NFlatProgram const& program) : m_program(program) {}
 
-  void Draw(NResolvedScene const& scene, NViewpoint const& viewpoint) const;
+  void Draw(NInstances& instances, NResolvedScene const& scene, NViewpoint const& viewpoint) const;
 
  private:
   NFlatProgram const& m_program;

@@ -18,6 +18,7 @@ struct NPicture {
   NExposure exposure;
   NEnvironmentTexture environment;  // what surfaces reflect
   NColor backgroundColor{}, ambientLight{};
+  bool hasGlow = false;  // the alpha of opaque pixels is their light above white
 };
 
 /// Reads what lights and surrounds a scene. Without an `environment` there is no light, and the

@@ -4,7 +4,7 @@
 
 namespace corvanta::renderer {
 
-void NShadowPass::Draw(NPicture const& picture, float height) const {
+void NShadowPass::Draw(NInstances& instances, NPicture const& picture, float height) const {
   m_program.Begin(picture.viewpoint);
   glEnable(GL_STENCIL_TEST);
   glEnable(GL_BLEND);
@@ -12,8 +12,8 @@ void NShadowPass::Draw(NPicture const& picture, float height) const {
   glPolygonOffset(2.0f, 2.0f);
   glDepthMask(GL_FALSE);
   glStencilOp(GL_KEEP, GL_KEEP, GL_INVERT);
-  for (unsigned lamp = 0; lamp != kLampCount; ++lamp) {
-    if (picture.lamps.shadows[lamp] > 0.0f) DrawModels(picture, lamp, height);
+  for (unsigned lamp = 0; lamp != kShadowCount; ++lamp) {
+    if (picture.lamps.shadows[lamp] > 0.0f) DrawModels(instances, picture, lamp, height);
   }
   glStencilMask(0xFF);
   glDepthMask(GL_TRUE);
@@ -22,7 +22,8 @@ void NShadowPass::Draw(NPicture const& picture, float height) const {
   glDisable(GL_STENCIL_TEST);
 }
 
-void NShadowPass::DrawModels(NPicture const& picture, unsigned lamp, float height) const {
+void NShadowPass::DrawModels(NInstances& instances, NPicture const& picture, unsigned lamp,
+                             float height) const {
   glStencilMask(1u << lamp);
   glStencilFunc(GL_EQUAL, kFloorStencilBit, kFloorStencilBit | 1u << lamp);
   float const* const direction = &picture.lamps.directions[std::size_t{3} * lamp];
@@ -30,14 +31,17 @@ void NShadowPass::DrawModels(NPicture const& picture, unsigned lamp, float heigh
   VX_Math::Matrix const flat(1, 0, 0, 0, -x, 0, -z, 0, 0, 0, 1, 0, height * x, height, height * z,
                              1);
   auto const& models = picture.scene.GetModels();
+  std::vector<NFlatInstance> flats;
+  std::vector<std::size_t> indices;
   for (std::size_t i = 0; i != models.size(); ++i) {
     NDrawItem const& item = picture.scene.GetItems()[i];
     if (!item.hasFiniteTransform || !item.model->DropsShadow()) continue;
-    m_program.SetColor(
-        {0.0f, 0.0f, 0.0f, picture.lamps.shadows[lamp] * models[i].material->opacity});
-    m_program.SetTransform(item.global * flat);
-    DrawParts(models[i].parts);
+    flats.emplace_back(item.global * flat, std::array<float, 4>{0.0f, 0.0f, 0.0f,
+                                                                picture.lamps.shadows[lamp] *
+                                                                    models[i].material->opacity});
+    indices.push_back(i);
   }
+  DrawFlats(instances, picture.scene, flats, indices, false);
 }
 
 }  // namespace corvanta::renderer

@@ -43,12 +43,9 @@ void SetEnvironmentUnits(NProgram const& program) {
   glUniform1i(program.GetUniform("environmentImage"), kEnvironmentImageUnit);
 }
 
-NSurfaceProgram::NSurfaceProgram(bool hasAlphaTest)
-    : m_program(kSurfaceVertexShader, std::string("#version 330 core\n") +
-                                          (hasAlphaTest ? "#define ALPHA_TEST\n" : "") +
-                                          kSurfaceFragmentShader),
-      m_world(m_program.GetUniform("world")),
-      m_normalWorld(m_program.GetUniform("normalWorld")),
+NSurfaceProgram::NSurfaceProgram(NSurfaceKey const& key)
+    : m_program(MakeSurfaceVertexShader(key), MakeSurfaceFragmentShader(key)),
+      m_features(key.features),
       m_viewProjection(m_program.GetUniform("viewProjection")),
       m_depthRange(m_program.GetUniform("depthRange")),
       m_viewpoint(m_program.GetUniform("viewpoint")),
@@ -58,15 +55,18 @@ NSurfaceProgram::NSurfaceProgram(bool hasAlphaTest)
       m_emissive(m_program.GetUniform("emissive")),
       m_power(m_program.GetUniform("power")),
       m_opacity(m_program.GetUniform("opacity")),
+      m_cutOff(m_program.GetUniform("cutOff")),
+      m_rough(m_program.GetUniform("rough")),
+      m_coatReflectance(m_program.GetUniform("coatReflectance")),
+      m_fleckColor(m_program.GetUniform("fleckColor")),
+      m_fleckSize(m_program.GetUniform("fleckSize")),
+      m_fleckPerturbation(m_program.GetUniform("fleckPerturbation")),
       m_bounds(m_program.GetUniform("bounds")),
       m_colorOperation(m_program.GetUniform("colorOperation")),
       m_bumpContent(m_program.GetUniform("bumpContent")),
       m_bumpScale(m_program.GetUniform("bumpScale")),
       m_opacityInAlpha(m_program.GetUniform("opacityInAlpha")),
-      m_wireframe(m_program.GetUniform("wireframe")),
-      m_directionalCount(m_program.GetUniform("directionalCount")),
       m_lampCount(m_program.GetUniform("lampCount")),
-      m_specularCount(m_program.GetUniform("specularCount")),
       m_lampType(m_program.GetUniform("lampType")),
       m_lampColor(m_program.GetUniform("lampColor")),
       m_lampPosition(m_program.GetUniform("lampPosition")),
@@ -75,13 +75,13 @@ NSurfaceProgram::NSurfaceProgram(bool hasAlphaTest)
       m_lampRange(m_program.GetUniform("lampRange")),
       m_lampAttenuation(m_program.GetUniform("lampAttenuation")),
       m_reflection(m_program.GetUniform("reflection")),
-      m_normalReflectance(m_program.GetUniform("normalReflectance")),
+      m_fresnel(m_program.GetUniform("fresnel")),
       m_reflectionLod(m_program.GetUniform("reflectionLod")),
+      m_environmentContrast(m_program.GetUniform("environmentContrast")),
+      m_irradiance(m_program.GetUniform("irradiance")),
+      m_harmonics(m_program.GetUniform("harmonics")),
       m_environmentProjection(m_program.GetUniform("environmentProjection")),
       m_environmentRotation(m_program.GetUniform("environmentRotation")),
-      m_used(m_program.GetUniform("used")),
-      m_reflectionCount(m_program.GetUniform("reflectionCount")),
-      m_gammaCount(m_program.GetUniform("gammaCount")),
       m_exposure(m_program.GetUniform("exposure")),
       m_gamma(m_program.GetUniform("gamma")),
       m_white(m_program.GetUniform("white")) {
@@ -94,52 +94,58 @@ NSurfaceProgram::NSurfaceProgram(bool hasAlphaTest)
 
 void NSurfaceProgram::Begin(NViewpoint const& viewpoint, NLamps const& lamps,
                             NExposure const& exposure) const {
-  constexpr auto kCount = static_cast<GLsizei>(kLampCount);
   m_program.Use();
   Matrix const viewProjection = viewpoint.GetReversedDepthViewProjection();
   glUniformMatrix4fv(m_viewProjection, 1, GL_FALSE, viewProjection[0]);
   glUniform2fv(m_depthRange, 1, GetDepthRange().data());
   glUniform4fv(m_viewpoint, 1, viewpoint.position.data());
-  glUniform1i(m_directionalCount, lamps.directionalCount);
   glUniform1i(m_lampCount, lamps.count);
   SetEnumerators(m_lampType, lamps.types);
   SetEnumerators(m_lampAttenuation, lamps.attenuations);
-  glUniform3fv(m_lampColor, kCount, lamps.colors.data());
-  glUniform3fv(m_lampPosition, kCount, lamps.positions.data());
-  glUniform3fv(m_lampDirection, kCount, lamps.directions.data());
-  glUniform2fv(m_lampCone, kCount, lamps.cones.data());
-  glUniform1fv(m_lampRange, kCount, lamps.ranges.data());
+  auto const count = static_cast<GLsizei>(lamps.count);
+  glUniform3fv(m_lampColor, count, lamps.colors.data());
+  glUniform3fv(m_lampPosition, count, lamps.positions.data());
+  glUniform3fv(m_lampDirection, count, lamps.directions.data());
+  glUniform2fv(m_lampCone, count, lamps.cones.data());
+  glUniform1fv(m_lampRange, count, lamps.ranges.data());
   glUniform1f(m_exposure, exposure.factor);
-  glUniform1i(m_gammaCount, exposure.gamma != 1.0f);
   glUniform1f(m_gamma, exposure.gamma);
   glUniform1f(m_white, exposure.white);
 }
 
 void NSurfaceProgram::SetMaterial(NMaterialParameters const& material, NColor const& ambientLight,
-                                  NLamps const& lamps,
-                                  NEnvironmentTexture const& environment) const {
-  bool const hasHighlights = material.specular != NColor{};
-  glUniform1i(m_specularCount, hasHighlights ? lamps.directionalCount : 0);
+                                  float fleckUnit, NEnvironmentTexture const& environment) const {
+  m_program.Use();
   NColor const ambient{material.ambient[0] * ambientLight[0], material.ambient[1] * ambientLight[1],
                        material.ambient[2] * ambientLight[2]};
   glUniform3fv(m_diffuse, 1, material.diffuse.data());
   glUniform3fv(m_ambient, 1, ambient.data());
-  glUniform3fv(m_specular, 1, material.specular.data());
   glUniform3fv(m_emissive, 1, material.emissive.data());
-  glUniform1f(m_power, material.power);
   glUniform1f(m_opacity, material.opacity);
+  glUniform3fv(m_specular, 1, material.specular.data());
+  glUniform1f(m_power, material.power);
+  glUniform1f(m_cutOff, material.cutOff);
+  SetFinish(material, fleckUnit);
   SetTextures(material);
-  NEnvironmentTexture const& reflected =
-      material.environment.Exists() ? material.environment : environment;
-  bool const isReflecting = material.reflection > 0.0f && reflected.Exists();
-  glUniform1i(m_reflectionCount, isReflecting);
-  if (!isReflecting) return;
+  if ((m_features & (NSF_REFLECTION | NSF_IRRADIANCE)) == 0) return;
   glUniform1f(m_reflection, material.reflection);
-  glUniform1f(m_normalReflectance, material.normalReflectance);
+  glUniform4fv(m_fresnel, 1, material.fresnel.data());
   glUniform1f(m_reflectionLod, material.reflectionLod);
-  glUniform1i(m_environmentProjection, reflected.projection);
-  SetMatrix3(m_environmentRotation, reflected.rotation);
-  BindEnvironmentTexture(reflected);
+  glUniform1f(m_environmentContrast, material.environmentContrast);
+  glUniform1f(m_irradiance, material.irradiance);
+  if (environment.harmonics != nullptr) glUniform3fv(m_harmonics, 9, environment.harmonics->data());
+  glUniform1i(m_environmentProjection, environment.projection);
+  SetMatrix3(m_environmentRotation, environment.rotation);
+  BindEnvironmentTexture(environment);
+}
+
+void NSurfaceProgram::SetFinish(NMaterialParameters const& material, float fleckUnit) const {
+  float const square = material.roughness * material.roughness;
+  glUniform2f(m_rough, 1.0f - 0.5f * square / (square + 0.33f), 0.45f * square / (square + 0.09f));
+  glUniform1f(m_coatReflectance, material.coatReflectance);
+  glUniform3fv(m_fleckColor, 1, material.fleckColor.data());
+  glUniform1f(m_fleckSize, std::max(material.fleckSize * fleckUnit, 1e-30f));
+  glUniform1f(m_fleckPerturbation, material.fleckPerturbation);
 }
 
 void NSurfaceProgram::SetTextures(NMaterialParameters const& material) const {
@@ -148,24 +154,11 @@ void NSurfaceProgram::SetTextures(NMaterialParameters const& material) const {
   glUniform1i(m_bumpContent, material.bumpContent);
   glUniform1f(m_bumpScale, material.bumpScale);
   glUniform1i(m_opacityInAlpha, material.opacityInAlpha);
-  GLint used[NTS_COUNT];
   for (NTextureSlot const slot : kTextureSlots) {
-    used[slot] = material.HasTexture(slot);
     if (!material.HasTexture(slot)) continue;
     glActiveTexture(GL_TEXTURE0 + slot);
     glBindTexture(GL_TEXTURE_2D, material.textures[slot]);
   }
-  glUniform1iv(m_used, NTS_COUNT, used);
-}
-
-void NSurfaceProgram::SetWireframe(bool isWireframe) const {
-  glUniform1i(m_wireframe, isWireframe);
-  glPolygonMode(GL_FRONT_AND_BACK, isWireframe ? GL_LINE : GL_FILL);
-}
-
-void NSurfaceProgram::SetTransform(Matrix const& global, Matrix const& normals) const {
-  glUniformMatrix4fv(m_world, 1, GL_FALSE, global[0]);
-  SetMatrix3(m_normalWorld, normals);
 }
 
 }  // namespace corvanta::renderer

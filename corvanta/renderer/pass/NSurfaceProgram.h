@@ -14,36 +14,34 @@ struct NExposure {
   float white = 0.0f;  // the light that tone mapping makes white; 0 without tone mapping
 };
 
-/// The program that lights a surface. Begin sets what a picture has in common, SetMaterial and
-/// SetTransform what a model has; a draw call needs all three before it.
+/// A program that lights surfaces. Begin sets what a picture has in common, SetMaterial what the
+/// instances of a draw call have.
 class NSurfaceProgram {
  public:
-  /// `hasAlphaTest` is for surfaces that are transparent, maybe in part.
   /// Fails: as NProgram.
-  explicit NSurfaceProgram(bool hasAlphaTest);
+  explicit NSurfaceProgram(NSurfaceKey const& key);
 
   /// Makes this the current program.
   void Begin(NViewpoint const& viewpoint, NLamps const& lamps, NExposure const& exposure) const;
-  /// `environment` is what a material without an environment of its own reflects.
-  void SetMaterial(NMaterialParameters const& material, NColor const& ambientLight,
-                   NLamps const& lamps, NEnvironmentTexture const& environment) const;
-  /// `normals` is the inverse of `global`, transposed.
-  void SetTransform(VX_Math::Matrix const& global, VX_Math::Matrix const& normals) const;
-  /// Makes draw calls draw the edges of triangles alone, or whole triangles.
-  void SetWireframe(bool isWireframe) const;
+  /// Makes this the current program, too. `environment` is what the material reflects.
+  /// Units: `fleckUnit` is the side of a fleck of size 1, in scene units.
+  void SetMaterial(NMaterialParameters const& material, NColor const& ambientLight, float fleckUnit,
+                   NEnvironmentTexture const& environment) const;
 
  private:
+  void SetFinish(NMaterialParameters const& material, float fleckUnit) const;
   void SetTextures(NMaterialParameters const& material) const;
 
   NProgram m_program;
-  GLint const m_world, m_normalWorld, m_viewProjection, m_depthRange, m_viewpoint;
-  GLint const m_diffuse, m_ambient, m_specular, m_emissive, m_power, m_opacity;
-  GLint const m_bounds, m_colorOperation, m_bumpContent, m_bumpScale, m_opacityInAlpha, m_wireframe;
-  GLint const m_directionalCount, m_lampCount, m_specularCount, m_lampType, m_lampColor,
-      m_lampPosition, m_lampDirection, m_lampCone, m_lampRange, m_lampAttenuation;
-  GLint const m_reflection, m_normalReflectance, m_reflectionLod, m_environmentProjection,
-      m_environmentRotation;
-  GLint const m_used, m_reflectionCount, m_gammaCount;
+  unsigned const m_features;
+  GLint const m_viewProjection, m_depthRange, m_viewpoint;
+  GLint const m_diffuse, m_ambient, m_specular, m_emissive, m_power, m_opacity, m_cutOff;
+  GLint const m_rough, m_coatReflectance, m_fleckColor, m_fleckSize, m_fleckPerturbation;
+  GLint const m_bounds, m_colorOperation, m_bumpContent, m_bumpScale, m_opacityInAlpha;
+  GLint const m_lampCount, m_lampType, m_lampColor, m_lampPosition, m_lampDirection, m_lampCone,
+      m_lampRange, m_lampAttenuation;
+  GLint const m_reflection, m_fresnel, m_reflectionLod, m_environmentContrast, m_irradiance,
+      m_harmonics, m_environmentProjection, m_environmentRotation;
   GLint const m_exposure, m_gamma, m_white;
 };
 

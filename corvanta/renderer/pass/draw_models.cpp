@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <utility>
 
 #include "corvanta/renderer/NBillboard.h"
@@ -12,35 +13,75 @@ namespace {
 
 using VX_Math::Matrix;
 
-void SetTransform(NSurfaceProgram const& program, NDrawItem const& item,
-                  NViewpoint const& viewpoint) {
+bool IsMirrored(Matrix const& m) {
+  return m(0, 0) * (m(1, 1) * m(2, 2) - m(1, 2) * m(2, 1)) -
+             m(0, 1) * (m(1, 0) * m(2, 2) - m(1, 2) * m(2, 0)) +
+             m(0, 2) * (m(1, 0) * m(2, 1) - m(1, 1) * m(2, 0)) <
+         0.0f;
+}
+
+NSurfaceInstance MakeInstance(NDrawItem const& item, NViewpoint const& viewpoint) {
   if (item.model->GetBillboardType() == static_cast<long>(NB_NONE)) {
-    program.SetTransform(item.global, item.normals);
-  } else {
-    Matrix const global = GetDrawnTransform(item, viewpoint);
-    program.SetTransform(global, global.Inverse().Transpose());
+    return {item.global, item.normals};
+  }
+  Matrix const global = GetDrawnTransform(item, viewpoint);
+  return {global, global.Inverse().Transpose()};
+}
+
+/// What instances that are drawn at once have in common.
+struct Kind {
+  NMaterialParameters const* material;
+  std::vector<NMeshPart> const* parts;
+  bool isWired, isMirrored;
+
+  friend bool operator==(Kind const&, Kind const&) = default;
+};
+
+Kind GetKind(NPicture const& picture, std::size_t index) {
+  NResolvedModel const& model = picture.scene.GetModels()[index];
+  NDrawItem const& item = picture.scene.GetItems()[index];
+  // Whether it is mirrored matters only to what has two sides.
+  bool const isOneSided = model.material->isOneSided || model.material->isTransparent;
+  return {model.material, model.parts, item.model->IsWired(),
+          isOneSided && IsMirrored(item.global)};
+}
+
+void Upload(NInstances& instances, NPicture const& picture,
+            std::vector<std::size_t> const& indices) {
+  std::vector<NSurfaceInstance> values;
+  values.reserve(indices.size());
+  for (std::size_t const index : indices) {
+    values.push_back(MakeInstance(picture.scene.GetItems()[index], picture.viewpoint));
+  }
+  instances.Upload(values);
+}
+
+void SetKind(NSurfacePrograms& programs, Kind const& kind) {
+  programs.Use(*kind.material, kind.isWired);
+  glPolygonMode(GL_FRONT_AND_BACK, kind.isWired ? GL_LINE : GL_FILL);
+  glFrontFace(kind.isMirrored ? GL_CW : GL_CCW);
+}
+
+void ResetKind() {
+  glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+  glDisable(GL_CULL_FACE);
+  glCullFace(GL_BACK);
+  glFrontFace(GL_CCW);
+}
+
+/// Calls `draw(begin, end)` for each run of equal values of `get`.
+template <class Get, class Draw>
+void ForEachRun(std::size_t count, Get const& get, Draw const& draw) {
+  for (std::size_t begin = 0; begin != count;) {
+    auto const kind = get(begin);
+    std::size_t end = begin + 1;
+    while (end != count && get(end) == kind) ++end;
+    draw(kind, begin, end);
+    begin = end;
   }
 }
 
-}  // namespace
-
-void DrawParts(std::vector<NMeshPart> const& parts) {
-  for (NMeshPart const& part : parts) {
-    if (part.count == 0) continue;
-    glBindVertexArray(part.vertexArray);
-    if (part.isIndexed) {
-      glDrawElements(GL_TRIANGLES, part.count, GL_UNSIGNED_INT, nullptr);
-    } else {
-      glDrawArrays(GL_TRIANGLES, 0, part.count);
-    }
-  }
-}
-
-Matrix GetDrawnTransform(NDrawItem const& item, NViewpoint const& viewpoint) {
-  auto const type = static_cast<NBillboard>(item.model->GetBillboardType());
-  return type == NB_NONE ? item.global : TurnBillboard(item.global, viewpoint, type);
-}
-
+/// The indices of the opaque or of the transparent models, the nearest first by their middles.
 std::vector<std::size_t> SortByDepth(NPicture const& picture, bool areTransparent) {
   auto const& items = picture.scene.GetItems();
   auto const& models = picture.scene.GetModels();
@@ -55,26 +96,91 @@ std::vector<std::size_t> SortByDepth(NPicture const& picture, bool areTransparen
   }
   std::sort(depths.begin(), depths.end());
   std::vector<std::size_t> indices;
+  indices.reserve(depths.size());
   for (auto const& [depth, index] : depths) indices.push_back(index);
   return indices;
 }
 
-void DrawModels(NSurfaceProgram const& program, NPicture const& picture,
-                std::vector<std::size_t> const& indices) {
-  NMaterialParameters const* current = nullptr;
+/// Brings the models of one mesh and material together, in the order of the first of each.
+void GroupByMesh(NPicture const& picture, std::vector<std::size_t>& indices) {
+  using Group = std::pair<NMaterialParameters const*, std::vector<NMeshPart> const*>;
+  std::map<Group, std::size_t> groups;
+  std::vector<std::pair<std::size_t, std::size_t>> grouped;
+  grouped.reserve(indices.size());
   for (std::size_t const index : indices) {
-    NDrawItem const& item = picture.scene.GetItems()[index];
     NResolvedModel const& model = picture.scene.GetModels()[index];
-    if (current != model.material) {
-      current = model.material;
-      program.SetMaterial(*current, picture.ambientLight, picture.lamps, picture.environment);
-    }
-    SetTransform(program, item, picture.viewpoint);
-    bool const isWireframe = item.model->IsWired();
-    if (isWireframe) program.SetWireframe(true);
-    DrawParts(model.parts);
-    if (isWireframe) program.SetWireframe(false);
+    auto const group = groups.emplace(Group(model.material, model.parts), groups.size()).first;
+    grouped.emplace_back(group->second, index);
   }
+  std::stable_sort(grouped.begin(), grouped.end(),
+                   [](auto const& a, auto const& b) { return a.first < b.first; });
+  std::transform(grouped.begin(), grouped.end(), indices.begin(),
+                 [](auto const& entry) { return entry.second; });
+}
+
+}  // namespace
+
+Matrix GetDrawnTransform(NDrawItem const& item, NViewpoint const& viewpoint) {
+  auto const type = static_cast<NBillboard>(item.model->GetBillboardType());
+  return type == NB_NONE ? item.global : TurnBillboard(item.global, viewpoint, type);
+}
+
+void DrawOpaqueModels(NSurfacePrograms& programs, NInstances& instances, NPicture const& picture) {
+  std::vector<std::size_t> indices = SortByDepth(picture, false);
+  GroupByMesh(picture, indices);
+  Upload(instances, picture, indices);
+  ForEachRun(
+      indices.size(), [&](std::size_t i) { return GetKind(picture, indices[i]); },
+      [&](Kind const& kind, std::size_t begin, std::size_t end) {
+        SetKind(programs, kind);
+        bool const isCulled = kind.material->isOneSided && !kind.isWired;
+        isCulled ? glEnable(GL_CULL_FACE) : glDisable(GL_CULL_FACE);
+        instances.Draw(*kind.parts, begin, end - begin);
+      });
+  ResetKind();
+}
+
+void DrawTransparentModels(NSurfacePrograms& programs, NInstances& instances,
+                           NPicture const& picture) {
+  std::vector<std::size_t> indices = SortByDepth(picture, true);
+  if (indices.empty()) return;
+  std::reverse(indices.begin(), indices.end());
+  glEnable(GL_BLEND);
+  glDepthMask(GL_FALSE);
+  Upload(instances, picture, indices);
+  for (std::size_t i = 0; i != indices.size(); ++i) {
+    Kind const kind = GetKind(picture, indices[i]);
+    SetKind(programs, kind);
+    if (kind.isWired) {
+      glDisable(GL_CULL_FACE);
+      instances.Draw(*kind.parts, i, 1);
+      continue;
+    }
+    glEnable(GL_CULL_FACE);
+    for (GLenum const culled : {GL_FRONT, GL_BACK}) {
+      if (culled == GL_FRONT && kind.material->isOneSided) continue;
+      glCullFace(culled);
+      instances.Draw(*kind.parts, i, 1);
+    }
+  }
+  ResetKind();
+  glDepthMask(GL_TRUE);
+  glDisable(GL_BLEND);
+}
+
+void DrawFlats(NInstances& instances, NResolvedScene const& scene,
+               std::vector<NFlatInstance> const& flats, std::vector<std::size_t> const& models,
+               bool keepsOrder) {
+  instances.Upload(flats);
+  ForEachRun(
+      flats.size(), [&](std::size_t i) { return scene.GetModels()[models[i]].parts; },
+      [&](std::vector<NMeshPart> const* parts, std::size_t begin, std::size_t end) {
+        if (!keepsOrder || parts->size() == 1) {
+          instances.Draw(*parts, begin, end - begin);
+          return;
+        }
+        for (std::size_t i = begin; i != end; ++i) instances.Draw(*parts, i, 1);
+      });
 }
 
 }  // namespace corvanta::renderer

@@ -1,7 +1,9 @@
 #include "corvanta/renderer/scene/NDrawList.h"
 
+#include <algorithm>
 #include <cmath>
 #include <exception>
+#include <iterator>
 
 namespace corvanta::renderer {
 
@@ -20,6 +22,7 @@ bool IsFinite(VX_Math::Matrix const& matrix) {
 
 void NDrawList::Clear() {
   m_items.clear();
+  m_found = {};
   m_ranges.clear();
   m_begins.clear();
   m_hiddenDepth = 0;
@@ -33,6 +36,10 @@ bool NDrawList::Update(data::domain::scenegraph::tree::NSceneGraphTreeNode& tree
     Clear();
     Start(tree, nullptr);
     m_isWalked = true;
+    // A vector that grows holds up to thrice as much meanwhile.
+    m_items.reserve(m_found.size());
+    std::move(m_found.begin(), m_found.end(), std::back_inserter(m_items));
+    m_found = {};
     for (NDrawItem& item : m_items) UpdateTransform(item);
     return true;
   }
@@ -70,7 +77,7 @@ void NDrawList::UpdateTransform(NDrawItem& item) {
 void NDrawList::BeforeCommon(Item& item, void const*, NCheckPoints const&) {
   if (m_hiddenDepth != 0 || !(m_isRoot || item.IsVisible())) ++m_hiddenDepth;
   m_isRoot = false;
-  m_begins.push_back(m_items.size());
+  m_begins.push_back(m_found.size());
 }
 
 void NDrawList::AfterCommon(Item& item, void const*, NCheckPoints const&) {
@@ -78,8 +85,8 @@ void NDrawList::AfterCommon(Item& item, void const*, NCheckPoints const&) {
   m_begins.pop_back();
   if (m_hiddenDepth != 0) {
     --m_hiddenDepth;
-  } else if (begin != m_items.size()) {
-    m_ranges.emplace(&item, std::pair(begin, m_items.size()));
+  } else if (begin != m_found.size()) {
+    m_ranges.emplace(&item, std::pair(begin, m_found.size()));
   }
 }
 
@@ -97,7 +104,7 @@ void NDrawList::After(data::domain::scenegraph::tree::NSceneGraphTreeNode&, void
 void NDrawList::After(Model& model, void const*, NCheckPoints const& checkPoints) {
   if (m_hiddenDepth != 0) return;
   auto const tree = GetTree().Get();
-  m_items.push_back({&model, NDrawItem::Path(model, *tree, checkPoints), {}, {}, false});
+  m_found.push_back({&model, NDrawItem::Path(model, *tree, checkPoints), {}, {}, false});
 }
 
 }  // namespace corvanta::renderer

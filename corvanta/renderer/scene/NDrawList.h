@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -43,6 +44,7 @@ class NDrawList : private data::domain::scenegraph::NSceneGraphTraverser {
   static void UpdateTransform(NDrawItem& item);
 
   std::vector<NDrawItem> m_items;
+  std::deque<NDrawItem> m_found;  // by a walk that goes on
   // The models at and below an item, for each of its occurrences in the tree.
   std::unordered_multimap<Item const*, std::pair<std::size_t, std::size_t>> m_ranges;
   std::vector<std::size_t> m_begins;  // of the items that the walk is below

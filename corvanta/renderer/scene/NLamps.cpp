@@ -72,23 +72,26 @@ void Add(NLamps& lamps, Source const& source) {
 
 // Shadows of a lamp along the ground have no end.
 constexpr float kLeastSlope = 0.1f;
-// The darkest shadow keeps what a floor reflects.
+// The darkest shadow keeps what a floor reflects and the ambient light.
 constexpr double kDarkest = 0.8;
 
-/// `ambient` is the light that comes from everywhere, of three colours.
-void SetShadows(NLamps& lamps, std::vector<Source> const& sources, double ambient) {
-  std::array<double, kLampCount> shares{};
-  double total = std::max(ambient, 0.0);
-  for (std::size_t i = 0; i != static_cast<std::size_t>(lamps.directionalCount); ++i) {
+/// The strongest of the lamps takes away as much as the darkness of its shadow says, the others
+/// less in proportion to what they light a level floor.
+void SetShadows(NLamps& lamps, std::vector<Source> const& sources) {
+  auto const count =
+      std::min(static_cast<std::size_t>(lamps.directionalCount), std::size_t{kShadowCount});
+  std::array<double, kShadowCount> lights{};
+  double strongest = 0;
+  for (std::size_t i = 0; i != count; ++i) {
     float const brightness =
         lamps.colors[3 * i] + lamps.colors[3 * i + 1] + lamps.colors[3 * i + 2];
-    shares[i] = std::max(0.0f, -lamps.directions[3 * i + 1] * brightness);
-    total += shares[i];
+    lights[i] = std::max(0.0f, -lamps.directions[3 * i + 1] * brightness);
+    if (sources[i].lamp->IsMakesShadow()) strongest = std::max(strongest, lights[i]);
   }
-  for (std::size_t i = 0; i != static_cast<std::size_t>(lamps.directionalCount); ++i) {
+  for (std::size_t i = 0; i != count; ++i) {
     light_env::NLamp const& lamp = *sources[i].lamp;
     if (!lamp.IsMakesShadow() || -lamps.directions[3 * i + 1] < kLeastSlope) continue;
-    double const shadow = kDarkest * lamp.GetShadowDarkness() * shares[i] / total;
+    double const shadow = kDarkest * lamp.GetShadowDarkness() * lights[i] / strongest;
     lamps.shadows[i] = std::isfinite(shadow) ? static_cast<float>(std::clamp(shadow, 0.0, 1.0)) : 0;
   }
 }
@@ -110,9 +113,7 @@ NLamps ReadLamps(data::domain::environment::NEnvironmentNode const& environment)
                         [](Source const& source) { return source.type == NLT_DIRECTIONAL; });
   NLamps lamps;
   for (Source const& source : sources) Add(lamps, source);
-  SetShadows(lamps, sources,
-             environment.GetAmbientLightR() + environment.GetAmbientLightG() +
-                 environment.GetAmbientLightB());
+  SetShadows(lamps, sources);
   return lamps;
 }
 

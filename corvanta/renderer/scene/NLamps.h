@@ -30,7 +30,7 @@ struct NLamps {
   std::array<float, kLampCount> ranges{};
   // How much of the light on a level floor a shadow takes away, 0 to 1: of the directional lamps
   // from above that make shadows.
-  std::array<float, kLampCount> shadows{};
+  std::array<float, kShadowCount> shadows{};
 };
 
 /// Reads the lamps of `environment`. One that emits minus has a negative colour.

@@ -51,7 +51,8 @@ int GetBounds(domain::material::texture_mapping::NTextureMapping const& mapping)
 }
 
 NColorOperation GetColorOperation(long type) {
-  return type == NCO_ADD || type == NCO_COVER ? static_cast<NColorOperation>(type) : NCO_MULTIPLY;
+  return type >= NCO_MULTIPLY && type <= NCO_IGNORE_ALPHA ? static_cast<NColorOperation>(type)
+                                                          : NCO_MULTIPLY;
 }
 
 void AddTexture(NMaterialParameters& parameters, domain::texture::NTextureNode const& texture,
@@ -67,7 +68,7 @@ void AddTexture(NMaterialParameters& parameters, domain::texture::NTextureNode c
   parameters.bounds |= GetBounds(mapping) << 2 * slot;
   if (slot == NTS_COLOR) {
     parameters.colorOperation = GetColorOperation(texture.GetOperationType());
-    parameters.isTransparent |= loaded.hasAlpha;
+    parameters.isTransparent |= loaded.hasAlpha && parameters.colorOperation != NCO_IGNORE_ALPHA;
   } else if (slot == NTS_BUMP) {
     parameters.bumpContent =
         texture.GetType() == static_cast<long>(NTU_HEIGHT) ? NBC_HEIGHTS : NBC_NORMALS;
@@ -75,13 +76,52 @@ void AddTexture(NMaterialParameters& parameters, domain::texture::NTextureNode c
   } else if (slot == NTS_OPACITY) {
     parameters.opacityInAlpha = loaded.hasAlpha;
     parameters.isTransparent = true;
+    long const operation = texture.GetOperationType();
+    if (operation > 0 && operation <= kMostCutOff) {
+      parameters.cutOff = static_cast<float>(operation) / static_cast<float>(kMostCutOff);
+    }
   }
 }
 
-/// What a smooth surface reflects, seen along its normal.
-float GetNormalReflectance(double index) {
-  double const root = (index - 1) / (index + 1);
+/// What a smooth surface reflects, seen along its normal, from a medium of another index.
+float GetNormalReflectance(double index, double outside) {
+  double const root = (index - outside) / (index + outside);
   return std::clamp(Finite(root * root), 0.0f, 1.0f);
+}
+
+// The defaults of these leave a material as it is without them.
+constexpr double kEccentricity = 0.3, kRollOff = 0.7, kCoatIndex = 1.8;
+
+/// The exponent of the highlight. The width of a lobe is as 1 / the root of its exponent: B. Walter
+/// et al., Microfacet models for refraction through rough surfaces, 2007.
+float GetExponent(domain::material::NMaterialNode const& material) {
+  double const narrower = kEccentricity / std::max(material.GetEccentricity(), 1e-3);
+  return std::clamp(Finite(material.GetPower() * narrower * narrower), 1e-3f, 1e6f);
+}
+
+void ReadFinish(NMaterialParameters& parameters, domain::material::NMaterialNode const& material) {
+  parameters.isOneSided = (static_cast<long>(material.GetType()) & NMO_ONE_SIDED) != 0;
+  parameters.roughness = std::clamp(Finite(material.GetRoughness()), 0.0f, 1.0f);
+  double const coat = material.GetClearcoatIndex();
+  if (coat > 1 && coat != kCoatIndex) parameters.coatReflectance = GetNormalReflectance(coat, 1);
+  parameters.fleckColor = Color(material.GetFleckSpecularR(), material.GetFleckSpecularG(),
+                                material.GetFleckSpecularB());
+  parameters.fleckSize = std::max(Finite(material.GetFleckSize()), 0.0f);
+  parameters.fleckPerturbation = Finite(material.GetFleckPerturbation());
+}
+
+void ReadReflection(NMaterialParameters& parameters,
+                    domain::material::NMaterialNode const& material, NTextures& textures) {
+  if (!material.EnvironmentMapIsEnabled()) return;
+  parameters.reflection = std::max(Finite(material.GetIblSpecularCoeff()), 0.0f);
+  parameters.fresnel = {
+      GetNormalReflectance(material.GetRefractiveIndex(), material.GetBackRefractiveIndex()),
+      std::clamp(Finite(material.GetSpecularRollOff() / kRollOff), 0.0f, 1.0f),
+      Finite(material.GetScale()), Finite(material.GetBias())};
+  parameters.reflectionLod = 8.0f * std::clamp(Finite(material.GetIblRoughness()), 0.0f, 1.0f);
+  parameters.irradiance = std::max(Finite(material.GetIblDiffuseCoeff()), 0.0f);
+  parameters.environmentContrast = std::max(Finite(material.GetIblContrast()), 0.0f);
+  parameters.environment = ReadEnvironmentTexture(material.GetEnvironmentMap(), textures);
 }
 
 }  // namespace
@@ -94,7 +134,9 @@ NEnvironmentTexture ReadEnvironmentTexture(data::environment_map::NEnvironmentMa
   environment.projection = static_cast<NEnvironmentProjection>(
       std::clamp<long>(map.GetImageType(), NEP_CUBE, NEP_SQUARE));
   bool const isCube = environment.projection == NEP_CUBE;
-  environment.texture = textures.Get(*image, isCube ? NTC_CUBE : NTC_COLOR).texture.Get();
+  NTexture const& loaded = textures.Get(*image, isCube ? NTC_CUBE : NTC_COLOR);
+  environment.texture = loaded.texture.Get();
+  environment.harmonics = &textures.GetHarmonics(loaded, environment.projection);
   // A rotation: its inverse is its transpose.
   if (auto const transform = map.GetTransform()) {
     environment.rotation = transform->GetTransform().Transpose();
@@ -113,19 +155,17 @@ NMaterialParameters ReadMaterialParameters(domain::material::NMaterialNode const
       Color(material.GetSpecularR(), material.GetSpecularG(), material.GetSpecularB());
   parameters.emissive =
       Color(material.GetEmissiveR(), material.GetEmissiveG(), material.GetEmissiveB());
-  parameters.power = std::max(Finite(material.GetPower()), 1e-3f);
+  parameters.power = GetExponent(material);
   parameters.opacity = std::clamp(Finite(material.GetTransparency()), 0.0f, 1.0f);
   parameters.isTransparent = parameters.opacity < 1.0f;
   for (auto const& [reference, mapping] : material.GetTextures()) {
     auto const texture = reference.Get();
     if (texture && mapping) AddTexture(parameters, *texture, *mapping, textures);
   }
-  if (material.EnvironmentMapIsEnabled()) {
-    parameters.reflection = std::max(Finite(material.GetIblSpecularCoeff()), 0.0f);
-    parameters.normalReflectance = GetNormalReflectance(material.GetRefractiveIndex());
-    parameters.reflectionLod = 8.0f * std::clamp(Finite(material.GetIblRoughness()), 0.0f, 1.0f);
-    parameters.environment = ReadEnvironmentTexture(material.GetEnvironmentMap(), textures);
-  }
+  // What is cut off leaves the rest opaque.
+  if (parameters.cutOff > 0.0f) parameters.isTransparent = false;
+  ReadFinish(parameters, material);
+  ReadReflection(parameters, material, textures);
   return parameters;
 }
 
@@ -142,7 +182,7 @@ NMaterialParameters ReadFloorMaterialParameters(
                              environment.GetFloorColorB());
   parameters.ambient = parameters.diffuse;
   parameters.reflection = std::max(Finite(environment.GetFloorReflection()), 0.0f);
-  parameters.normalReflectance = 0.2f;
+  parameters.fresnel[0] = 0.2f;
   parameters.reflectionLod = 6.0f * std::clamp(Finite(environment.GetFloorRoughness()), 0.0f, 1.0f);
   if (auto const image = environment.GetFloorImage()) {
     NTexture const& loaded = textures.Get(*image, NTC_COLOR);

@@ -4,6 +4,7 @@
 
 #include "corvanta/data/domain/environment/NEnvironmentNode.h"
 #include "corvanta/data/domain/material/NMaterialNode.h"
+#include "corvanta/renderer/NMaterialOptions.h"
 #include "corvanta/renderer/gl/shaders.h"
 #include "corvanta/renderer/scene/NMeshes.h"
 #include "corvanta/renderer/scene/NTextures.h"
@@ -29,16 +30,13 @@ struct NEnvironmentTexture {
 
   NEnvironmentProjection projection = NEP_NONE;
   GLuint texture = 0;
-  VX_Math::Matrix rotation;  // from global directions to those of the picture
+  VX_Math::Matrix rotation;               // from global directions to those of the picture
+  NHarmonics const* harmonics = nullptr;  // of the light from there
 };
 
 /// Reads an environment map, whose picture is uploaded if it isn't yet.
 NEnvironmentTexture ReadEnvironmentTexture(data::environment_map::NEnvironmentMap const& map,
                                            NTextures& textures);
-
-/// How a colour texture is combined with the diffuse colour; values of the shader and of a
-/// texture's operation, whose other values do as NCO_MULTIPLY.
-enum NColorOperation { NCO_MULTIPLY = 0, NCO_ADD = 1, NCO_COVER = 2 };
 
 /// What the numbers of a bump texture are; values of the shader.
 enum NBumpContent { NBC_NONE = 0, NBC_HEIGHTS = 1, NBC_NORMALS = 2 };
@@ -58,9 +56,19 @@ struct NMaterialParameters {
   float bumpScale = 1.0f;
   bool opacityInAlpha = false;
   bool isTransparent = false;
-  float reflection = 0.0f;          // a factor of the reflected environment
-  float normalReflectance = 0.0f;   // seen along the normal
-  float reflectionLod = 0.0f;       // level of detail of the environment's picture
+  bool isOneSided = false;
+  float cutOff = 0.0f;  // of the opacity, below which nothing is drawn; 0 without
+  float roughness = 0.0f;
+  float coatReflectance = 0.0f;  // of a clear coat, seen along the normal; 0 without
+  NColor fleckColor{};
+  float fleckSize = 1.0f;
+  float fleckPerturbation = 0.0f;
+  float reflection = 0.0f;  // a factor of the reflected environment
+  // What is reflected along the normal, at a grazing angle; a factor and a constant for both.
+  std::array<float, 4> fresnel{0.0f, 1.0f, 1.0f, 0.0f};
+  float reflectionLod = 0.0f;  // level of detail of the environment's picture
+  float irradiance = 0.0f;     // a factor of the light from the environment
+  float environmentContrast = 1.0f;
   NEnvironmentTexture environment;  // of its own
 };
 

@@ -108,12 +108,6 @@ void SetTangents(NGlBuffer const& tangents) {
   SetAttribute(kBinormal, tangents, 3, 6 * sizeof(float), 3 * sizeof(float));
 }
 
-bool IsProjected(NTextureMappings const& mappings) {
-  return std::any_of(mappings.begin(), mappings.end(), [](auto const& used) {
-    return dynamic_cast<mapping::NProjectionMapping const*>(used.get()) != nullptr;
-  });
-}
-
 /// The texture coordinates of one mapping at the corners of a surface's triangles.
 class MappedSurface {
  public:
@@ -216,6 +210,12 @@ NMeshes::NMeshes() = default;
 
 NMeshes::~NMeshes() = default;
 
+bool NMeshes::IsProjected(NTextureMappings const& mappings) {
+  return std::any_of(mappings.begin(), mappings.end(), [](auto const& used) {
+    return dynamic_cast<mapping::NProjectionMapping const*>(used.get()) != nullptr;
+  });
+}
+
 std::vector<NMeshPart> NMeshes::Get(NDrawItem const& item, NGeometryNode const& geometry,
                                     NTextureMappings const& mappings) {
   std::vector<NMeshPart> parts;
@@ -261,6 +261,7 @@ NMeshPart NMeshes::GetShared(NGeometryNode const& geometry, NSurface const& surf
   if (!mesh) {
     ++m_meshUploadCount;
     std::vector<Vertex> vertices;
+    vertices.reserve(surface.GetCoords().size());
     for (std::size_t i = 0; i != surface.GetCoords().size(); ++i) {
       vertices.push_back(MakeVertex(surface.GetCoords()[i], surface.GetNormals()[i]));
     }

@@ -46,6 +46,8 @@ class NMeshes {
   std::vector<NMeshPart> Get(NDrawItem const& item,
                              data::domain::geometry::NGeometryNode const& geometry,
                              NTextureMappings const& mappings);
+  /// Whether each occurrence of a model has a mesh of its own.
+  static bool IsProjected(NTextureMappings const& mappings);
   /// Drops the surfaces that changed, what projections made if one changed, and what has gone.
   void Forget(NDirtyFlags const& flags);
   /// The box of the finite corners of a model's triangles, in its own frame.

@@ -37,6 +37,8 @@ Box3 NResolvedScene::GetBox() const {
 void NResolvedScene::Clear() {
   m_list.Clear();
   m_models.clear();
+  m_meshParts.clear();
+  m_parts.clear();
 }
 
 void NResolvedScene::Update(data::domain::scenegraph::tree::NSceneGraphTreeNode& tree,
@@ -47,6 +49,8 @@ void NResolvedScene::Update(data::domain::scenegraph::tree::NSceneGraphTreeNode&
   if (materials || walked) ForgetParameters(flags);
   m_meshes.Forget(flags);
   if (!walked && !materials && !flags.projections) return;
+  m_meshParts.clear();
+  m_parts.clear();
   m_models.resize(GetItems().size());
   for (std::size_t i = 0; i != m_models.size(); ++i) Resolve(i);
 }
@@ -70,10 +74,14 @@ void NResolvedScene::Resolve(std::size_t index) {
   NDrawItem const& item = GetItems()[index];
   NResolvedModel& model = m_models[index];
   model.material = &GetParameters(item.model->GetMaterialNode());
-  model.parts.clear();
-  if (auto const geometry = item.model->GetGeometryNode()) {
-    model.parts = m_meshes.Get(item, *geometry, model.material->mappings);
+  auto const geometry = item.model->GetGeometryNode();
+  bool const isOwn = geometry && NMeshes::IsProjected(model.material->mappings);
+  std::vector<NMeshPart> const*& shared = m_meshParts[{geometry.get(), model.material}];
+  if (isOwn || shared == nullptr) {
+    shared = &m_parts.emplace_back();
+    if (geometry) m_parts.back() = m_meshes.Get(item, *geometry, model.material->mappings);
   }
+  model.parts = shared;
 }
 
 }  // namespace corvanta::renderer

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
+#include <map>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "corvanta/core/node/NNodeReference.h"
@@ -17,7 +20,7 @@ namespace corvanta::renderer {
 /// A model as it is drawn, beside its entry in the draw list.
 struct NResolvedModel {
   NMaterialParameters const* material = nullptr;
-  std::vector<NMeshPart> parts;
+  std::vector<NMeshPart> const* parts = nullptr;  // the same for all models of one mesh
 };
 
 /// The models of a tree, ready to be drawn: where each is, and what it needs on the graphics
@@ -38,6 +41,7 @@ class NResolvedScene {
   void Update(data::domain::scenegraph::tree::NSceneGraphTreeNode& tree, NDirtyFlags const& flags);
 
  private:
+  using Geometry = data::domain::geometry::NGeometryNode;
   using Material = data::domain::material::NMaterialNode;
   struct Entry {
     core::node::NNodeReference<Material const> material;
@@ -53,6 +57,10 @@ class NResolvedScene {
   NTextures m_textures;
   NMeshes m_meshes;
   std::unordered_map<Material const*, Entry> m_parameters;
+  // What draws a geometry with a material, as of the last walk.
+  std::map<std::pair<Geometry const*, NMaterialParameters const*>, std::vector<NMeshPart> const*>
+      m_meshParts;
+  std::deque<std::vector<NMeshPart>> m_parts;
   NMaterialParameters const m_default = MakeDefaultMaterialParameters();
 };
 

@@ -8,6 +8,7 @@
 #include "corvanta/core/uri/NUri.h"
 #include "corvanta/data/internal/built_in_images.h"
 #include "corvanta/data/resource/image/create_image.h"
+#include "corvanta/renderer/scene/harmonics.h"
 #include "corvanta/renderer/texels.h"
 
 namespace corvanta::renderer {
@@ -66,13 +67,22 @@ NTexture const& NTextures::Get(NImageNode const& image, NTextureContent content)
 
 NTexture NTextures::Load(NImageNode const& image, NTextureContent content) const {
   std::vector<NTexels> faces = Read(image);
-  NTexture result{NGlTexture(), faces.front().hasAlpha};
+  NTexture result{NGlTexture(),
+                  faces.front().hasAlpha,
+                  !faces.front().floats.empty() || content == NTC_DATA,
+                  content == NTC_CUBE,
+                  faces.front().width,
+                  faces.front().height};
   GLenum const target = content == NTC_CUBE ? GL_TEXTURE_CUBE_MAP : GL_TEXTURE_2D;
   glBindTexture(target, result.texture.Get());
   glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
   if (content == NTC_CUBE) {
     // A cube's faces are square.
-    if (faces.size() != 6 && faces.front().width != faces.front().height) faces = {MakeGrey()};
+    if (faces.size() != 6 && faces.front().width != faces.front().height) {
+      faces = {MakeGrey()};
+      result.width = result.height = 1;
+      result.isLinear = false;
+    }
     for (unsigned face = 0; face != 6; ++face) {
       Fill(GL_TEXTURE_CUBE_MAP_POSITIVE_X + face, faces[faces.size() == 6 ? face : 0], content);
     }
@@ -88,10 +98,19 @@ NTexture NTextures::Load(NImageNode const& image, NTextureContent content) const
   return result;
 }
 
+NHarmonics const& NTextures::GetHarmonics(NTexture const& texture, int projection) {
+  auto const [entry, isNew] = m_harmonics.try_emplace({texture.texture.Get(), projection});
+  if (isNew) entry->second = ComputeHarmonics(texture, projection);
+  return entry->second;
+}
+
 void NTextures::Forget(std::unordered_set<NImageNode const*> const& images) {
-  std::erase_if(m_textures, [&images](auto const& entry) {
+  std::erase_if(m_textures, [&](auto const& entry) {
     auto const node = entry.first.first.Get();
-    return !node || images.contains(node.get());
+    if (node && !images.contains(node.get())) return false;
+    GLuint const name = entry.second.texture.Get();
+    std::erase_if(m_harmonics, [name](auto const& light) { return light.first.first == name; });
+    return true;
   });
 }
 

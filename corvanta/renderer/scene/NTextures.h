@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <boost/intrusive_ptr.hpp>
 #include <cstddef>
 #include <map>
@@ -19,10 +20,17 @@ enum NTextureContent {
   NTC_CUBE,   ///< six faces of display values; a flat picture is used for all of them
 };
 
+/// The light that arrives from an environment at a surface, by the normal: for each of nine
+/// polynomials of the direction a colour.
+using NHarmonics = std::array<float, 27>;
+
 /// A picture on the graphics processor.
 struct NTexture {
   NGlTexture texture;
   bool hasAlpha = false;  // some pixel isn't opaque
+  bool isLinear = false;  // it is held as linear light
+  bool isCube = false;
+  unsigned width = 0, height = 0;
 };
 
 /// The pictures of image nodes on the graphics processor. Each is uploaded once for each content,
@@ -31,6 +39,9 @@ class NTextures {
  public:
   /// The picture of `image`; where it can't be read, the library's placeholder.
   NTexture const& Get(data::domain::image::NImageNode const& image, NTextureContent content);
+  /// The light from a picture of this that shows the directions around in that projection.
+  /// Cost: the first time reading some hundred texels back.
+  NHarmonics const& GetHarmonics(NTexture const& texture, int projection);
   /// Drops the pictures of `images`, and those of nodes that have gone.
   void Forget(std::unordered_set<data::domain::image::NImageNode const*> const& images);
   std::size_t GetUploadCount() const { return m_uploadCount; }
@@ -42,6 +53,7 @@ class NTextures {
   NTexture Load(data::domain::image::NImageNode const& image, NTextureContent content) const;
 
   std::map<Key, NTexture> m_textures;
+  std::map<std::pair<GLuint, int>, NHarmonics> m_harmonics;
   std::size_t m_uploadCount = 0;
 };
 
