@@ -60,6 +60,7 @@ class Info {
             {"tree", {{"name", tree["name"]}, {"id", tree["id"]}}},
             {"readMilliseconds", model.readMilliseconds},
             {"buildMilliseconds", model.buildMilliseconds},
+            {"variants", model.variants},
             {"notes", model.notes}};
   }
 

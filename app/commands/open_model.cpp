@@ -8,6 +8,8 @@
 
 #include "app/output/text.h"
 #include "app/scene/float_range.h"
+#include "corvanta/core/text/message.h"
+#include "corvanta/importer/NImportError.h"
 #include "corvanta/importer/limits.h"
 
 namespace corvanta::app {
@@ -24,6 +26,12 @@ std::string CheckLimit(std::string const& text) {
 importer::NImportOptions& GetOptions() {
   static importer::NImportOptions options;
   return options;
+}
+
+// The variant that all files are shown in, as far as they have any.
+std::string& GetVariant() {
+  static std::string variant;
+  return variant;
 }
 
 std::string CheckUnit(std::string const& text) {
@@ -69,6 +77,12 @@ void AddAxisOptions(CLI::App& command) {
       ->check(CLI::Validator(&CheckCrease, "DEGREES"));
 }
 
+void AddVariantOption(CLI::App& command) {
+  command.add_option_function<std::string>(
+      "--variant", [](std::string const& name) { GetVariant() = name; },
+      "Name of the files' variant of materials to be shown; info lists them");
+}
+
 void AddLimit(CLI::App& command, std::string const& name, std::string const& help,
               void (*set)(importer::NImportLimits& limits, double value)) {
   command
@@ -90,6 +104,12 @@ std::optional<importer::NImportedModel> OpenModel(data::document::NDocument& doc
   try {
     importer::NImportedModel model = importer::ImportModel(document, file, GetOptions());
     for (std::string const& note : model.notes) PrintNote(file, note);
+    std::string const& variant = GetVariant();
+    if (!variant.empty() && !importer::ChooseVariant(model, variant)) {
+      if (!model.variants.empty())
+        throw importer::NImportError("there is no variant " + Quoted(variant));
+      PrintNote(file, "there are no variants");
+    }
     return model;
   } catch (std::exception const& error) {
     PrintError(file, error.what());
@@ -99,6 +119,7 @@ std::optional<importer::NImportedModel> OpenModel(data::document::NDocument& doc
 
 void AddModelOptions(CLI::App& command) {
   AddAxisOptions(command);
+  AddVariantOption(command);
   AddLimit(command, "--memory",
            "MB that reading a model file may take; half of the machine's by default",
            [](importer::NImportLimits& limits, double value) {

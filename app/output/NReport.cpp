@@ -15,6 +15,9 @@ class TextReport : public NReport {
   void AddFile(NRecord const& file) override {
     m_out << "file " << Quoted(file["file"].get<std::string>()) << " read "
           << Time(file["readMilliseconds"]) << " built " << Time(file["buildMilliseconds"]) << '\n';
+    for (auto const& variant : file["variants"]) {
+      m_out << "  variant " << Quoted(variant.get<std::string>()) << '\n';
+    }
   }
   void AddTree(NRecord const& tree) override { Write(tree, ""); }
   void AddItem(NRecord const& item, std::size_t depth) override {

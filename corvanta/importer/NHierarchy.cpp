@@ -34,6 +34,7 @@ NHierarchy::NHierarchy(NImportTarget& target, neutral::NSceneView const& scene,
       m_scene(scene),
       m_materials(materials),
       m_crease(crease),
+      m_variants(scene, materials),
       m_isLightPlaced(scene.Get<neutral::NLight>().size()),
       m_isCameraPlaced(scene.Get<neutral::NCamera>().size()),
       m_geometries(scene.Get<neutral::NMesh>().size()),
@@ -144,6 +145,7 @@ NHierarchy::ItemPointer NHierarchy::CreateModel(std::size_t mesh) {
   model->SetGeometryNode(NNodeReference<data::domain::geometry::NGeometryNode>(*GetGeometry(mesh)));
   model->SetMaterial(NNodeReference<data::domain::material::NMaterialNode>(
       *m_materials.GetMaterial(Get<neutral::NMesh>(mesh).material)));
+  m_variants.AddModel(mesh, *model);
   return model;
 }
 

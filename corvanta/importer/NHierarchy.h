@@ -16,6 +16,7 @@
 #include "corvanta/export.h"
 #include "corvanta/importer/NImportTarget.h"
 #include "corvanta/importer/NMaterials.h"
+#include "corvanta/importer/NVariants.h"
 #include "corvanta/importer/animation/NEffort.h"
 #include "corvanta/importer/neutral/NSceneView.h"
 
@@ -45,6 +46,8 @@ class CORVANTA_API NHierarchy {
   /// Fails: null for neutral::kNone.
   boost::intrusive_ptr<data::domain::scenegraph::item::NSceneGraphItemNode> QueryItem(
       std::uint64_t number) const;
+
+  NVariants const& GetVariants() const { return m_variants; }
 
   /// What the file holds and the scene can't, in UTF-8.
   std::vector<std::string> GetNotes() const;
@@ -81,6 +84,7 @@ class CORVANTA_API NHierarchy {
   neutral::NSceneView const& m_scene;
   NMaterials& m_materials;
   std::optional<double> const m_crease;
+  NVariants m_variants;
   std::vector<bool> m_isLightPlaced;
   std::vector<bool> m_isCameraPlaced;
   std::vector<boost::intrusive_ptr<data::domain::geometry::NGeometryNode>> m_geometries;

@@ -7,6 +7,7 @@
 #include <set>
 
 #include "corvanta/core/text/convert.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/importer/NHierarchy.h"
 #include "corvanta/importer/NMaterials.h"
 #include "corvanta/importer/NPictures.h"
@@ -60,6 +61,8 @@ NImportedModel ImportModel(data::document::NDocument& document, std::string cons
   NAnimations const animations(target, scene, hierarchy, *result.tree, effort);
   for (auto const& [number, camera] : hierarchy.GetCameras()) result.cameras.push_back(camera);
   result.animations = animations.GetNodes();
+  result.variants = hierarchy.GetVariants().GetNames();
+  result.switches = hierarchy.GetVariants().GetSwitches();
   auto const isBuilt = Clock::now();
 
   std::vector<std::string> readNotes;
@@ -75,6 +78,18 @@ NImportedModel ImportModel(data::document::NDocument& document, std::string cons
   target.Keep();
   result.buildMilliseconds = Milliseconds(isRead, isBuilt);
   return result;
+}
+
+bool ChooseVariant(NImportedModel const& model, std::string const& name) {
+  auto const found = std::find(model.variants.begin(), model.variants.end(), name);
+  if (found == model.variants.end()) return false;
+  for (auto const& choice : model.switches) {
+    auto const material = std::next(choice->GetMaterials().begin(), found - model.variants.begin());
+    for (auto const& reference : choice->GetModels()) {
+      if (auto const node = reference.Get()) node->SetMaterial(*material);
+    }
+  }
+  return true;
 }
 
 }  // namespace corvanta::importer

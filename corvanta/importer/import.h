@@ -9,6 +9,7 @@
 #include "corvanta/data/domain/animation/NAnimationNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
+#include "corvanta/data/switches/NMaterialSwitch.h"
 #include "corvanta/export.h"
 #include "corvanta/importer/NUpAxis.h"
 
@@ -22,6 +23,10 @@ struct NImportedModel {
   std::vector<boost::intrusive_ptr<data::domain::scenegraph::item::NSceneGraphCameraNode>> cameras;
   // In the file's order, also those that move nothing.
   std::vector<boost::intrusive_ptr<data::domain::animation::NAnimationNode>> animations;
+  // The names of the file's variants, in UTF-8, and the choices that are made with each: entry i of
+  // a switch is for variant i.
+  std::vector<std::string> variants;
+  std::vector<boost::intrusive_ptr<data::switches::NMaterialSwitch>> switches;
   std::vector<std::string> notes;  // what the file holds and the scene doesn't, in UTF-8
   double readMilliseconds = 0.0;
   double buildMilliseconds = 0.0;
@@ -45,5 +50,9 @@ struct NImportOptions {
 CORVANTA_API NImportedModel ImportModel(data::document::NDocument& document,
                                         std::string const& file,
                                         NImportOptions const& options = {});
+
+/// Gives the models of `model` the materials of its first variant of that name.
+/// Raises: what SetMaterial does. Fails: false, with no change, if there is none.
+CORVANTA_API bool ChooseVariant(NImportedModel const& model, std::string const& name);
 
 }  // namespace corvanta::importer

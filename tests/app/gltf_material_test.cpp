@@ -220,5 +220,86 @@ TEST(GltfMaterialTest, ATextureThatDoesNotRepeatIsToldWhereThatIsSeen) {
   EXPECT_THAT(Made(material, Textured(), clamped).GetNotes(), testing::IsEmpty());
 }
 
+// Two shoes, one of which looks the same in every variant.
+json MakeShoes() {
+  Mesh mesh = Textured();
+  auto const colored = [](char const* name, json const& color) {
+    return json{{"name", name},
+                {"pbrMetallicRoughness", {{"baseColorFactor", color}, {"metallicFactor", 0}}}};
+  };
+  json file = json::parse(MakeGltf(
+      {mesh, mesh},
+      {{{"children", {1, 2}}}, {{"name", "left"}, {"mesh", 0}}, {{"name", "right"}, {"mesh", 1}}},
+      {{"materials",
+        {colored("plain", {1, 1, 1, 1}), colored("red", {1, 0, 0, 1}),
+         colored("blue", {0, 0, 1, 1})}},
+       {"extensionsUsed", {"KHR_materials_variants"}},
+       {"extensions",
+        {{"KHR_materials_variants",
+          {{"variants", {{{"name", "street"}}, {{"name", "beach"}}, {{"name", "moon"}}}}}}}}}));
+  file["meshes"][0]["primitives"][0]["extensions"] = {
+      {"KHR_materials_variants",
+       {{"mappings",
+         {{{"material", 1}, {"variants", {0, 2}}},
+          {{"material", 2}, {"variants", {1, 77, -1}}}}}}}};
+  return file;
+}
+
+TEST(GltfVariantTest, AVariantIsAChoiceOfASwitch) {
+  support::TemporaryFiles files;
+  files.Write("shoes.gltf", MakeShoes().dump());
+  data::document::NDocument document;
+  auto const model = importer::ImportModel(document, (files.GetFolder() / "shoes.gltf").string());
+  EXPECT_THAT(model.variants, ElementsAre("street", "beach", "moon"));
+  ASSERT_EQ(model.switches.size(), 1u);
+  EXPECT_EQ(model.switches[0]->GetName(), L"mesh0");
+  EXPECT_EQ(model.switches[0]->GetMaterials().size(), 3u);
+  auto const getMaterial = [&](std::size_t child) {
+    auto const& items = model.tree->GetRoot()->GetChildren();
+    auto const& item = **std::next(items.begin(), static_cast<std::ptrdiff_t>(child));
+    return dynamic_cast<domain::scenegraph::item::NSceneGraphModelNode const&>(item)
+        .GetMaterialNode()
+        ->GetName();
+  };
+  for (auto const& [variant, left] : {std::pair("", L"plain"), std::pair("beach", L"blue"),
+                                      std::pair("moon", L"red"), std::pair("sea", L"red")}) {
+    EXPECT_EQ(importer::ChooseVariant(model, variant),
+              std::string(variant) == "beach" || std::string(variant) == "moon");
+    EXPECT_EQ(getMaterial(0), left) << variant;
+    EXPECT_EQ(getMaterial(1), L"plain") << variant;
+  }
+}
+
+TEST(GltfVariantTest, TheProgramListsAndTakesThem) {
+  support::TemporaryFiles files;
+  json const shoes = MakeShoes();
+  files.Write("shoes.gltf", shoes.dump());
+  files.Write("plain.gltf", MakeGltf({Triangle()}, {{{"mesh", 0}}}));
+  EXPECT_THAT(RunProgram(files, {"info", "shoes.gltf"}).out, HasSubstr("  variant \"beach\"\n"));
+  Result const beach = RunProgram(files, {"info", "shoes.gltf", "--variant", "beach", "--json"});
+  EXPECT_EQ(Named(beach.Json()["trees"][0]["items"], "left")["material"]["name"], "blue");
+  EXPECT_EQ(beach.Json()["files"][0]["variants"][2], "moon");
+  Result const sea =
+      RunProgram(files, {"render", "shoes.gltf", "--clip-report", "--variant", "sea"});
+  EXPECT_EQ(sea.status, 1);
+  EXPECT_TRUE(sea.HasOneError("shoes.gltf", "no variant \"sea\"")) << sea.err;
+  Result const plain = RunProgram(files, {"info", "plain.gltf", "--variant", "sea"});
+  EXPECT_EQ(plain.status, 0);
+  EXPECT_TRUE(plain.HasOneError("plain.gltf", "there are no variants")) << plain.err;
+
+  json many = shoes;
+  for (int i = 0; i != 300; ++i) {
+    many["extensions"]["KHR_materials_variants"]["variants"].push_back({{"name", "v"}});
+  }
+  files.Write("many.gltf", many.dump());
+  EXPECT_TRUE(RunProgram(files, {"info", "many.gltf"}).HasOneError("many.gltf", "256 variants"));
+  json lost = shoes;
+  lost["meshes"][0]["primitives"][0]["extensions"]["KHR_materials_variants"]["mappings"][0]
+      ["material"] = 9;
+  files.Write("lost.gltf", lost.dump());
+  EXPECT_TRUE(RunProgram(files, {"info", "lost.gltf"})
+                  .HasOneError("lost.gltf", "material that isn't there"));
+}
+
 }  // namespace
 }  // namespace corvanta::app_tests

@@ -30,6 +30,8 @@ class Checker {
     ForEach<NAnimation>();
     ForEach<NChannel>();
     ForEach<NText>();
+    ForEach<NVariant>();
+    Require(Count<NVariant>() <= kMostVariants, "it has too many variants");
     CheckHierarchy();
   }
 
@@ -64,6 +66,7 @@ class Checker {
   }
 
   void Check(NText const& text) { Use(text); }
+  void Check(NVariant const& variant) { Use(variant.name); }
 
   void Check(NNode const& node) {
     Use(node.name);
@@ -86,6 +89,11 @@ class Checker {
       Require(mesh.uvs[i].count == count, "a mesh lacks texture coordinates");
     }
     Require(mesh.material < Count<NMaterial>(), "a mesh has no material");
+    Use(mesh.variants);
+    for (NVariantUse const& use : m_scene.Get(mesh.variants)) {
+      Require(use.variant < Count<NVariant>() && use.material < Count<NMaterial>(),
+              "a variant names nothing");
+    }
     std::uint32_t largest = 0;
     for (NTriangle const& t : m_scene.Get(mesh.triangles)) {
       largest = std::max({largest, t[0], t[1], t[2]});

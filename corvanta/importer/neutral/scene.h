@@ -34,6 +34,7 @@ inline constexpr std::uint32_t kNone = 0xFFFFFFFF;
 /// How many nodes a scene may have together with the meshes, lights and cameras at them.
 inline constexpr std::size_t kMostItems = 2'000'000;
 inline constexpr std::size_t kMostUvSets = 8;
+inline constexpr std::size_t kMostVariants = 256;
 
 /// The nodes stand level by level: behind the root its children, behind these the children of the
 /// first of them, and so on.
@@ -44,6 +45,15 @@ struct NNode {
   std::uint64_t childCount;
 };
 
+/// A choice of materials for the whole scene.
+struct NVariant {
+  NText name;
+};
+struct NVariantUse {
+  std::uint32_t variant;
+  std::uint32_t material;
+};
+
 struct NMesh {
   NText name;
   std::uint64_t material;
@@ -52,7 +62,8 @@ struct NMesh {
   std::array<NRange<NTriple>, kMostUvSets> uvs;
   std::uint64_t uvSetCount;
   NRange<NTriangle> triangles;
-  std::uint64_t isFlat;  // whether faces without normals are flat
+  NRange<NVariantUse> variants;  // those in which its material is another one
+  std::uint64_t isFlat;          // whether faces without normals are flat
 };
 
 template <class T>
@@ -139,7 +150,7 @@ struct NAnimation {
 /// Every kind of element that a scene has an array of.
 using NElements = std::tuple<char, std::uint8_t, std::uint32_t, NTriple, NTriangle, NTripleKey,
                              NTurnKey, NTexture, NNode, NMesh, NMaterial, NPicture, NLight, NCamera,
-                             NChannel, NAnimation, NText>;
+                             NChannel, NAnimation, NText, NVariant, NVariantUse>;
 
 template <class T, class... Kinds>
 constexpr std::size_t FindKind(std::tuple<Kinds...> const*) {

@@ -20,7 +20,7 @@ namespace {
 constexpr std::size_t kMostNotes = 10;
 constexpr std::size_t kMostChars = 200;  // of a line: some quote a whole buffer
 
-constexpr std::array<std::string_view, 13> kHonoured{"KHR_draco_mesh_compression",
+constexpr std::array<std::string_view, 14> kHonoured{"KHR_draco_mesh_compression",
                                                      "KHR_lights_punctual",
                                                      "KHR_materials_clearcoat",
                                                      "KHR_materials_emissive_strength",
@@ -29,15 +29,15 @@ constexpr std::array<std::string_view, 13> kHonoured{"KHR_draco_mesh_compression
                                                      "KHR_materials_specular",
                                                      "KHR_materials_transmission",
                                                      "KHR_materials_unlit",
+                                                     "KHR_materials_variants",
                                                      "KHR_mesh_quantization",
                                                      "KHR_texture_transform",
                                                      "KHR_xmp_json_ld",
                                                      "EXT_texture_webp"};
 // A file may require these, and is still the same model without them.
-constexpr std::array<std::string_view, 7> kSpared{
+constexpr std::array<std::string_view, 6> kSpared{
     "KHR_materials_anisotropy", "KHR_materials_dispersion", "KHR_materials_iridescence",
-    "KHR_materials_sheen",      "KHR_materials_variants",   "KHR_materials_volume",
-    "KHR_animation_pointer"};
+    "KHR_materials_sheen",      "KHR_materials_volume",     "KHR_animation_pointer"};
 
 template <std::size_t N>
 bool IsOne(std::string const& extension, std::array<std::string_view, N> const& names) {

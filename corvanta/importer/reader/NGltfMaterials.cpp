@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <numeric>
+#include <tuple>
 
 #include "corvanta/core/text/message.h"
 #include "corvanta/data/domain/texture/NTextureUse.h"
@@ -100,6 +102,26 @@ std::vector<Reference> GetReferences(tinygltf::Material const& material) {
   return references;
 }
 
+constexpr char kVariants[] = "KHR_materials_variants";
+
+// Calls `use(variant, material)` for each variant in which a primitive has a material of its own.
+template <class Use>
+void ForEachMapping(tinygltf::Primitive const& primitive, Use const& use) {
+  auto const* const extension = FindExtension(primitive.extensions, kVariants);
+  if (extension == nullptr) return;
+  auto const& mappings = extension->Get("mappings");
+  for (std::size_t i = 0; i != mappings.ArrayLen(); ++i) {
+    auto const& mapping = mappings.Get(static_cast<int>(i));
+    int const material = GetWhole(mapping, "material");
+    if (material < 0) continue;
+    auto const& variants = mapping.Get("variants");
+    for (std::size_t k = 0; k != variants.ArrayLen(); ++k) {
+      auto const& variant = variants.Get(static_cast<int>(k));
+      use(variant.IsInt() ? variant.GetNumberAsInt() : -1, material);
+    }
+  }
+}
+
 // How a texture goes on outside its borders; the neutral form has but one way.
 bool Repeats(tinygltf::Model const& model, int texture) {
   if (!IsIn(model.textures, texture)) return true;
@@ -116,7 +138,69 @@ NGltfMaterials::NGltfMaterials(tinygltf::Model const& model, NGltfAccessors cons
                                neutral::NSceneWriter& writer)
     : m_model(model), m_accessors(accessors), m_writer(writer), m_sets(model.materials.size()) {
   for (auto const& image : model.images) AddPicture(image);
+  AddVariants();
+  ShareUvSets();
   for (std::size_t i = 0; i != m_sets.size(); ++i) AddMaterial(model.materials[i], m_sets[i]);
+}
+
+void NGltfMaterials::AddVariants() {
+  auto const* const extension = FindExtension(m_model.extensions, kVariants);
+  if (extension == nullptr) return;
+  auto const& variants = extension->Get("variants");
+  m_variantCount = variants.ArrayLen();
+  if (m_variantCount > neutral::kMostVariants) {
+    throw NImportError("more than " + std::to_string(neutral::kMostVariants) + " variants");
+  }
+  for (std::size_t i = 0; i != m_variantCount; ++i) {
+    auto const& variant = variants.Get(static_cast<int>(i));
+    std::string const name = variant.IsObject() && variant.Get("name").IsString()
+                                 ? variant.Get("name").Get<std::string>()
+                                 : std::string();
+    neutral::NText const text = m_writer.AddText(GetName(name, "variants", i));
+    m_writer.Get<neutral::NVariant>().push_back({text});
+  }
+}
+
+std::vector<neutral::NVariantUse> NGltfMaterials::GetVariants(
+    tinygltf::Primitive const& primitive) {
+  std::vector<neutral::NVariantUse> uses;
+  ForEachMapping(primitive, [&](int variant, int material) {
+    if (variant < 0 || static_cast<std::size_t>(variant) >= m_variantCount) return;
+    uses.push_back({static_cast<std::uint32_t>(variant), GetNumber(material)});
+  });
+  return uses;
+}
+
+// Materials that variants put in each other's place look up the same sets of a mesh.
+void NGltfMaterials::ShareUvSets() {
+  std::vector<std::size_t> groups(m_sets.size());
+  std::iota(groups.begin(), groups.end(), std::size_t{0});
+  auto const find = [&groups](std::size_t material) {
+    while (groups[material] != material) material = groups[material] = groups[groups[material]];
+    return material;
+  };
+  for (auto const& mesh : m_model.meshes) {
+    for (auto const& primitive : mesh.primitives) {
+      ForEachMapping(primitive, [&](int, int material) {
+        if (!IsIn(groups, material) || !IsIn(groups, primitive.material)) return;
+        groups[find(static_cast<std::size_t>(material))] =
+            find(static_cast<std::size_t>(primitive.material));
+      });
+    }
+  }
+  std::vector<std::vector<NUvSet>> shared(m_sets.size());
+  std::vector<bool> isTransformed(m_sets.size());
+  for (std::size_t i = 0; i != m_sets.size(); ++i) {
+    std::size_t const group = find(i);
+    for (Reference const& each : GetReferences(m_model.materials[i])) {
+      auto& sets = shared[group];
+      if (std::find(sets.begin(), sets.end(), each.set) == sets.end()) sets.push_back(each.set);
+      if (!(each.set.transform == NTextureTransform())) isTransformed[group] = true;
+    }
+  }
+  for (std::size_t i = 0; i != m_sets.size(); ++i) {
+    if (isTransformed[find(i)]) m_sets[i] = shared[find(i)];
+  }
 }
 
 void NGltfMaterials::AddPicture(tinygltf::Image const& image) {
@@ -136,15 +220,9 @@ void NGltfMaterials::AddPicture(tinygltf::Image const& image) {
   m_writer.Get<neutral::NPicture>().push_back(picture);
 }
 
-void NGltfMaterials::AddMaterial(tinygltf::Material const& source, std::vector<NUvSet>& sets) {
+void NGltfMaterials::AddMaterial(tinygltf::Material const& source,
+                                 std::vector<NUvSet> const& sets) {
   auto const references = GetReferences(source);
-  if (std::any_of(references.begin(), references.end(), [](Reference const& each) {
-        return !(each.set.transform == NTextureTransform());
-      })) {
-    for (Reference const& each : references) {
-      if (std::find(sets.begin(), sets.end(), each.set) == sets.end()) sets.push_back(each.set);
-    }
-  }
   neutral::NMaterial material{};
   material.name = m_writer.AddText(source.name);
   SetSurface(source, material);
@@ -175,8 +253,7 @@ std::uint32_t NGltfMaterials::GetNumber(int material) {
   }
   if (m_default == neutral::kNone) {
     m_default = static_cast<std::uint32_t>(m_writer.Get<neutral::NMaterial>().size());
-    std::vector<NUvSet> none;
-    AddMaterial(tinygltf::Material(), none);
+    AddMaterial(tinygltf::Material(), {});
   }
   return m_default;
 }

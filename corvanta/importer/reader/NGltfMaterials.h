@@ -55,18 +55,24 @@ class NGltfMaterials {
   /// The sets of coordinates that a primitive needs, in the order of the numbers by which its
   /// material names them.
   std::vector<NUvSet> GetUvSets(tinygltf::Primitive const& primitive) const;
+  /// The materials that the file's variants have for a primitive, by their numbers.
+  /// Fails: throws NImportError for one that isn't there.
+  std::vector<neutral::NVariantUse> GetVariants(tinygltf::Primitive const& primitive);
 
   /// What the neutral form can't say, in UTF-8.
   std::vector<std::string> GetNotes() const;
 
  private:
+  void AddVariants();
+  void ShareUvSets();
   void AddPicture(tinygltf::Image const& image);
-  void AddMaterial(tinygltf::Material const& material, std::vector<NUvSet>& sets);
+  void AddMaterial(tinygltf::Material const& material, std::vector<NUvSet> const& sets);
 
   tinygltf::Model const& m_model;
   NGltfAccessors const& m_accessors;
   neutral::NSceneWriter& m_writer;
   std::vector<std::vector<NUvSet>> m_sets;  // of each material; none where those of the mesh do
+  std::size_t m_variantCount = 0;
   std::uint32_t m_default = neutral::kNone;
   std::size_t m_varyingCount = 0;  // those with a texture of metalness and roughness
   std::size_t m_cutCount = 0;      // those of the alpha mode "MASK"

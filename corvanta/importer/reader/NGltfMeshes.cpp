@@ -106,6 +106,7 @@ std::uint32_t NGltfMeshes::AddPrimitive(tinygltf::Primitive const& primitive,
   mesh.name = m_writer.AddText(name);
   mesh.material = m_materials.GetNumber(primitive.material);
   mesh.isFlat = 1;
+  mesh.variants = m_writer.Add(m_materials.GetVariants(primitive));
   m_morphedCount += !primitive.targets.empty();
   if (IsSurface(primitive.mode)) {
     auto const source = Read(primitive);
