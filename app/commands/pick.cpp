@@ -127,8 +127,8 @@ class Pick {
     if (m_options.ray.empty()) {
       VX_Math::Vec2 const point(static_cast<float>((m_options.at[0] + 0.5) / m_size[0]),
                                 static_cast<float>(1 - (m_options.at[1] + 0.5) / m_size[1]));
-      from = overview.GetEye();
       picker.SetRay(point, overview.GetViewProjection(GetAspect()));
+      from = overview.GetEye();
     } else {
       from = ToVec3(m_options.ray);
       picker.SetRay(VX_Math::Line(from, from + ToVec3(m_options.ray, 3)));

@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <exception>
 #include <iostream>
@@ -16,6 +17,7 @@
 #include "app/commands/size.h"
 #include "app/output/png_file.h"
 #include "app/output/text.h"
+#include "app/play/NFrameWriter.h"
 #include "app/play/NTimeLinePlayer.h"
 #include "app/play/NTourPlayer.h"
 #include "app/scene/NStage.h"
@@ -47,7 +49,10 @@ struct Options {
   std::string size = "800x600";
   std::optional<double> time;
   NStageLights lights = NSL_AUTOMATIC;
+  std::string background;
+  unsigned orbit = 0;
   bool isStereo = false, isHeadMounted = false, reportsClip = false;
+  bool isWireframe = false, showsEdges = false;
 };
 
 /// N of "material=N".
@@ -58,6 +63,29 @@ std::optional<unsigned> ParseChoice(std::string const& text) {
   char const* const end = text.data() + text.size();
   auto const [rest, fault] = std::from_chars(text.data() + kPrefix.size(), end, number);
   return fault == std::errc() && rest == end ? std::optional(number) : std::nullopt;
+}
+
+/// The linear light of "R,G,B", bytes of a picture, or of a name; none if it is neither.
+std::optional<VX_Math::Vec3> ParseColor(std::string const& text) {
+  static std::map<std::string, std::string> const names{
+      {"black", "0,0,0"},   {"white", "255,255,255"}, {"grey", "128,128,128"}, {"red", "255,0,0"},
+      {"green", "0,128,0"}, {"blue", "0,0,255"},      {"sky", "135,206,235"}};
+  auto const named = names.find(text);
+  std::string const bytes = named == names.end() ? text : named->second;
+  VX_Math::Vec3 color;
+  char const* at = bytes.data();
+  char const* const end = at + bytes.size();
+  for (int channel = 0; channel != 3; ++channel) {
+    if (channel != 0 && (at == end || *at++ != ',')) return std::nullopt;
+    unsigned byte = 0;
+    auto const [rest, fault] = std::from_chars(at, end, byte);
+    if (fault != std::errc() || byte > 255) return std::nullopt;
+    at = rest;
+    double const value = byte / 255.0;
+    color[channel] = static_cast<float>(value <= 0.04045 ? value / 12.92
+                                                         : std::pow((value + 0.055) / 1.055, 2.4));
+  }
+  return at == end ? std::optional(color) : std::nullopt;
 }
 
 /// SECONDS of "tour:SECONDS".
@@ -112,6 +140,12 @@ class Render {
     if (!m_options.method.empty()) {
       ThrowTextures(m_document, tree, core::text::ToWide(m_options.method));
     }
+    if (m_options.isWireframe) stage.SetWired();
+    if (m_options.background == "none") {
+      stage.HideBackground();
+    } else if (!m_options.background.empty()) {
+      stage.SetBackground(*ParseColor(m_options.background));
+    }
     if (m_options.time) PlayTo(*m_options.time);
     if (m_options.camera.empty()) {
       if (m_options.time) stage.GetOverview().FrameAll();
@@ -152,6 +186,8 @@ class Render {
                                            : m_options.isHeadMounted ? renderer::NSM_HEAD_MOUNTED
                                                                      : renderer::NSM_MONO;
       NStagePreview preview(m_document, stage, m_size[0], m_size[1], stereo);
+      preview.SetShowsEdgesFlag(m_options.showsEdges);
+      if (m_options.orbit != 0) return DrawAround(stage, preview);
       if (!m_options.output.empty() && !Write(m_options.output, preview.TakePicture())) {
         return NS_FILE;
       }
@@ -165,6 +201,14 @@ class Render {
       PrintError("render", error.what());
     }
     return NS_FILE;
+  }
+
+  int DrawAround(NStage& stage, NStagePreview& preview) const {
+    for (unsigned i = 0; i != m_options.orbit; ++i) {
+      if (i != 0) stage.GetOverview().Orbit(360.0 / m_options.orbit);
+      if (!Write(NFrameWriter::GetPath(m_options.output, i), preview.TakePicture())) return NS_FILE;
+    }
+    return NS_DONE;
   }
 
   static void Print(renderer::NClipReport const& report) {
@@ -235,6 +279,37 @@ void AddLights(CLI::App& command, NStageLights& lights) {
       ->type_name("file|default|both");
 }
 
+/// Which options exclude --orbit, or lack for it; empty if all is well.
+std::string FindFault(Options const& options) {
+  if (options.orbit == 0) return {};
+  if (options.output.empty()) return "--orbit needs -o";
+  std::string const fault = NFrameWriter::FindFault(options.output);
+  if (!fault.empty()) return "-o " + fault;
+  if (!options.camera.empty()) return "--orbit and --camera exclude each other";
+  if (!options.ids.empty()) return "--orbit and --ids exclude each other";
+  return options.reportsClip ? "--orbit and --clip-report exclude each other" : "";
+}
+
+std::string CheckColor(std::string const& text) {
+  bool const isColor = text == "none" || ParseColor(text);
+  return isColor ? "" : "needs R,G,B of 0 to 255, a colour's name or none";
+}
+
+void AddLook(CLI::App& command, Options& options) {
+  AddLights(command, options.lights);
+  command
+      .add_option("--background", options.background,
+                  "Colour behind the models instead of the environment, of 0 to 255; or black, "
+                  "white, grey, red, green, blue, sky; none leaves the environment out")
+      ->check(CLI::Validator(&CheckColor, "R,G,B"));
+  command
+      .add_option("--orbit", options.orbit,
+                  "Draw N pictures from around the models; -o has a %d for their number from 0")
+      ->check(CLI::Range(1u, 10000u));
+  command.add_flag("--wireframe", options.isWireframe, "Draw the edges of triangles alone");
+  command.add_flag("--edges", options.showsEdges, "Draw the edges of triangles over the models");
+}
+
 std::string CheckChoice(std::string const& text) {
   return ParseChoice(text) ? "" : "needs material=N, N from 0";
 }
@@ -276,7 +351,7 @@ void AddRender(CLI::App& program, int& status) {
       ->add_option("--switch", options->choice,
                    "material=N gives all models material N of the files, counted from 0")
       ->check(CLI::Validator(&CheckChoice, "material=N"));
-  AddLights(*command, options->lights);
+  AddLook(*command, *options);
   auto* const stereo =
       command->add_flag("--stereo", options->isStereo, "Two half pictures for two eyes");
   command->add_flag("--hmd", options->isHeadMounted, "The same for a head-mounted display")
@@ -287,6 +362,11 @@ void AddRender(CLI::App& program, int& status) {
   command->callback([options, &status] {
     if (options->output.empty() && options->ids.empty() && !options->reportsClip) {
       PrintError("options", "one of -o, --ids and --clip-report is needed");
+      status = NS_OPTIONS;
+      return;
+    }
+    if (std::string const fault = FindFault(*options); !fault.empty()) {
+      PrintError("options", fault);
       status = NS_OPTIONS;
       return;
     }

@@ -43,11 +43,11 @@ std::string NFrameWriter::FindFault(std::string const& pattern) {
   return FindPlace(pattern).isGood ? "" : "needs one place for the number, such as frames/%04d.png";
 }
 
-std::string NFrameWriter::GetPath(std::size_t frame) const {
-  Place const place = FindPlace(m_pattern);
+std::string NFrameWriter::GetPath(std::string const& pattern, std::size_t frame) {
+  Place const place = FindPlace(pattern);
   std::string number = std::to_string(frame);
   if (number.size() < place.width) number.insert(0, place.width - number.size(), place.fill);
-  return m_pattern.substr(0, place.begin) + number + m_pattern.substr(place.end);
+  return pattern.substr(0, place.begin) + number + pattern.substr(place.end);
 }
 
 void NFrameWriter::Write(std::size_t frame) { WritePng(GetPath(frame), m_preview.TakePicture()); }

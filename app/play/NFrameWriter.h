@@ -22,7 +22,9 @@ class NFrameWriter {
   /// What is wrong with a pattern; empty if it can be used.
   static std::string FindFault(std::string const& pattern);
 
-  std::string GetPath(std::size_t frame) const;
+  /// The path of a frame by a pattern in which FindFault finds nothing.
+  static std::string GetPath(std::string const& pattern, std::size_t frame);
+  std::string GetPath(std::size_t frame) const { return GetPath(m_pattern, frame); }
   /// Draws the stage as it stands now.
   /// Fails: throws std::runtime_error if the file can't be written.
   void Write(std::size_t frame);

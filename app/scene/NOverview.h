@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <boost/intrusive_ptr.hpp>
+#include <vector>
 
 #include "corvanta/data/document/NDocument.h"
 #include "corvanta/data/domain/camera/NCameraNode.h"
@@ -24,33 +26,46 @@ class NOverview {
 
   data::domain::scene::NSceneNode& GetScene() const { return *m_scene; }
   Camera const& GetCamera() const { return m_camera; }
-  /// Moves the camera along the preset's line of sight so that it sees the whole of `box`, and no
-  /// farther.
+  /// Puts the camera where it sees the whole of `box`, and no farther away, looking as the preset
+  /// does.
   void Frame(VX_Math::Box3 const& box);
   /// The same for what is in the tree now.
-  /// Cost: linear in the items.
+  /// Cost: linear in the items and their vertices.
   void FrameAll();
+  /// Turns the line of sight about the y axis, and frames again.
+  /// Units: degrees.
+  void Orbit(double angle);
   /// What FrameAll found last.
   VX_Math::Box3 const& GetBox() const { return m_box; }
   /// Whether a box that isn't finite has left the camera nowhere.
   bool IsLost() const;
-  /// Makes all that is framed seen at that aspect.
+  /// Puts the camera where all that is framed fills a picture of that aspect, but for a margin;
+  /// leaves it where it is if somebody else has moved it since.
   /// Units: width by height.
   void FitAspect(double aspect) const;
   /// The direction in which the camera is placed to look, of length 1.
   VX_Math::Vec3 const& GetSight() const { return m_sight; }
-  /// Where the camera stands, global.
+  /// Where the camera stands for the aspect of the last FitAspect or GetViewProjection, global.
   VX_Math::Vec3 GetEye() const;
   /// Units: `aspect` is width by height.
   VX_Math::Matrix GetViewProjection(double aspect) const;
 
  private:
+  /// To the right of the picture, up and ahead, of length 1 each.
+  std::array<VX_Math::Vec3, 3> GetAxes() const;
+  void Place() const;
+  /// Where the camera item stands and what it looks at.
+  std::array<double, 6> GetStand() const;
+
   Tree m_tree;
   boost::intrusive_ptr<data::domain::scene::NSceneNode> m_scene;
   boost::intrusive_ptr<data::domain::camera::NCameraNode> m_lens;
   Camera m_camera;
   VX_Math::Vec3 m_sight;
   VX_Math::Box3 m_box;
+  std::vector<VX_Math::Vec3> m_points;      // that are to be seen
+  mutable double m_aspect = 1;              // that the camera stands for
+  mutable std::array<double, 6> m_stand{};  // where it was put; elsewhere somebody else leads it
 };
 
 }  // namespace corvanta::app

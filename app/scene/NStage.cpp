@@ -14,6 +14,7 @@
 #include "corvanta/data/domain/scenegraph/NSceneGraphTraverser.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphLightNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/data/internal/internal_data.h"
 #include "corvanta/data/operators/convert_to_light_env.h"
 #include "corvanta/data/preset/preset.h"
@@ -50,6 +51,14 @@ class Finder : public data::domain::scenegraph::NSceneGraphTraverser {
   Show<item::NSceneGraphLightNode> const m_light;
 };
 
+/// Makes the models of a tree wires.
+class Wirer : public data::domain::scenegraph::NSceneGraphTraverser {
+  using NSceneGraphTraverser::Before;
+  void Before(item::NSceneGraphModelNode& model, void const*, NCheckPoints const&) override {
+    model.SetIsWiredFlag(true);
+  }
+};
+
 /// Files give lights in units of their own; the brightest is made the unit.
 void Normalize(data::domain::light_env::NLightEnvNode& lightEnv) {
   double brightest = 1.0;
@@ -81,8 +90,8 @@ NStage::NStage(data::document::NDocument& document, NOverview::Tree const& tree,
                                   &document.GetImages());
   VX_Math::Box3 const& box = m_overview.GetBox();
   // The floor is where the scene stands.
-  float const depth = GetModelReach(m_tree, {VX_Math::Vec3(0.0f, -1.0f, 0.0f)}).front();
-  if (std::isfinite(depth)) m_environment->SetFloorHeight(-depth);
+  auto const lowest = GetModelExtremes(m_tree, {VX_Math::Vec3(0.0f, -1.0f, 0.0f)});
+  if (!lowest.empty()) m_environment->SetFloorHeight(lowest.front().y);
   Light(lights, box);
 }
 
@@ -145,6 +154,19 @@ void NStage::AddFill(double strength) {
   }
   m_document.GetEnvironments().RemoveNode(*fill);
 }
+
+void NStage::SetBackground(VX_Math::Vec3 const& color) {
+  HideBackground();
+  m_environment->SetColorR(color.x);
+  m_environment->SetColorG(color.y);
+  m_environment->SetColorB(color.z);
+}
+
+void NStage::HideBackground() {
+  if (auto const model = m_environment->GetEnvironmentMapModel()) model->SetIsVisibleFlag(false);
+}
+
+void NStage::SetWired() { Wirer().Start(*m_tree, nullptr); }
 
 NOverview::Camera NStage::FindCamera(std::wstring const& name) const {
   NOverview::Camera found;

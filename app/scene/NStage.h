@@ -40,6 +40,14 @@ class NStage {
   /// Fails: an empty path if there is none.
   NOverview::Camera FindCamera(std::wstring const& name) const;
 
+  /// Makes one colour all that is behind the models.
+  /// Units: linear light.
+  void SetBackground(VX_Math::Vec3 const& color);
+  /// The same with the environment's own colour.
+  void HideBackground();
+  /// Makes all models wires.
+  void SetWired();
+
  private:
   void Light(NStageLights lights, VX_Math::Box3 const& box);
   /// Makes the default rig the light of `environment`.

@@ -23,6 +23,8 @@ class NStagePreview {
   std::vector<std::uint32_t> TakeNumbers();
   renderer::NClipReport MeasureClip();
 
+  /// Whether pictures show the edges of all triangles as dark lines.
+  void SetShowsEdgesFlag(bool showsEdges) { m_preview.SetShowsEdgesFlag(showsEdges); }
   renderer::NRenderer const& GetRenderer() const { return m_preview.GetRenderer(); }
 
  private:

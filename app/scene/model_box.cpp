@@ -1,5 +1,6 @@
 #include "app/scene/model_box.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <exception>
@@ -88,6 +89,22 @@ void VisitPoints(NSceneGraphModelNode const& model, std::size_t& left, Point con
   }
 }
 
+/// A direction in the frame of a model.
+struct Direction {
+  Vec3 vector;
+  float offset;
+  std::size_t index;
+
+  float GetReach(VX_Math::Box3 const& box) const {
+    float reach = offset;
+    for (int axis = 0; axis != 3; ++axis) {
+      reach += std::max(vector[axis] * box.min[axis], vector[axis] * box.max[axis]);
+    }
+    // Sums of another order.
+    return reach + 1e-5f * std::abs(reach);
+  }
+};
+
 constexpr std::size_t kMostVertices = 4'000'000;
 
 }  // namespace
@@ -105,28 +122,40 @@ VX_Math::Box3 GetModelBox(NOverview::Tree const& tree) {
   return isKnown ? box : data::domain::scenegraph::tree::GetBoundingBox(*tree);
 }
 
-std::vector<float> GetModelReach(NOverview::Tree const& tree, std::vector<Vec3> const& directions) {
-  std::vector<float> reach(directions.size(), -std::numeric_limits<float>::infinity());
+std::vector<Vec3> GetModelExtremes(NOverview::Tree const& tree,
+                                   std::vector<Vec3> const& directions) {
+  constexpr float kNowhere = -std::numeric_limits<float>::infinity();
+  std::vector<float> reach(directions.size(), kNowhere);
+  std::vector<Vec3> extremes(directions.size());
   std::size_t left = kMostVertices;
   ModelFinder(tree, [&](auto const& model, VX_Math::Matrix const& global) {
-    // The directions in the frame of the model, and what its origin adds.
-    std::vector<Vec3> own;
-    std::vector<float> offsets;
-    for (Vec3 const& d : directions) {
+    VX_Math::Box3 const box = model.GetBoundingBoxWithoutChildren();
+    // The directions in the frame of the model, and what its origin adds: those in which the box
+    // reaches farther than what was found.
+    std::vector<Direction> own;
+    for (std::size_t i = 0; i != directions.size(); ++i) {
+      Vec3 const& d = directions[i];
       auto const along = [&](int row) {
         return global(row, 0) * d.x + global(row, 1) * d.y + global(row, 2) * d.z;
       };
-      own.emplace_back(along(0), along(1), along(2));
-      offsets.push_back(along(3));
+      Direction const direction{Vec3(along(0), along(1), along(2)), along(3), i};
+      // What isn't finite is looked at.
+      if (!(direction.GetReach(box) <= reach[i])) own.push_back(direction);
     }
+    if (own.empty()) return;
     VisitPoints(model, left, [&](Vec3 const& v) {
-      for (std::size_t i = 0; i != own.size(); ++i) {
-        float const distance = own[i].Dot(v) + offsets[i];
-        if (distance > reach[i] && std::isfinite(distance)) reach[i] = distance;
+      for (Direction const& direction : own) {
+        float const distance = direction.vector.Dot(v) + direction.offset;
+        if (!(distance > reach[direction.index]) || !std::isfinite(distance)) continue;
+        reach[direction.index] = distance;
+        global.MultVecMatrix(v, extremes[direction.index]);
       }
     });
   });
-  return reach;
+  for (float const distance : reach) {
+    if (distance == kNowhere) return {};
+  }
+  return extremes;
 }
 
 }  // namespace corvanta::app

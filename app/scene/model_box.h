@@ -14,11 +14,11 @@ namespace corvanta::app {
 /// Cost: the global transform of each model's path.
 VX_Math::Box3 GetModelBox(NOverview::Tree const& tree);
 
-/// How far the models that are seen reach from the origin in each of `directions`: the greatest
-/// product with one of their points. Vertices that aren't finite are left out.
-/// Units: global; minus infinity where no model is seen.
+/// The points of the models that are seen that lie farthest in each of `directions`. Vertices that
+/// aren't finite are left out.
+/// Units: global. Fails: empty where nothing is seen.
 /// Cost: linear in the vertices of up to four million; beyond, the boxes' corners stand for them.
-std::vector<float> GetModelReach(NOverview::Tree const& tree,
-                                 std::vector<VX_Math::Vec3> const& directions);
+std::vector<VX_Math::Vec3> GetModelExtremes(NOverview::Tree const& tree,
+                                            std::vector<VX_Math::Vec3> const& directions);
 
 }  // namespace corvanta::app

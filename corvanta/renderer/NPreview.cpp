@@ -220,6 +220,10 @@ double NPreview::GetAspect(NStereoSide side) const { return m_block->GetAspect(s
 
 NRenderer const& NPreview::GetRenderer() const { return m_block->renderer; }
 
+void NPreview::SetShowsEdgesFlag(bool showsEdges) {
+  m_block->renderer.SetShowsEdgesFlag(showsEdges);
+}
+
 NContext const& NPreview::GetContext() const { return m_block->context; }
 
 }  // namespace corvanta::renderer

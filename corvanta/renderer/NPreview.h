@@ -70,6 +70,8 @@ class CORVANTA_API NPreview {
   /// Units: width by height.
   double GetAspect(NStereoSide side) const;
   NRenderer const& GetRenderer() const;
+  /// See NRenderer.
+  void SetShowsEdgesFlag(bool showsEdges);
   NContext const& GetContext() const;
 
  private:

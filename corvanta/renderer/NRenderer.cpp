@@ -61,6 +61,7 @@ struct NRenderer::Block {
   NShadowPass const shadowPass;
   NNumberPass const numberPass;
   NResolvedScene scene;
+  bool showsEdges = false;
   boost::intrusive_ptr<data::domain::scenegraph::tree::NSceneGraphTreeNode> tree;
 };
 
@@ -120,6 +121,7 @@ void NRenderer::DrawPicture(NSceneNode const& scene, NViewpoint const& viewpoint
     }
   }
   DrawTransparentModels(block.programs, block.instances, picture);
+  if (block.showsEdges) DrawEdges(block.flatProgram, block.instances, picture);
 }
 
 void NRenderer::DrawNumbers(NSceneNode const& scene, NViewpoint const& viewpoint,
@@ -131,6 +133,8 @@ void NRenderer::DrawNumbers(NSceneNode const& scene, NViewpoint const& viewpoint
   BeginPart(target, viewport, NColor{});
   block.numberPass.Draw(block.instances, block.scene, viewpoint);
 }
+
+void NRenderer::SetShowsEdgesFlag(bool showsEdges) { m_block->showsEdges = showsEdges; }
 
 void NRenderer::Finish() const {
   NContextScope const scope(m_block->context);

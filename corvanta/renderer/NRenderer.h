@@ -61,6 +61,9 @@ class CORVANTA_API NRenderer {
   /// Waits until all is drawn.
   void Finish() const;
 
+  /// Whether the pictures from now on show the edges of all triangles as dark lines.
+  void SetShowsEdgesFlag(bool showsEdges);
+
   NUploads GetUploads() const;
 
  private:

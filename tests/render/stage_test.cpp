@@ -114,5 +114,72 @@ TEST_F(StageTest, TheFloorIsUnderTheModelAndItsShadowIsSeen) {
   EXPECT_GT(darker, around / 5) << around;
 }
 
+TEST_F(StageTest, TheModelFillsThePictureFromAllAround) {
+  // Boxes of turned items are larger than what they hold.
+  Group const group = AddGroup(*m_root);
+  group->SetRotationX(35);
+  group->SetRotationZ(50);
+  AddBall(*group, 0, 0, 0, 2);
+  AddBall(*group, 5, 1, 0, 0.5);
+  app::NStage stage(m_document, m_tree);
+  for (auto const& [width, height] : {std::pair(160u, 120u), std::pair(60u, 150u)}) {
+    app::NStagePreview preview(m_document, stage, width, height);
+    for (int turn = 0; turn != 5; ++turn) {
+      auto const numbers = preview.TakeNumbers();
+      unsigned left = width, right = 0, top = height, bottom = 0;
+      for (unsigned i = 0; i != numbers.size(); ++i) {
+        if (numbers[i] == 0) continue;
+        left = std::min(left, i % width);
+        right = std::max(right, i % width + 1);
+        top = std::min(top, i / width);
+        bottom = std::max(bottom, i / width + 1);
+      }
+      EXPECT_GT(left, 0u);
+      EXPECT_LT(right, width);
+      EXPECT_GT(top, 0u);
+      EXPECT_LT(bottom, height);
+      EXPECT_NEAR(left, width - right, 3);
+      EXPECT_NEAR(top, height - bottom, 3);
+      EXPECT_GT(std::max(double(right - left) / width, double(bottom - top) / height), 0.88);
+      stage.GetOverview().Orbit(72);
+    }
+  }
+}
+
+TEST_F(StageTest, BackgroundsWiresAndEdgesAreDrawn) {
+  auto const root = Add<item::NSceneGraphGroupNode>(nullptr);
+  AddBall(*root, 0, 0, 0)->SetMaterial(m_white);
+  // Also below a reference.
+  Show(CreateTree(*root), *m_root);
+  app::NStage stage(m_document, m_tree);
+  app::NStagePreview preview(m_document, stage, kWidth, kHeight);
+  stage.SetBackground(VX_Math::Vec3(1.0f, 0.0f, 0.0f));
+  auto const corner = [&preview] {
+    auto const picture = preview.TakePicture();
+    return std::array<int, 3>{picture.GetRow(0)[0], picture.GetRow(0)[1], picture.GetRow(0)[2]};
+  };
+  EXPECT_EQ(corner(), (std::array<int, 3>{255, 0, 0}));
+  // Of the pixels in the middle third, those that show the background, and dark ones.
+  auto const count = [&preview] {
+    auto const picture = preview.TakePicture();
+    std::array<int, 2> counts{};
+    for (unsigned y = kHeight / 3; y != kHeight * 2 / 3; ++y) {
+      for (unsigned x = kWidth / 3; x != kWidth * 2 / 3; ++x) {
+        unsigned char const* const pixel = picture.GetRow(y) + 3 * x;
+        counts[0] += pixel[1] < 60 && pixel[0] > 200;
+        counts[1] += pixel[0] < 170;
+      }
+    }
+    return counts;
+  };
+  EXPECT_EQ(count(), (std::array<int, 2>{0, 0}));
+  preview.SetShowsEdgesFlag(true);
+  EXPECT_GT(count()[1], 100);
+  EXPECT_EQ(count()[0], 0);
+  preview.SetShowsEdgesFlag(false);
+  stage.SetWired();
+  EXPECT_GT(count()[0], 500);
+}
+
 }  // namespace
 }  // namespace corvanta::render_tests

@@ -183,4 +183,28 @@ void DrawFlats(NInstances& instances, NResolvedScene const& scene,
       });
 }
 
+void DrawEdges(NFlatProgram const& program, NInstances& instances, NPicture const& picture) {
+  std::vector<NFlatInstance> flats;
+  std::vector<std::size_t> models;
+  for (std::size_t i = 0; i != picture.scene.GetModels().size(); ++i) {
+    NDrawItem const& item = picture.scene.GetItems()[i];
+    if (!item.hasFiniteTransform) continue;
+    flats.emplace_back(GetDrawnTransform(item, picture.viewpoint),
+                       std::array<float, 4>{0.0f, 0.0f, 0.0f, 0.6f});
+    models.push_back(i);
+  }
+  program.Begin(picture.viewpoint);
+  glEnable(GL_BLEND);
+  glEnable(GL_POLYGON_OFFSET_LINE);
+  // A line lies in the plane of its triangle, and must not be hidden by it.
+  glPolygonOffset(1.0f, 1.0f);
+  glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+  // The edge of two triangles is drawn twice, and seen once.
+  glDepthFunc(GL_GREATER);
+  DrawFlats(instances, picture.scene, flats, models, false);
+  glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+  glDisable(GL_POLYGON_OFFSET_LINE);
+  glDisable(GL_BLEND);
+}
+
 }  // namespace corvanta::renderer

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "corvanta/renderer/pass/NFlatProgram.h"
 #include "corvanta/renderer/pass/NInstances.h"
 #include "corvanta/renderer/pass/NPicture.h"
 #include "corvanta/renderer/pass/NSurfacePrograms.h"
@@ -26,5 +27,8 @@ void DrawTransparentModels(NSurfacePrograms& programs, NInstances& instances,
 void DrawFlats(NInstances& instances, NResolvedScene const& scene,
                std::vector<NFlatInstance> const& flats, std::vector<std::size_t> const& models,
                bool keepsOrder);
+
+/// Draws the edges of all triangles as dark lines over what is drawn.
+void DrawEdges(NFlatProgram const& program, NInstances& instances, NPicture const& picture);
 
 }  // namespace corvanta::renderer
