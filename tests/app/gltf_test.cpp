@@ -267,6 +267,28 @@ TEST(GltfTest, AFileThatIsNotSoundIsRefusedWithItsReason) {
   EXPECT_NE(GetReason(std::string("glTF\2\0\0\0\xFF\0\0\0\xFF\0\0\0JSON{}", 22), "cut.glb"), "");
 }
 
+// A buffer may have more bytes than the file says, not fewer.
+TEST(GltfTest, BuffersMayBeLongerThanTheyAreSaidToBe) {
+  json file = json::parse(MakeGltf({Triangle()}, kOneNode));
+  std::size_t const whole = file["buffers"][0]["byteLength"];
+  std::string const bytes =
+      ToBytes<float>({0, 0, 0, 1, 0, 0, 0, 1, 0}) + ToBytes<std::uint32_t>({0, 1, 2});
+  for (std::size_t const spare : {1u, 2u, 3u, 40u}) {
+    std::string const longer = bytes + std::string(spare, 'x');
+    file["buffers"][0]["uri"] = "data:application/octet-stream;base64," + ToBase64(longer);
+    EXPECT_NEAR(Read(file.dump()).GetArea(L"only"), 1, 1e-6) << spare;
+    support::TemporaryFiles const files;
+    files.Write("all its.bin", longer);
+    file["buffers"][0]["uri"] = "all%20its.bin";
+    files.Write("m.gltf", file.dump());
+    data::document::NDocument document;
+    EXPECT_TRUE(importer::ImportModel(document, (files.GetFolder() / "m.gltf").string()).tree);
+  }
+  file["buffers"][0] = {{"byteLength", whole + 1},
+                        {"uri", "data:application/octet-stream;base64," + ToBase64(bytes)}};
+  EXPECT_NE(GetReason(file.dump()), "");
+}
+
 TEST(GltfTest, FindsItsTopsAndTellsWhatItLeavesOut) {
   json file = json::parse(MakeGltf(
       {Triangle()}, {{{"name", "below"}, {"mesh", 0}}, {{"name", "top"}, {"children", {0}}}}));

@@ -8,9 +8,11 @@
 #include <boost/algorithm/string/trim.hpp>
 #include <cstdint>
 #include <limits>
+#include <nlohmann/json.hpp>
 #include <string_view>
 
 #include "corvanta/importer/NImportError.h"
+#include "corvanta/importer/escape.h"
 #include "corvanta/importer/reader/NFiles.h"
 
 namespace corvanta::importer::reader {
@@ -88,6 +90,40 @@ std::uint32_t ReadWord(std::string const& bytes, std::size_t at) {
   return word;
 }
 
+// Bytes of a buffer, as far as they are there.
+std::size_t GetLength(NFileOpener& opener, std::string const& uri, std::string const& folder) {
+  constexpr std::string_view kCode = ";base64,";
+  if (uri.compare(0, 5, "data:") != 0) {
+    try {
+      return ReadFile(opener, folder + '/' + Unescape(uri)).size();
+    } catch (NImportError const&) {
+      return 0;
+    }
+  }
+  auto const begin = uri.find(kCode);
+  if (begin == std::string::npos) return 0;
+  auto const last = uri.find_last_not_of('=');
+  return (last + 1 - std::min(last + 1, begin + kCode.size())) * 3 / 4;
+}
+
+// The text of a file with the true lengths of its buffers. Fails: empty if none is longer than it
+// says.
+std::string GetMended(NFileOpener& opener, std::string const& text, std::string const& folder) {
+  using nlohmann::json;
+  json root = json::parse(text, nullptr, false);
+  if (!root.is_object() || !root.contains("buffers") || !root["buffers"].is_array()) return "";
+  bool isMended = false;
+  for (json& buffer : root["buffers"]) {
+    if (!buffer.is_object() || !buffer.contains("uri") || !buffer["uri"].is_string()) continue;
+    json& claimed = buffer["byteLength"];
+    auto const length = GetLength(opener, buffer["uri"].get_ref<std::string const&>(), folder);
+    if (!claimed.is_number_unsigned() || claimed.get<std::size_t>() >= length) continue;
+    claimed = length;
+    isMended = true;
+  }
+  return isMended ? root.dump(-1, ' ', false, json::error_handler_t::replace) : "";
+}
+
 }  // namespace
 
 bool NGltfFile::IsGltf(std::filesystem::path const& path) {
@@ -115,6 +151,16 @@ void NGltfFile::Parse(NFileOpener& opener, std::string const& bytes, std::string
   if (bytes.size() > std::numeric_limits<std::uint32_t>::max()) {
     throw NImportError("it has more bytes than a glTF file can have");
   }
+  auto error = Load(opener, bytes, folder);
+  if (error.empty()) return;
+  // The library wants buffers of the very length that the file says; longer ones are allowed.
+  std::string const mended = GetMended(opener, bytes, folder);
+  if (!mended.empty()) error = Load(opener, mended, folder);
+  if (!error.empty()) throw NImportError(error);
+}
+
+std::string NGltfFile::Load(NFileOpener& opener, std::string const& bytes,
+                            std::string const& folder) {
   tinygltf::TinyGLTF parser;
   parser.SetFsCallbacks({&Exists, &Expand, &ReadWhole, &Refuse, &opener});
   parser.SetImageLoader(&KeepPicture, nullptr);
@@ -122,6 +168,7 @@ void NGltfFile::Parse(NFileOpener& opener, std::string const& bytes, std::string
   std::string warning;
   auto const size = static_cast<unsigned>(bytes.size());
   bool isRead = false;
+  m_model = {};
   try {
     isRead =
         bytes.compare(0, 4, "glTF") == 0
@@ -135,9 +182,10 @@ void NGltfFile::Parse(NFileOpener& opener, std::string const& bytes, std::string
     error = failure.what();
   }
   auto lines = GetLines(isRead ? warning : error);
-  if (!isRead) throw NImportError(lines.empty() ? "it isn't glTF" : lines.front());
+  if (!isRead) return lines.empty() ? "it isn't glTF" : lines.front();
   lines.resize(std::min(lines.size(), kMostNotes));
   m_notes = lines;
+  return "";
 }
 
 void NGltfFile::CheckExtensions() {

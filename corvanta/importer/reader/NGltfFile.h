@@ -28,6 +28,8 @@ class NGltfFile {
 
  private:
   void Parse(NFileOpener& opener, std::string const& bytes, std::string const& folder);
+  /// The error, if there is one.
+  std::string Load(NFileOpener& opener, std::string const& bytes, std::string const& folder);
   void CheckExtensions();
 
   bool m_isOld = false;
