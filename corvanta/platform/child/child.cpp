@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 
@@ -37,6 +38,19 @@ std::uint64_t GetMapped() {
   return pages * static_cast<std::uint64_t>(getpagesize());
 }
 
+bool HostIsGone() {
+  pollfd entry{kSocket, POLLIN, 0};
+  return poll(&entry, 1, 0) > 0 && (entry.revents & POLLHUP) != 0;
+}
+
+// The signal also comes for a message: a host that has put one into the socket may be stopped
+// before the signal of it is sent, and go on when the message has been read.
+void OnSocket(int) {
+  int const before = errno;
+  if (HostIsGone()) _exit(0);
+  errno = before;
+}
+
 }  // namespace
 
 bool IsChild() {
@@ -48,6 +62,10 @@ bool Confine(std::uint64_t memory, unsigned int files, NRights rights) {
   bool const limited = LimitAllocations(memory) || Limit(RLIMIT_AS, GetMapped() + memory);
   bool const closed = Limit(RLIMIT_CORE, 0) && Limit(RLIMIT_FSIZE, 0) && Limit(RLIMIT_NPROC, 0) &&
                       Limit(RLIMIT_NOFILE, files);
+  struct sigaction action {};
+  action.sa_handler = &OnSocket;
+  action.sa_flags = SA_RESTART;
+  sigaction(SIGIO, &action, nullptr);
   ApplyFilter(rights);
   return limited && closed;
 }
@@ -103,8 +121,7 @@ NEndsWithHost::NEndsWithHost() {
   fcntl(kSocket, F_SETOWN, getpid());
   fcntl(kSocket, F_SETFL, O_NONBLOCK | O_ASYNC);
   // The signal comes for what happens from now on.
-  pollfd entry{kSocket, POLLIN, 0};
-  if (poll(&entry, 1, 0) > 0 && (entry.revents & POLLHUP) != 0) _exit(0);
+  if (HostIsGone()) _exit(0);
 }
 
 NEndsWithHost::~NEndsWithHost() { fcntl(kSocket, F_SETFL, O_NONBLOCK); }
