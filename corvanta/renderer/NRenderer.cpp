@@ -5,6 +5,7 @@
 #include "corvanta/renderer/gl/NContextScope.h"
 #include "corvanta/renderer/pass/NBackgroundPass.h"
 #include "corvanta/renderer/pass/NFloorPass.h"
+#include "corvanta/renderer/pass/NGlowPass.h"
 #include "corvanta/renderer/pass/NNumberPass.h"
 #include "corvanta/renderer/pass/NShadowPass.h"
 #include "corvanta/renderer/pass/draw_models.h"
@@ -17,12 +18,16 @@ namespace {
 
 using data::domain::scene::NSceneNode;
 
+/// Units: pixels from the lower left corner.
+std::array<GLint, 4> GetRectangle(NTarget const& target, NViewport const& viewport) {
+  return {static_cast<GLint>(viewport.left),
+          static_cast<GLint>(target.GetHeight() - viewport.top - viewport.height),
+          static_cast<GLint>(viewport.width), static_cast<GLint>(viewport.height)};
+}
+
 /// Makes all that is drawn fall into a part of `target`, which is cleared.
 void BeginPart(NTarget const& target, NViewport const& viewport, NColor const& color) {
-  auto const bottom = static_cast<GLint>(target.GetHeight() - viewport.top - viewport.height);
-  auto const left = static_cast<GLint>(viewport.left);
-  auto const width = static_cast<GLsizei>(viewport.width);
-  auto const height = static_cast<GLsizei>(viewport.height);
+  auto const [left, bottom, width, height] = GetRectangle(target, viewport);
   glViewport(left, bottom, width, height);
   glScissor(left, bottom, width, height);
   glEnable(GL_SCISSOR_TEST);
@@ -34,7 +39,8 @@ void BeginPart(NTarget const& target, NViewport const& viewport, NColor const& c
   glDisable(GL_STENCIL_TEST);
   glStencilMask(0xFF);
   glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
-  glClearColor(color[0], color[1], color[2], 1.0f);
+  // No light above white.
+  glClearColor(color[0], color[1], color[2], 0.0f);
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
 }
 
@@ -60,6 +66,7 @@ struct NRenderer::Block {
   NFloorPass floorPass;
   NShadowPass const shadowPass;
   NNumberPass const numberPass;
+  NGlowPass glowPass;
   NResolvedScene scene;
   bool showsEdges = false;
   boost::intrusive_ptr<data::domain::scenegraph::tree::NSceneGraphTreeNode> tree;
@@ -121,6 +128,9 @@ void NRenderer::DrawPicture(NSceneNode const& scene, NViewpoint const& viewpoint
     }
   }
   DrawTransparentModels(block.programs, block.instances, picture);
+  if (picture.glow > 0.0f) {
+    block.glowPass.Draw(target.GetFrame(), GetRectangle(target, viewport), picture.glow);
+  }
   if (block.showsEdges) DrawEdges(block.flatProgram, block.instances, picture);
 }
 

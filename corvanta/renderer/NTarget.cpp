@@ -111,6 +111,8 @@ unsigned NTarget::GetHeight() const { return m_block->height; }
 
 void NTarget::Bind() const { glBindFramebuffer(GL_FRAMEBUFFER, m_block->frame.Get()); }
 
+unsigned NTarget::GetFrame() const { return m_block->frame.Get(); }
+
 void NTarget::Clear() const {
   Bind();
   glDisable(GL_SCISSOR_TEST);

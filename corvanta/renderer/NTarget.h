@@ -55,6 +55,8 @@ class CORVANTA_API NTarget {
   /// Makes this what is drawn into.
   /// Requires: a scope of the context.
   void Bind() const;
+  /// The framebuffer's name.
+  unsigned GetFrame() const;
   /// Makes all of it black, or 0.
   /// Requires: a scope of the context.
   void Clear() const;

@@ -343,6 +343,28 @@ TEST_F(PictureTest, TheFloorIsSeenAndShadowsFallOnIt) {
   EXPECT_EQ(seen(2), lit);
 }
 
+TEST_F(PictureTest, WhatIsBrighterThanWhiteGlows) {
+  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  m_wall->SetScaleX(0.25);
+  m_wall->SetScaleY(0.25);
+  // White itself doesn't.
+  EXPECT_EQ(GreyAt(DrawPicture(), 1.1f, 0), 0);
+  m_lamps->SetLampsCoefficient(3);
+  m_environment->SetHdrBloom(0);
+  EXPECT_EQ(GreyAt(DrawPicture(), 1.1f, 0), 0);
+  m_environment->SetHdrBloom(600);
+  auto const picture = DrawPicture();
+  // At the edge half of the light above white arrives, within a deviation of it 0.16.
+  float const deviation = 0.02f * 2 * 12 * std::tan(0.34906585f);
+  EXPECT_NEAR(GreyAt(picture, 1 + deviation, 0), Encode(2 * 0.159), 20);
+  EXPECT_LT(GreyAt(picture, 1 + 4 * deviation, 0), 40);
+  EXPECT_EQ(GreyAt(picture, 2.5f, 0), 0);
+  // Exposure and tone mapping come first.
+  m_environment->SetHdrExposure(-2);
+  EXPECT_EQ(GreyAt(DrawPicture(), 1.1f, 0), 0);
+  EXPECT_NEAR(GreyAt(DrawPicture(), 0, 0), Encode(0.75), 1);
+}
+
 TEST_F(PictureTest, RoughSurfacesThrowLightBackWhereItComesFrom) {
   // With the lamp at the camera, cosine and sine times tangent are known in the middle.
   auto const lamp = AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);

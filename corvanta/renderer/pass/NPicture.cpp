@@ -13,6 +13,9 @@ NColor Color(double r, double g, double b) {
   return {static_cast<float>(r), static_cast<float>(g), static_cast<float>(b)};
 }
 
+constexpr double kFullBloom = 600;  // all of the light above white is seen around it once more
+constexpr float kMostGlow = 10;
+
 NExposure ReadExposure(NEnvironmentNode const& environment, NViewpoint const& viewpoint) {
   NExposure exposure;
   auto const factor = static_cast<float>(std::exp2(environment.GetHdrExposure()));
@@ -36,6 +39,8 @@ NPicture MakePicture(NResolvedScene& scene, NViewpoint const& viewpoint,
   picture.ambientLight = Color(environment->GetAmbientLightR(), environment->GetAmbientLightG(),
                                environment->GetAmbientLightB());
   picture.lamps = ReadLamps(*environment);
+  auto const glow = static_cast<float>(environment->GetHdrBloom() / kFullBloom);
+  picture.glow = std::isfinite(glow) ? std::clamp(glow, 0.0f, kMostGlow) : 0.0f;
   picture.exposure = ReadExposure(*environment, viewpoint);
   picture.environment =
       ReadEnvironmentTexture(environment->GetEnvironmentMap(), scene.GetTextures());

@@ -18,7 +18,7 @@ struct NPicture {
   NExposure exposure;
   NEnvironmentTexture environment;  // what surfaces reflect
   NColor backgroundColor{}, ambientLight{};
-  bool hasGlow = false;  // the alpha of opaque pixels is their light above white
+  float glow = 0.0f;  // a factor of the light above white around it
 };
 
 /// Reads what lights and surrounds a scene. Without an `environment` there is no light, and the
