@@ -275,8 +275,8 @@ void AddLights(CLI::App& command, NStageLights& lights) {
           "--lights", lights,
           "Light by the files' lights alone, the default ones alone, or both; without it by "
           "the files', with a soft fill where they leave most in the dark")
-      ->transform(CLI::CheckedTransformer(names))
-      ->type_name("file|default|both");
+      ->transform(CLI::CheckedTransformer(names).description("file|default|both"))
+      ->type_name("");
 }
 
 /// Which options exclude --orbit, or lack for it; empty if all is well.
@@ -305,7 +305,8 @@ void AddLook(CLI::App& command, Options& options) {
   command
       .add_option("--orbit", options.orbit,
                   "Draw N pictures from around the models; -o has a %d for their number from 0")
-      ->check(CLI::Range(1u, 10000u));
+      ->check(CLI::Range(1u, 10000u).description("from 1 to 10000"))
+      ->type_name("N");
   command.add_flag("--wireframe", options.isWireframe, "Draw the edges of triangles alone");
   command.add_flag("--edges", options.showsEdges, "Draw the edges of triangles over the models");
 }
@@ -344,7 +345,7 @@ void AddRender(CLI::App& program, int& status) {
       ->add_option("--set", options->assignments,
                    "Set an attribute of a node, NAME.ATTRIBUTE=VALUE")
       ->allow_extra_args(false);
-  command->add_option("--texture", options->texture, "Picture that is laid on all models");
+  command->add_option("--texture", options->texture, "Picture that textures all models");
   command->add_option("--method", options->method, "Map all textures by a projection")
       ->check(CLI::IsMember({"plane", "cylinder", "sphere", "triplanar", "box"}));
   command
