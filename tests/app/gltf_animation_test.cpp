@@ -25,13 +25,6 @@ using nlohmann::json;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-template <class Number>
-std::string ToBytes(std::vector<Number> const& numbers) {
-  std::string bytes(numbers.size() * sizeof(Number), '\0');
-  std::memcpy(bytes.data(), numbers.data(), bytes.size());
-  return bytes;
-}
-
 std::string ToGlb(json const& file, std::string const& bytes) {
   std::string text = file.dump();
   text.resize((text.size() + 3) / 4 * 4, ' ');

@@ -20,11 +20,6 @@ using nlohmann::json;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-template <class Number>
-std::string ToBytes(std::vector<Number> const& numbers) {
-  return {reinterpret_cast<char const*>(numbers.data()), numbers.size() * sizeof(Number)};
-}
-
 // A file whose models can be looked at.
 class Read {
  public:
@@ -74,8 +69,6 @@ std::string GetReason(std::string const& content, std::string const& name = "mod
   }
   return "";
 }
-
-json const kOneNode = json::array({{{"name", "only"}, {"mesh", 0}}});
 
 // All modes draw one convex outline, counter-clockwise, so that the areas tell the winding too.
 TEST(GltfTest, EveryModeOfSurfacesBecomesTriangles) {

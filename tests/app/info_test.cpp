@@ -16,8 +16,6 @@ using support::TemporaryFiles;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-json const kOneNode = json::array({{{"name", "only"}, {"mesh", 0}}});
-
 std::string const kSpot = std::string(CORVANTA_SAMPLES) + "/spot.obj";
 
 TEST(InfoTest, PrintsTheSample) {

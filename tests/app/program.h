@@ -51,6 +51,13 @@ struct Channel {
 std::string AddAnimation(std::string const& gltf, std::string const& name,
                          std::vector<Channel> const& channels);
 std::string ToBase64(std::string const& bytes);
+/// Numbers as they are in memory.
+template <class Number>
+std::string ToBytes(std::vector<Number> const& numbers) {
+  return {reinterpret_cast<char const*>(numbers.data()), numbers.size() * sizeof(Number)};
+}
+/// The nodes of a file with one mesh.
+inline nlohmann::json const kOneNode = nlohmann::json::array({{{"name", "only"}, {"mesh", 0}}});
 
 /// A PNG file of one pixel.
 std::string MakePng();
