@@ -1,10 +1,6 @@
 #include <epoxy/egl.h>
 #include <epoxy/gl.h>
 
-#include <cstring>
-#include <map>
-#include <optional>
-
 #include "tests/render/world.h"
 
 namespace corvanta::render_tests {
@@ -37,16 +33,14 @@ class HostContext {
 
 class ContextTest : public World {
  protected:
-  void SetUp() override {
-    World::SetUp();
-    if (IsSkipped()) return;
+  ContextTest() {
     // Something of each pass: a background, an opaque and a transparent model.
-    auto const environment = m_document.GetEnvironments().CreateNode(NNodeID());
+    auto const environment = environments->CreateNode();
     environment->SetColorB(0.5);
     environment->SetAmbientLightR(0.8);
     m_scene->SetEnvironment(environment);
     AddBall(*m_root, -1, 0, 0);
-    auto const glass = m_document.GetMaterials().CreateNode(NNodeID());
+    auto const glass = materials->CreateNode();
     glass->SetTransparency(0.5);
     AddBall(*m_root, 1, 0.5, 0)->SetMaterial(glass);
     AddBall(*m_root, 0, -2, 0)->SetIsWiredFlag(true);
@@ -61,7 +55,7 @@ class ContextTest : public World {
     m_renderer.reset();
     m_context.reset();
     m_context = std::make_unique<renderer::NContext>(renderer::NCS_CURRENT);
-    m_renderer = std::make_unique<renderer::NRenderer>(*m_context, m_document.GetEvents());
+    m_renderer = std::make_unique<renderer::NRenderer>(*m_context, *events);
   }
 };
 
@@ -132,48 +126,20 @@ std::map<GLenum, std::vector<double>> GetState() {
   for (GLenum i = 0; i != kClipDistanceCount; ++i) {
     state[GL_CLIP_DISTANCE0 + i] = {static_cast<double>(glIsEnabled(GL_CLIP_DISTANCE0 + i))};
   }
-  for (GLenum const name : {GL_DEPTH_WRITEMASK,
-                            GL_DEPTH_FUNC,
-                            GL_DEPTH_RANGE,
-                            GL_DEPTH_CLEAR_VALUE,
-                            GL_STENCIL_CLEAR_VALUE,
-                            GL_COLOR_CLEAR_VALUE,
-                            GL_VIEWPORT,
-                            GL_SCISSOR_BOX,
-                            GL_POLYGON_MODE,
-                            GL_POLYGON_OFFSET_FACTOR,
-                            GL_POLYGON_OFFSET_UNITS,
-                            GL_BLEND_SRC_RGB,
-                            GL_BLEND_DST_RGB,
-                            GL_BLEND_SRC_ALPHA,
-                            GL_BLEND_DST_ALPHA,
-                            GL_BLEND_EQUATION_RGB,
-                            GL_BLEND_EQUATION_ALPHA,
-                            GL_STENCIL_FUNC,
-                            GL_STENCIL_BACK_FUNC,
-                            GL_STENCIL_BACK_REF,
-                            GL_STENCIL_BACK_VALUE_MASK,
-                            GL_STENCIL_FAIL,
-                            GL_STENCIL_PASS_DEPTH_FAIL,
-                            GL_STENCIL_PASS_DEPTH_PASS,
-                            GL_STENCIL_WRITEMASK,
-                            GL_STENCIL_BACK_WRITEMASK,
-                            GL_UNPACK_ROW_LENGTH,
-                            GL_UNPACK_ALIGNMENT,
-                            GL_PACK_SKIP_PIXELS,
-                            GL_PACK_ALIGNMENT,
-                            GL_CLAMP_READ_COLOR,
-                            GL_ARRAY_BUFFER_BINDING,
-                            GL_PIXEL_PACK_BUFFER_BINDING,
-                            GL_PIXEL_UNPACK_BUFFER_BINDING,
-                            GL_VERTEX_ARRAY_BINDING,
-                            GL_RENDERBUFFER_BINDING,
-                            GL_DRAW_FRAMEBUFFER_BINDING,
-                            GL_READ_FRAMEBUFFER_BINDING,
-                            GL_CURRENT_PROGRAM,
-                            GL_ACTIVE_TEXTURE,
-                            GL_CLIP_ORIGIN,
-                            GL_CLIP_DEPTH_MODE}) {
+  // clang-format off
+  for (GLenum const name : {
+      GL_DEPTH_WRITEMASK, GL_DEPTH_FUNC, GL_DEPTH_RANGE, GL_DEPTH_CLEAR_VALUE,
+      GL_STENCIL_CLEAR_VALUE, GL_COLOR_CLEAR_VALUE, GL_VIEWPORT, GL_SCISSOR_BOX, GL_POLYGON_MODE,
+      GL_POLYGON_OFFSET_FACTOR, GL_POLYGON_OFFSET_UNITS, GL_BLEND_SRC_RGB, GL_BLEND_DST_RGB,
+      GL_BLEND_SRC_ALPHA, GL_BLEND_DST_ALPHA, GL_BLEND_EQUATION_RGB, GL_BLEND_EQUATION_ALPHA,
+      GL_STENCIL_FUNC, GL_STENCIL_BACK_FUNC, GL_STENCIL_BACK_REF, GL_STENCIL_BACK_VALUE_MASK,
+      GL_STENCIL_FAIL, GL_STENCIL_PASS_DEPTH_FAIL, GL_STENCIL_PASS_DEPTH_PASS,
+      GL_STENCIL_WRITEMASK, GL_STENCIL_BACK_WRITEMASK, GL_UNPACK_ROW_LENGTH, GL_UNPACK_ALIGNMENT,
+      GL_PACK_SKIP_PIXELS, GL_PACK_ALIGNMENT, GL_CLAMP_READ_COLOR, GL_ARRAY_BUFFER_BINDING,
+      GL_PIXEL_PACK_BUFFER_BINDING, GL_PIXEL_UNPACK_BUFFER_BINDING, GL_VERTEX_ARRAY_BINDING,
+      GL_RENDERBUFFER_BINDING, GL_DRAW_FRAMEBUFFER_BINDING, GL_READ_FRAMEBUFFER_BINDING,
+      GL_CURRENT_PROGRAM, GL_ACTIVE_TEXTURE, GL_CLIP_ORIGIN, GL_CLIP_DEPTH_MODE}) {
+    // clang-format on
     glGetDoublev(name, (state[name] = std::vector<double>(4)).data());
   }
   GLint const active = static_cast<GLint>(state[GL_ACTIVE_TEXTURE][0]);
@@ -233,9 +199,8 @@ TEST_F(ContextTest, RefusesWhatIsNotCurrentOrTooOld) {
   EGLDisplay const display =
       eglGetPlatformDisplayEXT(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
   eglBindAPI(EGL_OPENGL_ES_API);
-  EGLint const attributes[] = {EGL_CONTEXT_MAJOR_VERSION, 2, EGL_NONE};
-  EGLContext const embedded =
-      eglCreateContext(display, EGL_NO_CONFIG_KHR, EGL_NO_CONTEXT, attributes);
+  EGLint const wanted[] = {EGL_CONTEXT_MAJOR_VERSION, 2, EGL_NONE};
+  EGLContext const embedded = eglCreateContext(display, EGL_NO_CONFIG_KHR, EGL_NO_CONTEXT, wanted);
   ASSERT_NE(embedded, EGL_NO_CONTEXT);
   eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, embedded);
   EXPECT_THROW(renderer::NContext{renderer::NCS_CURRENT}, renderer::NRenderError);

@@ -1,7 +1,3 @@
-#include <algorithm>
-#include <set>
-
-#include "corvanta/data/operators/ray_picker/pick.h"
 #include "tests/render/world.h"
 
 namespace corvanta::render_tests {
@@ -12,18 +8,18 @@ namespace ray_picker = data::operators::ray_picker;
 /// Each pixel of a picture is the model that a pick through its middle hits first.
 class PickAgreementTest : public World {
  protected:
-  std::uint32_t Pick(unsigned x, unsigned y, VX_Math::Matrix const& viewProjection) const {
-    VX_Math::Vec2 const point((static_cast<float>(x) + 0.5f) / kWidth,
-                              1 - (static_cast<float>(y) + 0.5f) / kHeight);
+  std::uint32_t Pick(unsigned x, unsigned y, Matrix const& viewProjection) const {
+    Vec2 const point((static_cast<float>(x) + 0.5f) / kWidth,
+                     1 - (static_cast<float>(y) + 0.5f) / kHeight);
     std::vector<ray_picker::ModelPath> paths;
-    std::vector<VX_Math::Vec3> points;
+    std::vector<Vec3> points;
     if (!ray_picker::PickDetail(*m_scene, &point, &viewProjection, paths, points)) return 0;
-    auto const& items = m_renderer->GetItems();
+    auto const& drawn = m_renderer->GetItems();
     NDrawItem::Path const wanted(paths.front());
-    auto const found = std::find_if(items.begin(), items.end(),
+    auto const found = std::find_if(drawn.begin(), drawn.end(),
                                     [&](NDrawItem const& item) { return item.path == wanted; });
-    return found == items.end() ? 0xFFFFFFFF
-                                : static_cast<std::uint32_t>(found - items.begin() + 1);
+    return found == drawn.end() ? 0xFFFFFFFF
+                                : static_cast<std::uint32_t>(found - drawn.begin() + 1);
   }
 
   /// Whether the pixels around aren't all the same.
@@ -39,20 +35,18 @@ class PickAgreementTest : public World {
   /// `modelCount` is how many models there are to be seen.
   void Compare(std::size_t modelCount) {
     auto const drawn = DrawNumbers();
-    VX_Math::Matrix const viewProjection = GetViewpoint().GetViewProjection();
+    Matrix const viewProjection = GetViewpoint().GetViewProjection();
     std::vector<std::uint32_t> picked;
     for (unsigned y = 0; y != kHeight; ++y) {
       for (unsigned x = 0; x != kWidth; ++x) picked.push_back(Pick(x, y, viewProjection));
     }
     std::size_t others = 0;
-    for (unsigned y = 0; y != kHeight; ++y) {
-      for (unsigned x = 0; x != kWidth; ++x) {
-        if (drawn[y * kWidth + x] == picked[y * kWidth + x]) continue;
-        ++others;
-        EXPECT_TRUE(TouchesEdge(drawn, x, y) || TouchesEdge(picked, x, y))
-            << "at " << x << ' ' << y << " drawn " << drawn[y * kWidth + x] << " picked "
-            << picked[y * kWidth + x];
-      }
+    for (unsigned i = 0; i != picked.size(); ++i) {
+      if (drawn[i] == picked[i]) continue;
+      unsigned const x = i % kWidth, y = i / kWidth;
+      ++others;
+      EXPECT_TRUE(TouchesEdge(drawn, x, y) || TouchesEdge(picked, x, y))
+          << "at " << x << ' ' << y << " drawn " << drawn[i] << " picked " << picked[i];
     }
     EXPECT_LE(others, drawn.size() / 1000);
     std::set<std::uint32_t> seen(drawn.begin(), drawn.end());
@@ -63,16 +57,16 @@ class PickAgreementTest : public World {
 };
 
 TEST_F(PickAgreementTest, NestedReferencesWithUnitsAndAxes) {
-  auto const innerRoot = Add<item::NSceneGraphGroupNode>(nullptr);
+  auto const innerRoot = Make();
   Model const parent = AddBall(*innerRoot, 0, 0, 0, 1000);
   AddBall(*parent, 1.2, 0.2, 0.9, 0.6);
-  Tree const inner = CreateTree(*innerRoot);
+  Tree const inner = MakeTree(innerRoot);
   inner->SetUnit(0.001);
   inner->SetCoordConversion(data::domain::scenegraph::tree::CCV_ZUP_TO_YUP);
-  auto const middleRoot = Add<item::NSceneGraphGroupNode>(nullptr);
+  auto const middleRoot = Make();
   Show(inner, *middleRoot)->SetTranslationX(6);
   AddBall(*Show(inner, *middleRoot), 0, 6, 0, 2);
-  Tree const middle = CreateTree(*middleRoot);
+  Tree const middle = MakeTree(middleRoot);
   middle->SetUnit(0.5);
   Show(middle, *m_root)->SetRotationZ(15);
   auto const turned = Show(middle, *m_root);
@@ -106,8 +100,8 @@ TEST_F(PickAgreementTest, HiddenItems) {
   Model const hidden = AddBall(*m_root, 0, 0, 2, 0.5);
   AddBall(*hidden, 1, 1, 0);
   hidden->SetIsVisibleFlag(false);
-  Group const group = AddGroup(*m_root);
-  AddBall(*AddGroup(*group), 2, 0, 3);
+  Group const group = Add(*m_root);
+  AddBall(*Add(*group), 2, 0, 3);
   group->SetIsVisibleFlag(false);
   AddBall(*m_root, -2, 0.5, 0);
   AddBall(*AddBall(*m_root, 1, 0.5, 0), 0.5, 0.8, 0.4);
@@ -116,7 +110,7 @@ TEST_F(PickAgreementTest, HiddenItems) {
 }
 
 TEST_F(PickAgreementTest, AbsoluteTransforms) {
-  Group const group = AddGroup(*m_root);
+  Group const group = Add(*m_root);
   group->SetTranslationX(-3);
   group->SetRotationZ(40);
   group->SetScaleX(-1.5);
@@ -124,10 +118,10 @@ TEST_F(PickAgreementTest, AbsoluteTransforms) {
   absolute->SetTransformIsAbsoluteFlag(true);
   AddBall(*absolute, 0.9, 0.2, 0.6, 0.5);
   AddBall(*group, 0.5, -1, 1);
-  auto const shownRoot = Add<item::NSceneGraphGroupNode>(nullptr);
+  auto const shownRoot = Make();
   AddBall(*shownRoot, 3, -2, 0)->SetTransformIsAbsoluteFlag(true);
   AddBall(*shownRoot, 0, 2, 0);
-  Show(CreateTree(*shownRoot), *group);
+  Show(MakeTree(shownRoot), *group);
   Compare(5);
 }
 

@@ -1,11 +1,4 @@
-#include <array>
-#include <cmath>
-
-#include "corvanta/data/domain/light_env/NLamp.h"
-#include "corvanta/data/domain/light_env/NLightEnvNode.h"
-#include "corvanta/data/domain/material/texture_mapping/NProjectionMapping.h"
-#include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
-#include "corvanta/data/domain/texture/NTextureUse.h"
+#include "tests/image/picture_files.h"
 #include "tests/render/world.h"
 #include "tests/support/temporary_files.h"
 
@@ -13,7 +6,7 @@ namespace corvanta::render_tests {
 namespace {
 
 namespace light_env = data::domain::light_env;
-namespace texture = data::domain::texture;
+using data::domain::texture::NTextureUse;
 namespace texture_mapping = data::domain::material::texture_mapping;
 using Color = std::array<int, 3>;
 
@@ -33,97 +26,91 @@ void ExpectColor(Color const& color, Color const& expected) {
 /// environment. The camera at z = 12 sees 8.7 units of its height.
 class PictureTest : public World {
  protected:
-  void SetUp() override {
-    World::SetUp();
-    if (IsSkipped()) return;
-    m_environment = m_document.GetEnvironments().CreateNode(NNodeID());
+  PictureTest() {
     SetColor(*m_environment, L"color", 0, 0, 0);
     m_scene->SetEnvironment(m_environment);
-    m_lamps = m_document.GetLightEnvs().CreateNode(NNodeID());
     m_environment->AddLightEnv(m_lamps);
-    m_material = m_document.GetMaterials().CreateNode(NNodeID());
     SetColor(*m_material, L"diffuse", 1, 1, 1);
-    m_wall = Add<item::NSceneGraphModelNode>(m_root.get());
     m_wall->SetMaterial(m_material);
-    auto const geometry = m_document.GetGeometries().CreateNode(NNodeID());
-    boost::intrusive_ptr<data::domain::geometry::NSurface> const surface(
-        new data::domain::geometry::NPolygonSurface);
-    float const coords[] = {-4, -4, 0, 4, -4, 0, 4, 4, 0, -4, 4, 0};
-    float const normals[] = {0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1};
-    float const uvs[] = {0, 0, 1, 0, 1, 1, 0, 1};
-    unsigned long const indices[] = {0, 1, 2, 0, 2, 3};
-    surface->Assign(coords, normals, 4, indices, 6, uvs);
-    geometry->AddSurface(*surface);
-    m_wall->SetGeometryNode(geometry);
+    m_wall->SetGeometryNode(CreateGeometry(
+        {-4, -4, 0, 4, -4, 0, 4, 4, 0, -4, 4, 0}, {0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1},
+        {0, 1, 2, 0, 2, 3},
+        {{texture_mapping::NUVWID_FLAT, {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}}}}));
   }
 
-  static void SetColor(core::attribute::NAttributeHost& host, std::wstring const& name, double r,
-                       double g, double b) {
+  static void SetColor(NAttributeHost& host, std::wstring const& name, double r, double g,
+                       double b) {
     host.QueryAttribute(name + L".r")->SetValue(r, true);
     host.QueryAttribute(name + L".g")->SetValue(g, true);
     host.QueryAttribute(name + L".b")->SetValue(b, true);
   }
 
-  boost::intrusive_ptr<light_env::NLamp> AddLamp(std::wstring const& type, double x, double y,
-                                                 double z) {
+  static void SetDirection(NLamp& lamp, double x, double y, double z) {
+    lamp.SetDirectionX(x);
+    lamp.SetDirectionY(y);
+    lamp.SetDirectionZ(z);
+  }
+  Pointer<NLamp> AddLamp(std::wstring const& type, double x, double y, double z) {
     auto const lamp = m_lamps->CreateLamp(type);
     lamp->SetType(type);
     lamp->SetPositionX(x);
     lamp->SetPositionY(y);
     lamp->SetPositionZ(z);
-    lamp->SetDirectionX(0);
-    lamp->SetDirectionY(0);
-    lamp->SetDirectionZ(-1);
+    SetDirection(*lamp, 0, 0, -1);
     return lamp;
   }
 
   /// An image from the pixels of a PPM file.
-  boost::intrusive_ptr<data::domain::image::NImageNode> CreateImage(unsigned width, unsigned height,
-                                                                    std::string const& pixels) {
+  Pointer<NImageNode> CreateImage(unsigned width, unsigned height, std::string const& pixels) {
     auto const path = m_files.Write(
         "picture" + std::to_string(m_imageCount++) + ".ppm",
         "P6 " + std::to_string(width) + ' ' + std::to_string(height) + " 255\n" + pixels);
-    auto const image = m_document.GetImages().CreateNode(NNodeID());
-    image->SetImageLocator(core::locator::NLocator(core::uri::NUri::CreateFileUri(path)));
+    auto const image = images->CreateNode();
+    image->SetImageLocator(NUri::CreateFileUri(path));
     return image;
   }
 
   /// A texture of the wall's material from the pixels of a PPM file.
-  void AddTexture(texture::NTextureUse use, unsigned width, unsigned height,
-                  std::string const& pixels, texture_mapping::NTextureMapping* mapping = nullptr) {
-    auto const texture = m_document.GetTextures().CreateNode(NNodeID());
+  void AddTexture(NTextureUse use, unsigned width, unsigned height, std::string const& pixels,
+                  NTextureMapping* mapping = nullptr) {
+    auto const texture = textures->CreateNode();
     texture->SetType(static_cast<data::domain::texture::NTextureType>(use));
     texture->SetImage(CreateImage(width, height, pixels));
-    boost::intrusive_ptr<texture_mapping::NTextureMapping> const used(
-        mapping != nullptr ? mapping
-                           : new texture_mapping::NUVWMapping(texture_mapping::NUVWMappingType(1)));
+    Pointer<NTextureMapping> const used(
+        mapping ? mapping : new NUVWMapping(texture_mapping::NUVWMappingType(1)));
     m_material->AddTexture(texture, *used, 0);
   }
 
-  /// The pixel where a point of the wall is seen.
-  Color At(renderer::NPixels const& picture, float x, float y) const {
-    VX_Math::Vec3 position(x, y, 0);
-    GetViewpoint().GetViewProjection().MultVecMatrix(position, position);
-    auto const column = static_cast<unsigned>((position.x + 1) / 2 * kWidth);
-    auto const row = static_cast<unsigned>((1 - position.y) / 2 * kHeight);
-    unsigned char const* const pixel = picture.GetRow(row) + 3 * column;
+  static Color GetPixel(renderer::NPixels const& picture, unsigned x, unsigned y) {
+    unsigned char const* const pixel = picture.GetRow(y) + 3 * x;
     return {pixel[0], pixel[1], pixel[2]};
   }
-  Color GetMiddle() {
-    auto const picture = DrawPicture();
-    unsigned char const* const pixel = picture.GetRow(kHeight / 2) + 3 * (kWidth / 2);
-    return {pixel[0], pixel[1], pixel[2]};
+  /// The pixel where a point is seen, by default one of the wall.
+  Color At(renderer::NPixels const& picture, float x, float y, float z = 0) const {
+    Vec3 position(x, y, z);
+    GetViewpoint().GetViewProjection().MultVecMatrix(position, position);
+    return GetPixel(picture, static_cast<unsigned>((position.x + 1) / 2 * kWidth),
+                    static_cast<unsigned>((1 - position.y) / 2 * kHeight));
   }
   int GreyAt(renderer::NPixels const& picture, float x, float y) const {
     return At(picture, x, y)[0];
   }
 
   support::TemporaryFiles m_files;
-  boost::intrusive_ptr<data::domain::environment::NEnvironmentNode> m_environment;
-  boost::intrusive_ptr<light_env::NLightEnvNode> m_lamps;
-  boost::intrusive_ptr<data::domain::material::NMaterialNode> m_material;
-  Model m_wall;
+  Pointer<NEnvironmentNode> m_environment = environments->CreateNode();
+  Pointer<NLightEnvNode> m_lamps = lightEnvs->CreateNode();
+  Pointer<NMaterialNode> m_material = materials->CreateNode();
+  Model m_wall = Add<NSceneGraphModelNode>(*m_root);
   int m_imageCount = 0;
+};
+
+/// With pictures of files, which have to be decoded.
+class TextureTest : public PictureTest {
+ protected:
+  void SetUp() override {
+    if (!pictures::kDecodes) GTEST_SKIP() << "pictures aren't decoded here";
+    PictureTest::SetUp();
+  }
 };
 
 TEST_F(PictureTest, DirectionalLampsLightByTheCosineAndAreGammaCorrect) {
@@ -193,13 +180,11 @@ TEST_F(PictureTest, TransparentModelsLetTheSceneBehindThrough) {
   EXPECT_NEAR(At(DrawPicture(), 1, 1)[2], Encode(0.75), 1);
 }
 
-TEST_F(PictureTest, ColourTexturesStandUpright) {
-#ifndef CORVANTA_WITH_FREEIMAGE
-  GTEST_SKIP() << "pictures aren't decoded here";
-#endif
+TEST_F(TextureTest, ColourTexturesStandUpright) {
   AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
   // Red and green above, blue and white below.
-  AddTexture(texture::NTU_COLOR, 2, 2, std::string("\xFF\0\0\0\xFF\0\0\0\xFF\xFF\xFF\xFF", 12));
+  AddTexture(data::domain::texture::NTU_COLOR, 2, 2,
+             std::string("\xFF\0\0\0\xFF\0\0\0\xFF\xFF\xFF\xFF", 12));
   auto const picture = DrawPicture();
   ExpectColor(At(picture, -2, 2), Color{255, 0, 0});
   ExpectColor(At(picture, 2, 2), Color{0, 255, 0});
@@ -207,14 +192,11 @@ TEST_F(PictureTest, ColourTexturesStandUpright) {
   ExpectColor(At(picture, 2, -2), Color{255, 255, 255});
 }
 
-TEST_F(PictureTest, BumpsTurnTheNormalAlongTheTexture) {
-#ifndef CORVANTA_WITH_FREEIMAGE
-  GTEST_SKIP() << "pictures aren't decoded here";
-#endif
+TEST_F(TextureTest, BumpsTurnTheNormalAlongTheTexture) {
   auto const lamp = AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
   lamp->SetDirectionX(-1);
   // Normals turned by 45 degrees towards the lamp, and away from it.
-  AddTexture(texture::NTU_NORMAL, 2, 1, std::string("\xDA\x80\xDA\x26\x80\xDA", 6));
+  AddTexture(data::domain::texture::NTU_NORMAL, 2, 1, std::string("\xDA\x80\xDA\x26\x80\xDA", 6));
   auto const picture = DrawPicture();
   EXPECT_GT(GreyAt(picture, -2, 0), 250);
   EXPECT_LT(GreyAt(picture, 2, 0), 30);
@@ -222,17 +204,14 @@ TEST_F(PictureTest, BumpsTurnTheNormalAlongTheTexture) {
   // Heights that rise to the right in the left half: it turns to the left, away from the lamp.
   std::string slope;
   for (int x = 0; x != 64; ++x) slope += std::string(3, static_cast<char>(x < 32 ? 8 * x : 0));
-  AddTexture(texture::NTU_HEIGHT, 64, 1, slope);
+  AddTexture(data::domain::texture::NTU_HEIGHT, 64, 1, slope);
   auto const bumped = DrawPicture();
   EXPECT_LT(GreyAt(bumped, -2, 0), GreyAt(bumped, 2, 0) - 5);
 }
 
-TEST_F(PictureTest, ProjectedTexturesFollowTheProjection) {
-#ifndef CORVANTA_WITH_FREEIMAGE
-  GTEST_SKIP() << "pictures aren't decoded here";
-#endif
+TEST_F(TextureTest, ProjectedTexturesFollowTheProjection) {
   AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
-  auto const node = m_document.GetProjections().CreateNode(NNodeID());
+  auto const node = projections->CreateNode();
   // The plane's picture lies in x and z, seen from y; turned, it hangs on the wall.
   node->SetRotationX(90);
   node->SetScaleX(8);
@@ -240,10 +219,10 @@ TEST_F(PictureTest, ProjectedTexturesFollowTheProjection) {
   node->SetScaleZ(8);
   NDrawItem::Path const path(*m_wall, *m_tree);
   node->AddModel(path);
-  boost::intrusive_ptr<texture_mapping::NProjectionMapping> const mapping(
-      new texture_mapping::NProjectionMapping);
+  auto const mapping = New<NProjectionMapping>();
   mapping->AddProjectionData(path, *node);
-  AddTexture(texture::NTU_COLOR, 2, 1, std::string("\xFF\0\0\0\xFF\0", 6), mapping.get());
+  AddTexture(data::domain::texture::NTU_COLOR, 2, 1, std::string("\xFF\0\0\0\xFF\0", 6),
+             mapping.get());
   auto const picture = DrawPicture();
   ExpectColor(At(picture, 2, 1), Color{255, 0, 0});
   ExpectColor(At(picture, -2, 1), Color{0, 255, 0});
@@ -276,21 +255,13 @@ TEST_F(PictureTest, TheFloorIsSeenAndShadowsFallOnIt) {
   AddBall(*m_root, 0, 1, 0);
   m_camera->SetTranslationY(9);
   auto const lamp = AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
-  lamp->SetDirectionX(1);
-  lamp->SetDirectionY(-1);
-  lamp->SetDirectionZ(0);
+  SetDirection(*lamp, 1, -1, 0);
   m_environment->SetFloorGeometry(CreateGeometry({-9, 0, -9, 9, 0, -9, 9, 0, 9, -9, 0, 9},
                                                  {0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1, 0},
                                                  {0, 1, 2, 0, 2, 3}));
   m_environment->SetFloorHeight(-1);
   // The ball is two units above the floor, so its shadow is two to the right.
-  auto const seen = [this](float x) {
-    VX_Math::Vec3 position(x, -1, 0);
-    GetViewpoint().GetViewProjection().MultVecMatrix(position, position);
-    auto const column = static_cast<unsigned>((position.x + 1) / 2 * kWidth);
-    auto const row = static_cast<unsigned>((1 - position.y) / 2 * kHeight);
-    return int{DrawPicture().GetRow(row)[3 * column]};
-  };
+  auto const seen = [this](float x) { return At(DrawPicture(), x, -1)[0]; };
   EXPECT_EQ(seen(-2.5f), 0);
   m_environment->SetFloorIsVisibleFlag(true);
   int const lit = seen(-2.5f);
@@ -300,49 +271,33 @@ TEST_F(PictureTest, TheFloorIsSeenAndShadowsFallOnIt) {
   EXPECT_EQ(seen(2), lit);
 }
 
-TEST_F(PictureTest, ABackgroundPictureFillsTheView) {
-#ifndef CORVANTA_WITH_FREEIMAGE
-  GTEST_SKIP() << "pictures aren't decoded here";
-#endif
+TEST_F(TextureTest, ABackgroundPictureFillsTheView) {
   m_wall->SetIsVisibleFlag(false);
   // Red and green above, blue and white below, whatever the camera looks at.
   std::string const red("\xFF\0\0", 3), green("\0\xFF\0", 3), blue("\0\0\xFF", 3), white(3, '\xFF');
   std::string const top = red + red + green + green, bottom = blue + blue + white + white;
   m_environment->Set2DImage(CreateImage(4, 4, top + top + bottom + bottom));
   m_camera->SetInterestX(5);
-  auto const at = [](renderer::NPixels const& picture, unsigned x, unsigned y) {
-    unsigned char const* const pixel = picture.GetRow(y) + 3 * x;
-    return Color{pixel[0], pixel[1], pixel[2]};
-  };
   auto const picture = DrawPicture();
-  ExpectColor(at(picture, kWidth / 4, kHeight / 4), {255, 0, 0});
-  ExpectColor(at(picture, kWidth * 3 / 4, kHeight / 4), {0, 255, 0});
-  ExpectColor(at(picture, kWidth / 4, kHeight * 3 / 4), {0, 0, 255});
-  ExpectColor(at(picture, kWidth * 3 / 4, kHeight * 3 / 4), {255, 255, 255});
+  ExpectColor(GetPixel(picture, kWidth / 4, kHeight / 4), {255, 0, 0});
+  ExpectColor(GetPixel(picture, kWidth * 3 / 4, kHeight / 4), {0, 255, 0});
+  ExpectColor(GetPixel(picture, kWidth / 4, kHeight * 3 / 4), {0, 0, 255});
+  ExpectColor(GetPixel(picture, kWidth * 3 / 4, kHeight * 3 / 4), {255, 255, 255});
   m_environment->SetImageExposure(0.25);
-  EXPECT_NEAR(at(DrawPicture(), kWidth / 4, kHeight / 4)[0], Encode(0.25), 4);
+  EXPECT_NEAR(GetPixel(DrawPicture(), kWidth / 4, kHeight / 4)[0], Encode(0.25), 4);
 }
 
 TEST_F(PictureTest, TheEnvironmentIsSeenInItsDirection) {
   m_wall->SetIsVisibleFlag(false);
   // Six faces of one colour each, in a cube map of one pixel a face.
-  std::string dds = "DDS ";
-  auto const word = [&dds](std::uint32_t value) {
-    for (int i = 0; i != 4; ++i) dds += static_cast<char>(value >> 8 * i);
-  };
-  for (std::uint32_t const value : {124u, 0x1007u, 1u, 1u, 4u, 0u, 0u}) word(value);
-  for (int i = 0; i != 11; ++i) word(0);
-  for (std::uint32_t const value : {32u, 0x41u, 0u, 32u, 0xFF0000u, 0xFF00u, 0xFFu, 0xFF000000u,
-                                    0x1008u, 0xFE00u, 0u, 0u, 0u}) {
-    word(value);
-  }
+  std::string dds = pictures::Dds(1, 1, 0xFE00);
+  dds.resize(128);
   for (std::uint32_t const value :
        {0xFFFF0000u, 0xFF00FF00u, 0xFF0000FFu, 0xFFFFFF00u, 0xFFFF00FFu, 0xFF00FFFFu}) {
-    word(value);
+    dds += pictures::Little(value, 4);
   }
-  auto const image = m_document.GetImages().CreateNode(NNodeID());
-  image->SetImageLocator(
-      core::locator::NLocator(core::uri::NUri::CreateFileUri(m_files.Write("cube.dds", dds))));
+  auto const image = images->CreateNode();
+  image->SetImageLocator(NUri::CreateFileUri(m_files.Write("cube.dds", dds)));
   m_environment->GetEnvironmentMap().SetImage(image);
   Color const faces[] = {{255, 0, 0},   {0, 255, 0},   {0, 0, 255},
                          {255, 255, 0}, {255, 0, 255}, {0, 255, 255}};
@@ -354,13 +309,13 @@ TEST_F(PictureTest, TheEnvironmentIsSeenInItsDirection) {
     m_camera->SetInterestX(direction[0]);
     m_camera->SetInterestY(direction[1]);
     m_camera->SetInterestZ(12 + direction[2]);
-    ExpectColor(GetMiddle(), faces[face]);
+    ExpectColor(GetPixel(DrawPicture(), kWidth / 2, kHeight / 2), faces[face]);
   }
   // Turned about y by a quarter, +z is where +x was.
   m_environment->SetEnvironmentMapRotationY(90);
   m_camera->SetInterestX(1);
   m_camera->SetInterestZ(12);
-  ExpectColor(GetMiddle(), faces[4]);
+  ExpectColor(GetPixel(DrawPicture(), kWidth / 2, kHeight / 2), faces[4]);
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ class PreviewTest : public World {
     World::SetUp();
     if (IsSkipped()) return;
     AddBall(*m_root, 0, 0, 0, 3);
-    m_preview = std::make_unique<renderer::NPreview>(*m_context, m_document, *m_view, 80, 60);
+    m_preview = std::make_unique<renderer::NPreview>(*m_context, document, *m_view, 80, 60);
   }
 
   /// The columns in which a model is seen: the first, and the one behind the last.
@@ -25,7 +25,7 @@ class PreviewTest : public World {
     return columns;
   }
 
-  boost::intrusive_ptr<data::view::NView> const m_view{new data::view::NView};
+  Pointer<NView> const m_view = New<NView>();
   std::unique_ptr<renderer::NPreview> m_preview;
 };
 
@@ -38,7 +38,7 @@ TEST_F(PreviewTest, NeedsASceneAndACamera) {
   m_view->SetCamera(GetCamera());
   EXPECT_EQ(m_preview->TakePicture().GetWidth(), 80u);
   m_scene.reset();
-  m_document.GetScenes().RemoveNode(*m_view->GetScene());
+  scenes->RemoveNode(*m_view->GetScene());
   EXPECT_THROW(m_preview->TakePicture(), renderer::NRenderError);
 }
 
@@ -52,7 +52,7 @@ TEST_F(PreviewTest, DrawsInTheRectangleOfTheViewAndInItsHalvesForTwoEyes) {
   EXPECT_EQ(m_preview->GetAspect(renderer::NSS_BOTH), 40.0 / 60);
   auto const half = GetColumns(m_preview->TakeNumbers());
   EXPECT_NEAR(static_cast<double>(half[0] + half[1]), 120, 1);
-  m_preview = std::make_unique<renderer::NPreview>(*m_context, m_document, *m_view, 80, 60,
+  m_preview = std::make_unique<renderer::NPreview>(*m_context, document, *m_view, 80, 60,
                                                    renderer::NSM_SIDE_BY_SIDE);
   auto const both = GetColumns(m_preview->TakeNumbers());
   EXPECT_GE(both[0], 40u);

@@ -1,13 +1,8 @@
-#include <algorithm>
-
-#include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
-#include "corvanta/data/internal/built_in_images.h"
 #include "tests/render/world.h"
 
 namespace corvanta::render_tests {
 namespace {
 
-using data::domain::material::texture_mapping::NUVWMapping;
 using data::domain::material::texture_mapping::NUVWMappingType;
 
 /// What is uploaded once more after a change.
@@ -16,15 +11,9 @@ class UploadsTest : public World {
   void SetUp() override {
     World::SetUp();
     if (IsSkipped()) return;
-    m_group = AddGroup(*m_root);
-    m_model = AddBall(*m_group, 0, 0, 0);
-    m_material = m_document.GetMaterials().CreateNode(NNodeID());
-    m_texture = m_document.GetTextures().CreateNode(NNodeID());
-    m_image = m_document.GetImages().CreateNode(NNodeID());
     m_image->SetImageLocator(data::internal::GetDefaultFloorImage());
     m_texture->SetImage(m_image);
-    boost::intrusive_ptr<NUVWMapping> const mapping(new NUVWMapping(NUVWMappingType(1)));
-    m_material->AddTexture(m_texture, *mapping, 0);
+    m_material->AddTexture(m_texture, *New<NUVWMapping>(NUVWMappingType(1)), 0);
     m_model->SetMaterial(m_material);
     AddBall(*m_root, 3, 0, 0);
     m_before = Draw();
@@ -35,19 +24,19 @@ class UploadsTest : public World {
     return m_renderer->GetUploads();
   }
 
-  void ExpectMore(std::size_t meshes, std::size_t coords, std::size_t textures) {
+  void ExpectMore(std::size_t meshes, std::size_t coords, std::size_t pictures) {
     renderer::NUploads const now = Draw();
     EXPECT_EQ(now.meshes - m_before.meshes, meshes);
     EXPECT_EQ(now.coords - m_before.coords, coords);
-    EXPECT_EQ(now.textures - m_before.textures, textures);
+    EXPECT_EQ(now.textures - m_before.textures, pictures);
     m_before = now;
   }
 
-  Group m_group;
-  Model m_model;
-  boost::intrusive_ptr<data::domain::material::NMaterialNode> m_material;
-  boost::intrusive_ptr<data::domain::texture::NTextureNode> m_texture;
-  boost::intrusive_ptr<data::domain::image::NImageNode> m_image;
+  Group m_group = Add(*m_root);
+  Model m_model = AddBall(*m_group, 0, 0, 0);
+  Pointer<NMaterialNode> m_material = materials->CreateNode();
+  Pointer<NTextureNode> m_texture = textures->CreateNode();
+  Pointer<NImageNode> m_image = images->CreateNode();
   renderer::NUploads m_before;
 };
 
@@ -74,7 +63,7 @@ TEST_F(UploadsTest, VisibilityAndPlaceInTheTreeUploadNothing) {
   EXPECT_EQ(m_renderer->GetItems().size(), 1u);
   m_group->SetIsVisibleFlag(true);
   ExpectMore(0, 0, 0);
-  boost::intrusive_ptr<item::NSceneGraphItemNode> const kept = m_model;
+  Pointer<NSceneGraphItemNode> const kept = m_model;
   m_group->RemoveChild(*m_model);
   ExpectMore(0, 0, 0);
   m_root->AddChild(*m_model);
@@ -114,17 +103,16 @@ TEST_F(UploadsTest, WhatChangesWhileNoTreeIsShownIsUploadedWithTheNext) {
 }
 
 TEST_F(UploadsTest, BrokenTrianglesDrawNothingAndHarmNothingElse) {
-  float const inf = std::numeric_limits<float>::infinity();
-  float const nan = std::numeric_limits<float>::quiet_NaN();
+  float const inf = static_cast<float>(kInfinity), nan = static_cast<float>(kNaN);
   auto const before = DrawNumbers();
-  auto const broken = Add<item::NSceneGraphModelNode>(m_root.get());
+  auto const broken = Add<NSceneGraphModelNode>(*m_root);
   broken->SetGeometryNode(CreateGeometry({nan, 0, 0, 9, 0, 0, 0, 9, 0, 5, inf, 5},
                                          std::vector<float>(12, nan),
                                          {0, 1, 2, 1, 2, 3, 1, 2, 77}));
   auto const flat = AddBall(*m_root, 0, 0, 1);
   flat->SetScaleX(nan);
   m_renderer->Update(*m_scene);
-  VX_Math::Box3 const box = m_renderer->GetBox();
+  Box3 const box = m_renderer->GetBox();
   EXPECT_TRUE(box.max.x - box.min.x < 20.0f);
   auto const [near, far] = item::GetClipDistances(GetCamera(), box);
   NTarget const target(*m_context, kWidth, kHeight, NTarget::NTK_NUMBERS);

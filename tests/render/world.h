@@ -1,74 +1,55 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <memory>
-#include <vector>
-
-#include "corvanta/data/document/NDocument.h"
-#include "corvanta/data/domain/geometry/NPolygonSurface.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
-#include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
-#include "corvanta/data/domain/scenegraph/item/view.h"
 #include "corvanta/renderer/NContext.h"
 #include "corvanta/renderer/NRenderError.h"
 #include "corvanta/renderer/NRenderer.h"
 #include "tests/support/ball.h"
+#include "tests/support/world.h"
 
 namespace corvanta::render_tests {
 
-namespace item = data::domain::scenegraph::item;
-using core::node::NNodeID;
-using core::node::NNodeReference;
 using renderer::NCameraPath;
 using renderer::NDrawItem;
 using renderer::NTarget;
 using renderer::NViewpoint;
-using Group = boost::intrusive_ptr<item::NSceneGraphGroupNode>;
-using Model = boost::intrusive_ptr<item::NSceneGraphModelNode>;
-using Geometry = boost::intrusive_ptr<data::domain::geometry::NGeometryNode>;
-using Tree = boost::intrusive_ptr<data::domain::scenegraph::tree::NSceneGraphTreeNode>;
+using Geometry = Pointer<NGeometryNode>;
 
 /// A document with a scene whose tree has a group as its root, a camera below it, and a renderer.
 /// A test on a machine that can't draw is skipped.
-class World : public testing::Test {
+class World : public testing::Test, protected support::World {
  protected:
   static constexpr unsigned kWidth = 160, kHeight = 120;
 
-  void SetUp() override {
+  World() {
     try {
       m_context = std::make_unique<renderer::NContext>();
     } catch (renderer::NRenderError const& error) {
-      GTEST_SKIP() << error.what();
+      m_fault = error.what();
+      return;
     }
-    m_renderer = std::make_unique<renderer::NRenderer>(*m_context, m_document.GetEvents());
-    m_root = Add<item::NSceneGraphGroupNode>(nullptr);
-    m_tree = CreateTree(*m_root);
-    m_scene = m_document.GetScenes().CreateNode(NNodeID());
+    m_renderer = std::make_unique<renderer::NRenderer>(*m_context, *events);
     m_scene->SetSceneGraph(m_tree);
-    m_camera = Add<item::NSceneGraphCameraNode>(m_root.get());
-    m_lens = m_document.GetCameras().CreateNode(NNodeID());
+    m_root->AddChild(*m_camera);
     m_lens->SetVerticalViewAngle(40);
     m_camera->SetCameraNode(m_lens);
     m_camera->SetTranslationZ(12);
-    m_ball = CreateBall();
+  }
+  void SetUp() override {
+    if (!m_context) GTEST_SKIP() << m_fault;
   }
 
-  template <class Kind>
-  boost::intrusive_ptr<Kind> Add(item::NSceneGraphItemNode* parent) {
-    auto const node = m_document.GetItems().CreateNode<Kind>(NNodeID());
-    if (parent != nullptr) parent->AddChild(*node);
+  template <class Kind = NSceneGraphGroupNode>
+  Pointer<Kind> Add(NSceneGraphItemNode& parent) {
+    auto const node = Make<Kind>();
+    parent.AddChild(*node);
     return node;
   }
 
   /// A ball of radius 1 at (x, y, z), squeezed so that it doesn't look alike from all sides.
-  Model AddBall(item::NSceneGraphItemNode& parent, double x, double y, double z, double size = 1) {
-    auto const model = Add<item::NSceneGraphModelNode>(&parent);
+  Model AddBall(NSceneGraphItemNode& parent, double x, double y, double z, double size = 1) {
+    auto const model = Add<NSceneGraphModelNode>(parent);
     model->SetGeometryNode(m_ball);
-    model->SetTranslationX(x);
-    model->SetTranslationY(y);
-    model->SetTranslationZ(z);
+    Move(*model, x, y, z);
     model->SetScaleX(size);
     model->SetScaleY(size * 0.7);
     model->SetScaleZ(size * 0.9);
@@ -76,33 +57,23 @@ class World : public testing::Test {
     return model;
   }
 
-  Group AddGroup(item::NSceneGraphItemNode& parent) {
-    return Add<item::NSceneGraphGroupNode>(&parent);
-  }
-
-  Tree CreateTree(item::NSceneGraphItemNode& root) {
-    auto const tree = m_document.GetTrees().CreateNode(NNodeID());
-    tree->SetRoot(NNodeReference<item::NSceneGraphItemNode>(root));
-    return tree;
-  }
-
-  auto Show(Tree const& tree, item::NSceneGraphItemNode& parent) {
-    auto const reference = Add<item::NSceneGraphReferenceNode>(&parent);
+  auto Show(Tree const& tree, NSceneGraphItemNode& parent) {
+    auto const reference = Add<NSceneGraphReferenceNode>(parent);
     reference->SetSceneGraph(tree);
     return reference;
   }
 
   Geometry CreateGeometry(std::vector<float> const& coords, std::vector<float> const& normals,
-                          std::vector<unsigned> const& indices) {
-    auto const geometry = m_document.GetGeometries().CreateNode(NNodeID());
-    boost::intrusive_ptr<data::domain::geometry::NSurface> const surface(
-        new data::domain::geometry::NPolygonSurface);
-    surface->Assign(coords, normals, indices, {});
+                          std::vector<unsigned> const& indices,
+                          NSurface::UVWsMap const& uvws = {}) const {
+    auto const geometry = geometries->CreateNode();
+    auto const surface = New<NPolygonSurface>();
+    surface->Assign(coords, normals, indices, uvws);
     geometry->AddSurface(*surface);
     return geometry;
   }
 
-  Geometry CreateBall() {
+  Geometry CreateBall() const {
     support::Ball const ball(16, 10);
     return CreateGeometry(ball.coords, ball.coords, ball.indices);
   }
@@ -127,15 +98,15 @@ class World : public testing::Test {
     return target.ReadPicture();
   }
 
-  data::document::NDocument m_document;
+  std::string m_fault;
   std::unique_ptr<renderer::NContext> m_context;
   std::unique_ptr<renderer::NRenderer> m_renderer;
-  Group m_root;
-  Tree m_tree;
-  boost::intrusive_ptr<data::domain::scene::NSceneNode> m_scene;
-  boost::intrusive_ptr<item::NSceneGraphCameraNode> m_camera;
-  boost::intrusive_ptr<data::domain::camera::NCameraNode> m_lens;
-  Geometry m_ball;
+  Group m_root = Make();
+  Tree m_tree = MakeTree(m_root);
+  Pointer<NSceneNode> m_scene = scenes->CreateNode();
+  Camera m_camera = Make<NSceneGraphCameraNode>();
+  Pointer<NCameraNode> m_lens = cameras->CreateNode();
+  Geometry m_ball = CreateBall();
 };
 
 }  // namespace corvanta::render_tests
