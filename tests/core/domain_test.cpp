@@ -83,6 +83,7 @@ class Model {
     if (m_lights.size() < 6) m_lights.push_back(MakeLight(AnyID(), Choose(3) ? nullptr : &domain));
     auto const chosen = m_lights.begin() + Choose(m_lights.size());
     LightPointer const light = *chosen;
+    auto const at = std::find(order.begin(), order.end(), light.get());
     switch (Choose(7)) {
       case 0: {
         NNodeID const id = AnyID();
@@ -101,18 +102,16 @@ class Model {
         bool const appends = Choose(2) == 0;
         std::wstring const name = light->GetName();
         ASSERT_EQ(appends ? domain.AddNode(*light) : domain.AddNode(*light, position), isWelcome);
-        if (!isWelcome) {
-          ASSERT_EQ(light->GetName(), name);
-        }
         if (isWelcome) {
-          auto const at = appends || position > order.size() ? order.size() : position;
-          order.insert(order.begin() + static_cast<std::ptrdiff_t>(at), light.get());
+          auto const index = appends || position > order.size() ? order.size() : position;
+          order.insert(order.begin() + static_cast<std::ptrdiff_t>(index), light.get());
+        } else {
+          ASSERT_EQ(light->GetName(), name);
         }
         break;
       }
       case 3:
       case 4: {
-        auto const at = std::find(order.begin(), order.end(), light.get());
         bool const mayGo = at != order.end() && m_sealed[d].count(light.get()) == 0;
         ASSERT_EQ(domain.RemoveNode(*light), mayGo);
         if (mayGo) {
