@@ -1,17 +1,12 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/app/program.h"
 
 namespace corvanta::app_tests {
 namespace {
 
-using testing::ContainsRegex;
+using DemoTest = ProgramTest;
 
-TEST(DemoTest, ShowsEverythingOnTheSampleOrAFile) {
-  support::TemporaryFiles const files;
-  Result const result = RunProgram(files, {"demo"});
-  ASSERT_EQ(result.status, 0) << result.err;
+TEST_F(DemoTest, ShowsEverythingOnTheSampleOrAFile) {
+  Result const result = RunWell("demo");
   EXPECT_EQ(result.err, "");
   // The sample has a front that faces the camera, one texture set, and no lights or cameras.
   for (char const* const line : {
@@ -24,11 +19,9 @@ TEST(DemoTest, ShowsEverythingOnTheSampleOrAFile) {
            "lights +.*: 7 lamps",
            "switch +\"spot\" .*; 1 is in use, \"Yellow material for posture\"",
        }) {
-    EXPECT_THAT(result.out, ContainsRegex(line));
+    EXPECT_THAT(result.out, testing::ContainsRegex(line));
   }
-  Result const missing = RunProgram(files, {"demo", "missing.obj"});
-  EXPECT_EQ(missing.status, 1);
-  EXPECT_TRUE(missing.HasOneError("missing.obj", "")) << missing.err;
+  ExpectRefused("demo", {{"missing.obj", "", "missing.obj", 1}});
 }
 
 }  // namespace

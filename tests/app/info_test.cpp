@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <algorithm>
@@ -12,16 +10,12 @@ namespace corvanta::app_tests {
 namespace {
 
 using nlohmann::json;
-using support::TemporaryFiles;
 using testing::HasSubstr;
 using testing::StartsWith;
+using InfoTest = ProgramTest;
 
-std::string const kSpot = std::string(CORVANTA_SAMPLES) + "/spot.obj";
-
-TEST(InfoTest, PrintsTheSample) {
-  TemporaryFiles const files;
-  Result const result = RunProgram(files, {"info", kSpot, "--json"});
-  ASSERT_EQ(result.status, 0) << result.err;
+TEST_F(InfoTest, PrintsTheSample) {
+  Result const result = RunWell("info " CORVANTA_SAMPLES "/spot.obj --json");
   EXPECT_EQ(result.err, "");
   json const report = result.Json();
 
@@ -52,13 +46,11 @@ TEST(InfoTest, PrintsTheSample) {
   }
 }
 
-TEST(InfoTest, PrintsTextWithAttributes) {
-  TemporaryFiles const files;
-  files.Write("model.gltf", MakeGltf({Triangle()}, {{{"name", "a"}, {"mesh", 0}, {"children", {1}}},
-                                                    {{"name", "line\nbreak"}}}));
-  Result const result = RunProgram(files, {"info", "model.gltf", "--attributes"});
-  ASSERT_EQ(result.status, 0) << result.err;
-  auto const lines = result.Lines();
+TEST_F(InfoTest, PrintsTextWithAttributes) {
+  m_files.Write("model.gltf",
+                MakeGltf({Triangle()}, {{{"name", "a"}, {"mesh", 0}, {"children", {1}}},
+                                        {{"name", "line\nbreak"}}}));
+  auto const lines = RunWell("info model.gltf --attributes").Lines();
   auto const find = [&](std::string const& start) {
     return std::find_if(lines.begin(), lines.end(),
                         [&](std::string const& line) { return line.rfind(start, 0) == 0; });
@@ -73,14 +65,10 @@ TEST(InfoTest, PrintsTextWithAttributes) {
   EXPECT_EQ(lines.back(), "box (0, 0, 0) .. (1, 1, 0)");
 }
 
-TEST(InfoTest, ShowsSeveralFilesInACommonTreeInTheirOwnUnits) {
-  TemporaryFiles const files;
-  files.Write("a.gltf", MakeGltf({Triangle()}, kOneNode));
-  files.Write("b.gltf", MakeGltf({Triangle()}, {{{"mesh", 0}, {"translation", {0, 0, 1000}}}}));
-  Result const result =
-      RunProgram(files, {"info", "a.gltf", "b.gltf", "--unit", "0.001", "--zup", "--json"});
-  ASSERT_EQ(result.status, 0) << result.err;
-  json const report = result.Json();
+TEST_F(InfoTest, ShowsSeveralFilesInACommonTreeInTheirOwnUnits) {
+  m_files.Write("a.gltf", MakeGltf({Triangle()}, kOneNode));
+  m_files.Write("b.gltf", MakeGltf({Triangle()}, {{{"mesh", 0}, {"translation", {0, 0, 1000}}}}));
+  json const report = RunJson("info a.gltf b.gltf --unit 0.001 --zup");
   // The last holds the lights that come with a scene that has none.
   ASSERT_EQ(report["trees"].size(), 4u);
   EXPECT_EQ(report["trees"][3]["items"].size(), 8u);
@@ -133,115 +121,81 @@ std::vector<BadFile> BadFiles() {
   };
 }
 
-TEST(InfoTest, NamesEachBadFileInOneLineAndKeepsTheGood) {
-  TemporaryFiles const files;
-  files.Write("good.gltf", MakeGltf({Triangle()}, kOneNode));
-  std::filesystem::create_directory(files.GetFolder() / "folder.obj");
+TEST_F(InfoTest, NamesEachBadFileInOneLineAndKeepsTheGood) {
+  m_files.Write("good.gltf", MakeGltf({Triangle()}, kOneNode));
+  std::filesystem::create_directory(m_files.GetFolder() / "folder.obj");
   auto bad = BadFiles();
   bad.push_back({"missing.obj", "", "no such file"});
   bad.push_back({"folder.obj", "", "not a file"});
   for (BadFile const& file : bad) {
     SCOPED_TRACE(file.name);
     std::string const name = file.name;
-    if (name != "missing.obj" && name != "folder.obj") files.Write(name, file.content);
-    Result const alone = RunProgram(files, {"info", name});
-    EXPECT_EQ(alone.status, 1);
-    EXPECT_EQ(alone.out, "");
-    EXPECT_TRUE(alone.HasOneError(name + ": ", file.reason)) << alone.err;
-    EXPECT_GT(alone.err.size(), std::string("corvanta: : \n").size() + name.size());
+    if (name != "missing.obj" && name != "folder.obj") m_files.Write(name, file.content);
+    ExpectRefused("info", {{name, file.reason, name + ": ", 1}});
+    EXPECT_GT(Run("info " + name).err.size(), ("corvanta: : \n" + name).size());
 
-    Result const both = RunProgram(files, {"info", name, "good.gltf", "--json"});
+    Result const both = Run("info " + name + " good.gltf --json");
     EXPECT_EQ(both.status, 1);
     EXPECT_TRUE(both.HasOneError(name + ": ", file.reason)) << both.err;
     EXPECT_FALSE(Named(both.Json()["trees"][1]["items"], "only").is_null());
   }
 }
 
-TEST(InfoTest, RefusesImpossibleOptionsInOneLine) {
-  TemporaryFiles const files;
-  files.Write("good.gltf", MakeGltf({Triangle()}, kOneNode));
-  std::vector<std::vector<std::string>> const rows = {
-      {},
-      {"info"},
-      {"fly", "good.gltf"},
-      {"info", "good.gltf", "--colour"},
-      {"info", "good.gltf", "--unit"},
-      {"info", "good.gltf", "--unit", "0"},
-      {"info", "good.gltf", "--unit", "-1"},
-      {"info", "good.gltf", "--unit", "nan"},
-      {"info", "good.gltf", "--unit", "inch"},
-      {"info", "good.gltf", "--unit", "1e39"},
-      {"info", "good.gltf", "--unit", "1e-42"},
-      {"info", "good.gltf", "--up", "w"},
-      {"info", "good.gltf", "--up", "z", "--zup"},
-      {"render", "good.gltf", "--clip-report", "--crease", "-1"},
-      {"pick", "good.gltf", "--at", "1,1", "--crease", "nan"},
-      {"play", "good.gltf", "--unit", "0"},
-      {"watch", "good.gltf"},
-      {"watch", "good.gltf", "extra.gltf", "--set", "only.scale.x=1"},
-  };
-  for (auto const& row : rows) {
-    SCOPED_TRACE(testing::PrintToString(row));
-    Result const result = RunProgram(files, row);
-    EXPECT_EQ(result.status, 2);
-    EXPECT_EQ(result.out, "");
-    EXPECT_TRUE(result.HasOneError("corvanta: ", "")) << result.err;
+TEST_F(InfoTest, RefusesImpossibleOptionsInOneLine) {
+  m_files.Write("good.gltf", MakeGltf({Triangle()}, kOneNode));
+  for (char const* const line :
+       {"", "info", "fly good.gltf", "info good.gltf --colour", "info good.gltf --unit",
+        "info good.gltf --unit 0", "info good.gltf --unit -1", "info good.gltf --unit nan",
+        "info good.gltf --unit inch", "info good.gltf --unit 1e39", "info good.gltf --unit 1e-42",
+        "info good.gltf --up w", "info good.gltf --up z --zup",
+        "render good.gltf --clip-report --crease -1", "pick good.gltf --at 1,1 --crease nan",
+        "play good.gltf --unit 0", "watch good.gltf",
+        "watch good.gltf extra.gltf --set only.scale.x=1"}) {
+    ExpectRefused(line, {{"", "", "corvanta: "}});
   }
-  Result const help = RunProgram(files, {"info", "--help"});
-  EXPECT_EQ(help.status, 0);
-  EXPECT_THAT(help.out, HasSubstr("--attributes"));
+  EXPECT_THAT(RunWell("info --help").out, HasSubstr("--attributes"));
 }
 
-TEST(InfoTest, EveryCommandPassesTheNotesOnOnce) {
-  TemporaryFiles const files;
+TEST_F(InfoTest, EveryCommandPassesTheNotesOnOnce) {
   json gltf = json::parse(MakeGltf(
       {Triangle(), Triangle(), Triangle()},
       {{{"name", "only"}, {"mesh", 0}, {"children", {1, 2}}}, {{"mesh", 1}}, {{"mesh", 2}}}));
   for (int const lines : {1, 2}) gltf["meshes"][lines]["primitives"][0]["mode"] = 3;
-  files.Write("flat.gltf", gltf.dump());
+  m_files.Write("flat.gltf", gltf.dump());
   std::string const note =
       "corvanta: flat.gltf: note: 2 meshes have no triangles and were left out\n";
-  for (auto row : std::vector<std::vector<std::string>>{{"info"},
-                                                        {"info", "--json"},
-                                                        {"watch", "--set", "only.scale.x=1"},
-                                                        {"pick", "--at", "1,1"},
-                                                        {"map", "--method", "plane"},
-                                                        {"play", "--seconds", "0.1"},
-                                                        {"render", "--clip-report"},
-                                                        {"demo"}}) {
-    row.insert(row.begin() + 1, "flat.gltf");
-    EXPECT_EQ(RunProgram(files, row).err.substr(0, note.size()), note) << row[0];
+  for (char const* const line :
+       {"info flat.gltf --json", "watch flat.gltf --set only.scale.x=1", "pick flat.gltf --at 1,1",
+        "map flat.gltf --method plane", "play flat.gltf --seconds 0.1",
+        "render flat.gltf --clip-report", "demo flat.gltf"}) {
+    EXPECT_THAT(Run(line).err, StartsWith(note)) << line;
   }
-  EXPECT_EQ(RunProgram(files, {"info", "flat.gltf"}).err, note);
+  EXPECT_EQ(Run("info flat.gltf").err, note);
   gltf["meshes"].erase(2);
   gltf["nodes"][2].erase("mesh");
-  files.Write("flat.gltf", gltf.dump());
-  EXPECT_THAT(RunProgram(files, {"info", "flat.gltf"}).err,
-              HasSubstr("1 mesh has no triangles and was left out"));
+  m_files.Write("flat.gltf", gltf.dump());
+  EXPECT_THAT(Run("info flat.gltf").err, HasSubstr("1 mesh has no triangles and was left out"));
 }
 
-TEST(InfoTest, HelpThatCannotBeWrittenIsAFailure) {
-  TemporaryFiles const files;
-  std::string const err = (files.GetFolder() / "stderr").string();
+TEST_F(InfoTest, HelpThatCannotBeWrittenIsAFailure) {
+  std::string const err = (m_files.GetFolder() / "stderr").string();
   for (std::string const options : {"--help", "map --help"}) {
     int const status =
         std::system(("'" CORVANTA_PROGRAM "' " + options + " >/dev/full 2>'" + err + "'").c_str());
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << status;
-    EXPECT_EQ(support::ReadBytes(files.At("stderr")), "corvanta: output: can't be written\n");
+    EXPECT_EQ(Read("stderr"), "corvanta: output: can't be written\n");
   }
 }
 
-TEST(InfoTest, WalksAHierarchyOfAHundredThousandLevels) {
+TEST_F(InfoTest, WalksAHierarchyOfAHundredThousandLevels) {
   constexpr int kLevels = 100000;
   json nodes = json::array();
   for (int i = 0; i != kLevels; ++i) {
     nodes.push_back({{"name", "n"}, {"translation", {1, 0, 0}}, {"children", {i + 1}}});
   }
   nodes.push_back({{"name", "leaf"}, {"mesh", 0}});
-  TemporaryFiles const files;
-  files.Write("deep.gltf", MakeGltf({Triangle()}, nodes));
-  Result const result = RunProgram(files, {"info", "deep.gltf"});
-  ASSERT_EQ(result.status, 0) << result.err;
+  m_files.Write("deep.gltf", MakeGltf({Triangle()}, nodes));
+  Result const result = RunWell("info deep.gltf");
   auto const lines = result.Lines();
   EXPECT_GT(lines.size(), static_cast<std::size_t>(kLevels));
   EXPECT_EQ(lines.back(), "box (100000, 0, 0) .. (100001, 1, 0)");

@@ -1,6 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <cmath>
 #include <csignal>
@@ -16,7 +13,6 @@ namespace corvanta::app_tests {
 namespace {
 
 using nlohmann::json;
-using support::TemporaryFiles;
 using testing::AnyOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -24,20 +20,9 @@ using testing::Not;
 
 using Table = std::vector<std::vector<std::string>>;
 
-Table ReadTable(TemporaryFiles const& files, std::string const& name) {
-  Table table;
-  std::istringstream file(support::ReadBytes(files.At(name)));
-  for (std::string line; std::getline(file, line);) {
-    std::istringstream cells(line);
-    table.emplace_back();
-    for (std::string cell; std::getline(cells, cell, ',');) table.back().push_back(cell);
-  }
-  return table;
-}
-
 // A slide along x from 0 to 8 in two seconds, which is over at once in the second animation, and
 // two cameras below a root that stands elsewhere.
-class PlayTest : public testing::Test {
+class PlayTest : public ProgramTest {
  protected:
   PlayTest() {
     json const camera = {{"type", "perspective"}, {"perspective", {{"yfov", 1.0}, {"znear", 1}}}};
@@ -54,26 +39,27 @@ class PlayTest : public testing::Test {
                      "short", {{1, "translation", {0}, {0, 5, 0}}}));
   }
 
-  Result Play(std::vector<std::string> arguments) const {
-    arguments.insert(arguments.begin(), {"play", "model.gltf"});
-    return RunProgram(m_files, std::move(arguments));
+  Table PlayTable(std::string const& line) const {
+    RunWell("play " + line + " --csv out.csv");
+    Table table;
+    std::istringstream file(Read("out.csv"));
+    for (std::string row; std::getline(file, row);) {
+      std::istringstream cells(row);
+      table.emplace_back();
+      for (std::string cell; std::getline(cells, cell, ',');) table.back().push_back(cell);
+    }
+    return table;
   }
 
   // The column of translation.x, behind the times.
-  std::vector<double> PlaySlide(std::vector<std::string> arguments) const {
-    arguments.insert(arguments.end(), {"--timeline", "1", "--csv", "out.csv"});
-    Result const result = Play(std::move(arguments));
-    EXPECT_EQ(result.status, 0) << result.err;
-    Table const table = ReadTable(m_files, "out.csv");
-    auto const column = std::find(table[0].begin(), table[0].end(), "part.translation.x");
+  std::vector<double> PlaySlide(std::string const& options) const {
+    Table const table = PlayTable("model.gltf --timeline 1 " + options);
+    auto const column = static_cast<std::size_t>(
+        std::find(table[0].begin(), table[0].end(), "part.translation.x") - table[0].begin());
     std::vector<double> values;
-    for (std::size_t i = 1; i < table.size(); ++i) {
-      values.push_back(std::stod(table[i].at(static_cast<std::size_t>(column - table[0].begin()))));
-    }
+    for (std::size_t i = 1; i < table.size(); ++i) values.push_back(std::stod(table[i].at(column)));
     return values;
   }
-
-  TemporaryFiles const m_files;
 };
 
 auto Near(std::vector<double> const& values) {
@@ -81,21 +67,28 @@ auto Near(std::vector<double> const& values) {
 }
 
 TEST_F(PlayTest, PlaysInBothDirectionsAndRoundTheEnds) {
-  EXPECT_THAT(PlaySlide({"--fps", "2"}), Near({0, 2, 4, 6, 8}));
-  EXPECT_EQ(ReadTable(m_files, "out.csv")[2][0], "0.5");
-  EXPECT_THAT(PlaySlide({"--fps", "2", "--reverse"}), Near({8, 6, 4, 2, 0}));
-  // An end that is reached counts as the other one.
-  EXPECT_THAT(PlaySlide({"--fps", "2", "--repeat"}), Near({0, 2, 4, 6, 0, 2, 4, 6, 0}));
-  EXPECT_THAT(PlaySlide({"--fps", "2", "--repeat", "--reverse", "--seconds", "3"}),
-              Near({8, 6, 4, 2, 8, 6, 4}));
-  // The last frame stands where the seconds end, and without repeat no later than the run.
-  EXPECT_THAT(PlaySlide({"--fps", "2", "--seconds", "0.75"}), Near({0, 2, 3}));
-  EXPECT_THAT(PlaySlide({"--fps", "1", "--seconds", "50"}), Near({0, 4, 8}));
-  EXPECT_EQ(PlaySlide({}).size(), 51u);
+  struct Row {
+    char const* options;
+    std::vector<double> values;
+  };
+  for (Row const& row : {
+           Row{"--fps 2", {0, 2, 4, 6, 8}},
+           Row{"--fps 2 --reverse", {8, 6, 4, 2, 0}},
+           // An end that is reached counts as the other one.
+           Row{"--fps 2 --repeat", {0, 2, 4, 6, 0, 2, 4, 6, 0}},
+           Row{"--fps 2 --repeat --reverse --seconds 3", {8, 6, 4, 2, 8, 6, 4}},
+           // The last frame stands where the seconds end, and without repeat no later than the run.
+           Row{"--fps 2 --seconds 0.75", {0, 2, 3}},
+           Row{"--fps 1 --seconds 50", {0, 4, 8}},
+       }) {
+    EXPECT_THAT(PlaySlide(row.options), Near(row.values)) << row.options;
+  }
+  EXPECT_EQ(PlayTable("model.gltf --fps 2")[2][0], "0.5");
+  EXPECT_EQ(PlaySlide("").size(), 51u);
 }
 
 TEST_F(PlayTest, CountsItemsAndEvents) {
-  auto const lines = Play({"--fps", "1", "--json"}).Lines();
+  auto const lines = Run("play model.gltf --fps 1 --json").Lines();
   ASSERT_EQ(lines.size(), 3u);
   // One write for each attribute, and the first frame is the pose that stands.
   std::size_t const columns = 9;
@@ -105,14 +98,13 @@ TEST_F(PlayTest, CountsItemsAndEvents) {
     EXPECT_EQ(frame["itemsMoved"], i == 0 ? 0 : 1);
     EXPECT_EQ(frame["events"], columns);
   }
-  EXPECT_EQ(Play({"--fps", "1", "--reverse"}).Lines()[1], "1 s  at 1 s  1 item moved  9 events");
-  EXPECT_THAT(Play({"--timeline", "2"}).Lines(),
-              ElementsAre("0 s  at 0 s  1 item moved  9 events"));
+  EXPECT_EQ(Run("play model.gltf --fps 1 --reverse").Lines()[1],
+            "1 s  at 1 s  1 item moved  9 events");
+  EXPECT_EQ(Run("play model.gltf --timeline 2").out, "0 s  at 0 s  1 item moved  9 events\n");
 }
 
 TEST_F(PlayTest, TheTourStandsAtEachCameraInTurn) {
-  ASSERT_EQ(Play({"--tour", "--fps", "1", "--csv", "out.csv"}).status, 0);
-  Table table = ReadTable(m_files, "out.csv");
+  Table table = PlayTable("model.gltf --tour --fps 1");
   ASSERT_EQ(table.size(), 8u);
   EXPECT_THAT(table[0], ElementsAre("time", "tour.position.x", "tour.position.y", "tour.position.z",
                                     "tour.interest.x", "tour.interest.y", "tour.interest.z",
@@ -126,10 +118,7 @@ TEST_F(PlayTest, TheTourStandsAtEachCameraInTurn) {
   for (std::size_t const row : {5u, 6u, 7u}) EXPECT_THAT(place(row), Near({100, 2, 9}));
 
   // Without cameras it goes around and comes back, always at one distance.
-  Result const round =
-      RunProgram(m_files, {"play", "plain.gltf", "--fps", "10", "--csv", "out.csv"});
-  ASSERT_EQ(round.status, 0) << round.err;
-  table = ReadTable(m_files, "out.csv");
+  table = PlayTable("plain.gltf --fps 10");
   ASSERT_EQ(table.size(), 122u);
   EXPECT_THAT(place(121), Near(place(1)));
   double const radius = std::hypot(place(1)[0] - 0.5, place(1)[2]);
@@ -140,35 +129,21 @@ TEST_F(PlayTest, TheTourStandsAtEachCameraInTurn) {
 }
 
 TEST_F(PlayTest, RefusesInOneLineAndLeavesFilesAlone) {
-  struct Row {
-    std::vector<std::string> arguments;
-    int status;
-    char const* subject;
-    char const* reason;
-  };
-  Row const rows[] = {
-      {{"--timeline", "3"}, 1, "model.gltf", "no animation 3, the file has 2"},
-      {{"--timeline", "0"}, 2, "options", "counted from 1"},
-      {{"--timeline", "one"}, 2, "options", ""},
-      {{"--timeline", "1", "--tour"}, 2, "options", "exclude"},
-      {{"--fps", "0"}, 2, "options", "--fps"},
-      {{"--fps", "nan"}, 2, "options", "--fps"},
-      {{"--seconds", "-1"}, 2, "options", "--seconds"},
-      {{"--seconds", "inf"}, 2, "options", "--seconds"},
-      {{"--csv", "kept", "--plot", "./kept"}, 2, "options", "same file"},
-      {{"--csv", "kept", "--plot", "no/such/folder.svg"}, 1, "no/such/folder.svg", "written"},
-      {{"--csv", "kept", "--plot", "."}, 1, ".", "written"},
-  };
   m_files.Write("kept", "before");
-  for (Row const& row : rows) {
-    SCOPED_TRACE(row.reason);
-    Result const result = Play(row.arguments);
-    EXPECT_EQ(result.status, row.status);
-    EXPECT_EQ(result.out, "");
-    EXPECT_TRUE(result.HasOneError(row.subject, row.reason)) << result.err;
-    EXPECT_EQ(support::ReadBytes(m_files.At("kept")), "before");
-  }
-  EXPECT_EQ(RunProgram(m_files, {"play", "none.gltf"}).status, 1);
+  ExpectRefused("play model.gltf",
+                {{"--timeline 3", "no animation 3, the file has 2", "model.gltf", 1},
+                 {"--timeline 0", "counted from 1"},
+                 {"--timeline one", ""},
+                 {"--timeline 1 --tour", "exclude"},
+                 {"--fps 0", "--fps"},
+                 {"--fps nan", "--fps"},
+                 {"--seconds -1", "--seconds"},
+                 {"--seconds inf", "--seconds"},
+                 {"--csv kept --plot ./kept", "same file"},
+                 {"--csv kept --plot no/such/folder.svg", "written", "no/such/folder.svg", 1},
+                 {"--csv kept --plot .", "written", ".", 1}});
+  ExpectRefused("play none.gltf", {{"", "", "none.gltf", 1}});
+  EXPECT_EQ(Read("kept"), "before");
 }
 
 TEST_F(PlayTest, WhatIsBrokenOffLeavesNoHalfFile) {
@@ -184,19 +159,24 @@ TEST_F(PlayTest, WhatIsBrokenOffLeavesNoHalfFile) {
     }
     kill(program, signal);
     EXPECT_EQ(WaitForProgram(m_files, program).status, 128 + signal);
-    EXPECT_EQ(support::ReadBytes(m_files.At("kept")), "before");
+    EXPECT_EQ(Read("kept"), "before");
   }
-  for (auto const& entry : std::filesystem::directory_iterator(m_files.GetFolder())) {
-    EXPECT_NE(entry.path().extension(), ".part");
-  }
+  EXPECT_THAT(GetNames(), ElementsAre("kept", "model.gltf", "plain.gltf"));
 }
 
 TEST_F(PlayTest, PlotsWhatChanges) {
-  ASSERT_EQ(Play({"--plot", "out.svg", "--fps", "10"}).status, 0);
-  std::string const svg = support::ReadBytes(m_files.At("out.svg"));
-  EXPECT_THAT(svg, HasSubstr("model.gltf: slide"));
-  EXPECT_THAT(svg, HasSubstr(">part  translation</text>"));
-  EXPECT_THAT(svg, HasSubstr("2 panels in which nothing changes"));
+  RunWell("play model.gltf --plot out.svg --fps 10");
+  for (char const* const text :
+       {"model.gltf: slide", ">part  translation</text>", "2 panels in which nothing changes"}) {
+    EXPECT_THAT(Read("out.svg"), HasSubstr(text));
+  }
+}
+
+std::string Plot(std::string const& title, std::vector<app::NPlayer::Channel> const& channels,
+                 app::NRecording const& recording) {
+  std::ostringstream out;
+  app::WritePlot(out, title, channels, recording);
+  return out.str();
 }
 
 TEST(PlotTest, LeavesGapsAndPartsWhatDiffersInSize) {
@@ -208,18 +188,11 @@ TEST(PlotTest, LeavesGapsAndPartsWhatDiffersInSize) {
     double const small = static_cast<double>(i);
     recording.Add(small, {x[i], small, -small});
   }
-  std::ostringstream out;
-  app::WritePlot(out, "a & <b>", {{"it<em", "scale.x"}, {"it<em", "scale.y"}, {"it<em", "scale.z"}},
-                 recording);
-  std::string const svg = out.str();
-  auto const count = [&](std::string const& text) {
-    std::size_t found = 0;
-    for (auto at = svg.find(text); at != std::string::npos; at = svg.find(text, at + 1)) ++found;
-    return found;
-  };
-  EXPECT_EQ(count("<circle"), 2u) << "single values stand between gaps";
-  EXPECT_EQ(count("<polyline"), 3u);
-  EXPECT_EQ(count(">it&lt;em  scale</text>"), 2u) << "y and z share a panel";
+  std::string const svg = Plot(
+      "a & <b>", {{"it<em", "scale.x"}, {"it<em", "scale.y"}, {"it<em", "scale.z"}}, recording);
+  EXPECT_EQ(Count(svg, "<circle"), 2u) << "single values stand between gaps";
+  EXPECT_EQ(Count(svg, "<polyline"), 3u);
+  EXPECT_EQ(Count(svg, ">it&lt;em  scale</text>"), 2u) << "y and z share a panel";
   EXPECT_THAT(svg, HasSubstr("a &amp; &lt;b&gt;"));
   EXPECT_THAT(svg, Not(AnyOf(HasSubstr("nan"), HasSubstr("inf"))));
 }
@@ -229,12 +202,8 @@ TEST(PlotTest, AxesHaveTwoTicksAtLeast) {
     app::NRecording recording(1);
     recording.Add(0.0, {-half});
     recording.Add(1.0, {half});
-    std::ostringstream out;
-    app::WritePlot(out, "title", {{"item", "scale.x"}}, recording);
-    std::string const svg = out.str();
-    auto const first = svg.find("text-anchor=\"end\"");
-    ASSERT_NE(first, std::string::npos);
-    EXPECT_NE(svg.find("text-anchor=\"end\"", first + 1), std::string::npos) << half;
+    EXPECT_GE(Count(Plot("title", {{"item", "scale.x"}}, recording), "text-anchor=\"end\""), 2u)
+        << half;
   }
 }
 

@@ -6,18 +6,13 @@
 
 #include <array>
 #include <cstdint>
-#include <fstream>
 #include <iterator>
+#include <set>
 #include <sstream>
 
 namespace corvanta::app_tests {
 
 namespace {
-
-std::string ReadAll(std::filesystem::path const& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 void Redirect(std::filesystem::path const& path, int descriptor) {
   int const file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
@@ -91,12 +86,48 @@ pid_t StartProgram(support::TemporaryFiles const& files, std::vector<std::string
 Result WaitForProgram(support::TemporaryFiles const& files, pid_t program) {
   int status = 0;
   waitpid(program, &status, 0);
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadAll(files.GetFolder() / "stdout"),
-          ReadAll(files.GetFolder() / "stderr")};
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, support::ReadBytes(files.At("stdout")),
+          support::ReadBytes(files.At("stderr"))};
 }
 
 Result RunProgram(support::TemporaryFiles const& files, std::vector<std::string> arguments) {
   return WaitForProgram(files, StartProgram(files, std::move(arguments)));
+}
+
+Result ProgramTest::Run(std::string const& line) const {
+  std::istringstream words(line);
+  return RunProgram(m_files, {std::istream_iterator<std::string>(words), {}});
+}
+
+Result ProgramTest::RunWell(std::string const& line) const {
+  Result result = Run(line);
+  EXPECT_EQ(result.status, 0) << line << '\n' << result.err;
+  return result;
+}
+
+void ProgramTest::ExpectRefused(std::string const& command,
+                                std::vector<Refusal> const& rows) const {
+  for (Refusal const& row : rows) {
+    Result const result = Run(command + ' ' + row.arguments);
+    EXPECT_EQ(result.status, row.status) << row.arguments;
+    EXPECT_EQ(result.out, "") << row.arguments;
+    EXPECT_TRUE(result.HasOneError(row.subject, row.reason)) << row.arguments << '\n' << result.err;
+  }
+}
+
+std::vector<std::string> ProgramTest::GetNames() const {
+  std::set<std::string> names;
+  for (auto const& entry : std::filesystem::directory_iterator(m_files.GetFolder())) {
+    if (!entry.is_directory()) names.insert(entry.path().filename());
+  }
+  for (char const* const own : {"stdout", "stderr"}) names.erase(own);
+  return {names.begin(), names.end()};
+}
+
+std::size_t Count(std::string const& text, std::string const& part) {
+  std::size_t count = 0;
+  for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
+  return count;
 }
 
 Mesh Triangle() { return {{0, 0, 0, 1, 0, 0, 0, 1, 0}, {0, 1, 2}, {}, {}, -1}; }

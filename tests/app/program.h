@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <sys/types.h>
 
 #include <nlohmann/json.hpp>
@@ -26,6 +28,37 @@ pid_t StartProgram(support::TemporaryFiles const& files, std::vector<std::string
 Result WaitForProgram(support::TemporaryFiles const& files, pid_t program);
 /// Does both.
 Result RunProgram(support::TemporaryFiles const& files, std::vector<std::string> arguments);
+
+/// Runs the program in a folder of its own.
+class ProgramTest : public testing::Test {
+ protected:
+  /// The arguments are what stands between blanks.
+  Result Run(std::string const& line) const;
+  /// The same, and it has to end well.
+  Result RunWell(std::string const& line) const;
+  nlohmann::json RunJson(std::string const& line) const { return RunWell(line + " --json").Json(); }
+  std::string Read(std::string const& name) const { return support::ReadBytes(m_files.At(name)); }
+
+  /// The files that are there, without what Run writes itself.
+  std::vector<std::string> GetNames() const;
+
+  struct Refusal {
+    std::string arguments;
+    std::string reason, subject = "options";
+    int status = 2;
+  };
+  /// Each ends with one line on stderr and nothing on stdout.
+  void ExpectRefused(std::string const& command, std::vector<Refusal> const& rows) const;
+  void ExpectOptionsRefused(std::string const& command,
+                            std::initializer_list<char const*> const& rows) const {
+    for (char const* const row : rows) ExpectRefused(command, {{row, ""}});
+  }
+
+  support::TemporaryFiles const m_files;
+};
+
+/// How often `part` stands in `text`.
+std::size_t Count(std::string const& text, std::string const& part);
 
 /// A glTF file under construction; what isn't given is left out.
 struct Mesh {

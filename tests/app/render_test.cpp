@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <chrono>
 #include <csignal>
@@ -13,10 +11,12 @@
 namespace corvanta::app_tests {
 namespace {
 
-using support::TemporaryFiles;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
 
 /// Two triangles beside each other, and a camera that looks at them.
-class RenderTest : public testing::Test {
+class RenderTest : public ProgramTest {
  protected:
   RenderTest() {
     m_files.Write(
@@ -30,74 +30,51 @@ class RenderTest : public testing::Test {
                    {{{"type", "perspective"},
                      {"perspective", {{"yfov", 0.8}, {"znear", 0.1}, {"aspectRatio", 1.0}}}}}}}));
   }
-
-  Result Render(std::vector<std::string> arguments) const {
-    arguments.insert(arguments.begin(), {"render", "model.gltf"});
-    return RunProgram(m_files, std::move(arguments));
-  }
-
-  /// The files beside the model, without what the test itself writes there.
-  std::set<std::string> GetOutputs() const {
-    std::set<std::string> names;
-    for (auto const& entry : std::filesystem::directory_iterator(m_files.GetFolder())) {
-      if (entry.is_regular_file()) names.insert(entry.path().filename());
-    }
-    for (char const* const own : {"model.gltf", "stdout", "stderr"}) names.erase(own);
-    return names;
-  }
-
-  TemporaryFiles m_files;
 };
 
-TEST_F(RenderTest, DrawsPicturesThatAreThereAsAWhole) {
-  Result const result = Render({"-o", "a.png", "--ids", "ids.png", "--size", "90x60"});
-  if (result.HasOneError("render", "EGL")) GTEST_SKIP() << result.err;
-  ASSERT_EQ(result.status, 0) << result.err;
-  EXPECT_EQ(result.Lines(), (std::vector<std::string>{"1  model/left", "2  model/right"}));
-  EXPECT_EQ(GetOutputs(), (std::set<std::string>{"a.png", "ids.png"}));
-  std::string const picture = support::ReadBytes(m_files.At("a.png"));
+/// Where there is something that draws.
+class DrawTest : public RenderTest {
+ protected:
+  void SetUp() override {
+    Result const result = Run("render model.gltf --clip-report --size 4x4");
+    if (result.HasOneError("render", "EGL")) GTEST_SKIP() << result.err;
+  }
+};
+
+TEST_F(DrawTest, PicturesAreThereAsAWhole) {
+  EXPECT_THAT(RunWell("render model.gltf -o a.png --ids ids.png --size 90x60").Lines(),
+              ElementsAre("1  model/left", "2  model/right"));
+  EXPECT_THAT(GetNames(), ElementsAre("a.png", "ids.png", "model.gltf"));
+  std::string const picture = Read("a.png");
   EXPECT_EQ(picture.substr(1, 3), "PNG");
   EXPECT_EQ(picture.substr(16, 8), std::string("\0\0\0\x5A\0\0\0\x3C", 8));
-  EXPECT_EQ(Render({"-o", "b.png", "--size", "90x60"}).status, 0);
-  EXPECT_EQ(support::ReadBytes(m_files.At("b.png")), picture);
-  EXPECT_EQ(Render({"-o", "b.png", "--size", "90x60", "--camera", "eye"}).status, 0);
-  EXPECT_NE(support::ReadBytes(m_files.At("b.png")), picture);
+  RunWell("render model.gltf -o b.png --size 90x60");
+  EXPECT_EQ(Read("b.png"), picture);
+  RunWell("render model.gltf -o b.png --size 90x60 --camera eye");
+  EXPECT_NE(Read("b.png"), picture);
 }
 
-TEST_F(RenderTest, EachOptionChangesThePicture) {
+TEST_F(DrawTest, EachOptionChangesThePicture) {
 #ifndef CORVANTA_WITH_FREEIMAGE
   GTEST_SKIP() << "pictures aren't decoded here";
 #endif
   m_files.Write("picture.png", MakePng());
   std::set<std::string> pictures;
-  for (std::vector<std::string> arguments :
-       std::vector<std::vector<std::string>>{{},
-                                             {"--set", "left.isVisible=false"},
-                                             {"--set", "environment.floor.isVisible=true"},
-                                             {"--texture", "picture.png"},
-                                             {"--method", "plane"},
-                                             {"--stereo"},
-                                             {"--hmd"}}) {
-    arguments.insert(arguments.end(), {"-o", "a.png", "--size", "90x60"});
-    Result const result = Render(arguments);
-    if (result.HasOneError("render", "EGL")) GTEST_SKIP() << result.err;
-    EXPECT_EQ(result.status, 0) << result.err;
-    pictures.insert(support::ReadBytes(m_files.At("a.png")));
+  for (std::string const options :
+       {"", "--set left.isVisible=false", "--set environment.floor.isVisible=true",
+        "--texture picture.png", "--method plane", "--stereo", "--hmd"}) {
+    RunWell("render model.gltf -o a.png --size 90x60 " + options);
+    EXPECT_TRUE(pictures.insert(Read("a.png")).second) << options;
   }
-  EXPECT_EQ(pictures.size(), 7u);
 }
 
-TEST_F(RenderTest, ReportsWhatClippingCutsOff) {
-  Result const result = Render({"--clip-report", "--camera", "eye"});
-  if (result.HasOneError("render", "EGL")) GTEST_SKIP() << result.err;
-  auto const lines = result.Lines();
-  ASSERT_EQ(lines.size(), 3u);
-  EXPECT_EQ(lines[0].find("near "), 0u);
-  EXPECT_EQ(lines[1].find("seen from 4"), 0u) << lines[1];
-  EXPECT_EQ(lines[2], "6 vertices, 0 of them before near, 0 beyond far");
+TEST_F(DrawTest, ReportsWhatClippingCutsOff) {
+  EXPECT_THAT(RunWell("render model.gltf --clip-report --camera eye").Lines(),
+              ElementsAre(StartsWith("near "), StartsWith("seen from 4"),
+                          "6 vertices, 0 of them before near, 0 beyond far"));
 }
 
-TEST_F(RenderTest, SeesModelsBelowManyTurnedLevels) {
+TEST_F(DrawTest, ModelsBelowManyTurnedLevelsAreSeen) {
   // The boxes of 40 levels, each of a level's box, are a million times as large as the model.
   nlohmann::json nodes;
   for (int i = 0; i != 40; ++i) {
@@ -108,127 +85,98 @@ TEST_F(RenderTest, SeesModelsBelowManyTurnedLevels) {
   square.coords = {-1, -1, 0, 1, -1, 0, 1, 1, 0, -1, 1, 0};
   square.indices = {0, 1, 2, 0, 2, 3};
   m_files.Write("model.gltf", MakeGltf({square}, nodes));
-  Result const drawn = Render({"--ids", "ids.png", "--clip-report", "--size", "90x60"});
-  if (drawn.HasOneError("render", "EGL")) GTEST_SKIP() << drawn.err;
-  ASSERT_EQ(drawn.Lines().size(), 4u) << drawn.err;
-  EXPECT_EQ(drawn.Lines()[2].find("seen from "), 0u) << drawn.Lines()[2];
-  Result const picked =
-      RunProgram(m_files, {"pick", "model.gltf", "--at", "45,30", "--size", "90x60"});
-  EXPECT_NE(picked.out.find("deep"), std::string::npos) << picked.out << picked.err;
+  auto const lines = Run("render model.gltf --ids ids.png --clip-report --size 90x60").Lines();
+  ASSERT_EQ(lines.size(), 4u);
+  EXPECT_THAT(lines[2], StartsWith("seen from "));
+  EXPECT_THAT(Run("pick model.gltf --at 45,30 --size 90x60").out, HasSubstr("deep"));
 }
 
 TEST_F(RenderTest, RefusesInOneLineAndLeavesNothing) {
-  struct Row {
-    std::vector<std::string> arguments;
-    int status;
-    std::string subject;
-  };
-  for (Row const& row : std::vector<Row>{
-           {{}, 2, "options"},
-           {{"-o", "a.png", "--size", "0x100"}, 2, "options"},
-           {{"-o", "a.png", "--size", "100000x1"}, 2, "options"},
-           {{"-o", "a.png", "--size", "16000x16000"}, 2, "options"},
-           {{"-o", "a.png", "--camera", "nobody"}, 2, "--camera"},
-           {{"-o", "a.png", "--set", "nobody.isVisible=true"}, 2, "--set"},
-           {{"-o", "a.png", "--switch", "material=99"}, 2, "--switch"},
-           {{"-o", "a.png", "--switch", "model=1"}, 2, "options"},
-           {{"-o", "a.png", "--stereo", "--hmd"}, 2, "options"},
-           {{"-o", "a.png", "--camera", "tour:-1"}, 2, "--camera"},
-           {{"-o", "a.png", "--time", "soon"}, 2, "options"},
-           {{"-o", "a.png", "--time", "nan"}, 2, "options"},
-           {{"-o", "a.png", "--camera", "tour:1e39"}, 2, "--camera"},
-           {{"-o", "a.png", "--set", "left.scale.x=1e39"}, 2, "--set"},
-           {{"-o", "a.png", "--texture", "model.gltf"}, 1, "model.gltf"},
-       }) {
-    Result const result = Render(row.arguments);
-    EXPECT_EQ(result.status, row.status);
-    EXPECT_TRUE(result.HasOneError(row.subject, "")) << result.err;
-  }
-  Result const result = Render({"-o", "missing/a.png"});
+  ExpectOptionsRefused("render model.gltf", {""});
+  ExpectOptionsRefused("render model.gltf -o a.png",
+                       {"--size 0x100", "--size 100000x1", "--size 16000x16000", "--switch model=1",
+                        "--stereo --hmd", "--time soon", "--time nan"});
+  ExpectRefused("render model.gltf -o a.png", {{"--camera nobody", "", "--camera"},
+                                               {"--camera tour:-1", "", "--camera"},
+                                               {"--camera tour:1e39", "", "--camera"},
+                                               {"--set nobody.isVisible=true", "", "--set"},
+                                               {"--set left.scale.x=1e39", "", "--set"},
+                                               {"--switch material=99", "", "--switch"},
+                                               {"--texture model.gltf", "", "model.gltf", 1}});
+  Result const result = Run("render model.gltf -o missing/a.png");
   EXPECT_EQ(result.status, 1);
   if (!result.HasOneError("render", "EGL")) {
     EXPECT_TRUE(result.HasOneError("missing/a.png", "no folder \"missing\"")) << result.err;
   }
-  EXPECT_EQ(GetOutputs(), std::set<std::string>());
+  EXPECT_THAT(GetNames(), ElementsAre("model.gltf"));
 }
 
-TEST_F(RenderTest, FramesOfATourAreNumberedAndDiffer) {
-  auto const play = [this](std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), {"play", "model.gltf", "--tour", "--size", "40x30"});
-    return RunProgram(m_files, std::move(arguments));
-  };
-  Result const result = play({"--seconds", "1", "--fps", "2", "-o", "frame%03d.png"});
-  if (result.HasOneError("render", "EGL")) GTEST_SKIP() << result.err;
-  EXPECT_EQ(result.status, 0) << result.err;
-  EXPECT_EQ(GetOutputs(), (std::set<std::string>{"frame000.png", "frame001.png", "frame002.png"}));
-  EXPECT_EQ(Render({"--camera", "tour:1", "-o", "a.png", "--size", "40x30"}).status, 0);
-  EXPECT_EQ(support::ReadBytes(m_files.At("a.png")),
-            support::ReadBytes(m_files.At("frame002.png")));
-  for (char const* const pattern : {"frame.png", "%d%d.png", "%s.png", "%"}) {
-    EXPECT_TRUE(play({"-o", pattern}).HasOneError("options", "-o")) << pattern;
-  }
-  Result const missing = play({"-o", "missing/%d.png"});
-  EXPECT_EQ(missing.status, 1);
-  EXPECT_TRUE(missing.HasOneError("missing/0.png", "written")) << missing.err;
+TEST_F(DrawTest, FramesOfATourAreNumberedAndDiffer) {
+  std::string const play = "play model.gltf --tour --size 40x30";
+  RunWell(play + " --seconds 1 --fps 2 -o frame%03d.png");
+  EXPECT_THAT(GetNames(),
+              ElementsAre("frame000.png", "frame001.png", "frame002.png", "model.gltf"));
+  RunWell("render model.gltf --camera tour:1 -o a.png --size 40x30");
+  EXPECT_EQ(Read("a.png"), Read("frame002.png"));
+  ExpectRefused(play + " -o", {{"frame.png", "-o"},
+                               {"%d%d.png", "-o"},
+                               {"%s.png", "-o"},
+                               {"%", "-o"},
+                               {"missing/%d.png", "written", "missing/0.png", 1}});
 }
 
-TEST_F(RenderTest, TheDefaultCameraFramesWhatIsThereAtThatTime) {
+TEST_F(DrawTest, TheDefaultCameraFramesWhatIsThereAtThatTime) {
   m_files.Write("model.gltf",
                 AddAnimation(MakeGltf({Triangle()}, {{{"name", "part"}, {"mesh", 0}}}), "away",
                              {{0, "translation", {0, 1}, {0, 0, 0, 30, 0, 0}}}));
-  Result const drawn = Render({"--time", "1", "--clip-report", "-o", "a.png", "--size", "40x30"});
-  if (drawn.HasOneError("render", "EGL")) GTEST_SKIP() << drawn.err;
-  ASSERT_EQ(drawn.Lines().size(), 3u) << drawn.err;
-  EXPECT_EQ(drawn.Lines()[1].find("seen from "), 0u) << drawn.Lines()[1];
-  EXPECT_EQ(RunProgram(m_files,
-                       {"play", "model.gltf", "-o", "frame%d.png", "--fps", "2", "--size", "40x30"})
-                .status,
-            0);
-  EXPECT_EQ(support::ReadBytes(m_files.At("a.png")), support::ReadBytes(m_files.At("frame2.png")));
+  auto const lines = Run("render model.gltf --time 1 --clip-report -o a.png --size 40x30").Lines();
+  ASSERT_EQ(lines.size(), 3u);
+  EXPECT_THAT(lines[1], StartsWith("seen from "));
+  RunWell("play model.gltf -o frame%d.png --fps 2 --size 40x30");
+  EXPECT_EQ(Read("a.png"), Read("frame2.png"));
 }
 
-TEST_F(RenderTest, FramesOfABrokenOffRunAreWhole) {
-  if (Render({"-o", "a.png", "--size", "4x4"}).HasOneError("render", "EGL")) GTEST_SKIP();
+TEST_F(DrawTest, FramesOfABrokenOffRunAreWhole) {
   for (int const signal : {SIGTERM, SIGHUP}) {
-    std::filesystem::path const second =
-        m_files.GetFolder() / ("frame" + std::to_string(signal) + "-2.png");
-    pid_t const program = StartProgram(
-        m_files, {"play", "model.gltf", "--tour", "--repeat", "--seconds", "1e6", "--size", "40x30",
-                  "-o", "frame" + std::to_string(signal) + "-%d.png"});
-    while (!std::filesystem::exists(second)) {
+    std::string const name = "frame" + std::to_string(signal);
+    pid_t const program =
+        StartProgram(m_files, {"play", "model.gltf", "--tour", "--repeat", "--seconds", "1e6",
+                               "--size", "40x30", "-o", name + "-%d.png"});
+    while (!std::filesystem::exists(m_files.GetFolder() / (name + "-2.png"))) {
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     kill(program, signal);
     WaitForProgram(m_files, program);
   }
-  for (std::string const& name : GetOutputs()) {
-    EXPECT_EQ(std::filesystem::path(name).extension(), ".png");
-    std::string const bytes = support::ReadBytes(m_files.At(name));
-    EXPECT_NE(bytes.find("IEND", bytes.size() - std::min<std::size_t>(bytes.size(), 8)),
-              std::string::npos)
+  for (std::string const& name : GetNames()) {
+    if (name == "model.gltf") continue;
+    EXPECT_THAT(name, testing::EndsWith(".png"));
+    std::string const bytes = Read(name);
+    EXPECT_THAT(bytes.substr(bytes.size() - std::min<std::size_t>(bytes.size(), 8)),
+                StartsWith("IEND"))
         << name;
   }
 }
 
 TEST_F(RenderTest, SaysWhatTheMachineLacks) {
-  setenv("__EGL_VENDOR_LIBRARY_DIRS", "/nonexistent", 1);
-  Result const noVendor = Render({"-o", "a.png"});
-  unsetenv("__EGL_VENDOR_LIBRARY_DIRS");
-  setenv("LIBGL_DRIVERS_PATH", "/nonexistent", 1);
-  Result const noDriver = Render({"-o", "a.png"});
-  unsetenv("LIBGL_DRIVERS_PATH");
   // The loader takes the first file of the name, and this one isn't a library.
-  m_files.Write("libEGL.so.1", "");
-  setenv("LD_LIBRARY_PATH", m_files.GetFolder().c_str(), 1);
-  Result const noEgl = Render({"-o", "a.png"});
-  unsetenv("LD_LIBRARY_PATH");
-  std::filesystem::remove(m_files.GetFolder() / "libEGL.so.1");
-  EXPECT_TRUE(noEgl.HasOneError("render", "there is no EGL on this machine")) << noEgl.err;
-  for (Result const& result : {noVendor, noDriver, noEgl}) {
-    EXPECT_EQ(result.status, 1);
-    EXPECT_TRUE(result.HasOneError("render", "")) << result.err;
+  std::filesystem::create_directory(m_files.GetFolder() / "lib");
+  m_files.Write("lib/libEGL.so.1", "");
+  struct Row {
+    char const* variable;
+    std::string value;
+    char const* reason;
+  };
+  for (auto const& [variable, value, reason] :
+       {Row{"__EGL_VENDOR_LIBRARY_DIRS", "/nonexistent", ""},
+        Row{"LIBGL_DRIVERS_PATH", "/nonexistent", ""},
+        Row{"LD_LIBRARY_PATH", (m_files.GetFolder() / "lib").string(),
+            "there is no EGL on this machine"}}) {
+    setenv(variable, value.c_str(), 1);
+    ExpectRefused("render model.gltf -o a.png", {{"", reason, "render", 1}});
+    unsetenv(variable);
   }
-  EXPECT_EQ(GetOutputs(), std::set<std::string>());
+  EXPECT_THAT(GetNames(), ElementsAre("model.gltf"));
 }
 
 }  // namespace

@@ -1,16 +1,12 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "tests/app/program.h"
 
 namespace corvanta::app_tests {
 namespace {
 
 using nlohmann::json;
-using support::TemporaryFiles;
 
 // A group with a model below it, and names that can be taken in more than one way.
-class WatchTest : public testing::Test {
+class WatchTest : public ProgramTest {
  protected:
   WatchTest() {
     m_files.Write("model.gltf",
@@ -22,90 +18,72 @@ class WatchTest : public testing::Test {
                            {{"materials", json::array({{{"name", "paint"}}})}}));
   }
 
-  Result Watch(std::vector<std::string> const& assignments) const {
-    std::vector<std::string> arguments{"watch", "model.gltf", "--json"};
-    for (std::string const& text : assignments) {
-      arguments.push_back("--set");
-      arguments.push_back(text);
+  /// Expects these lines among other members of the records; more may follow.
+  void ExpectLines(std::string const& assignments, std::size_t count,
+                   std::vector<json> const& rows) const {
+    auto const lines = RunWell("watch model.gltf --json " + assignments).Lines();
+    ASSERT_EQ(lines.size(), count);
+    for (std::size_t i = 0; i != rows.size(); ++i) {
+      json const line = json::parse(lines[i]);
+      json expected = line;
+      expected.update(rows[i]);
+      EXPECT_EQ(line, expected);
+      if (line["kind"] == "attributeChange") {
+        EXPECT_GE(line["microseconds"], 0.0);
+      }
     }
-    return RunProgram(m_files, arguments);
   }
-
-  static std::vector<json> Parse(Result const& result) {
-    EXPECT_EQ(result.status, 0) << result.err;
-    std::vector<json> lines;
-    for (std::string const& line : result.Lines()) lines.push_back(json::parse(line));
-    return lines;
-  }
-
-  TemporaryFiles const m_files;
 };
 
 TEST_F(WatchTest, PrintsEachEventWithOldAndNewValueInOrder) {
-  auto const lines = Parse(Watch({"part.translation.x=5", "part.isVisible=off",
-                                  "part.translation.x=-2.5e1", "part.billboardType=7"}));
-  ASSERT_EQ(lines.size(), 6u);
-  struct Row {
-    char const* attribute;
-    json before;
-    json after;
+  auto const change = [](char const* attribute, json const& before, json const& after) -> json {
+    return {{"kind", "attributeChange"},
+            {"node", "part"},
+            {"attribute", attribute},
+            {"old", before},
+            {"new", after}};
   };
-  Row const rows[] = {{"translation.x", 1.0, 5.0},
-                      {"isVisible", true, false},
-                      {"translation.x", 5.0, -25.0},
-                      {"billboardType", 0, 7}};
-  for (std::size_t i = 0; i != std::size(rows); ++i) {
-    EXPECT_EQ(lines[i]["kind"], "attributeChange");
-    EXPECT_EQ(lines[i]["node"], "part");
-    EXPECT_EQ(lines[i]["attribute"], rows[i].attribute);
-    EXPECT_EQ(lines[i]["old"], rows[i].before);
-    EXPECT_EQ(lines[i]["new"], rows[i].after);
-    EXPECT_GE(lines[i]["microseconds"], 0.0);
+  ExpectLines(
+      "--set part.translation.x=5 --set part.isVisible=off --set part.translation.x=-2.5e1 "
+      "--set part.billboardType=7",
+      6,
+      {change("translation.x", 1.0, 5.0), change("isVisible", true, false),
+       change("translation.x", 5.0, -25.0), change("billboardType", 0, 7)});
+  for (std::string const value : {"nan", "inf", "-inf"}) {
+    ExpectLines("--set part.translation.x=" + value, 3, {change("translation.x", 1.0, value)});
   }
 }
 
 TEST_F(WatchTest, EndsWithBoxAndTransformBeforeAndAfter) {
-  auto const lines = Parse(Watch({"part.scale.x=2", "top.translation.y=10"}));
-  ASSERT_EQ(lines.size(), 5u);
-  EXPECT_EQ(lines[2]["before"], json::parse(R"({"min": [1, 2, 3], "max": [2, 3, 3]})"));
-  EXPECT_EQ(lines[2]["after"], json::parse(R"({"min": [1, 12, 3], "max": [3, 13, 3]})"));
-  EXPECT_EQ(lines[3]["node"], "part");
-  EXPECT_EQ(lines[3]["before"], json::parse("[1,0,0,0, 0,1,0,0, 0,0,1,0, 1,2,3,1]"));
-  EXPECT_EQ(lines[3]["after"], json::parse("[2,0,0,0, 0,1,0,0, 0,0,1,0, 1,12,3,1]"));
-  EXPECT_EQ(lines[4]["node"], "top");
+  ExpectLines("--set part.scale.x=2 --set top.translation.y=10", 5,
+              {json::object(),
+               json::object(),
+               json::parse(R"({
+                  "before": {"min": [1, 2, 3], "max": [2, 3, 3]},
+                  "after": {"min": [1, 12, 3], "max": [3, 13, 3]}})"),
+               json::parse(R"({"node": "part",
+                  "before": [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 1, 2, 3, 1],
+                  "after": [2, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 1, 12, 3, 1]})"),
+               {{"node", "top"}}});
 }
 
 TEST_F(WatchTest, TakesTheLongestAttributeAndItemsBeforeOtherNodes) {
   // Both "part" and "part.rotation" are nodes.
-  struct Row {
-    char const* text;
-    char const* node;
-    char const* kind;
-    char const* attribute;
-  };
-  Row const rows[] = {
+  char const* const rows[][4] = {
       {"part.rotation.x=1", "part", "model", "rotation.x"},
       {"part.rotation.rotation.x=1", "part.rotation", "group", "rotation.x"},
       {"a=b.scale.x=1", "a=b", "group", "scale.x"},
       {"model.unit=2", "model", "scenegraphtree", "unit"},
       {"model.coordConversion=zup2yup", "model", "scenegraphtree", "coordConversion"},
   };
-  for (Row const& row : rows) {
-    SCOPED_TRACE(row.text);
-    auto const lines = Parse(Watch({row.text}));
-    ASSERT_FALSE(lines.empty());
-    EXPECT_EQ(lines[0]["node"], row.node);
-    EXPECT_EQ(lines[0]["nodeKind"], row.kind);
-    EXPECT_EQ(lines[0]["attribute"], row.attribute);
+  for (auto const& [text, node, kind, attribute] : rows) {
+    ExpectLines(std::string("--set ") + text, std::string(kind) == "scenegraphtree" ? 2 : 3,
+                {{{"node", node}, {"nodeKind", kind}, {"attribute", attribute}}});
   }
 }
 
 TEST_F(WatchTest, RefusesInOneLineAndWritesNothing) {
-  struct Row {
-    char const* text;
-    char const* reason;
-  };
-  Row const rows[] = {
+  char const* const rows[][2] = {
       {"part", "isn't NAME.ATTRIBUTE=VALUE"},
       {"part.scale.x", "isn't NAME.ATTRIBUTE=VALUE"},
       {"nobody.scale.x=1", "no node of that name"},
@@ -119,31 +97,14 @@ TEST_F(WatchTest, RefusesInOneLineAndWritesNothing) {
       {"part.scale.x=1e39", "isn't a number in range"},
       {"part.scale.x=-1e999", "isn't a number in range"},
   };
-  for (Row const& row : rows) {
-    SCOPED_TRACE(row.text);
-    Result const result = Watch({"part.scale.y=2", row.text});
-    EXPECT_EQ(result.status, 2);
-    EXPECT_EQ(result.out, "");
-    EXPECT_TRUE(result.HasOneError(row.text, row.reason)) << result.err;
+  for (auto const& [text, reason] : rows) {
+    ExpectRefused("watch model.gltf --json --set part.scale.y=2 --set", {{text, reason, text}});
   }
-  Result const missing = RunProgram(m_files, {"watch", "none.gltf", "--set", "a.b=1"});
-  EXPECT_EQ(missing.status, 1);
-  EXPECT_TRUE(missing.HasOneError("none.gltf", "no such file")) << missing.err;
-}
-
-TEST_F(WatchTest, TakesValuesThatAreNotFinite) {
-  for (std::string const value : {"nan", "inf", "-inf"}) {
-    auto const lines = Parse(Watch({"part.translation.x=" + value}));
-    ASSERT_EQ(lines.size(), 3u);
-    EXPECT_EQ(lines[0]["new"], value);
-  }
+  ExpectRefused("watch none.gltf --set a.b=1", {{"", "no such file", "none.gltf", 1}});
 }
 
 TEST_F(WatchTest, PrintsTextForPeople) {
-  Result const result =
-      RunProgram(m_files, {"watch", "model.gltf", "--set", "part.translation.z=4"});
-  ASSERT_EQ(result.status, 0) << result.err;
-  auto const lines = result.Lines();
+  auto const lines = RunWell("watch model.gltf --set part.translation.z=4").Lines();
   EXPECT_THAT(lines[0], testing::MatchesRegex(
                             "attributeChange model \"part\" translation.z: 3 -> 4 after .* us"));
   EXPECT_EQ(lines[1], "box before (1, 2, 3) .. (2, 3, 3)");

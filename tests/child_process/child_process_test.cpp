@@ -31,11 +31,20 @@ constexpr bool kIsSanitized = true;
 constexpr bool kIsSanitized = false;
 #endif
 
-/// How the child ended; 0: as it should.
-int WaitFor(pid_t child) {
+/// Expects that `call` gives true in a process of its own.
+void ExpectInFork(std::function<bool()> const& call) {
+  pid_t const child = fork();
+  if (child == 0) _exit(call() ? 0 : 1);
   int status = 0;
   EXPECT_EQ(waitpid(child, &status, 0), child);
-  return status;
+  EXPECT_EQ(status, 0);
+}
+
+/// Until there are no more.
+std::vector<NDescriptor> TakeDescriptors() {
+  std::vector<NDescriptor> taken;
+  while (taken.emplace_back(open("/dev/null", O_RDONLY | O_CLOEXEC))) continue;
+  return taken;
 }
 
 /// A limit of this process, while it stands.
@@ -150,17 +159,14 @@ TEST_F(ChildProcess, EndsWithItsHostEvenWhileItWorks) {
   // A host of its own that dies while its child is busy; the child becomes ours.
   ASSERT_EQ(prctl(PR_SET_CHILD_SUBREAPER, 1), 0);
   for (auto const question : {probe::kSleep, probe::kSpin}) {
-    pid_t const host = fork();
-    if (host == 0) {
-      std::string reason;
-      auto const child = NChildProcess::Start(PROBE, {kMemory, "0"}, reason);
+    ExpectInFork([&]() -> bool {
+      auto const child = NChildProcess::Start(PROBE, {kMemory, "0"}, m_reason);
       probe::NMessage message{question, 0, 0};
       auto const deadline = steady_clock::now() + 200ms;
       if (child && child->Send(&message, sizeof message, {}, deadline))
         child->Receive(&message, sizeof message, deadline);
       _exit(child ? 0 : 1);
-    }
-    EXPECT_EQ(WaitFor(host), 0);
+    });
     EXPECT_GT(waitpid(-1, nullptr, 0), 0) << "the grandchild";
   }
   prctl(PR_SET_CHILD_SUBREAPER, 0);
@@ -169,13 +175,11 @@ TEST_F(ChildProcess, EndsWithItsHostEvenWhileItWorks) {
 TEST_F(ChildProcess, OutlivesTheThreadThatStartedItAndServesNoFork) {
   std::thread([this] { Start(); }).join();
   EXPECT_EQ(Ask(probe::kDescriptors), 4);
-  pid_t const fork = ::fork();
-  if (fork == 0) {
-    bool const running = m_child->IsRunning();
+  ExpectInFork([this] {
+    bool const isRunning = m_child->IsRunning();
     m_child.reset();
-    _exit(running ? 1 : 0);
-  }
-  EXPECT_EQ(WaitFor(fork), 0);
+    return !isRunning;
+  });
   EXPECT_EQ(Ask(probe::kDescriptors), 4) << "the fork's end leaves it alone";
 }
 
@@ -199,8 +203,7 @@ TEST_F(ChildProcess, StartsWithoutStandardDescriptorsAndFailsWithoutAny) {
   dup2(input, 0);
   close(input);
   m_child.reset();
-  std::vector<NDescriptor> all;
-  while (all.emplace_back(open("/dev/null", O_RDONLY | O_CLOEXEC))) continue;
+  auto const taken = TakeDescriptors();
   EXPECT_EQ(NChildProcess::Start(PROBE, {kMemory, "0"}, m_reason), nullptr);
   EXPECT_FALSE(CreateSharedMemory(1));
 }
@@ -216,7 +219,11 @@ class Decoder : public testing::Test {
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "no child is left";
   }
 
-  bool IsDecoded(std::wstring const& path) { return LoadPicture(path, &m_reason) != nullptr; }
+  bool IsDecoded(std::wstring const& path) {
+    m_reason.clear();
+    return LoadPicture(path, &m_reason) != nullptr;
+  }
+  bool IsDecoded(char const* name) { return IsDecoded(m_files.Write(name, "x").ToString()); }
 
   support::TemporaryFiles const m_files;
   std::wstring const m_sound;
@@ -226,17 +233,14 @@ class Decoder : public testing::Test {
 TEST_F(Decoder, NothingThatItAnswersIsTrusted) {
   SetDecoderProgram(LIAR);
   SetPictureLimits({.millisecondsBeyond = 300});
-  EXPECT_TRUE(IsDecoded(m_files.Write("true", "x").ToString())) << m_reason;
+  EXPECT_TRUE(IsDecoded("true")) << m_reason;
   for (char const* const lie : {"width", "offset", "beyond", "length", "large", "zeros", "tiny",
                                 "state", "claims", "text", "abort", "leave", "sleep", "short"}) {
-    m_reason.clear();
-    EXPECT_FALSE(IsDecoded(m_files.Write(lie, "x").ToString())) << lie;
+    EXPECT_FALSE(IsDecoded(lie)) << lie;
     EXPECT_NE(m_reason, "") << lie;
     EXPECT_EQ(m_reason.find('\n'), std::string::npos) << lie;
   }
-  for (char const* const sound : {"true", "harmed"}) {
-    EXPECT_TRUE(IsDecoded(m_files.Write(sound, "x").ToString())) << m_reason;
-  }
+  for (char const* const sound : {"true", "harmed"}) EXPECT_TRUE(IsDecoded(sound)) << m_reason;
 }
 
 TEST_F(Decoder, WithoutOneTheReasonIsTold) {
@@ -257,13 +261,13 @@ pid_t GetChild() {
 
 TEST_F(Decoder, KilledAtWorkItIsStartedAgain) {
   SetDecoderProgram(LIAR);
-  ASSERT_TRUE(IsDecoded(m_files.Write("true", "x").ToString())) << m_reason;
+  ASSERT_TRUE(IsDecoded("true")) << m_reason;
   if (GetChild() == 0) GTEST_SKIP() << "the system doesn't tell the children";
   std::jthread const killer([child = GetChild()] {
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     kill(child, SIGKILL);
   });
-  EXPECT_TRUE(IsDecoded(m_files.Write("slow", "x").ToString())) << m_reason;
+  EXPECT_TRUE(IsDecoded("slow")) << m_reason;
 }
 
 #ifdef CORVANTA_WITH_FREEIMAGE
@@ -302,17 +306,14 @@ TEST_F(Decoder, LittleSharedMemoryIsEnoughAndNoneIsAReason) {
 TEST_F(Decoder, WhereNoProgramMayBeStartedThreeFormatsAreLeft) {
   std::string const gif = pictures::Gif(2, 2), jpeg = pictures::Jpeg();
   ASSERT_NE(GetDecoderProgram(), L"");
-  pid_t const fork = ::fork();
-  if (fork == 0) {
+  ExpectInFork([&] {
     rlimit const none{};
     setrlimit(RLIMIT_NPROC, &none);
-    if (geteuid() == 0 && setresuid(65534, 65534, 65534) != 0) _exit(9);  // root has no such limit
-    bool const isRefused = !DecodePicture(gif.data(), gif.size(), L"a.gif", &m_reason) &&
-                           m_reason.find("can't be started") != std::string::npos;
-    bool const isDecoded = DecodePicture(jpeg.data(), jpeg.size(), L"a.jpg") != nullptr;
-    _exit((isRefused ? 0 : 1) + (isDecoded ? 0 : 2));
-  }
-  EXPECT_EQ(WaitFor(fork), 0);
+    if (geteuid() == 0 && setresuid(65534, 65534, 65534) != 0) return false;  // it has no limit
+    return !DecodePicture(gif.data(), gif.size(), L"a.gif", &m_reason) &&
+           m_reason.find("can't be started") != std::string::npos &&
+           DecodePicture(jpeg.data(), jpeg.size(), L"a.jpg") != nullptr;
+  });
 }
 
 TEST_F(Decoder, FewDescriptorsAreEnoughAndNoneIsAReason) {
@@ -320,11 +321,9 @@ TEST_F(Decoder, FewDescriptorsAreEnoughAndNoneIsAReason) {
   EXPECT_TRUE(IsDecoded(m_sound)) << m_reason;
   EndDecoderProgram();
   // From all taken to just enough: no step fails otherwise than with a reason.
-  std::vector<NDescriptor> taken;
-  while (taken.emplace_back(open("/dev/null", O_RDONLY | O_CLOEXEC))) continue;
+  auto taken = TakeDescriptors();
   bool isDecoded = false;
   for (int i = 0; i < 12 && !isDecoded; ++i) {
-    m_reason.clear();
     isDecoded = IsDecoded(m_sound);
     EXPECT_EQ(m_reason.empty(), isDecoded);
     taken.pop_back();
@@ -339,9 +338,7 @@ TEST_F(Decoder, ServesManyThreadsAndAFork) {
       for (int k = 0; k < 20; ++k) EXPECT_TRUE(LoadPicture(m_sound));
     });
   threads.clear();
-  pid_t const fork = ::fork();
-  if (fork == 0) _exit(LoadPicture(m_sound) ? 0 : 1);
-  EXPECT_EQ(WaitFor(fork), 0);
+  ExpectInFork([this] { return LoadPicture(m_sound) != nullptr; });
   EXPECT_TRUE(IsDecoded(m_sound)) << m_reason;
 }
 

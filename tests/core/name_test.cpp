@@ -3,6 +3,8 @@
 namespace corvanta::core::name {
 namespace {
 
+using testing::Pair;
+
 class Named : public NNamedObject {
  public:
   explicit Named(std::wstring const& name) : NNamedObject(name) {}
@@ -13,7 +15,8 @@ class SharedNamespace : public NNamespace {};
 
 class Hearing : public NNameListener {
  public:
-  std::vector<std::pair<NNamedObject const*, std::wstring>> heard;
+  using Names = std::vector<std::pair<NNamedObject const*, std::wstring>>;
+  Names heard;
   std::function<void()> react;
 
  private:
@@ -79,34 +82,29 @@ class Model {
     }
     auto const chosen = m_names.begin() + Choose(m_names.size());
     Named& object = *chosen->first;
+    bool const isInside = IsInside(object);
     switch (Choose(6)) {
-      case 0: {
-        bool const isTaken = IsInside(object) || Owner(object.GetName()) != nullptr;
-        EXPECT_EQ(m_space->AddNamedObject(object), !isTaken);
+      case 0:
+        EXPECT_EQ(m_space->AddNamedObject(object), !isInside && !Owner(object.GetName()));
         break;
-      }
-      case 1: {
-        bool const isInside = IsInside(object);
+      case 1:
         if (!isInside) chosen->second = Free(chosen->second, nullptr);
         EXPECT_EQ(m_space->AddUnderFreeName(object), !isInside);
         break;
-      }
-      case 2: {
-        bool const isInside = IsInside(object);
+      case 2:
         EXPECT_EQ(m_space->RemoveNamedObject(object), isInside);
         EXPECT_EQ(object.GetNamespace(), nullptr);
         break;
-      }
       case 3:
         if (Choose(3) == 0) m_names.erase(chosen);
         break;
       default: {
         std::wstring const name = Text();
-        chosen->second = IsInside(object) ? Free(name, &object) : name;
+        chosen->second = isInside ? Free(name, &object) : name;
         m_listener->heard.clear();
         object.SetName(name);
-        std::vector<std::pair<NNamedObject const*, std::wstring>> expected;
-        if (IsInside(object)) expected.emplace_back(&object, chosen->second);
+        Hearing::Names expected;
+        if (isInside) expected.emplace_back(&object, chosen->second);
         EXPECT_EQ(m_listener->heard, expected);
       }
     }
@@ -128,7 +126,7 @@ TEST(Names, RandomEditsOfAStrictNamespace) {
 }
 
 TEST(Names, ATextThatIsTakenLeavesTheObjectANumberOfItsOwn) {
-  boost::intrusive_ptr<NStrictNamespace> const space(new NStrictNamespace);
+  auto const space = New<NStrictNamespace>();
   NamedPointer const owner(new Named(L"a"));
   space->AddNamedObject(*owner);
   int number = 1;
@@ -184,9 +182,7 @@ TEST(Names, HandlerMayRenameAgainAndDropNamespaceAndObject) {
     object.reset();
   };
   object->SetName(L"b");
-  ASSERT_EQ(listener->heard.size(), 2u);
-  EXPECT_EQ(listener->heard[0].second, L"b");
-  EXPECT_EQ(listener->heard[1].second, L"c");
+  EXPECT_THAT(listener->heard, ElementsAre(Pair(testing::_, L"b"), Pair(testing::_, L"c")));
 }
 
 TEST(Names, ListenersAreHeldWeaklyAndCanBeRemoved) {

@@ -57,20 +57,19 @@ class CreateImageTest : public testing::Test {
 };
 
 TEST_F(CreateImageTest, WhatCantBeLoadedIsTheNotFoundPicture) {
+  ASSERT_EQ(mkfifo((m_files.GetFolder() / "pipe.jpg").c_str(), 0600), 0);
   for (NImageFormat const format : {NIF_RAW, NIF_DECODED}) {
+    ExpectNotFound(m_files.At("pipe.jpg"), format);
     ExpectNotFound(m_files.At("missing.jpg"), format);
     ExpectNotFound(m_files.At(""), format);
     ExpectNotFound({}, format);
     ExpectNotFound(m_files.Write("cut.jpg", pictures::Jpeg()).ToString() + L'\0', format);
   }
-  std::string const jpeg = pictures::Jpeg();
-  ExpectNotFound(m_files.Write("broken.jpg", jpeg.substr(0, 20) + std::string(200, 'x')),
-                 NIF_DECODED);
-  ExpectNotFound(m_files.Write("empty.jpg", ""), NIF_DECODED);
-  ExpectNotFound(m_files.Write("text.tif", "no picture"), NIF_DECODED);
-  ASSERT_EQ(mkfifo((m_files.GetFolder() / "pipe.jpg").c_str(), 0600), 0);
-  ExpectNotFound(m_files.At("pipe.jpg"), NIF_RAW);
-  ExpectNotFound(m_files.At("pipe.jpg"), NIF_DECODED);
+  for (std::string const& bytes : {pictures::Jpeg().substr(0, 20) + std::string(200, 'x'),
+                                   std::string(), std::string("no picture")}) {
+    ExpectNotFound(m_files.Write("broken.jpg", bytes), NIF_DECODED);
+    ExpectNotFound(m_files.Write("broken.tif", bytes), NIF_DECODED);
+  }
   EXPECT_EQ(CreateImage(NLocator(NUri::CreateInternalUri(L"/image")), NIF_RAW)->GetType(), NIT_RAW);
 }
 
@@ -95,10 +94,10 @@ TEST_F(CreateImageTest, RawBytesComeWhole) {
 }
 
 TEST_F(CreateImageTest, AJpegIsDecodedAlsoUnderForeignLettersAndAnotherName) {
-  ExpectJpeg(*Load(m_files.Write("a.jpg", pictures::Jpeg()), NIF_DECODED));
-  ExpectJpeg(*Load(m_files.Write("St\xc3\xbchle \xe6\xa4\x85\xe5\xad\x90.jpg", pictures::Jpeg()),
-                   NIF_DECODED));
-  ExpectJpeg(*Load(m_files.Write("really.tif", pictures::Jpeg()), NIF_DECODED));
+  for (char const* const name :
+       {"a.jpg", "St\xc3\xbchle \xe6\xa4\x85\xe5\xad\x90.jpg", "really.tif"}) {
+    ExpectJpeg(*Load(m_files.Write(name, pictures::Jpeg()), NIF_DECODED));
+  }
 }
 
 TEST_F(CreateImageTest, EntriesOfArchivesAreLoaded) {

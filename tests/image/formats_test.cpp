@@ -49,33 +49,37 @@ class PictureFormats : public testing::Test {
  protected:
   // What comes is what the decoder makes of the file: type, depth, palette, resolution, pixels.
   void ExpectAsDecoded(FREE_IMAGE_FORMAT format, NPath const& path, std::string const& name) {
+    SCOPED_TRACE(name);
     std::string const narrow = core::text::ToNarrow(path.ToString());
     Bitmap const expected(FreeImage_Load(format, narrow.c_str(), 0));
-    ASSERT_TRUE(expected) << name;
+    ASSERT_TRUE(expected);
     std::string reason;
     auto const picture = LoadPicture(path.ToString(), &reason);
-    ASSERT_TRUE(picture) << name << ": " << reason;
+    ASSERT_TRUE(picture) << reason;
     EXPECT_EQ(static_cast<int>(picture->GetPixelType()), FreeImage_GetImageType(expected.get()));
     unsigned const masks = picture->GetMasksByteLength();
-    ASSERT_EQ(picture->GetByteLength() - masks, FreeImage_GetDIBSize(expected.get())) << name;
+    ASSERT_EQ(picture->GetByteLength() - masks, FreeImage_GetDIBSize(expected.get()));
     auto const* const bytes = static_cast<unsigned char const*>(picture->GetInfoHeader());
     std::size_t const head =
         sizeof(BITMAPINFOHEADER) + 4 * FreeImage_GetColorsUsed(expected.get()) + masks;
-    EXPECT_EQ(std::memcmp(bytes, FreeImage_GetInfoHeader(expected.get()), head), 0) << name;
+    EXPECT_EQ(std::memcmp(bytes, FreeImage_GetInfoHeader(expected.get()), head), 0);
     EXPECT_EQ(std::memcmp(bytes + head, FreeImage_GetBits(expected.get()),
                           picture->GetByteLength() - head),
-              0)
-        << name;
-    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(bytes + head) % 16, 0U) << name;
+              0);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(bytes + head) % 16, 0U);
     unsigned width = 0, height = 0;
-    EXPECT_TRUE(GetPictureSize(path.ToString(), width, height)) << name;
-    EXPECT_EQ(width, FreeImage_GetWidth(expected.get())) << name;
-    EXPECT_EQ(height, FreeImage_GetHeight(expected.get())) << name;
+    EXPECT_TRUE(GetPictureSize(path.ToString(), width, height));
+    EXPECT_EQ(width, FreeImage_GetWidth(expected.get()));
+    EXPECT_EQ(height, FreeImage_GetHeight(expected.get()));
     // And the image of it, whose count leaves the masks out.
     auto const image = data::resource::image::CreateImage(NLocator(NUri::CreateFileUri(path)),
                                                           data::resource::image::NIF_DECODED);
-    EXPECT_EQ(image->GetType(), data::resource::image::NIT_BITMAP) << name;
-    EXPECT_EQ(image->GetDataByteLength(), FreeImage_GetDIBSize(expected.get())) << name;
+    EXPECT_EQ(image->GetType(), data::resource::image::NIT_BITMAP);
+    EXPECT_EQ(image->GetDataByteLength(), FreeImage_GetDIBSize(expected.get()));
+  }
+
+  void ExpectBytes(FREE_IMAGE_FORMAT format, std::string const& name, std::string const& bytes) {
+    ExpectAsDecoded(format, m_files.Write(name, bytes), name);
   }
 
   void ExpectWritten(FREE_IMAGE_FORMAT format, FIBITMAP& bitmap, std::string const& name) {
@@ -144,7 +148,7 @@ TEST_F(PictureFormats, FilesWrittenByHandComeThrough) {
       chunk("BMHD", Big(4, 2) + Big(2, 2) + Big(0, 4) + std::string("\x08\0\0\0", 4) + Big(0, 2) +
                         "\1\1" + Big(4, 2) + Big(2, 2)) +
       chunk("CMAP", ramp) + chunk("BODY", "\1\2\3\4\5\6\7\x08");
-  ExpectAsDecoded(FIF_IFF, m_files.Write("a.iff", chunk("FORM", amiga)), "iff");
+  ExpectBytes(FIF_IFF, "a.iff", chunk("FORM", amiga));
 
   std::string const box = Big(0, 4) + Big(2, 2) + Big(4, 2);
   std::string colors = Big(0, 6) + Big(255, 2);
@@ -156,32 +160,20 @@ TEST_F(PictureFormats, FilesWrittenByHandComeThrough) {
                           Big(0, 4) + Big(0, 4) + Big(0x480000, 4) + Big(0x480000, 4) + Big(0, 2) +
                           Big(8, 2) + Big(1, 2) + Big(8, 2) + Big(0, 12) + colors + box + box +
                           Big(0, 2) + "\1\2\3\4\5\6\7\x08" + Big(0xff, 2);
-  ExpectAsDecoded(FIF_PICT, m_files.Write("a.pct", mac), "pict");
-
-  ExpectAsDecoded(
-      FIF_XBM,
-      m_files.Write(
-          "a.xbm",
-          "#define a_width 8\n#define a_height 2\nstatic char a_bits[] = {\n0x01, 0x82 };\n"),
-      "xbm");
-  ExpectAsDecoded(
-      FIF_RAS,
-      m_files.Write("a.ras", Big(0x59a66a95, 4) + Big(4, 4) + Big(2, 4) + Big(24, 4) + Big(24, 4) +
-                                 Big(1, 4) + Big(0, 8) + ramp.substr(30, 24)),
-      "ras");
+  ExpectBytes(FIF_PICT, "a.pct", mac);
+  ExpectBytes(FIF_XBM, "a.xbm",
+              "#define a_width 8\n#define a_height 2\nstatic char a_bits[] = {\n0x01, 0x82 };\n");
+  ExpectBytes(FIF_RAS, "a.ras",
+              Big(0x59a66a95, 4) + Big(4, 4) + Big(2, 4) + Big(24, 4) + Big(24, 4) + Big(1, 4) +
+                  Big(0, 8) + ramp.substr(30, 24));
   std::string pcx = std::string("\x0a\5\1\x08", 4) + Little(0, 4) + Little(3, 2) + Little(1, 2) +
                     Little(72, 2) + Little(72, 2);
   pcx += std::string(65 - pcx.size(), '\0') + "\1" + Little(4, 2) + Little(1, 2);
-  ExpectAsDecoded(FIF_PCX,
-                  m_files.Write("a.pcx", pcx + std::string(128 - pcx.size(), '\0') +
-                                             "\1\2\3\4\5\6\7\x08\x0c" + ramp),
-                  "pcx");
+  ExpectBytes(FIF_PCX, "a.pcx",
+              pcx + std::string(128 - pcx.size(), '\0') + "\1\2\3\4\5\6\7\x08\x0c" + ramp);
   std::string const sgi =
       Big(474, 2) + std::string("\0\1", 2) + Big(3, 2) + Big(4, 2) + Big(2, 2) + Big(3, 2);
-  ExpectAsDecoded(
-      FIF_SGI,
-      m_files.Write("a.sgi", sgi + std::string(512 - sgi.size(), '\0') + ramp.substr(60, 24)),
-      "sgi");
+  ExpectBytes(FIF_SGI, "a.sgi", sgi + std::string(512 - sgi.size(), '\0') + ramp.substr(60, 24));
   EXPECT_EQ(LoadPicture(m_files.Write("a.xbm", "#define a_width 8\n").ToString()), nullptr);
 }
 

@@ -148,44 +148,67 @@ void Sweep(std::vector<Operation> const& operations) {
 /// What a row does, or what it needs to be there.
 #define RUN(...) [=]([[maybe_unused]] World& w) { __VA_ARGS__; }
 
+/// A second call, after one that has failed, makes what the first would have made.
 TEST(Sweep, Creation) {
   auto const make = [](auto get) {
     return [get](World& w) {
       (w.document.*get)().CreateNode(NNodeID(L"an id that is kept as a text"));
     };
   };
+  // So many that the tables grow while they fail; what is there by then is refused.
+  auto const makeFree = [](World& w) {
+    for (int i = 0; i != 30; ++i) w.free.push_back(New<NLightNode>(NNodeID(), nullptr, nullptr));
+  };
+  auto const many = [](World& w) {
+    auto const light = w.other->light;
+    auto const lightEnv = w.lightEnv;
+    for (int i = 0; i != 30; ++i) {
+      std::wstring const text = L"a text that takes memory " + std::to_wstring(i);
+      w.lights->CreateNode(NNodeID(text));
+      w.lights->AddNode(*w.free[static_cast<std::size_t>(i)], 0);
+      light->AddAttribute(text, true);
+      if (lightEnv->QueryNamedObject(text) == nullptr) lightEnv->CreateLamp(text);
+    }
+  };
   using Document = NDocument;
-  Sweep({{"light", make(&Document::GetLights)},
-         {"camera", make(&Document::GetCameras)},
-         {"image", make(&Document::GetImages)},
-         {"texture", make(&Document::GetTextures)},
-         {"sound", make(&Document::GetSounds)},
-         {"movie", make(&Document::GetMovies)},
-         {"material", make(&Document::GetMaterials)},
-         {"geometry", make(&Document::GetGeometries)},
-         {"scene", make(&Document::GetScenes)},
-         {"tree", make(&Document::GetTrees)},
-         {"projection", make(&Document::GetProjections)},
-         {"environment", make(&Document::GetEnvironments)},
-         {"light environment", make(&Document::GetLightEnvs)},
-         {"curves", make(&Document::GetAnimations)},
-         {"group", RUN(w.Make<NSceneGraphGroupNode>())},
-         {"model", RUN(w.Make<NSceneGraphModelNode>())},
-         {"reference", RUN(w.Make<NSceneGraphReferenceNode>())},
-         {"light item", RUN(w.Make<NSceneGraphLightNode>())},
-         {"camera item", RUN(w.Make<NSceneGraphCameraNode>())},
-         {"document", RUN(Document())},
-         {"event system", RUN(New<NEventMultiplexer>())},
-         {"surface", RUN(w.geometry->AddSurface(*w.MakeSurface(2)))},
-         {"view", RUN(w.views->AddView(*New<NView>(), 0))},
-         {"lamp", RUN(w.lightEnv->CreateLamp(L"key light with a name that takes memory"))},
-         {"key", RUN(w.MakeKey(4))},
-         {"free surface", [](World& w) {
-            auto const made = New<NNurbsSurface>();
-            auto const loop = New<VX_Tess::NurbsCurve2d>();
-            made->AddTrimCurve(made->AddTrimLoop(), *loop);
-            w.geometry->AddSurface(*made);
-          }}});
+  std::vector<Operation> rows{
+      {"light", make(&Document::GetLights)},
+      {"camera", make(&Document::GetCameras)},
+      {"image", make(&Document::GetImages)},
+      {"texture", make(&Document::GetTextures)},
+      {"sound", make(&Document::GetSounds)},
+      {"movie", make(&Document::GetMovies)},
+      {"material", make(&Document::GetMaterials)},
+      {"geometry", make(&Document::GetGeometries)},
+      {"scene", make(&Document::GetScenes)},
+      {"tree", make(&Document::GetTrees)},
+      {"projection", make(&Document::GetProjections)},
+      {"environment", make(&Document::GetEnvironments)},
+      {"light environment", make(&Document::GetLightEnvs)},
+      {"curves", make(&Document::GetAnimations)},
+      {"free node", RUN(w.lights->AddNode(*w.free[0], 0)), makeFree},
+      {"group", RUN(w.Make<NSceneGraphGroupNode>())},
+      {"model", RUN(w.Make<NSceneGraphModelNode>())},
+      {"reference", RUN(w.Make<NSceneGraphReferenceNode>())},
+      {"light item", RUN(w.Make<NSceneGraphLightNode>())},
+      {"camera item", RUN(w.Make<NSceneGraphCameraNode>())},
+      {"document", RUN(Document())},
+      {"event system", RUN(New<NEventMultiplexer>())},
+      {"surface", RUN(w.geometry->AddSurface(*w.MakeSurface(2)))},
+      {"view", RUN(w.views->AddView(*New<NView>(), 0))},
+      {"lamp", RUN(w.lightEnv->CreateLamp(L"key light with a name that takes memory"))},
+      {"nameless lamp", RUN(w.lightEnv->CreateLamp(L""))},
+      {"key", RUN(w.MakeKey(4))},
+      {"free surface", [](World& w) {
+         auto const made = New<NNurbsSurface>();
+         auto const loop = New<VX_Tess::NurbsCurve2d>();
+         made->AddTrimCurve(made->AddTrimLoop(), *loop);
+         w.geometry->AddSurface(*made);
+       }}};
+  Sweep(rows);
+  for (Operation& row : rows) row.isRepeated = true;
+  rows.push_back({"many", many, makeFree, true});
+  Sweep(rows);
 }
 
 TEST(Sweep, Items) {

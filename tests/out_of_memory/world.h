@@ -115,6 +115,7 @@ struct World : support::World {
   Pointer<NLightEnvNode> lightEnv = lightEnvs->CreateNode();
   Pointer<NProjectionNode> projection = projections->CreateNode();
   Pointer<NAnimationNode> curves = animations->CreateNode();
+  std::vector<Pointer<NLightNode>> free;  // in no domain
   std::optional<Others> other;
   Pointer<NKeyFrameAnimation> curve = New<NKeyFrameAnimation>();
   Pointer<NUVWMapping> uvw = New<NUVWMapping>(mapping::NUVWMT_INTERNAL);

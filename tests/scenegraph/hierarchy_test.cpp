@@ -51,10 +51,10 @@ TEST_F(LocalTransform, FollowsAttributesAndTryTransform) {
 }
 
 TEST_F(Caches, FollowEveryAttributeThatTheyDependOn) {
-  std::set<std::wstring> const matrix{L"translation.x",    L"translation.y",    L"translation.z",
-                                      L"rotation.x",       L"rotation.y",       L"rotation.z",
-                                      L"scale.x",          L"scale.y",          L"rotation.pivot.x",
-                                      L"rotation.pivot.y", L"rotation.pivot.z", L"scale.z"};
+  std::set<std::wstring> matrix;
+  for (std::wstring const group : {L"translation.", L"rotation.", L"scale.", L"rotation.pivot."}) {
+    for (wchar_t const axis : {L'x', L'y', L'z'}) matrix.insert(group + axis);
+  }
   std::set<std::wstring> const box{L"isVisible", L"transform.isAbsolute"};
   std::set<std::wstring> const global{L"interest.x", L"interest.y", L"interest.z",
                                       L"transform.isAbsolute"};
@@ -223,32 +223,21 @@ TEST_F(Boxes, AgainstTheNaiveOnesUnderRandomEdits) {
     auto& among = all[random() % 2];
     Item const& edited = among[random() % among.size()];
     auto const number = static_cast<double>(random() % 100) / 10;
-    switch (random() % 8) {
-      case 0:
-        edited->SetTranslationX(number);
-        break;
-      case 1:
-        edited->SetRotationZ(number * 36);
-        break;
-      case 2:
-        edited->SetScaleY(number / 5 + 0.1);
-        break;
-      case 3:
-        edited->SetIsVisibleFlag(random() % 4 != 0);
-        break;
-      case 4:
-        shown[1]->SetUnit(number + 0.5);
-        break;
-      case 5:
-        shown[1]->SetCoordConversion(random() % 2 ? tree::CCV_ZUP_TO_YUP : L"none");
-        break;
-      default:
-        if (auto const parent = edited->GetParent()) {
+    std::function<void()> const edits[] = {
+        [&] { edited->SetTranslationX(number); },
+        [&] { edited->SetRotationZ(number * 36); },
+        [&] { edited->SetScaleY(number / 5 + 0.1); },
+        [&] { edited->SetIsVisibleFlag(random() % 4 != 0); },
+        [&] { shown[1]->SetUnit(number + 0.5); },
+        [&] { shown[1]->SetCoordConversion(random() % 2 ? tree::CCV_ZUP_TO_YUP : L"none"); },
+        [&] {
+          auto const parent = edited->GetParent();
+          if (!parent) return;
           parent->RemoveChild(*edited);
           Item const& target = among[random() % among.size()];
           if (!target->AddChild(*edited)) parent->AddChild(*edited);
-        }
-    }
+        }};
+    edits[random() % std::size(edits)]();
     for (Tree const& t : shown) {
       Box3 const box = tree::GetBoundingBox(*t);
       Box3 naive = NaiveBox(*t->GetRoot());
@@ -370,25 +359,19 @@ TEST_F(MaterialUse, IsCountedByModels) {
 using Hierarchy = WorldTest;
 
 /// Records, and looks at the child's parent; what `onAdd` holds is called once.
-class HierarchyLog {
- public:
-  explicit HierarchyLog(World const& world) : m_log(world.Listen()) {
-    m_log->react = [this](NSignal const& signal) {
-      if (signal.kind != data::events::NSK_ADD_CHILD &&
-          signal.kind != data::events::NSK_REMOVE_CHILD)
-        return;
-      auto const& child = dynamic_cast<NSceneGraphItemNode const&>(*signal.other);
+struct HierarchyLog {
+  explicit HierarchyLog(World const& world) : log(world.Listen()) {
+    log->react = [this](NSignal const& signal) {
       bool const isAdded = signal.kind == data::events::NSK_ADD_CHILD;
+      if (!isAdded && signal.kind != data::events::NSK_REMOVE_CHILD) return;
+      auto const& child = dynamic_cast<NSceneGraphItemNode const&>(*signal.other);
       EXPECT_EQ(child.GetParent().get(), isAdded ? signal.node : nullptr);
       if (auto const once = isAdded ? std::exchange(onAdd, nullptr) : nullptr) once();
     };
   }
-  std::vector<std::string> const& GetNames() const { return m_log->names; }
 
   std::function<void()> onAdd;
-
- private:
-  Pointer<support::EventLog> const m_log;
+  Pointer<support::EventLog> const log;
 };
 
 TEST_F(Hierarchy, RefusalsChangeNothingAndRaiseNothing) {
@@ -407,11 +390,11 @@ TEST_F(Hierarchy, RefusalsChangeNothingAndRaiseNothing) {
   EXPECT_FALSE(elsewhere->RemoveChild(*child)) << "no child";
   Group const foreign = other.Make();
   EXPECT_FALSE(parent->AddChild(*foreign, 0)) << "of another domain";
-  EXPECT_TRUE(log.GetNames().empty());
+  EXPECT_TRUE(log.log->names.empty());
   EXPECT_EQ(parent->GetChildren().size(), 1u);
   EXPECT_EQ(item::GetChildIndex(*parent, *elsewhere), 0xFFFFFFFFu);
   EXPECT_TRUE(parent->AddChild(*foreign)) << "appending doesn't look at the domain";
-  EXPECT_THAT(log.GetNames(), ElementsAre("addChild"));
+  EXPECT_THAT(log.log->names, ElementsAre("addChild"));
 }
 
 TEST_F(Hierarchy, AnInsertByIndexStealsAChildAndBothListsHoldIt) {
@@ -494,7 +477,7 @@ TEST_F(Hierarchy, ListenersMayUndoWhatTheyHear) {
     parent->RemoveChild(*raw);  // the last reference goes, but for the one that the call holds
   };
   EXPECT_TRUE(parent->AddChild(*child));
-  EXPECT_THAT(log.GetNames(), ElementsAre("addChild", "removeChild"));
+  EXPECT_THAT(log.log->names, ElementsAre("addChild", "removeChild"));
   EXPECT_TRUE(parent->GetChildren().empty());
 }
 

@@ -32,7 +32,24 @@ struct Nested : WorldTest {
 
 using GlobalTransform = Nested;
 using Paths = Nested;
-using TreeHosts = WorldTest;
+
+struct TreeHosts : WorldTest {
+  using Lines = std::vector<std::string>;
+  Pointer<support::EventLog> const log = Listen();
+  Lines lines;  // whom a change of trees and roots is about, and whether of an old one
+  std::function<void()> next;  // called once, at the next event of a host
+
+  TreeHosts() {
+    log->react = [this](NSignal const& signal) {
+      std::string const what = signal.kind == data::events::NSK_SCENE_GRAPH_TREE_CHANGE ? "tree"
+                               : signal.treeHost ? "host's root"
+                                                 : "tree's root";
+      lines.push_back(signal.other ? what + ", old" : what);
+      if (signal.treeHost && next) std::exchange(next, nullptr)();
+    };
+  }
+  Lines Take() { return std::exchange(lines, {}); }
+};
 
 TEST_F(GlobalTransform, CrossesReferencesThroughUnitsAndAxes) {
   // 500 mm along x, 1000 mm up: metres in the shown tree's frame; the outer unit cancels.
@@ -51,8 +68,7 @@ TEST_F(GlobalTransform, CrossesReferencesThroughUnitsAndAxes) {
   leaf->SetTransformIsAbsoluteFlag(true);
   EXPECT_TRUE(Near(Apply(Path(leaf, {second}).GetGlobalTransform(), Vec3()), {0, 1, 0}))
       << "what stands above an absolute item has no effect but for its own tree";
-  Box3 const box = Path(leaf, {second}).GetGlobalBoundingBox();
-  EXPECT_TRUE(box.IsEmpty());
+  EXPECT_TRUE(Path(leaf, {second}).GetGlobalBoundingBox().IsEmpty());
 }
 
 TEST_F(GlobalTransform, MultipliesAChainFromTheLeafUp) {
@@ -140,56 +156,32 @@ TEST_F(Paths, Relations) {
   static_assert(std::is_convertible_v<GroupPath, ItemPath>);
 }
 
-/// Whom a change of trees and roots is about, and whether there was one before.
-std::string GetText(NSignal const& signal) {
-  std::string const what = signal.kind == data::events::NSK_SCENE_GRAPH_TREE_CHANGE ? "tree"
-                           : signal.treeHost                                        ? "host's root"
-                                                                                    : "tree's root";
-  return signal.other ? what + ", old" : what;
-}
-
 TEST_F(TreeHosts, TellOfTreesAndRoots) {
   Group const root = Make(), other = Make();
   Tree const shown = MakeTree(root);
   Reference const reference = Make<NSceneGraphReferenceNode>();
-  auto const log = Listen();
-  std::vector<std::string> lines;
-  log->react = [&](NSignal const& signal) { lines.push_back(GetText(signal)); };
-  using Lines = std::vector<std::string>;
-  auto const take = [&] { return std::exchange(lines, {}); };
-
+  Take();
   reference->SetSceneGraph(shown);
-  EXPECT_EQ(take(), (Lines{"tree", "host's root"}));
+  EXPECT_EQ(Take(), (Lines{"tree", "host's root"}));
   EXPECT_TRUE(root->IsReferredFrom(*reference));
   shown->SetRoot(other);
-  EXPECT_EQ(take(), (Lines{"host's root, old", "tree's root, old"}));
+  EXPECT_EQ(Take(), (Lines{"host's root, old", "tree's root, old"}));
   EXPECT_FALSE(root->IsReferredFrom(*reference));
   shown->SetRoot(other);
-  EXPECT_EQ(take(), (Lines{"host's root, old", "tree's root, old"})) << "no test for equality";
+  EXPECT_EQ(Take(), (Lines{"host's root, old", "tree's root, old"})) << "no test for equality";
   reference->SetSceneGraph(reference->GetSceneGraphRef());
-  EXPECT_EQ(take(), (Lines{"tree, old", "host's root, old"}));
+  EXPECT_EQ(Take(), (Lines{"tree, old", "host's root, old"}));
   EXPECT_TRUE(other->IsReferredFrom(*reference));
   reference->SetSceneGraph({});
-  EXPECT_EQ(take(), (Lines{"tree, old"})) << "there is no tree to name for the root";
+  EXPECT_EQ(Take(), (Lines{"tree, old"})) << "there is no tree to name for the root";
   shown->SetUnit(2);
-  EXPECT_TRUE(take().empty());
-}
-
-/// Calls what `next` holds once, at the next event of a host.
-Pointer<support::EventLog> HookHosts(World const& world, std::function<void()>& next) {
-  auto const log = world.Listen();
-  log->react = [&next](NSignal const& signal) {
-    if (signal.treeHost && next) std::exchange(next, nullptr)();
-  };
-  return log;
+  EXPECT_TRUE(Take().empty());
 }
 
 TEST_F(TreeHosts, AllLeaveTheOldRootWhateverAListenerDoes) {
   Group const root = Make(), other = Make();
   Tree const shown = MakeTree(root), another = MakeTree(Make());
   Reference const a = MakeReference(shown), b = MakeReference(shown);
-  std::function<void()> next;
-  auto const hook = HookHosts(*this, next);
   std::function<void()> const edits[] = {[&] { b->SetSceneGraph(shown); },
                                          [&] { b->SetSceneGraph(another); },
                                          [&] {
@@ -222,8 +214,6 @@ TEST_F(TreeHosts, AllLeaveTheOldRootWhateverAListenerDoes) {
 
 TEST_F(TreeHosts, AHandlerOfALateMeetingMaySetAnotherTree) {
   Tree const shown[] = {MakeTree(Make()), MakeTree(Make()), MakeTree(Make())};
-  std::function<void()> next;
-  auto const hook = HookHosts(*this, next);
   for (bool const sets : {false, true}) {
     Reference const host = MakeReference(shown[0]);
     EXPECT_TRUE(shown[0]->RemoveObserver(*host)) << "it meets its tree anew";
@@ -238,29 +228,20 @@ TEST_F(TreeHosts, AHandlerOfALateMeetingMaySetAnotherTree) {
 TEST_F(TreeHosts, SubscribeLate) {
   Group const root = Make();
   Reference const reference = Make<NSceneGraphReferenceNode>();
-  auto const log = Listen();
-  std::vector<std::string> lines;
-  log->react = [&](NSignal const& signal) { lines.push_back(GetText(signal)); };
-  NNodeReference<NSceneGraphTreeNode> early;
   {
     // A tree that nobody holds yet reads as null.
-    struct Unheld : NSceneGraphTreeNode {
-      Unheld() : NSceneGraphTreeNode(NNodeID(), nullptr, nullptr) {}
-    };
-    auto* const made = new Unheld;
-    early = *made;
-    reference->SetSceneGraph(early);
-    EXPECT_EQ(lines.size(), 1u);
+    auto* const made = new NSceneGraphTreeNode(NNodeID(), nullptr, nullptr);
+    reference->SetSceneGraph(NNodeReference<NSceneGraphTreeNode>(*made));
+    EXPECT_THAT(Take(), SizeIs(1));
     EXPECT_FALSE(reference->GetSceneGraph());
-    lines.clear();
+    EXPECT_THAT(Take(), IsEmpty());
     Tree const held(made);
     held->SetRoot(root);
-    EXPECT_TRUE(lines.empty()) << "nobody is subscribed yet, and the tree has no multiplexer";
+    EXPECT_THAT(Take(), IsEmpty()) << "nobody is subscribed yet, and the tree has no multiplexer";
     EXPECT_EQ(reference->GetSceneGraph(), held);
-    EXPECT_EQ(lines, (std::vector<std::string>{"tree", "host's root", "host's root, old"}));
-    lines.clear();
+    EXPECT_EQ(Take(), (Lines{"tree", "host's root", "host's root, old"}));
     EXPECT_EQ(reference->GetSceneGraph(), held);
-    EXPECT_TRUE(lines.empty()) << "only once";
+    EXPECT_THAT(Take(), IsEmpty()) << "only once";
   }
   EXPECT_FALSE(reference->GetSceneGraph());
 }

@@ -1,4 +1,4 @@
-#include <pthread.h>
+#include <boost/thread.hpp>
 
 #include "corvanta/core/detail/scope_exit.h"
 #include "tests/support/world.h"
@@ -15,7 +15,7 @@ class Recorder final : public NSceneGraphTraverser {
   bool entersReferences = true;
 
   bool HasTree() const { return static_cast<bool>(GetTree()); }
-  NSceneGraphTreeNode const* Tree() const { return GetTree().Get().get(); }
+  Pointer<NSceneGraphTreeNode> GetWalked() const { return GetTree().Get(); }
 
  protected:
   void Before(NSceneGraphReferenceNode& node, void const* data, NCheckPoints const& at) override {
@@ -53,9 +53,7 @@ class Recorder final : public NSceneGraphTraverser {
 /// Counts items and trees; throws at item number `throwAt`.
 class Counter final : public NSceneGraphTraverser {
  public:
-  int items = 0;
-  int open = 0;
-  int trees = 0;
+  int items = 0, open = 0, trees = 0;
   std::size_t deepest = 0;
   int throwAt = -1;
 
@@ -110,7 +108,7 @@ TEST_F(Traverser, CallsTheHooksOfEachKindInOrder) {
   EXPECT_EQ(Walk(*tree),
             L"tree t, a, group a, b, camera b, c, light c, /light c, /c, /camera b, /b, d, "
             L"reference d, e, model e, /model e, /e, /reference d, /d, /group a, /a, /tree t, ");
-  EXPECT_EQ(recorder.Tree(), tree.get());
+  EXPECT_EQ(recorder.GetWalked(), tree);
   EXPECT_FALSE(Recorder(recorder).HasTree());
   EXPECT_EQ(Walk(*MakeTree(L"rootless", nullptr)), L"tree rootless, /tree rootless, ");
 }
@@ -132,10 +130,10 @@ TEST_F(Traverser, CheckPointsGrowByTheReferencesPassed) {
             L"/tree t2 r1, /reference r1, /r1, /tree t1, ");
   recorder.Start(ItemPath(*leaf, *tree, {*r1, *r2}), &recorder);
   EXPECT_EQ(Take(), L"leaf r1 r2, group leaf r1 r2, /group leaf r1 r2, /leaf r1 r2, ");
-  EXPECT_EQ(recorder.Tree(), tree.get());
+  EXPECT_EQ(recorder.GetWalked(), tree);
   recorder.Start(ItemPath(), &recorder);
   EXPECT_EQ(Take(), L"");
-  EXPECT_EQ(recorder.Tree(), tree.get());
+  EXPECT_EQ(recorder.GetWalked(), tree);
 
   recorder.entersReferences = false;
   EXPECT_EQ(Walk(*tree), L"tree t1, r1, reference r1, /reference r1, /r1, /tree t1, ");
@@ -193,21 +191,6 @@ TEST_F(Traverser, AnItemBelowItselfIsCut) {
   b->RemoveChild(*a);
 }
 
-/// Runs `run` on a thread with a stack of 1 MiB.
-void RunOnASmallStack(std::function<void()> run) {
-  pthread_attr_t attributes;
-  pthread_attr_init(&attributes);
-  pthread_attr_setstacksize(&attributes, 1 << 20);
-  pthread_t thread;
-  auto const call = [](void* function) -> void* {
-    (*static_cast<std::function<void()>*>(function))();
-    return nullptr;
-  };
-  ASSERT_EQ(pthread_create(&thread, &attributes, call, &run), 0);
-  pthread_join(thread, nullptr);
-  pthread_attr_destroy(&attributes);
-}
-
 TEST_F(Traverser, EndsBeyondItsBudgetAndItsStack) {
   EXPECT_EQ(GetWalkBudget(), 50'000'000u);
   core::detail::ScopeExit const reset([] { SetWalkBudget(kDefaultWalkBudget); });
@@ -220,12 +203,10 @@ TEST_F(Traverser, EndsBeyondItsBudgetAndItsStack) {
     }
     return "";
   };
-  std::vector<Pointer<NSceneGraphTreeNode>> doubled{MakeTree(L"", Make(L""))};
+  std::vector<Tree> doubled{MakeTree(L"", Make(L""))};
   for (int level = 0; level != 26; ++level) {
     auto const root = Make(L"");
-    for (int i = 0; i != 2; ++i) {
-      Make<NSceneGraphReferenceNode>(L"", root.get())->SetSceneGraph(*doubled.back());
-    }
+    for (int i = 0; i != 2; ++i) root->AddChild(*MakeReference(doubled.back()));
     doubled.push_back(MakeTree(L"", root));
   }
   Counter counter;
@@ -238,23 +219,20 @@ TEST_F(Traverser, EndsBeyondItsBudgetAndItsStack) {
 
   SetWalkBudget(kDefaultWalkBudget);
   auto nested = doubled[0];
-  for (int i = 0; i != 20000; ++i) {
-    auto const reference = Make<NSceneGraphReferenceNode>(L"");
-    reference->SetSceneGraph(*nested);
-    nested = MakeTree(L"", reference);
-  }
-  RunOnASmallStack([&] {
+  for (int i = 0; i != 20000; ++i) nested = MakeTree(L"", MakeReference(nested));
+  boost::thread::attributes small;
+  small.set_stack_size(1 << 20);
+  boost::thread(small, [&] {
     EXPECT_THAT(ends(counter, *nested), testing::HasSubstr("nested"));
     EXPECT_GT(counter.deepest, 100u);
     EXPECT_EQ(ends(counter, *doubled[2]), "");
-  });
+  }).join();
 }
 
 TEST_F(Traverser, WalksWhatIsDeep) {
-  Pointer<NSceneGraphItemNode> root = Make(L"root");
+  Item root = Make(L"root");
   for (int i = 0; i != 100000; ++i) {
-    Pointer<NSceneGraphItemNode> const parent(
-        new NSceneGraphGroupNode(NNodeID(), nullptr, nullptr));
+    Item const parent = New<NSceneGraphGroupNode>(NNodeID(), nullptr, nullptr);
     parent->AddChild(*root);
     root = parent;
   }
@@ -264,12 +242,8 @@ TEST_F(Traverser, WalksWhatIsDeep) {
   EXPECT_EQ(counter.items, 100001);
   EXPECT_EQ(counter.open, 0);
 
-  Pointer<NSceneGraphTreeNode> outer = tree;
-  for (int i = 0; i != 1000; ++i) {
-    auto const reference = Make<NSceneGraphReferenceNode>(L"");
-    reference->SetSceneGraph(*outer);
-    outer = MakeTree(L"", reference);
-  }
+  Tree outer = tree;
+  for (int i = 0; i != 1000; ++i) outer = MakeTree(L"", MakeReference(outer));
   Counter nested;
   nested.Start(*outer, nullptr);
   EXPECT_EQ(nested.items, 101001);

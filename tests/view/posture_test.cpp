@@ -3,11 +3,9 @@
 namespace corvanta::data::posture {
 namespace {
 
-using domain::scenegraph::item::NSceneGraphGroupNode;
-
 class Plain : public NPosture3D {
  public:
-  explicit Plain(domain::scenegraph::item::NSceneGraphItemNode& object) : NPosture3D(object) {}
+  explicit Plain(NSceneGraphItemNode& object) : NPosture3D(object) {}
   Plain(Plain const&) = default;
   Plain& operator=(Plain const&) = default;
 };
@@ -21,20 +19,18 @@ class Adjusting final : public Plain {
   void AdjustTransformImpl(Matrix const& a, Matrix const& b) const override { product = a * b; }
 };
 
-Pointer<NSceneGraphGroupNode> MakeGroup() {
-  return new NSceneGraphGroupNode(NNodeID(), nullptr, nullptr);
-}
+auto MakeGroup() { return New<NSceneGraphGroupNode>(NNodeID(), nullptr, nullptr); }
 
 TEST(Posture, KeepsItsObjectAliveThroughCopies) {
   auto first = MakeGroup();
   auto const firstWeak = first->GetWeakReference();
   auto const second = MakeGroup();
-  Pointer<Plain> a(new Plain(*first));
-  Pointer<Plain> const b(new Plain(*second));
+  auto a = New<Plain>(*first);
+  auto const b = New<Plain>(*second);
   EXPECT_TRUE(a->IsTopMost());
   a->SetIsTopMostFlag(false);
   *b = *a;
-  Pointer<Plain> c(new Plain(*b));
+  auto c = New<Plain>(*b);
   EXPECT_FALSE(c->IsTopMost());
   EXPECT_EQ(&c->GetObjectW(), first.get());
   first.reset();
