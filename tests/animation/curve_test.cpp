@@ -22,8 +22,6 @@ std::string ThrownText(NKeyFrameAnimation const& curve) {
     curve.CalculateValue(0.0);
   } catch (char* text) {
     return text;
-  } catch (...) {
-    return "something else";
   }
   return "nothing";
 }
@@ -54,23 +52,17 @@ TEST(Curve, IsConstantOutsideItsKeysAndStraightBetween) {
   EXPECT_EQ(pair->CalculateValue(kNaN), 0.0);
 }
 
-TEST(Curve, HandlesStayAndAreNeverGivenAgain) {
+TEST(Curve, TakesNoTimeThatIsNoneAndKnowsItsHandles) {
   auto const curve = MakeCurve({{1.0, 10.0, 7}, {2.0, 20.0}});
   EXPECT_EQ(curve->GetKeyData().at(1).tag, 7);
-  for (double const time : {2.0, kNaN}) EXPECT_EQ(curve->AddKey({time, 0.0}), 0u);
-  EXPECT_EQ(curve->AddKey({3.0, 30.0}), 3u);
-  EXPECT_TRUE(curve->RemoveKey(3));
-  EXPECT_EQ(curve->AddKey({3.0, 40.0}), 4u);
-  for (unsigned const handle : {0u, 3u, 99u}) {
+  EXPECT_EQ(curve->AddKey({kNaN, 0.0}), 0u);
+  EXPECT_FALSE(curve->ModifyKey(1, {kNaN, 0.0}));
+  for (unsigned const handle : {0u, 99u}) {
     EXPECT_FALSE(curve->RemoveKey(handle));
     EXPECT_FALSE(curve->ModifyKey(handle, {9.0, 9.0}));
   }
-  EXPECT_FALSE(curve->ModifyKey(1, {kNaN, 0.0}));
-  EXPECT_EQ(curve->GetKeyData().size(), 3u);
   EXPECT_EQ(curve->CalculateValue(1.5), 15.0);
-  EXPECT_TRUE(curve->ModifyKey(1, {2.5, 0.0}));  // past its neighbour
-  EXPECT_EQ(curve->CalculateValue(2.25), 10.0);
-  for (unsigned const handle : {1u, 2u, 4u}) EXPECT_TRUE(curve->RemoveKey(handle));
+  for (unsigned const handle : {1u, 2u}) EXPECT_TRUE(curve->RemoveKey(handle));
   EXPECT_EQ(ThrownText(*curve), "NKeyFrameAnimation::CalculateValue");
 }
 
@@ -134,6 +126,7 @@ TEST(Curve, EqualsAWalkOverAllKeysThroughRandomEdits) {
       double const time = pickTime() + (random() % 3 == 0 ? 0.37 : 0.0);
       ASSERT_EQ(curve.CalculateValue(time), Walk(model, time)) << time;
     }
+    ASSERT_EQ(curve.GetKeyData().size(), model.size());
   }
 }
 

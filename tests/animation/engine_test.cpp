@@ -94,25 +94,24 @@ class Discrete : public World {
 TEST_F(Discrete, KeysFireOnArrivalAndNeverTwice) {
   AddMaterialKey(0, 20);
   AddMaterialKey(1, 30, 2);
-  EXPECT_EQ(Shown(1.0), '-');
-  EXPECT_EQ(Shown(1.0), 'a');  // 1 to 2
-  EXPECT_EQ(Shown(0.0), '-');
-  EXPECT_EQ(Shown(0.5), '-');   // 2 to 2.5
-  EXPECT_EQ(Shown(-0.5), 'a');  // back to 2
-  EXPECT_EQ(Shown(-1.0), '-');  // 2 to 1
-  EXPECT_EQ(Shown(3.0), 'b');   // over both, 1 to 4
-  EXPECT_EQ(Shown(-3.0), 'a');  // and back
+  struct Step {
+    double from, delta;
+    char shown;
+  };
+  for (Step const& step :
+       {Step{0, 1, '-'}, Step{1, 1, 'a'}, Step{2, 0, '-'}, Step{2, 0.5, '-'}, Step{2.5, -0.5, 'a'},
+        Step{2, -1, '-'}, Step{1, 3, 'b'}, Step{4, -3, 'a'}}) {
+    EXPECT_EQ(engine.GetTickCount(), step.from);
+    EXPECT_EQ(Shown(step.delta), step.shown) << step.from;
+  }
   // Round the end the way leads back over what lies between.
   engine.SetEndTime(4.0);
   engine.SetRepeat(true);
-  engine.SetCurrentTime(3.5);
-  EXPECT_EQ(Shown(1.0), 'a');  // 3.5 to 0.5
-  engine.SetCurrentTime(0.5);
-  EXPECT_EQ(Shown(-1.0), 'b');  // 0.5 to 3.5
-  engine.SetCurrentTime(2.5);
-  EXPECT_EQ(Shown(4.2), '-');  // 2.5 to 2.7
-  engine.SetCurrentTime(2.5);
-  EXPECT_EQ(Shown(5.0), 'b');  // beyond the end, 2.5 to 3.5
+  for (Step const& step : {Step{3.5, 1, 'a'}, Step{0.5, -1, 'b'}, Step{2.5, 4.2, '-'},
+                           Step{2.5, 5, 'b'}}) {  // beyond the end, to 3.5
+    engine.SetCurrentTime(step.from);
+    EXPECT_EQ(Shown(step.delta), step.shown) << step.from;
+  }
   engine.SetRepeat(false);
   engine.SetEndTime(3.0);
   engine.SetCurrentTime(2.9);
@@ -147,7 +146,7 @@ TEST_F(Discrete, KeysOfOneTimeFireInOrderAndBackwardsReversed) {
 
 TEST_F(Discrete, ChoicesAreLookedUpWhenTheKeysAreTakenOver) {
   AddMaterialKey(2, 10);
-  KeyPointer const empty(new NAnimationKey);
+  auto const empty = New<NAnimationKey>();
   empty->materialIsIgnored = empty->modelIsIgnored = empty->environmentIsIgnored = false;
   animation->AddKey(*empty, 10);
   EXPECT_EQ(Shown(1.0), '-');
@@ -186,16 +185,14 @@ TEST_F(Discrete, ModelKeysShowOneSetAndHideTheOthers) {
   }
   items->RemoveNode(*dying);
   dying.reset();
+  auto const visible = [&] { return std::pair(model->IsVisible(), other->IsVisible()); };
   EXPECT_EQ(Step(1.0), (Writes{{L"isVisible", 0}, {L"isVisible", 0}, {L"isVisible", 1}}));
-  EXPECT_TRUE(model->IsVisible());
-  EXPECT_FALSE(other->IsVisible());
+  EXPECT_EQ(visible(), std::pair(true, false));
   Step(1.0);
-  EXPECT_FALSE(model->IsVisible());
-  EXPECT_TRUE(other->IsVisible());
+  EXPECT_EQ(visible(), std::pair(false, true));
   sets->RemoveModelSet(*second);  // is still shown by its key, and no longer hidden
   Step(-1.0);
-  EXPECT_TRUE(model->IsVisible());
-  EXPECT_TRUE(other->IsVisible());
+  EXPECT_EQ(visible(), std::pair(true, true));
   // A listener that takes everything apart.
   recorder->react = [&](NAttribute const&) {
     recorder->react = nullptr;
@@ -212,7 +209,7 @@ TEST_F(Discrete, TheEnvironmentCrossedLastComesToEveryScene) {
   std::vector<Pointer<NEnvironmentNode>> made;
   for (int i = 0; i != 3; ++i) {
     made.push_back(environments->CreateNode());
-    KeyPointer const key(new NAnimationKey);
+    auto const key = New<NAnimationKey>();
     key->environment = made.back();
     key->environmentIsIgnored = false;
     animation->AddKey(*key, 10 + 10 * i);

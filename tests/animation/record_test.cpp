@@ -25,17 +25,14 @@ class Recorder final : public NAnimationListener {
   }
 };
 
-KeyPointer MakeKey(std::wstring const& name = L"") {
-  auto key = New<NAnimationKey>();
-  key->SetName(name);
-  return key;
+template <class T>
+Pointer<T> Named(std::wstring const& name) {
+  auto made = New<T>();
+  made->SetName(name);
+  return made;
 }
-
-AnimationPointer MakeAnimation(std::wstring const& name) {
-  auto animation = New<NAnimation>();
-  animation->SetName(name);
-  return animation;
-}
+KeyPointer MakeKey(std::wstring const& name = L"") { return Named<NAnimationKey>(name); }
+AnimationPointer MakeAnimation(std::wstring const& name) { return Named<NAnimation>(name); }
 
 TEST(AnimationKey, StartsWithNothingAndCopiesEverything) {
   KeyPointer const key = MakeKey(L"key");

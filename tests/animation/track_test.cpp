@@ -51,9 +51,6 @@ class Tracks : public World {
     }
     return writes;
   }
-  double Read(Group const& group, std::wstring const& name) {
-    return group->QueryAttribute(name)->GetDouble();
-  }
 };
 
 TEST_F(Tracks, PlayAnInterpolatorOfItsOwnForEachSegmentOfAChannel) {
@@ -101,8 +98,8 @@ TEST_F(Tracks, PlayAnInterpolatorOfItsOwnForEachSegmentOfAChannel) {
         for (auto const& [time, value] : row.expected) {
           animation->GetEngine().SetCurrentTime(-100);
           SetCurrentTime(animation->GetEngine(), args, time);
-          EXPECT_NEAR(Read(root, name + std::wstring(1, L"xyz"[axis])), value,
-                      isRotation ? 1e-4 : 1e-12)
+          EXPECT_NEAR(root->QueryAttribute(name + std::wstring(1, L"xyz"[axis]))->GetDouble(),
+                      value, isRotation ? 1e-4 : 1e-12)
               << time;
         }
       }
@@ -126,8 +123,8 @@ TEST_F(Tracks, TurnBySquads) {
   for (double const time : {0.25, 1.5, 2.75}) {
     PlayAt(time);
     Vec3 const radians = VX_Math::DecomposeToEulerAngles(Matrix(squad.Evaluate(time)));
-    EXPECT_EQ(Read(root, L"rotation.x"), radians.x * 57.2957763671875f) << time;
-    EXPECT_EQ(Read(root, L"rotation.z"), radians.z * 57.2957763671875f) << time;
+    EXPECT_EQ(root->GetRotationX(), radians.x * 57.2957763671875f) << time;
+    EXPECT_EQ(root->GetRotationZ(), radians.z * 57.2957763671875f) << time;
   }
 }
 
@@ -183,7 +180,7 @@ TEST_F(Tracks, OfTwoKeysAtOneTimeTheLaterHoldsFromThen) {
       player.Update(args, -1e-9);
       player.SetCurrentTime(time - 100.0);
       SetCurrentTime(player, args, time);
-      return Read(root, L"translation.x");
+      return root->GetTranslationX();
     };
     EXPECT_NEAR(playAt(row.time), row.from, 1e-6) << testing::PrintToString(row.keys);
     if (row.time == 0.0 || row.keys[0].first == row.keys.back().first) continue;

@@ -1,10 +1,8 @@
-#include <chrono>
 #include <cmath>
 #include <csignal>
 #include <filesystem>
 #include <limits>
 #include <sstream>
-#include <thread>
 
 #include "app/play/plot.h"
 #include "tests/app/program.h"
@@ -154,9 +152,8 @@ TEST_F(PlayTest, WhatIsBrokenOffLeavesNoHalfFile) {
     pid_t const program = StartProgram(
         m_files, {"play", "model.gltf", "--repeat", "--seconds", "1e6", "--csv", "kept"});
     std::error_code error;
-    while (std::filesystem::file_size(out, error) == 0 || error) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
+    AwaitFromProgram(program,
+                     [&] { return std::filesystem::file_size(out, error) != 0 && !error; });
     kill(program, signal);
     EXPECT_EQ(WaitForProgram(m_files, program).status, 128 + signal);
     EXPECT_EQ(Read("kept"), "before");

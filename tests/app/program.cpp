@@ -5,10 +5,12 @@
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <iterator>
 #include <set>
 #include <sstream>
+#include <thread>
 
 namespace corvanta::app_tests {
 
@@ -81,6 +83,15 @@ pid_t StartProgram(support::TemporaryFiles const& files, std::vector<std::string
     _exit(127);
   }
   return child;
+}
+
+void AwaitFromProgram(pid_t program, std::function<bool()> const& isThere) {
+  while (!isThere()) {
+    siginfo_t ended = {};
+    waitid(P_PID, static_cast<id_t>(program), &ended, WEXITED | WNOHANG | WNOWAIT);
+    ASSERT_EQ(ended.si_pid, 0) << "it has ended";
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
 }
 
 Result WaitForProgram(support::TemporaryFiles const& files, pid_t program) {

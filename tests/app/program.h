@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/types.h>
 
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -25,6 +26,8 @@ struct Result {
 
 /// Starts the program in the folder of `files`, and waits for one that was started there.
 pid_t StartProgram(support::TemporaryFiles const& files, std::vector<std::string> arguments);
+/// Waits until `isThere`, and fails if the program ends before.
+void AwaitFromProgram(pid_t program, std::function<bool()> const& isThere);
 Result WaitForProgram(support::TemporaryFiles const& files, pid_t program);
 /// Does both.
 Result RunProgram(support::TemporaryFiles const& files, std::vector<std::string> arguments);

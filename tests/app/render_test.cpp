@@ -1,10 +1,8 @@
 #include <algorithm>
-#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <set>
-#include <thread>
 
 #include "tests/app/program.h"
 
@@ -142,9 +140,8 @@ TEST_F(DrawTest, FramesOfABrokenOffRunAreWhole) {
     pid_t const program =
         StartProgram(m_files, {"play", "model.gltf", "--tour", "--repeat", "--seconds", "1e6",
                                "--size", "40x30", "-o", name + "-%d.png"});
-    while (!std::filesystem::exists(m_files.GetFolder() / (name + "-2.png"))) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
+    AwaitFromProgram(
+        program, [&] { return std::filesystem::exists(m_files.GetFolder() / (name + "-2.png")); });
     kill(program, signal);
     WaitForProgram(m_files, program);
   }
