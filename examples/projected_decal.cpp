@@ -1,4 +1,4 @@
-// A logo is thrown onto the side of a van. A projection node stands in the scene as a projector; a
+// A logo is projected onto the side of a van. A projection node is the projector in the scene; a
 // projection mapping says which node serves which model, and computes the texture coordinates of
 // its vertices: 0 to 1 across the logo. The logo keeps its place on the van when that drives off.
 #include <iostream>
@@ -69,7 +69,7 @@ int main() {
   van->GetRoot()->AddChild(*side);
   NProjectionMapping::ModelPath const path(side, van);
 
-  // A plane projector throws along its y axis, u along x and v along z: turned to throw at the
+  // A plane projector projects along its y axis, u along x and v along z: turned towards the
   // side.
   auto const projector = document.GetProjections().CreateNode();
   projector->SetProjectionMethod(domain::projection::PM_PLANE);

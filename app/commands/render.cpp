@@ -133,12 +133,12 @@ class Render {
         !SwitchMaterial(m_document, tree, *ParseChoice(m_options.choice))) {
       return Refuse("--switch", "there is no such material");
     }
-    if (!m_options.texture.empty() && !LayPicture(m_document, tree, m_options.texture)) {
+    if (!m_options.texture.empty() && !MapPicture(m_document, tree, m_options.texture)) {
       PrintError(m_options.texture, "isn't a picture that can be read");
       return NS_FILE;
     }
     if (!m_options.method.empty()) {
-      ThrowTextures(m_document, tree, core::text::ToWide(m_options.method));
+      ProjectTextures(m_document, tree, core::text::ToWide(m_options.method));
     }
     if (m_options.isWireframe) stage.SetWired();
     if (m_options.background == "none") {

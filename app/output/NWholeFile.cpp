@@ -1,13 +1,14 @@
 #include "app/output/NWholeFile.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <stdexcept>
 #include <string>
 #include <system_error>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "app/output/png_file.h"
 #include "app/output/text.h"
 
 namespace corvanta::app {
@@ -115,6 +116,13 @@ void NWholeFile::Commit() {
   fs::rename(m_aside, m_place, error);
   if (error) Refuse();
   m_isNamed = false;
+}
+
+void WritePng(std::filesystem::path const& path, renderer::NPixels const& pixels) {
+  // It is opened first: a picture takes longer.
+  NWholeFile file(path);
+  file.GetStream() << renderer::EncodePng(pixels);
+  file.Commit();
 }
 
 }  // namespace corvanta::app

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
+#include "app/play/NEventCounter.h"
 #include "app/play/NPlayer.h"
 
 namespace corvanta::app {
@@ -58,5 +60,13 @@ std::size_t NPlayback::CountMoved(std::vector<double> const& before,
 }
 
 NPlayer::~NPlayer() = default;
+
+NEventCounter::~NEventCounter() = default;
+
+std::size_t NEventCounter::TakeCount() { return std::exchange(m_count, 0); }
+
+void NEventCounter::OnSignal(data::events::NSignal const& signal) {
+  m_count += signal.kind == data::events::NSK_ATTRIBUTE_CHANGE;
+}
 
 }  // namespace corvanta::app

@@ -111,7 +111,7 @@ bool SwitchMaterial(data::document::NDocument& document, NOverview::Tree const& 
   return true;
 }
 
-bool LayPicture(data::document::NDocument& document, NOverview::Tree const& tree,
+bool MapPicture(data::document::NDocument& document, NOverview::Tree const& tree,
                 std::string const& file) {
   std::error_code error;
   auto const path = std::filesystem::absolute(file, error);
@@ -130,8 +130,8 @@ bool LayPicture(data::document::NDocument& document, NOverview::Tree const& tree
   return true;
 }
 
-void ThrowTextures(data::document::NDocument& document, NOverview::Tree const& tree,
-                   std::wstring const& method) {
+void ProjectTextures(data::document::NDocument& document, NOverview::Tree const& tree,
+                     std::wstring const& method) {
   Models const models(tree);
   auto const node =
       CreateProjector(document, data::domain::scenegraph::tree::GetBoundingBox(*tree), method);
@@ -144,7 +144,7 @@ void ThrowTextures(data::document::NDocument& document, NOverview::Tree const& t
   Image floor;
   for (auto const& material : GetMaterials(document, models)) {
     std::vector<NMaterialNode::TextureReference> textures;
-    for (auto const& [texture, laid] : material->GetTextures()) textures.push_back(texture);
+    for (auto const& entry : material->GetTextures()) textures.push_back(entry.first);
     while (material->RemoveTexture(0)) continue;
     for (auto const& texture : textures) {
       material->AddTexture(texture, *mapping,

@@ -16,12 +16,12 @@ bool SwitchMaterial(data::document::NDocument& document, NOverview::Tree const& 
 /// Lays the picture of a file on all models of the tree in the place of their textures; it follows
 /// the texture coordinates of the models. A model without a material gets a white one.
 /// Fails: false, and no change, if the file isn't a picture.
-bool LayPicture(data::document::NDocument& document, NOverview::Tree const& tree,
+bool MapPicture(data::document::NDocument& document, NOverview::Tree const& tree,
                 std::string const& file);
 
-/// Throws all textures of the tree's models by one projector, which is as large as the scene. A
+/// Maps all textures of the tree's models by one projection, which is as large as the scene. A
 /// material without a texture gets the built-in floor. `method` is a projection method.
-void ThrowTextures(data::document::NDocument& document, NOverview::Tree const& tree,
-                   std::wstring const& method);
+void ProjectTextures(data::document::NDocument& document, NOverview::Tree const& tree,
+                     std::wstring const& method);
 
 }  // namespace corvanta::app

@@ -13,8 +13,8 @@
 
 namespace corvanta::app {
 
-/// Prints each event that it hears as a line. An event doesn't carry the value from before, so the
-/// printer keeps the values of the hosts that it was shown.
+/// Prints each event that it receives as a line. An event doesn't carry the value from before, so
+/// the printer keeps the values of the hosts that it was shown.
 class NEventPrinter : public data::events::NForwardingListener {
  public:
   NEventPrinter(std::ostream& out, bool asJson) : m_out(out), m_asJson(asJson) {}

@@ -51,7 +51,7 @@ void NHierarchy::Build(tree::NSceneGraphTreeNode& tree, NEffort& effort, bool is
     depths.insert(depths.end(), node.childCount, depth + 1);
     m_items.push_back(CreateItem(node));
   }
-  // From the leaves up: a new child is told to all above, and as yet nothing is.
+  // From the leaves up: all above are notified of a new child, and as yet nothing is above.
   std::size_t firstChild = nodes.size();
   for (std::size_t i = nodes.size(); i-- != 0;) {
     firstChild -= nodes[i].childCount;
@@ -86,7 +86,7 @@ NHierarchy::Content NHierarchy::TakeContent(neutral::NNode const& node) {
     if (HasKind(Get<neutral::NLight>(light))) {
       content.lights.push_back(light);
     } else {
-      ++m_lampCount;
+      ++m_unsupportedLights;
     }
   }
   for (std::uint32_t const camera : m_scene.Get(node.cameras)) {
@@ -177,7 +177,7 @@ void NHierarchy::Place(Item& item, VX_Math::Matrix const& transform, neutral::NN
   if (m_shearedCount++ == 0) m_firstSheared = m_scene.GetString(node.name);
 }
 
-// Interest and up of a camera are global, so they follow when all stands in its place.
+// Interest and up of a camera are global, so they follow when all is in its place.
 void NHierarchy::AimCameras(tree::NSceneGraphTreeNode const& tree) {
   if (m_cameras.empty()) return;
   VX_Math::Box3 const box = tree::GetBoundingBox(tree);
@@ -194,7 +194,7 @@ boost::intrusive_ptr<data::domain::geometry::NGeometryNode> NHierarchy::GetGeome
   auto const surface = CreateSurface(m_scene, Get<neutral::NMesh>(mesh), m_crease);
   if (!surface) {
     m_hasNoTriangles[mesh] = true;
-    ++m_flatCount;
+    ++m_meshesWithoutTriangles;
     return node;
   }
   node = m_target.Create(m_target.GetDocument().GetGeometries());
@@ -214,9 +214,9 @@ std::vector<std::string> NHierarchy::GetNotes() const {
   auto const note = [&notes](std::size_t count, char const* one, char const* many) {
     if (count != 0) notes.push_back(core::text::Plural(count, one, many));
   };
-  note(m_flatCount, "mesh has no triangles and was left out",
+  note(m_meshesWithoutTriangles, "mesh has no triangles and was left out",
        "meshes have no triangles and were left out");
-  note(m_lampCount, "light is neither directional, point nor spot and was left out",
+  note(m_unsupportedLights, "light is neither directional, point nor spot and was left out",
        "lights are neither directional, point nor spot and were left out");
   note(CountFalse(m_isLightPlaced) + CountFalse(m_isCameraPlaced),
        "light or camera stands at no node and was left out",

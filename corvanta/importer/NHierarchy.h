@@ -93,8 +93,8 @@ class CORVANTA_API NHierarchy {
   std::vector<ItemPointer> m_items;  // by the numbers of the nodes
   std::size_t m_shearedCount = 0;
   std::string m_firstSheared;
-  std::size_t m_flatCount = 0;  // meshes without a triangle
-  std::size_t m_lampCount = 0;  // lights of a kind that has no place here
+  std::size_t m_meshesWithoutTriangles = 0;  // meshes without a triangle
+  std::size_t m_unsupportedLights = 0;       // lights of a kind that has no place here
 };
 
 }  // namespace corvanta::importer

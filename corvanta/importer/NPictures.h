@@ -15,7 +15,7 @@
 
 namespace corvanta::importer {
 
-/// The image nodes of a model file, one a picture. Pictures that stand in the file itself are
+/// The image nodes of a model file, one a picture. Pictures that are in the file itself are
 /// written to a temporary archive that the document keeps.
 class CORVANTA_API NPictures {
  public:

@@ -6,9 +6,11 @@
 #include <iterator>
 #include <set>
 
+#include "corvanta/core/domain/NDomainBase.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/importer/NHierarchy.h"
+#include "corvanta/importer/NImportTarget.h"
 #include "corvanta/importer/NMaterials.h"
 #include "corvanta/importer/NPictures.h"
 #include "corvanta/importer/animation/NAnimations.h"
@@ -90,6 +92,18 @@ bool ChooseVariant(NImportedModel const& model, std::string const& name) {
     }
   }
   return true;
+}
+
+NImportTarget::~NImportTarget() {
+  for (; !m_nodes.empty(); m_nodes.pop_back()) {
+    core::node::NNode& node = *m_nodes.back();
+    if (node.GetDomain() != nullptr) node.GetDomain()->RemoveNode(node);
+  }
+}
+
+void NImportTarget::Keep() {
+  if (m_archive) m_document.Keep(std::move(m_archive));
+  m_nodes.clear();
 }
 
 }  // namespace corvanta::importer

@@ -16,7 +16,7 @@ VX_Math::Matrix ToMatrix(std::array<float, 16> const& m);
 /// Gives `object` the name that a file has for it, if there is one.
 void SetName(core::name::NNamedObject& object, std::string_view name);
 
-/// Where a light or a camera stands in the frame of its node. A light shines along -z of its item;
+/// Where a light or a camera is in the frame of its node. A light shines along -z of its item;
 /// a camera's item only carries its position.
 VX_Math::Matrix GetPlace(neutral::NLight const& light);
 VX_Math::Matrix GetPlace(neutral::NCamera const& camera);

@@ -1,6 +1,10 @@
 #include "corvanta/platform/d3dx9.h"
 
 #include <cmath>
+#include <cstdio>
+
+#include "corvanta/platform/convert.h"
+#include "corvanta/platform/debug.h"
 
 namespace corvanta::platform {
 
@@ -128,6 +132,11 @@ void QuaternionSquadSetup(Quaternion& a, Quaternion& b, Quaternion& c, Quaternio
   a = Narrow(ControlPoint(previous, key, next));
   b = Narrow(ControlPoint(key, next, last));
   c = Narrow(next);
+}
+
+void OutputDebugString(std::wstring const& text) {
+  std::string const narrow = ToNarrow(text);
+  std::fwrite(narrow.data(), 1, narrow.size(), stderr);
 }
 
 }  // namespace corvanta::platform

@@ -6,7 +6,7 @@
 #include "corvanta/platform/picture.h"
 
 /// What the library and the decoding program say to each other. Both come from one build: the
-/// program is told the version that is wanted, and ends if it is another one.
+/// program is given the version that is wanted, and ends if it is another one.
 namespace corvanta::platform {
 
 inline constexpr char kDecoderVersion[] = "1";

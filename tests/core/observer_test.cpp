@@ -45,8 +45,8 @@ class Subject : public NObservable<Subject, Listener>,
   Token const m_token;
 };
 
-struct Thrown : std::runtime_error {
-  Thrown() : runtime_error("a listener's") {}
+struct ListenerError : std::runtime_error {
+  ListenerError() : runtime_error("a listener's") {}
 };
 
 /// Edits an observed subject at random, from within its deliveries too, and keeps a naive account
@@ -95,7 +95,7 @@ class Model {
   void RaiseCatching() {
     try {
       Raise();
-    } catch (Thrown const&) {
+    } catch (ListenerError const&) {
     }
   }
   void Raise() {
@@ -121,7 +121,7 @@ class Model {
     core::detail::ScopeExit const leave([&running = m_running[listener.id]] { --running; });
     for (int edits = Choose(3); edits != 0; --edits) Edit(&listener);
     if (m_frames.size() < 4 && Choose(5) == 0) Choose(2) == 0 ? Raise() : RaiseCatching();
-    if (Choose(25) == 0) throw Thrown();
+    if (Choose(25) == 0) throw ListenerError();
   }
 
   void Edit(Listener* current) {

@@ -71,13 +71,13 @@ bool React(support::TemporaryFiles const& files, Operation const& operation, Rea
   }
   Counter& counter = *world.counter;
   counter.react = [&] {
-    if (reaction == Reaction::kThrow) throw Thrown();
+    if (reaction == Reaction::kThrow) throw ListenerError();
     if (reaction == Reaction::kLetGo) world.LetGo();
   };
   counter.callsBefore = callsBefore;
   try {
     operation.run(world);
-  } catch (Thrown const&) {
+  } catch (ListenerError const&) {
   } catch (...) {
     EXPECT_EQ(reaction, Reaction::kLetGo) << "the path that was asked has gone";
   }

@@ -11,8 +11,8 @@ namespace mapping = domain::material::texture_mapping;
 template <class T>
 using Path = NSceneGraphPath<T>;
 
-/// Thrown by the listener that a sweep lets throw.
-struct Thrown {};
+/// What the listener that a sweep lets throw throws.
+struct ListenerError {};
 
 /// Counts what it receives, and allocates nothing. Reacts to one of the calls, if it is told which.
 class Counter final : public NForwardingListener {

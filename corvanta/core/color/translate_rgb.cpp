@@ -23,3 +23,9 @@ void TranslateRGB(attribute::NAttributeHost& host, wchar_t const* r, wchar_t con
 }
 
 }  // namespace corvanta::core::color::utility
+
+namespace corvanta::core::color {
+
+ColorTransform::~ColorTransform() = default;
+
+}  // namespace corvanta::core::color

@@ -9,10 +9,10 @@ namespace corvanta::core::observer {
 
 /// The observer side of a subject: listeners of class `Listener`, held weakly.
 ///
-/// A base of `Subject`, which alone can deliver. Copies start without observers. Listeners hear in
-/// the order of registration, but must not rely on it. One that a handler removes and adds again
-/// is notified of the running event exactly once. Adding, removing, dying, editing, throwing: rules
-/// 8 to 26 of docs/events.md.
+/// A base of `Subject`, which alone can deliver. Copies start without observers. Listeners are
+/// notified in the order of registration, but must not rely on it. One that a handler removes and
+/// adds again is notified of the running event exactly once. Adding, removing, dying, editing,
+/// throwing: rules 8 to 26 of docs/events.md.
 template <class Subject, class Listener>
 class CORVANTA_API NObservable {
  public:

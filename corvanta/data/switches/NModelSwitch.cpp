@@ -5,6 +5,7 @@
 
 #include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/data/switches/NModelSwitchListener.h"
+#include "corvanta/data/switches/detail/NModelSet.h"
 
 namespace corvanta::data::switches {
 
@@ -96,3 +97,11 @@ boost::intrusive_ptr<NModelSet> FindModelSet(NModelSwitch const& modelSwitch,
 NModelSwitchListener::~NModelSwitchListener() = default;
 
 }  // namespace corvanta::data::switches
+
+namespace corvanta::data::switches::detail {
+
+NModelSet::NModelSet() = default;
+NModelSet::NModelSet(NModelSet const& other) = default;
+NModelSet::~NModelSet() = default;
+
+}  // namespace corvanta::data::switches::detail

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 
 #include "corvanta/core/text/message.h"
+#include "corvanta/importer/NImportError.h"
+#include "corvanta/importer/animation/NEffort.h"
 #include "corvanta/importer/animation/angles.h"
 #include "corvanta/importer/placement.h"
 
@@ -146,6 +149,11 @@ std::vector<std::string> NAnimations::GetNotes() const {
        "animation channels change meshes and were left out");
   note(m_idleCount, "animation moves nothing", "animations move nothing");
   return notes;
+}
+
+void NEffort::Refuse(std::size_t most, char const* what) {
+  throw NImportError("its cameras and animations take more than " + std::to_string(most) + ' ' +
+                     what);
 }
 
 }  // namespace corvanta::importer

@@ -21,7 +21,7 @@ struct NMovableCamera {
 /// Binds curves for interest and up to `animation` if a curve moves the camera or what stands above
 /// it: both are global, and don't follow by themselves. The interest keeps its distance. Straight
 /// lines between the keys stray from the way by at most 0.0005 of it.
-/// Requires: the camera stands in `tree`.
+/// Requires: the camera is in `tree`.
 /// Fails: throws NImportError for more keys or transforms than `effort` allows.
 CORVANTA_API void AddCameraCurves(data::domain::animation::NAnimationNode& animation,
                                   data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree,

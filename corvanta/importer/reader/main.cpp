@@ -27,12 +27,12 @@ namespace child = platform::child;
 
 constexpr unsigned kMostFiles = 64;
 
-// The host, which is spoken to and heard in turn; between, its end is this program's.
+// The host, which sends and receives in turn; between, its end is this program's.
 class Host {
  public:
   void Work() { m_endsWithHost.emplace(); }
 
-  void Tell(NReadState state, std::string_view text = {}, std::uint64_t size = 0) {
+  void Send(NReadState state, std::string_view text = {}, std::uint64_t size = 0) {
     m_endsWithHost.reset();
     static NReadAnswer answer;
     answer.state = state;
@@ -43,7 +43,7 @@ class Host {
   }
 
   template <class Message>
-  NDescriptor Hear(Message& message) {
+  NDescriptor Receive(Message& message) {
     NDescriptor descriptor[1];
     if (!child::Receive(&message, sizeof message, descriptor)) _exit(0);
     return std::move(descriptor[0]);
@@ -61,9 +61,9 @@ Host& GetHost() {
 class Opener : public NFileOpener {
  public:
   int Open(std::string const& path) override {
-    GetHost().Tell(kReadOpen, path);
+    GetHost().Send(kReadOpen, path);
     NOpenAnswer answer;
-    NDescriptor descriptor = GetHost().Hear(answer);
+    NDescriptor descriptor = GetHost().Receive(answer);
     GetHost().Work();
     return descriptor.Release();
   }
@@ -72,7 +72,7 @@ class Opener : public NFileOpener {
 void Fail(std::string_view reason) {
   // Some readers turn a failing allocation into an error of their own.
   bool const isMemory = reason.find("bad_alloc") != std::string_view::npos;
-  GetHost().Tell(isMemory ? kReadTooLarge : kReadFailed, reason);
+  GetHost().Send(isMemory ? kReadTooLarge : kReadFailed, reason);
 }
 
 // Leaves no mapping, so that the host can take the memory over.
@@ -86,7 +86,7 @@ void Write(NModelReader const& reader, NDescriptor memory) {
   reader.Write(static_cast<std::byte*>(block));
   munmap(block, size);
   memory = NDescriptor();
-  GetHost().Tell(kReadDone, {}, size);
+  GetHost().Send(kReadDone, {}, size);
 }
 
 void Serve(char const* version, std::uint64_t memory) {
@@ -94,9 +94,9 @@ void Serve(char const* version, std::uint64_t memory) {
       !child::Confine(memory, kMostFiles, child::kRightsNone)) {
     _exit(2);
   }
-  GetHost().Tell(kReadReady);
+  GetHost().Send(kReadReady);
   NReadRequest request;
-  NDescriptor shared = GetHost().Hear(request);
+  NDescriptor shared = GetHost().Receive(request);
   GetHost().Work();
   try {
     std::string const path(request.path, strnlen(request.path, sizeof request.path));
@@ -105,7 +105,7 @@ void Serve(char const* version, std::uint64_t memory) {
     auto const& reader = *new NModelReader(opener, path);
     Write(reader, std::move(shared));
   } catch (std::bad_alloc const&) {
-    GetHost().Tell(kReadTooLarge);
+    GetHost().Send(kReadTooLarge);
   } catch (std::exception const& error) {
     Fail(error.what());
   } catch (...) {
@@ -122,7 +122,7 @@ extern "C" __attribute__((noreturn)) void __assert_fail(char const* expression, 
                                                         unsigned, char const*) noexcept {
   char text[512] = "its reader expected ";
   std::strncat(text, expression, sizeof text - std::strlen(text) - 1);
-  corvanta::importer::reader::GetHost().Tell(corvanta::importer::kReadFailed, text);
+  corvanta::importer::reader::GetHost().Send(corvanta::importer::kReadFailed, text);
   _exit(0);
 }
 

@@ -46,7 +46,7 @@ struct Release {
 
 class Filter {
  public:
-  // A call that this machine doesn't have is left out by the library itself.
+  // A call that this machine doesn't have is skipped by the library itself.
   template <typename... Conditions>
   void Allow(int call, Conditions... conditions) {
     if (m_filter)

@@ -51,9 +51,9 @@ class CORVANTA_API NGeometryNode
   void Enter(NSurface& surface, Entry entry);
   void DropCache() const noexcept;
   std::set<boost::intrusive_ptr<NSurface>>::iterator Find(NSurface& surface) const noexcept;
-  // The one way by which observers hear of a change.
+  // The one way by which observers are notified of a change.
   void OnSurfaceChange(NSurface const& surface, NGeometryChangeType type) const;
-  // What is left of it when a listener has thrown: the models mark their boxes.
+  // What remains to be done when a listener's exception ends it: the models mark their boxes.
   void MarkModels(NSurface const& surface, NGeometryChangeType type) const;
 
   std::unique_ptr<Block> const m_block;

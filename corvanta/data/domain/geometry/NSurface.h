@@ -40,7 +40,7 @@ class CORVANTA_API NSurface : public core::reference_countable::NReferenceCounta
   UVWs const* GetUVWs(material::texture_mapping::NUVWMappingID id) const noexcept;
   UVWsMap const& GetUVWsMap() const noexcept;
 
-  /// Replaces all arrays. A UVW set that hasn't one element a vertex is left out.
+  /// Replaces all arrays. A UVW set that hasn't one element a vertex is ignored.
   /// Units: three floats a vertex in `coords` and `normals`. Indices are taken as they are.
   /// Raises: NGCT_SURFACE_CHANGED on every geometry node that holds this surface.
   /// Fails: false, and no change, if the floats don't make as many normals as coordinates.

@@ -25,7 +25,7 @@ inline std::wstring const PM_BOX = L"box";
 #define CORVANTA_ROWS_CONSTANTS
 #include "corvanta/data/domain/projection/projection_attributes.def"
 
-/// A projector in the scene: a box of space through which a texture is thrown onto models, its
+/// A projector in the scene: a box of space from which a texture is projected onto models, its
 /// targets, and what becomes of the coordinates afterwards. NProjectionMapping computes them.
 ///
 /// A target has a frame: its global transform when the projection was first used on it. The

@@ -6,7 +6,8 @@
 
 namespace corvanta::data::internal::detail {
 
-/// Thrown where something that the internal data is made of is refused; caught by Initialize.
+/// An exception for where something that the internal data is made of is refused; caught by
+/// Initialize.
 struct NRefusal {};
 
 inline void Require(bool isAccepted) {

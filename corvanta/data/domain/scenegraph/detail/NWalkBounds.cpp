@@ -1,10 +1,12 @@
 #include "corvanta/data/domain/scenegraph/detail/NWalkBounds.h"
 
-#include <pthread.h>
-
 #include <algorithm>
 
+#include <pthread.h>
+
 #include "corvanta/data/domain/scenegraph/NSceneGraphWalkError.h"
+#include "corvanta/data/domain/scenegraph/detail/item_access.h"
+#include "corvanta/data/domain/scenegraph/item/detail/block.h"
 #include "corvanta/data/domain/scenegraph/walk_budget.h"
 
 namespace corvanta::data::domain::scenegraph::detail {
@@ -66,6 +68,19 @@ void RequireStack() {
   if (here - reserve.begin < reserve.size) {
     throw NSceneGraphWalkError(NSceneGraphWalkError::kTooDeep);
   }
+}
+
+item::NSceneGraphItemNode const* NItemAccess::GetParent(item::NSceneGraphItemNode const& item) {
+  return item.m_block->parent;
+}
+
+bool NItemAccess::IsReferrer(item::NSceneGraphItemNode const& item,
+                             item::NSceneGraphReferenceNode const& reference) {
+  return item.IsReferrer(reference);
+}
+
+unsigned NItemAccess::GetListCount(item::NSceneGraphItemNode const& item) {
+  return item.m_block->listCount;
 }
 
 }  // namespace corvanta::data::domain::scenegraph::detail

@@ -6,6 +6,8 @@
 
 #include "corvanta/core/detail/scope_exit.h"
 #include "corvanta/core/reference_countable/hold.h"
+#include "corvanta/core/string_table/string_table.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/data/domain/scenegraph/item/detail/block.h"
 #include "corvanta/data/domain/scenegraph/item/detail/default_name.h"
@@ -342,5 +344,19 @@ Matrix CalcTransformMatrix(Vec3 const& scale, Vec3 const& pivot, Vec3 const& rot
   result *= step;
   return result;
 }
+
+NSceneGraphGroupNode::NSceneGraphGroupNode(
+    core::node::NNodeID const& id, core::domain::NDomainBase* domain,
+    events::attribute_change::NMultiplexer const* multiplexer)
+    : NSceneGraphItemNode(id, domain, multiplexer,
+                          core::string_table::GetString(core::string_table::DATA_GROUP)) {}
+
+NSceneGraphGroupNode::~NSceneGraphGroupNode() = default;
+
+void NSceneGraphGroupNode::CopyTo(NSceneGraphGroupNode& target) const {
+  NSceneGraphItemNode::CopyTo(target);
+}
+
+wchar_t const* NSceneGraphGroupNode::GetSceneGraphItemTypeImpl() const { return SGIT_GROUP; }
 
 }  // namespace corvanta::data::domain::scenegraph::item

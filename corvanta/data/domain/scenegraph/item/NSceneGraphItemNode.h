@@ -26,9 +26,9 @@ namespace corvanta::data::domain::scenegraph::item {
 ///
 /// A parent owns its children. The local matrix and the box are computed when they are asked for
 /// and kept until an attribute they depend on was set with notification, or a child came or went.
-/// Not marked dirty are they by a silent write, by an insert by index (the old parent), by CopyTo
-/// (it hands the box over), by an ancestor's move above an absolute item, and by the death of a
-/// geometry, tree or root. A listener of an attribute that reads a cache inside the event gets the
+/// These do not mark them dirty: a silent write, an insert by index (the old parent), CopyTo (it
+/// hands the box over), an ancestor's move above an absolute item, and the end of a geometry, tree
+/// or root. A listener of an attribute that reads a cache inside the event gets the
 /// value from before: rules 27 to 31 of docs/events.md.
 ///
 /// Units: row vectors; single precision; rotations in degrees.
@@ -51,7 +51,7 @@ class CORVANTA_API NSceneGraphItemNode
   /// Cost: a load while it is clean.
   VX_Math::Matrix const& GetTransform() const;
   /// The box of this item's subtree in its own frame, that is before its own transform. Hidden
-  /// children are left out; the item's own visibility has no effect.
+  /// children are excluded; the item's own visibility has no effect.
   /// Units: `accumulated` is the item's global matrix, `base` the control transform of its tree.
   /// While the box is clean it is returned whatever they are.
   VX_Math::Box3 const& GetBoundingBox(VX_Math::Matrix const& accumulated,

@@ -12,6 +12,7 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeDomain.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeListener.h"
+#include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
 #include "corvanta/vx_math/Quaternion.h"
 
 namespace corvanta::data::domain::scenegraph::tree {
@@ -137,6 +138,17 @@ wchar_t const* NSceneGraphTreeDomain::GetTypeImpl() const { return DT_SCENEGRAPH
 
 bool NSceneGraphTreeDomain::InitializeNode(NSceneGraphTreeNode& node) const {
   return Attach<events::scene_graph_tree::NListener>(m_trees, node);
+}
+
+VX_Math::Box3 GetBoundingBox(NSceneGraphTreeNode const& tree) {
+  auto const held = core::reference_countable::Hold(tree);
+  auto const root = tree.GetRoot();
+  if (!root) return {};
+  VX_Math::Matrix const& control = tree.GetControlTransform();
+  VX_Math::Matrix const global = root->GetTransform() * control;
+  VX_Math::Box3 box = root->GetBoundingBox(global, control);
+  box.Transform(global);
+  return box;
 }
 
 }  // namespace corvanta::data::domain::scenegraph::tree
