@@ -26,12 +26,12 @@ class CORVANTA_API NImportTarget {
   /// Fails: throws as its CreateNode does.
   template <class Domain>
   auto Create(Domain& domain) {
-    return Add(domain.CreateNode());
+    return Add([&domain] { return domain.CreateNode(); });
   }
   /// A node of the class `Node` in a domain of several kinds.
   template <class Node, class Domain>
   boost::intrusive_ptr<Node> Create(Domain& domain) {
-    return Add(domain.template CreateNode<Node>());
+    return Add([&domain] { return domain.template CreateNode<Node>(); });
   }
 
   void SetArchive(std::unique_ptr<NTemporaryArchive const> archive) {
@@ -42,14 +42,17 @@ class CORVANTA_API NImportTarget {
   void Keep();
 
  private:
-  template <class Node>
-  boost::intrusive_ptr<Node> Add(boost::intrusive_ptr<Node> node) {
-    m_nodes.emplace_back(node);
+  // The entry is made first: a node that memory is lacking to note would stay in the document.
+  template <class Creation>
+  auto Add(Creation const& create) {
+    m_nodes.emplace_back();
+    auto const node = create();
+    m_nodes.back() = node;
     return node;
   }
 
   data::document::NDocument& m_document;
-  std::vector<boost::intrusive_ptr<core::node::NNode>> m_nodes;
+  std::vector<boost::intrusive_ptr<core::node::NNode>> m_nodes;  // null where making one failed
   std::unique_ptr<NTemporaryArchive const> m_archive;
 };
 

@@ -96,8 +96,8 @@ bool ChooseVariant(NImportedModel const& model, std::string const& name) {
 
 NImportTarget::~NImportTarget() {
   for (; !m_nodes.empty(); m_nodes.pop_back()) {
-    core::node::NNode& node = *m_nodes.back();
-    if (node.GetDomain() != nullptr) node.GetDomain()->RemoveNode(node);
+    auto* const node = m_nodes.back().get();
+    if (node != nullptr && node->GetDomain() != nullptr) node->GetDomain()->RemoveNode(*node);
   }
 }
 
