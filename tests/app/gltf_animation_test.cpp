@@ -98,7 +98,7 @@ TEST(GltfAnimationTest, AStepFiresInTheFrameOfItsTime) {
         app::NTimeLinePlayer player(*model.animations.at(0), isReverse, false);
         app::NPlayback playback(document, player, {static_cast<double>(rate), {}, false});
         int lateCount = 0;
-        playback.Run([&](app::NFrame const& frame) {
+        playback.Run([&, tenths = tenths](app::NFrame const& frame) {
           double const keys = frame.moment * 10 / tenths;
           double const expected = std::floor(keys + 1e-5);
           lateCount += std::abs(model.tree->GetRoot()->GetTranslationX() - expected) > 1e-9;
