@@ -61,6 +61,10 @@ std::size_t NPlayback::CountMoved(std::vector<double> const& before,
 
 NPlayer::~NPlayer() = default;
 
+bool NPlayer::IsReached(double step, double left) {
+  return left > 0.0 && std::abs(step - left) <= 1e-6 + 1e-12 * left;
+}
+
 NEventCounter::~NEventCounter() = default;
 
 std::size_t NEventCounter::TakeCount() { return std::exchange(m_count, 0); }

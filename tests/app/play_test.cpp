@@ -131,7 +131,7 @@ TEST_F(PlayTest, RefusesInOneLineAndLeavesFilesAlone) {
   ExpectRefused("play model.gltf",
                 {{"--timeline 3", "no animation 3, the file has 2", "model.gltf", 1},
                  {"--timeline 0", "counted from 1"},
-                 {"--timeline one", ""},
+                 {"--timeline one", "no animation \"one\", the file has 2", "model.gltf", 1},
                  {"--timeline 1 --tour", "exclude"},
                  {"--fps 0", "--fps"},
                  {"--fps nan", "--fps"},
