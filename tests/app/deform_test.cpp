@@ -411,5 +411,49 @@ TEST(DeformTest, BadSkinsAndTargetsCostALine) {
   }
 }
 
+// Pointers to parts of nodes are as good as their channels; others are named.
+TEST(DeformTest, PointersMoveNodesAndWeights) {
+  json file = Animated(Morphed(), {0, 1}, {0, 1, 1, 0}, "LINEAR");
+  auto const point = [](std::string const& pointer) {
+    return json{{"path", "pointer"},
+                {"extensions", {{"KHR_animation_pointer", {{"pointer", pointer}}}}}};
+  };
+  file["animations"][0]["channels"][0]["target"] = point("/nodes/0/weights");
+  file["extensionsUsed"] = {"KHR_animation_pointer"};
+  json const good = file;
+  file["animations"][0]["channels"].push_back(
+      {{"sampler", 0}, {"target", point("/materials/0/emissiveFactor")}});
+  for (json const& one : {good, file}) {
+    Deformed played(one);
+    played.PlayTo(0.25);
+    ExpectNear(played.GetLocal(), Lifted(0.25f, 0.75f), 1e-6f);
+    if (one != good) {
+      EXPECT_THAT(played.GetNotes(),
+                  ElementsAre("1 animation channel can't be played and was left out: "
+                              "\"animations[0]\", channel 1: a pointer to "
+                              "\"/materials/0/emissiveFactor\""));
+    } else {
+      EXPECT_THAT(played.GetNotes(), IsEmpty());
+    }
+  }
+}
+
+class DeformedProgramTest : public ProgramTest {};
+
+TEST_F(DeformedProgramTest, PicturesAndPlaysShowTheDeformedMesh) {
+  m_files.Write("bar.gltf", Bar().dump());
+  std::array<std::string, 3> pictures;
+  for (std::size_t i = 0; i != 3; ++i) {
+    RunWell("render bar.gltf --size 64x64 --ids out.png --time " + std::to_string(i / 2.0));
+    pictures[i] = Read("out.png");
+  }
+  EXPECT_NE(pictures[0], pictures[1]);
+  EXPECT_NE(pictures[1], pictures[2]);
+  RunWell("play bar.gltf --fps 2 --size 64x64 -o frame%d.png");
+  RunWell("render bar.gltf --size 64x64 -o still.png --time 0.5");
+  EXPECT_EQ(Read("frame1.png"), Read("still.png"));
+  EXPECT_NE(Read("frame0.png"), Read("frame2.png"));
+}
+
 }  // namespace
 }  // namespace corvanta::app_tests
