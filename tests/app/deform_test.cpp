@@ -305,6 +305,21 @@ TEST(DeformTest, MorphTargetsAddUpByTheirWeights) {
   }
 }
 
+// Vertices that are alike at rest stay apart if they are two in the file.
+TEST(DeformTest, VerticesInOnePlacePart) {
+  Mesh mesh = Triangle();
+  for (std::size_t i = 0; i != 9; ++i) mesh.coords.push_back(mesh.coords[i]);
+  mesh.indices = {0, 1, 2, 3, 4, 5};
+  for (std::size_t i = 0; i != 6; ++i) mesh.normals.insert(mesh.normals.end(), {0, 0, 1});
+  json file = json::parse(MakeGltf({mesh}, {{{"name", "mesh"}, {"mesh", 0}, {"weights", {1}}}}));
+  Arrays arrays(file);
+  file["meshes"][0]["primitives"][0]["targets"] = {
+      {{"POSITION",
+        arrays.Add<float>({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 1, 0, 0, 1}, "VEC3", 3)}}};
+  EXPECT_EQ(Deformed(file).GetLocal(),
+            (Points{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {1, 0, 1}, {0, 1, 1}}));
+}
+
 // Models of one mesh move each for itself, and what doesn't move stays one geometry.
 TEST(DeformTest, ModelsOfOneMeshMoveEachForItself) {
   json file = Bar();

@@ -1,6 +1,7 @@
 #include "corvanta/importer/deform/NShape.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numeric>
 
@@ -29,13 +30,15 @@ void Add(XYZ& to, NTriple const& offset, float weight) {
   to.z += weight * offset[2];
 }
 
-// What has no direction keeps the one that it has.
-void SetDirection(XYZ const& v, float* to) {
+// Fails: false, and no change, for what has no direction.
+bool SetDirection(XYZ const& v, float* to) {
   float const length = std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
-  if (!(length > 0.0f) || !std::isfinite(length)) return;
-  to[0] = v.x / length;
-  to[1] = v.y / length;
-  to[2] = v.z / length;
+  if (!(length > 0.0f) || !std::isfinite(length)) return false;
+  float const scale = 1.0f / length;
+  to[0] = v.x * scale;
+  to[1] = v.y * scale;
+  to[2] = v.z * scale;
+  return true;
 }
 
 // What a matrix does to normals, but for their length.
@@ -140,36 +143,39 @@ NShape::Added NShape::Morph(std::span<float const> weights) const {
 }
 
 Matrix NShape::Blend(std::size_t vertex, std::span<Matrix const> joints) const {
-  Matrix sum(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
+  std::array<float, 16> sum{};  // which nothing else can be, so that the loops become a few adds
   for (std::size_t i = m_influenceStarts[vertex]; i != m_influenceStarts[vertex + 1]; ++i) {
     if (m_influences[i].joint >= joints.size()) continue;
     float const* const joint = joints[m_influences[i].joint].data();
     float const weight = m_influences[i].weight;
-    for (std::size_t k = 0; k != 16; ++k) sum.data()[k] += weight * joint[k];
+    for (std::size_t k = 0; k != 16; ++k) sum[k] += weight * joint[k];
   }
   // The last number of an affine matrix is 1, so that this is the sum of the weights.
-  float const whole = sum(3, 3);
+  float const whole = sum[15];
   if (whole == 0.0f) return Matrix();
-  if (whole == 1.0f) return sum;
-  for (std::size_t k = 0; k != 16; ++k) sum.data()[k] /= whole;
-  return sum;
+  if (whole != 1.0f) {
+    for (float& number : sum) number /= whole;
+  }
+  Matrix matrix;
+  std::copy(sum.begin(), sum.end(), matrix.data());
+  return matrix;
 }
 
 NShape::Arrays NShape::Evaluate(std::span<Matrix const> joints,
                                 std::span<float const> weights) const {
   std::size_t const count = m_placeStarts.size() - 1;
+  bool const isSkinned = !m_influenceStarts.empty() && !joints.empty();
   Added const added = Morph(weights);
   Arrays arrays{std::vector<float>(3 * m_coords.size()), std::vector<float>(3 * m_coords.size())};
   std::vector<bool> isMirrored(m_groups.empty() ? 0 : m_coords.size());
   for (std::size_t vertex = 0; vertex != count; ++vertex) {
     if (m_placeStarts[vertex] == m_placeStarts[vertex + 1]) continue;
-    Matrix const matrix = m_influenceStarts.empty() ? Matrix() : Blend(vertex, joints);
+    Matrix const matrix = isSkinned ? Blend(vertex, joints) : Matrix();
     NormalTransform const turn(matrix);
     for (std::size_t i = m_placeStarts[vertex]; i != m_placeStarts[vertex + 1]; ++i) {
       std::uint32_t const place = m_places[i];
       XYZ coord = m_coords[place], normal = m_normals[place];
       float* const outNormal = &arrays.normals[3 * std::size_t{place}];
-      SetDirection(normal, outNormal);
       if (!added.positions.empty()) {
         Add(coord, ToTriple(added.positions[vertex]), 1.0f);
         Add(normal, ToTriple(added.normals[vertex]), 1.0f);
@@ -178,7 +184,8 @@ NShape::Arrays NShape::Evaluate(std::span<Matrix const> joints,
         arrays.coords[3 * std::size_t{place} + static_cast<std::size_t>(k)] =
             coord.x * matrix(0, k) + coord.y * matrix(1, k) + coord.z * matrix(2, k) + matrix(3, k);
       }
-      SetDirection(turn(normal), outNormal);
+      bool const hasDirection = SetDirection(isSkinned ? turn(normal) : normal, outNormal);
+      if (!hasDirection) SetDirection(m_normals[place], outNormal);
       if (!isMirrored.empty()) isMirrored[place] = turn.isMirrored;
     }
   }
