@@ -1,4 +1,6 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <exception>
 #include <filesystem>
@@ -33,17 +35,23 @@ namespace corvanta::app {
 namespace {
 
 constexpr char kFooter[] = R"(
---timeline N plays the file's Nth animation, counted from 1; --tour leads a
-camera from one camera of the file to the next, two seconds at each, or once
-around the scene where there are none. Without either it is the first animation,
-or the tour where there is none.
+--timeline plays the file's first animation of that name, or else the Nth,
+counted from 1; --tour leads a camera from one camera of the file to the next,
+two seconds at each, or once around the scene where there are none. Without
+either it is the first animation, or the tour where there is none.
 
 Each frame is a line: the seconds since the begin, the moment of what is played,
 how many items moved, and how many events a listener of the model heard. It ends
-with the run; with --repeat after two, or when --seconds are over.
+with the run; with --repeat after two, or when --seconds are over. With --repeat
+a frame at the end of a run shows the begin of the next one, also the last.
 
 -o writes the frames as pictures, through the tour's camera or, for an animation,
-one that shows the whole scene as it is in that frame; each file is there as a whole or not at all.
+one that shows the whole scene as it is in that frame; each file is there as a
+whole or not at all. Other tools make one file of frames/%04d.png, such as
+  ffmpeg -framerate 25 -i frames/%04d.png -pix_fmt yuv420p video.mp4
+  ffmpeg -framerate 25 -i frames/%04d.png animation.gif
+  convert -delay 4 -loop 0 frames/*.png animation.gif
+where 25 is the --fps and 4 are hundredths of a second.
 
 --csv writes a row for each frame and a column for each attribute that is
 animated; for the tour, the camera's global position, its interest and its up.
@@ -52,7 +60,7 @@ animated; for the tour, the camera's global position, its interest and its up.
 struct Options {
   std::string file, csv, plot, frames, camera;
   std::string size = "800x600";
-  std::optional<unsigned> timeline;
+  std::string timeline;
   bool isTour = false;
   NPace pace;
   bool isReverse = false;
@@ -61,6 +69,14 @@ struct Options {
 
 // Times are sums of steps; nobody means what stands behind the microseconds.
 double Rounded(double seconds) { return std::round(seconds * 1e6) / 1e6; }
+
+/// The whole number that a text is.
+std::optional<std::size_t> ParseNumber(std::string const& text) {
+  std::size_t number = 0;
+  char const* const end = text.data() + text.size();
+  auto const [rest, fault] = std::from_chars(text.data(), end, number);
+  return fault == std::errc() && rest == end ? std::optional(number) : std::nullopt;
+}
 
 class Play {
  public:
@@ -95,7 +111,7 @@ class Play {
 
  private:
   bool IsTour() const {
-    return m_options.isTour || (!m_options.timeline && m_model.animations.empty());
+    return m_options.isTour || (m_options.timeline.empty() && m_model.animations.empty());
   }
 
   /// Fails: null, with the reason printed.
@@ -105,15 +121,31 @@ class Play {
     if (IsTour()) {
       return std::make_unique<NTourPlayer>(stage, m_model, m_options.isReverse, repeats);
     }
-    unsigned const number = m_options.timeline.value_or(1);
-    if (number <= animations.size()) {
-      return std::make_unique<NTimeLinePlayer>(*animations[number - 1], m_options.isReverse,
-                                               repeats);
+    auto const number = FindAnimation();
+    if (number < animations.size()) {
+      return std::make_unique<NTimeLinePlayer>(*animations[number], m_options.isReverse, repeats,
+                                               m_model.deformer);
     }
-    PrintError(m_options.file,
-               "no animation " + std::to_string(number) + ", the file has " +
-                   (animations.empty() ? "none" : std::to_string(animations.size())));
+    PrintError(
+        m_options.file,
+        "no animation " +
+            (ParseNumber(m_options.timeline) ? m_options.timeline : Quoted(m_options.timeline)) +
+            ", the file has " + (animations.empty() ? "none" : std::to_string(animations.size())));
     return nullptr;
+  }
+
+  /// The place of the animation that is to be played.
+  /// Fails: a place behind all.
+  std::size_t FindAnimation() const {
+    std::string const& wanted = m_options.timeline;
+    if (wanted.empty()) return 0;
+    auto const& animations = m_model.animations;
+    auto const named =
+        std::find_if(animations.begin(), animations.end(), [&wanted](auto const& animation) {
+          return core::text::ToNarrow(animation->GetName()) == wanted;
+        });
+    if (named != animations.end()) return static_cast<std::size_t>(named - animations.begin());
+    return ParseNumber(wanted).value_or(0) - std::size_t{1};
   }
 
   /// Gives the exit status.
@@ -223,8 +255,10 @@ bool IsSamePlace(std::string const& a, std::string const& b) {
 
 /// What the options can't be together or at all; empty if they can be.
 std::string FindFault(Options const& options) {
-  if (options.timeline && options.isTour) return "--timeline and --tour exclude each other";
-  if (options.timeline == 0u) return "--timeline: animations are counted from 1";
+  if (!options.timeline.empty() && options.isTour)
+    return "--timeline and --tour exclude each other";
+  if (ParseNumber(options.timeline) == std::size_t{0})
+    return "--timeline: animations are counted from 1";
   if (!(options.pace.fps > 0.0 && options.pace.fps <= 1e6)) {
     return "--fps needs a number above 0, up to a million";
   }
@@ -249,7 +283,8 @@ void AddPlay(CLI::App& program, int& status) {
   CLI::App* const command =
       program.add_subcommand("play", "Play an animation of a file, or a tour through it.");
   command->add_option("FILE", options->file, "Model file")->required();
-  command->add_option("--timeline", options->timeline, "Play the Nth animation of the file");
+  command->add_option("--timeline", options->timeline,
+                      "Play the animation of the file with that name, or the Nth");
   command->add_flag("--tour", options->isTour, "Lead a camera through the scene");
   command->add_option("--fps", options->pace.fps, "Frames a second (25)");
   command->add_option("--seconds", options->pace.seconds, "How long to play");

@@ -129,6 +129,9 @@ class Render {
         return Refuse("--set " + text, error.what());
       }
     }
+    for (importer::NImportedModel const& model : m_models) {
+      if (model.deformer && !m_options.assignments.empty()) model.deformer->Update();
+    }
     if (!m_options.choice.empty() &&
         !SwitchMaterial(m_document, tree, *ParseChoice(m_options.choice))) {
       return Refuse("--switch", "there is no such material");
@@ -168,8 +171,8 @@ class Render {
   void PlayTo(double seconds) {
     for (importer::NImportedModel const& model : m_models) {
       if (model.animations.empty()) continue;
-      m_players.push_back(
-          std::make_unique<NTimeLinePlayer>(*model.animations.front(), false, false));
+      m_players.push_back(std::make_unique<NTimeLinePlayer>(*model.animations.front(), false, false,
+                                                            model.deformer));
       m_players.back()->Begin();
       m_players.back()->Advance(seconds);
     }

@@ -165,7 +165,9 @@ TEST(GltfAnimationTest, LeavesOutWhatCannotBeRead) {
   channel["target"] = {{"path", "scale"}};
   file["animations"][0]["channels"].push_back(channel);
   Played const played(file.dump());
-  EXPECT_THAT(played.GetNotes(), ElementsAre(HasSubstr("1 animation channel can't be read")));
+  EXPECT_THAT(
+      played.GetNotes(),
+      ElementsAre(HasSubstr("1 animation channel can't be played and was left out: \"some\"")));
   EXPECT_EQ(played.GetItemCount(), 1u);
   EXPECT_EQ(played.At(1, "part", L"translation.x"), 0);
   EXPECT_NEAR(played.At(1, "part", L"scale.x"), 3, 1e-9);

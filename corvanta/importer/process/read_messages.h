@@ -6,7 +6,7 @@
 /// started with the version and with the memory that it may take.
 namespace corvanta::importer {
 
-inline constexpr char kReaderVersion[] = "2";
+inline constexpr char kReaderVersion[] = "3";
 
 /// To the program, with shared memory: the file to read.
 struct NReadRequest {
