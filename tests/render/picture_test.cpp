@@ -5,10 +5,10 @@
 
 #include "corvanta/data/domain/light_env/NLamp.h"
 #include "corvanta/data/domain/light_env/NLightEnvNode.h"
+#include "corvanta/data/domain/material/NMaterialOptions.h"
 #include "corvanta/data/domain/material/texture_mapping/NProjectionMapping.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
 #include "corvanta/data/domain/texture/NTextureUse.h"
-#include "corvanta/renderer/NMaterialOptions.h"
 #include "tests/render/world.h"
 #include "tests/support/temporary_files.h"
 
@@ -426,7 +426,7 @@ TEST_F(PictureTest, FlecksGlitterWhereTheyAreTiltedToTheLamp) {
 
 TEST_F(PictureTest, OneSidedModelsAreSeenFromTheFrontAlone) {
   AddLamp(light_env::LAMP_TYPE_POINT, 0, 0, 12);
-  m_material->SetType(data::domain::material::NMaterialType(renderer::NMO_ONE_SIDED));
+  m_material->SetType(data::domain::material::NMaterialType(data::domain::material::NMO_ONE_SIDED));
   struct Row {
     double rotation, scale;
     bool isSeen;

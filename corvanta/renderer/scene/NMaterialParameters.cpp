@@ -13,7 +13,12 @@ namespace corvanta::renderer {
 namespace {
 
 namespace domain = data::domain;
+using domain::material::kCombinationMask;
+using domain::material::kMostCutOff;
+using domain::material::NColorOperation;
 using enum domain::texture::NTextureUse;
+using enum domain::material::NColorOperation;
+using domain::material::NMO_ONE_SIDED;
 
 float Finite(double value) {
   auto const narrow = static_cast<float>(value);
@@ -50,7 +55,8 @@ int GetBounds(domain::material::texture_mapping::NTextureMapping const& mapping)
   return node ? (node->WrapU() ? 0 : 1) | (node->WrapV() ? 0 : 2) : 0;
 }
 
-NColorOperation GetColorOperation(long type) {
+NColorOperation GetColorOperation(long operation) {
+  long const type = operation & kCombinationMask;
   return type >= NCO_MULTIPLY && type <= NCO_IGNORE_ALPHA ? static_cast<NColorOperation>(type)
                                                           : NCO_MULTIPLY;
 }
@@ -76,10 +82,8 @@ void AddTexture(NMaterialParameters& parameters, domain::texture::NTextureNode c
   } else if (slot == NTS_OPACITY) {
     parameters.opacityInAlpha = loaded.hasAlpha;
     parameters.isTransparent = true;
-    long const operation = texture.GetOperationType();
-    if (operation > 0 && operation <= kMostCutOff) {
-      parameters.cutOff = static_cast<float>(operation) / static_cast<float>(kMostCutOff);
-    }
+    long const cutOff = texture.GetOperationType() & kCombinationMask;
+    parameters.cutOff = static_cast<float>(cutOff) / static_cast<float>(kMostCutOff);
   }
 }
 

@@ -4,7 +4,7 @@
 
 #include "corvanta/data/domain/environment/NEnvironmentNode.h"
 #include "corvanta/data/domain/material/NMaterialNode.h"
-#include "corvanta/renderer/NMaterialOptions.h"
+#include "corvanta/data/domain/material/NMaterialOptions.h"
 #include "corvanta/renderer/gl/shaders.h"
 #include "corvanta/renderer/scene/NMeshes.h"
 #include "corvanta/renderer/scene/NTextures.h"
@@ -51,7 +51,7 @@ struct NMaterialParameters {
   std::array<GLuint, NTS_COUNT> textures{};  // 0 where there is none
   NTextureMappings mappings;
   int bounds = 0;  // two bits for each texture: it ends at the borders of u, of v
-  NColorOperation colorOperation = NCO_MULTIPLY;
+  data::domain::material::NColorOperation colorOperation = data::domain::material::NCO_MULTIPLY;
   NBumpContent bumpContent = NBC_NONE;
   float bumpScale = 1.0f;
   bool opacityInAlpha = false;
