@@ -4,6 +4,7 @@
 #include <tuple>
 
 #include "corvanta/core/text/message.h"
+#include "corvanta/data/domain/material/NMaterialOptions.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
 #include "corvanta/data/domain/texture/NTextureNode.h"
 #include "corvanta/data/domain/texture/NTextureUse.h"
@@ -75,6 +76,9 @@ boost::intrusive_ptr<domain::material::NMaterialNode> NMaterials::GetMaterial(st
   SetName(*node, m_scene.GetText(source.name));
   SetColors(source, *node);
   SetSurface(source, *node);
+  if (source.isOneSided != 0) {
+    node->SetType(static_cast<domain::material::NMaterialType>(domain::material::NMO_ONE_SIDED));
+  }
   // The attribute is 1 for what lets nothing through. Nobody models what is never seen: formats and
   // exporters disagree on which end means opaque.
   if (source.opacity.isSet != 0) {
@@ -104,9 +108,8 @@ void NMaterials::AddTextures(neutral::NMaterial const& source,
     auto const texture = m_target.Create(m_target.GetDocument().GetTextures());
     texture->SetName(image->GetName());
     texture->SetType(static_cast<domain::texture::NTextureType>(entry.use));
-    if (entry.use == NTU_HEIGHT || entry.use == NTU_NORMAL) {
-      texture->SetBumpScale(source.bumpScale.isSet != 0 ? source.bumpScale.value : 1.0f);
-    }
+    texture->SetBumpScale(entry.scale);
+    texture->SetOperationType(static_cast<domain::texture::NTextureOperationType>(entry.operation));
     texture->SetImage(core::node::NNodeReference<domain::image::NImageNode>(*image));
     boost::intrusive_ptr<texture_mapping::NUVWMapping> const mapping(
         new texture_mapping::NUVWMapping(

@@ -326,7 +326,8 @@ neutral::NSceneWriter MakeWhole() {
   mesh.triangles = writer.Add(std::vector<neutral::NTriangle>{{0, 1, 2}});
   writer.Get<neutral::NMesh>().push_back(mesh);
   neutral::NMaterial material{};
-  material.textures = writer.Add(std::vector<neutral::NTexture>{{0, 0, 0}, {1, 1, 0}});
+  material.textures =
+      writer.Add(std::vector<neutral::NTexture>{{0, 0, 0, 0, 1.0f}, {1, 1, 0, 0, 1.0f}});
   writer.Get<neutral::NMaterial>().push_back(material);
   neutral::NBytes const bytes = writer.Add(std::vector<std::uint8_t>(5));
   neutral::NText const own = writer.AddText("own");

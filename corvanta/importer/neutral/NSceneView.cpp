@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "corvanta/data/domain/material/NMaterialOptions.h"
 #include "corvanta/data/domain/texture/NTextureUse.h"
 #include "corvanta/importer/NImportError.h"
 
@@ -110,6 +111,9 @@ class Checker {
     for (NTexture const& texture : m_scene.Get(material.textures)) {
       Require(texture.picture < Count<NPicture>(), "a texture has no picture");
       Require(texture.use <= data::domain::texture::NTU_OTHER, "a texture has no use");
+      Require(texture.operation <= data::domain::material::kMostOperation &&
+                  std::isfinite(texture.scale),
+              "a texture's operation isn't one");
     }
   }
 

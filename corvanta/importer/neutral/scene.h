@@ -80,16 +80,19 @@ struct NTexture {
   std::uint32_t use;  // an NTextureUse
   std::uint32_t picture;
   std::uint32_t uvSet;
+  std::uint32_t operation;  // of the texture's node; see NMaterialOptions.h
+  float scale;              // of heights, normals, metalness, roughness or occlusion
 };
 
 /// What isn't set is the importer's to choose.
 struct NMaterial {
   NText name;
   NMaybe<NTriple> diffuse, ambient, specular, emissive;
-  NMaybe<float> shininess, opacity, bumpScale;
+  NMaybe<float> shininess, opacity;
   NMaybe<float> roughness, refractiveIndex, clearcoatIndex;
   NMaybe<float> reflection;  // a factor of the mirrored surroundings
   NRange<NTexture> textures;
+  std::uint64_t isOneSided;  // whether its back faces aren't seen
 };
 
 /// A picture in the file itself has bytes and an extension that says how to decode them; the name

@@ -11,6 +11,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "corvanta/data/domain/material/NMaterialOptions.h"
 #include "corvanta/data/domain/texture/NTextureUse.h"
 
 namespace corvanta::importer::reader {
@@ -44,6 +45,15 @@ constexpr std::array<std::pair<aiTextureType, NTextureUse>, 17> kUses{{
     {aiTextureType_SHININESS, NTU_OTHER},
     {aiTextureType_UNKNOWN, NTU_OTHER},
 }};
+
+using enum data::domain::material::NColorOperation;
+using data::domain::material::MakeOperation;
+using data::domain::material::NTextureWrap;
+
+NTextureWrap GetWrap(aiTextureMapMode mode) {
+  if (mode == aiTextureMapMode_Mirror) return NTextureWrap::NTW_MIRROR;
+  return mode == aiTextureMapMode_Clamp ? NTextureWrap::NTW_CLAMP : NTextureWrap::NTW_REPEAT;
+}
 
 // What Assimp puts where an OBJ file gives no colour.
 constexpr NTriple kUnsaid{0.6f, 0.6f, 0.6f};
@@ -191,7 +201,6 @@ void NAssimpConverter::AddMaterial(aiMaterial const& source) {
   GetColor(source, AI_MATKEY_COLOR_EMISSIVE, material.emissive);
   GetNumber(source, AI_MATKEY_SHININESS, material.shininess);
   GetNumber(source, AI_MATKEY_OPACITY, material.opacity);
-  GetNumber(source, AI_MATKEY_BUMPSCALING, material.bumpScale);
   auto const textures = GetTextures(source);
   // Many exporters write black, or what an application has there without the texture.
   bool const hasPicture = std::any_of(textures.begin(), textures.end(), [](auto const& texture) {
@@ -205,13 +214,27 @@ void NAssimpConverter::AddMaterial(aiMaterial const& source) {
 }
 
 std::vector<neutral::NTexture> NAssimpConverter::GetTextures(aiMaterial const& source) {
+  neutral::NMaybe<float> bumpScale{};
+  GetNumber(source, AI_MATKEY_BUMPSCALING, bumpScale);
   std::vector<neutral::NTexture> textures;
   for (auto const& [type, use] : kUses) {
     for (unsigned i = 0; i != source.GetTextureCount(type); ++i) {
       aiString file;
       unsigned uvSet = 0;
-      if (source.GetTexture(type, i, &file, nullptr, &uvSet) != AI_SUCCESS) continue;
-      textures.push_back({static_cast<std::uint32_t>(use), GetPicture(file), uvSet});
+      std::array<aiTextureMapMode, 3> modes{};
+      if (source.GetTexture(type, i, &file, nullptr, &uvSet, nullptr, nullptr, modes.data()) !=
+          AI_SUCCESS) {
+        continue;
+      }
+      int flags = 0;
+      source.Get(AI_MATKEY_TEXFLAGS(type, i), flags);
+      bool const isOpaque = use == NTU_COLOR && (flags & aiTextureFlags_IgnoreAlpha) != 0;
+      long const operation = MakeOperation(isOpaque ? NCO_IGNORE_ALPHA : NCO_MULTIPLY,
+                                           GetWrap(modes[0]), GetWrap(modes[1]));
+      bool const isBump = use == NTU_HEIGHT || use == NTU_NORMAL;
+      textures.push_back({static_cast<std::uint32_t>(use), GetPicture(file), uvSet,
+                          static_cast<std::uint32_t>(operation),
+                          isBump && bumpScale.isSet != 0 ? bumpScale.value : 1.0f});
     }
   }
   return textures;

@@ -37,20 +37,6 @@ struct NGltfMeshes::Source {
     return indices ? indices->Get(i) : static_cast<std::uint32_t>(i);
   }
 
-  // Whether a texture is seen outside its borders.
-  bool LeavesTexture() const {
-    constexpr float kRounding = 1e-3f;
-    auto const isIn = [](float value) { return value >= -kRounding && value <= 1.0f + kRounding; };
-    for (Uvs const& set : uvs) {
-      for (std::size_t i = 0; i != GetVertexCount(); ++i) {
-        std::size_t const vertex = GetVertex(i);
-        auto const uv = set.transform.Apply(set.numbers.Get(vertex, 0), set.numbers.Get(vertex, 1));
-        if (!isIn(uv[0]) || !isIn(uv[1])) return true;
-      }
-    }
-    return false;
-  }
-
   template <class Use>
   void ForEachTriangle(Use const& use) const {
     std::size_t const count = indices ? indices->GetCount() : positions.GetCount();
@@ -111,7 +97,6 @@ std::uint32_t NGltfMeshes::AddPrimitive(tinygltf::Primitive const& primitive,
   if (IsSurface(primitive.mode)) {
     auto const source = Read(primitive);
     CheckIndices(*source);
-    m_unrepeatedCount += !m_materials.Repeats(primitive.material) && source->LeavesTexture();
     auto const reserve = [&](auto const& write) {
       return m_writer.Reserve<NTriple>(source->GetVertexCount(), [source, write](NTriple* to) {
         std::size_t const count = source->GetVertexCount();
@@ -238,8 +223,6 @@ std::vector<std::string> NGltfMeshes::GetNotes() const {
   };
   note(m_coloredCount, "mesh has vertex colours, which were left out",
        "meshes have vertex colours, which were left out");
-  note(m_unrepeatedCount, "mesh has a texture that doesn't repeat, and does here",
-       "meshes have textures that don't repeat, and do here");
   note(m_morphedCount, "mesh has morph targets, which were left out",
        "meshes have morph targets, which were left out");
   return notes;

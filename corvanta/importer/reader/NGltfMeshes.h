@@ -49,7 +49,6 @@ class NGltfMeshes {
   std::vector<std::uint32_t> m_newNumbers;  // of vertices, while a primitive is reduced
   bool m_hasTriangles = false;
   std::size_t m_coloredCount = 0;  // primitives whose vertex colours would be seen
-  std::size_t m_unrepeatedCount = 0;
   std::size_t m_morphedCount = 0;
 };
 

@@ -43,6 +43,7 @@ class NGlObject {
 using NGlBuffer = NGlObject<glGenBuffers, glDeleteBuffers>;
 using NGlFramebuffer = NGlObject<glGenFramebuffers, glDeleteFramebuffers>;
 using NGlRenderbuffer = NGlObject<glGenRenderbuffers, glDeleteRenderbuffers>;
+using NGlSampler = NGlObject<glGenSamplers, glDeleteSamplers>;
 using NGlTexture = NGlObject<glGenTextures, glDeleteTextures>;
 using NGlVertexArray = NGlObject<glGenVertexArrays, glDeleteVertexArrays>;
 

@@ -158,6 +158,7 @@ void NSurfaceProgram::SetTextures(NMaterialParameters const& material) const {
     if (!material.HasTexture(slot)) continue;
     glActiveTexture(GL_TEXTURE0 + slot);
     glBindTexture(GL_TEXTURE_2D, material.textures[slot]);
+    glBindSampler(slot, material.samplers[slot]);
   }
 }
 

@@ -67,6 +67,7 @@ void ResetKind() {
   glDisable(GL_CULL_FACE);
   glCullFace(GL_BACK);
   glFrontFace(GL_CCW);
+  for (NTextureSlot const slot : kTextureSlots) glBindSampler(slot, 0);
 }
 
 /// Calls `draw(begin, end)` for each run of equal values of `get`.

@@ -61,15 +61,31 @@ NColorOperation GetColorOperation(long operation) {
                                                           : NCO_MULTIPLY;
 }
 
-void AddTexture(NMaterialParameters& parameters, domain::texture::NTextureNode const& texture,
+/// Whether a picture gives the material a colour.
+bool IsColor(domain::material::NMaterialNode const& material,
+             domain::image::NImageNode const& image) {
+  auto const& textures = material.GetTextures();
+  return std::any_of(textures.begin(), textures.end(), [&image](auto const& entry) {
+    auto const texture = entry.first.Get();
+    NTextureSlot const slot = texture ? GetTextureSlot(texture->GetType()) : NTS_COUNT;
+    bool const isColor = slot == NTS_COLOR || slot == NTS_SPECULAR || slot == NTS_EMISSIVE;
+    return isColor && texture->GetImage().get() == &image;
+  });
+}
+
+void AddTexture(NMaterialParameters& parameters, domain::material::NMaterialNode const& material,
+                domain::texture::NTextureNode const& texture,
                 domain::material::texture_mapping::NTextureMapping const& mapping,
                 NTextures& textures) {
   NTextureSlot const slot = GetTextureSlot(texture.GetType());
   auto const image = texture.GetImage();
   if (slot == NTS_COUNT || !image || parameters.HasTexture(slot)) return;
-  bool const isData = slot == NTS_BUMP || slot == NTS_OPACITY;
+  // The opacity of a picture that gives a colour, too, is its alpha.
+  bool const isAlpha = slot == NTS_OPACITY && IsColor(material, *image);
+  bool const isData = slot == NTS_BUMP || (slot == NTS_OPACITY && !isAlpha);
   NTexture const& loaded = textures.Get(*image, isData ? NTC_DATA : NTC_COLOR);
   parameters.textures[slot] = loaded.texture.Get();
+  parameters.samplers[slot] = textures.GetSampler(texture.GetOperationType());
   parameters.mappings[slot] = &mapping;
   parameters.bounds |= GetBounds(mapping) << 2 * slot;
   if (slot == NTS_COLOR) {
@@ -80,8 +96,8 @@ void AddTexture(NMaterialParameters& parameters, domain::texture::NTextureNode c
         texture.GetType() == static_cast<long>(NTU_HEIGHT) ? NBC_HEIGHTS : NBC_NORMALS;
     parameters.bumpScale = Finite(texture.GetBumpScale());
   } else if (slot == NTS_OPACITY) {
-    parameters.opacityInAlpha = loaded.hasAlpha;
-    parameters.isTransparent = true;
+    parameters.opacityInAlpha = isAlpha || loaded.hasAlpha;
+    parameters.isTransparent |= !isAlpha || loaded.hasAlpha;
     long const cutOff = texture.GetOperationType() & kCombinationMask;
     parameters.cutOff = static_cast<float>(cutOff) / static_cast<float>(kMostCutOff);
   }
@@ -164,7 +180,7 @@ NMaterialParameters ReadMaterialParameters(domain::material::NMaterialNode const
   parameters.isTransparent = parameters.opacity < 1.0f;
   for (auto const& [reference, mapping] : material.GetTextures()) {
     auto const texture = reference.Get();
-    if (texture && mapping) AddTexture(parameters, *texture, *mapping, textures);
+    if (texture && mapping) AddTexture(parameters, material, *texture, *mapping, textures);
   }
   // What is cut off leaves the rest opaque.
   if (parameters.cutOff > 0.0f) parameters.isTransparent = false;

@@ -49,6 +49,7 @@ struct NMaterialParameters {
   float power = 1.0f;
   float opacity = 1.0f;
   std::array<GLuint, NTS_COUNT> textures{};  // 0 where there is none
+  std::array<GLuint, NTS_COUNT> samplers{};  // 0 for those that repeat
   NTextureMappings mappings;
   int bounds = 0;  // two bits for each texture: it ends at the borders of u, of v
   data::domain::material::NColorOperation colorOperation = data::domain::material::NCO_MULTIPLY;

@@ -9,8 +9,8 @@ enum NMaterialOption : long {
                       ///< anticlockwise
 };
 
-/// The low byte of a texture's operation says how it is combined, the bits above how it goes on
-/// outside its borders.
+/// The low byte of a texture's operation says how it is combined, the bits above how it is
+/// sampled.
 inline constexpr long kCombinationMask = 0xFF;
 
 /// How a colour texture is combined with the diffuse colour. Every other value does as
@@ -39,6 +39,10 @@ constexpr NTextureWrap GetWrap(long operation, int shift) {
   long const wrap = operation >> shift & 3;
   return wrap <= NTW_CLAMP ? static_cast<NTextureWrap>(wrap) : NTW_REPEAT;
 }
+/// The bit of a picture whose pixels are seen as squares where they are large.
+inline constexpr long kNearest = 1 << 12;
+inline constexpr long kMostOperation = (kNearest << 1) - 1;
+
 constexpr long MakeOperation(long combination, NTextureWrap u, NTextureWrap v) {
   return (combination & kCombinationMask) | u << kWrapShiftU | v << kWrapShiftV;
 }

@@ -1,0 +1,126 @@
+#include "tests/render/file_world.h"
+
+namespace corvanta::render_tests {
+namespace {
+
+using testing::IsEmpty;
+
+json Texture(int index = 0) { return {{"index", index}}; }
+
+json Unlit(json const& pbr, json const& more = json::object()) {
+  json material = {{"pbrMetallicRoughness", pbr},
+                   {"extensions", {{"KHR_materials_unlit", json::object()}}}};
+  material.update(more);
+  return material;
+}
+
+/// What the formats say of a material is seen; the wall emits what it is unless it says otherwise.
+class MaterialFileTest : public FileWorld {};
+
+TEST_F(MaterialFileTest, AlphaIsIgnoredCutOffOrBlended) {
+  SetColor(*m_environment, L"color", 0, 0, 1);
+  // Opacities of 0.376 and 0.753.
+  std::string const picture = MakePng(2, 1, {{0, 255, 0, 96}, {0, 255, 0, 192}});
+  struct Row {
+    char const* name;
+    json material;
+    double alpha;        // the factor
+    double left, right;  // what is seen of the wall
+  };
+  for (Row const& row : std::vector<Row>{
+           {"opaque", json::object(), 0.3, 1, 1},
+           {"cut at a half", {{"alphaMode", "MASK"}}, 1, 0, 1},
+           {"cut at a quarter", {{"alphaMode", "MASK"}, {"alphaCutoff", 0.25}}, 1, 1, 1},
+           {"the factor counts", {{"alphaMode", "MASK"}, {"alphaCutoff", 0.25}}, 0.5, 0, 1},
+           {"cut at nothing", {{"alphaMode", "MASK"}, {"alphaCutoff", 0}}, 1, 1, 1},
+           {"blended", {{"alphaMode", "BLEND"}}, 1, 0.376, 0.753},
+           {"blended, with a factor", {{"alphaMode", "BLEND"}}, 0.5, 0.188, 0.376}}) {
+    for (bool const isUnlit : {true, false}) {
+      json const pbr = {{"baseColorTexture", Texture()},
+                        {"baseColorFactor", {1, 1, 1, row.alpha}},
+                        {"metallicFactor", 0},
+                        {"roughnessFactor", 0}};
+      json material = {{"pbrMetallicRoughness", pbr}};
+      if (isUnlit) material = Unlit(pbr);
+      material.update(row.material);
+      ShowGltf(material, {picture});
+      EXPECT_THAT(m_model.notes, IsEmpty());
+      auto const drawn = DrawPicture();
+      for (auto const& [x, seen] : {std::pair(-2.0f, row.left), std::pair(2.0f, row.right)}) {
+        Color const color = At(drawn, x, 1.0f);
+        EXPECT_NEAR(color[1], Encode(seen), 8) << row.name << ' ' << isUnlit << ' ' << x;
+        EXPECT_NEAR(color[2], Encode(1 - seen), 12) << row.name << ' ' << isUnlit << ' ' << x;
+      }
+    }
+  }
+  // A picture without opacities has none that could be cut off.
+  ShowGltf(Unlit({{"baseColorTexture", Texture()}}, {{"alphaMode", "MASK"}}),
+           {MakePng(1, 1, {{0, 0, 0, 255}})});
+  EXPECT_EQ(GetMiddle(), (Color{0, 0, 0}));
+}
+
+TEST_F(MaterialFileTest, FacesAreSeenFromBehindOnlyWhereTheFileSaysSo) {
+  Primitive turned;
+  turned.indices = {0, 2, 1, 0, 3, 2};
+  for (bool const isDouble : {false, true}) {
+    ShowGltf(Unlit({{"baseColorFactor", {0, 1, 0, 1}}}, {{"doubleSided", isDouble}}), {}, turned);
+    EXPECT_EQ(GetMiddle(), (Color{0, isDouble ? 255 : 0, 0}));
+    ShowGltf(Unlit({{"baseColorFactor", {0, 1, 0, 1}}}, {{"doubleSided", isDouble}}));
+    EXPECT_EQ(GetMiddle(), (Color{0, 255, 0}));
+  }
+  // Other formats don't say.
+  Show("wall.obj", "v -4 -4 0\nv 4 -4 0\nv 4 4 0\nf 1 3 2\n");
+  EXPECT_GT(At(DrawPicture(), 1, -1)[1], 100);
+}
+
+// Texture coordinates from -1 to 2 in both directions over a red and a green half.
+TEST_F(MaterialFileTest, PicturesRepeatAreMirroredOrClamped) {
+  Primitive wide;
+  for (float& coordinate : wide.uvs) coordinate = 3 * coordinate - 1;
+  Color const red{255, 0, 0}, green{0, 255, 0};
+  struct Row {
+    int mode;
+    std::array<Color, 4> seen;  // at -0.75, -0.25, 1.25 and 1.75
+  };
+  for (Row const& row : {Row{10497, {red, green, red, green}}, Row{33648, {green, red, green, red}},
+                         Row{33071, {red, red, green, green}}}) {
+    for (bool const isAlongV : {false, true}) {
+      std::string const halves =
+          MakePng(isAlongV ? 1 : 2, isAlongV ? 2 : 1, {{255, 0, 0, 255}, {0, 255, 0, 255}});
+      ShowGltf(Unlit({{"baseColorTexture", Texture()}}), {halves}, wide,
+               {{isAlongV ? "wrapT" : "wrapS", row.mode}, {"magFilter", 9728}});
+      auto const drawn = DrawPicture();
+      float const places[] = {-10.0f / 3, -2, 2, 10.0f / 3};
+      for (std::size_t i = 0; i != 4; ++i) {
+        ExpectColor(isAlongV ? At(drawn, 0, -places[i]) : At(drawn, places[i], 0), row.seen[i]);
+      }
+    }
+  }
+}
+
+TEST_F(MaterialFileTest, AnObjFileClamps) {
+  m_files.Write("halves.png", MakePng(2, 1, {{255, 0, 0, 255}, {0, 255, 0, 255}}));
+  SetColor(*m_environment, L"ambientLight", 1, 1, 1);
+  for (bool const isClamped : {false, true}) {
+    m_files.Write("wall.mtl", std::string("newmtl m\nKd 1 1 1\nKa 1 1 1\nmap_Kd ") +
+                                  (isClamped ? "-clamp on " : "") + "halves.png\n");
+    Show("wall.obj",
+         "mtllib wall.mtl\nv -4 -4 0\nv 4 -4 0\nv 4 4 0\nv -4 4 0\nvt -1 0\nvt 2 0\nvt 2 1\n"
+         "vt -1 1\nusemtl m\nf 1/1 2/2 3/3 4/4\n");
+    Color const seen = At(DrawPicture(), 2, 0);
+    EXPECT_EQ(seen[0] > seen[1], !isClamped) << seen[0] << ' ' << seen[1];
+  }
+}
+
+TEST_F(MaterialFileTest, PixelsAreSquaresWhereTheFileSaysSo) {
+  std::string const halves = MakePng(2, 1, {{0, 0, 0, 255}, {255, 255, 255, 255}});
+  for (bool const isNearest : {false, true}) {
+    ShowGltf(Unlit({{"baseColorTexture", Texture()}}), {halves}, {},
+             {{"magFilter", isNearest ? 9728 : 9729}});
+    int const seen = At(DrawPicture(), 0.5f, 0)[0];
+    EXPECT_EQ(seen > 250, isNearest) << seen;
+  }
+}
+
+}  // namespace
+}  // namespace corvanta::render_tests
