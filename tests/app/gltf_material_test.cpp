@@ -204,8 +204,9 @@ TEST(GltfMaterialTest, TextureTransformsMoveTheCoordinatesOfTheirTexture) {
          {{"offset", {0.25, 0.5}}, {"rotation", std::numbers::pi / 2}, {"scale", {2, 3}}}}}}};
   Made const made(
       {{"pbrMetallicRoughness", {{"baseColorTexture", moved}}}, {"emissiveTexture", kPicture}});
-  ASSERT_THAT(made.GetUses(), ElementsAre(NTU_COLOR, NTU_EMISSIVE));
-  auto const color = made.GetCoords(0), emissive = made.GetCoords(1);
+  // A metal reflects its colour.
+  ASSERT_THAT(made.GetUses(), ElementsAre(NTU_COLOR, NTU_SPECULAR, NTU_EMISSIVE));
+  auto const color = made.GetCoords(0), emissive = made.GetCoords(2);
   // The file's (0, 0), (1, 0), (0, 1) become (0.25, 0.5), (0.25, -1.5), (3.25, 0.5).
   double const expected[3][2] = {{0.25, 0.5}, {0.25, 2.5}, {3.25, 0.5}};
   double const plain[3][2] = {{0, 1}, {1, 1}, {0, 0}};

@@ -122,5 +122,111 @@ TEST_F(MaterialFileTest, PixelsAreSquaresWhereTheFileSaysSo) {
   }
 }
 
+/// The exponent of a highlight of that roughness.
+double GetPower(double roughness) { return 2 / std::pow(roughness, 4) - 2; }
+
+// The lamp shines along the wall's normal. At x = 2 the camera is 9.46 degrees off it.
+TEST_F(MaterialFileTest, TexturesSayWhatIsMetalAndHowRoughItIs) {
+  double const halfway = std::cos(std::atan(2.0 / 12) / 2);
+  struct Row {
+    Texel left, right;
+    double metalness, roughness;  // the factors
+    std::array<double, 2> metalnesses, roughnesses;
+  };
+  for (Row const& row : {Row{{0, 255, 0, 255}, {0, 255, 255, 255}, 1, 1, {0, 1}, {1, 1}},
+                         Row{{0, 255, 255, 255}, {0, 255, 51, 255}, 0.5, 1, {0.5, 0.1}, {1, 1}},
+                         Row{{0, 128, 255, 255}, {0, 64, 255, 255}, 1, 1, {1, 1}, {0.502, 0.251}},
+                         Row{{0, 255, 255, 255}, {0, 128, 0, 255}, 1, 0.5, {1, 0}, {0.5, 0.251}}}) {
+    ShowGltf({{"pbrMetallicRoughness",
+               {{"baseColorFactor", {1, 0.25, 0, 1}},
+                {"metallicFactor", row.metalness},
+                {"roughnessFactor", row.roughness},
+                {"metallicRoughnessTexture", Texture()}}}},
+             {MakePng(2, 1, {row.left, row.right})});
+    EXPECT_THAT(m_model.notes, IsEmpty());
+    auto const drawn = DrawPicture();
+    for (std::size_t side = 0; side != 2; ++side) {
+      double const m = row.metalnesses[side], r = row.roughnesses[side];
+      double const scattered = 1 - 0.5 * r * r / (r * r + 0.33);
+      double const shine = std::pow(halfway, GetPower(r));
+      Color expected;
+      double const base[] = {1, 0.25, 0};
+      for (std::size_t c = 0; c != 3; ++c) {
+        double const reflected = 0.04 + (base[c] - 0.04) * m;
+        expected[c] = Encode(base[c] * (1 - m) * scattered + reflected * shine);
+      }
+      ExpectColor(At(drawn, side == 0 ? -2.0f : 2.0f, 0), expected, 8);
+    }
+  }
+}
+
+TEST_F(MaterialFileTest, ATextureBesideTheOthersHasItsOwnCoordinates) {
+  // Metal on the right of the picture, which is moved by half of it.
+  json moved = Texture();
+  moved["extensions"] = {{"KHR_texture_transform", {{"offset", {0.5, 0}}}}};
+  for (bool const isMoved : {false, true}) {
+    ShowGltf({{"pbrMetallicRoughness",
+               {{"baseColorTexture", Texture(1)},
+                {"metallicRoughnessTexture", isMoved ? moved : Texture()}}}},
+             {MakePng(2, 1, {{0, 255, 0, 255}, {0, 255, 255, 255}}),
+              MakePng(2, 1, {{255, 0, 0, 255}, {0, 255, 0, 255}})});
+    auto const drawn = DrawPicture();
+    // Of a metal the blue is that of its base, of what isn't one 0.04.
+    EXPECT_NEAR(At(drawn, -2, 0)[2], isMoved ? 0 : Encode(0.04), 5);
+    EXPECT_NEAR(At(drawn, 2, 0)[2], isMoved ? Encode(0.04) : 0, 5);
+    EXPECT_GT(At(drawn, -2, 0)[0], 200);
+    EXPECT_GT(At(drawn, 2, 0)[1], 200);
+  }
+}
+
+TEST_F(MaterialFileTest, OcclusionDarkensWhatComesFromAllSides) {
+  m_lamp->SetEnabled(false);
+  SetColor(*m_environment, L"ambientLight", 0.5, 0.5, 0.5);
+  ShowGltf(
+      {{"pbrMetallicRoughness", {{"baseColorFactor", {0.5, 0.5, 0.5, 1}}, {"metallicFactor", 0}}},
+       {"occlusionTexture", {{"index", 0}, {"strength", 0.5}}}},
+      {MakePng(2, 1, {{0, 255, 255, 255}, {255, 0, 0, 255}})});
+  auto const drawn = DrawPicture();
+  EXPECT_NEAR(At(drawn, -2, 0)[0], Encode(0.5 * 0.54 * 0.5), 4);
+  EXPECT_NEAR(At(drawn, 2, 0)[0], Encode(0.5 * 0.54), 4);
+  m_lamp->SetEnabled(true);
+  EXPECT_GT(At(DrawPicture(), -2, 0)[0], Encode(0.5 * 0.54 * 0.5 + 0.25));
+}
+
+// A mirror has the colour of what it is made of, in a white room and in an empty one.
+TEST_F(MaterialFileTest, MetalsLookLikeMetal) {
+  std::string const white = MakePng(2, 1, {{255, 255, 255, 255}, {255, 255, 255, 255}});
+  m_files.Write("white.png", white);
+  auto const image = m_document.GetImages().CreateNode(NNodeID());
+  image->SetImageLocator(core::locator::NLocator(
+      core::uri::NUri::CreateFileUri((m_files.GetFolder() / "white.png").wstring())));
+  json const gold = {1, 0.5, 0.25, 1};
+  Color const expected{255, Encode(0.5), Encode(0.25)};
+  auto const pbr = [](json const& more) {
+    json all = {{"roughnessFactor", 0.1}};
+    all.update(more);
+    return json{{"pbrMetallicRoughness", all}};
+  };
+  std::vector<std::string> const pictures{MakePng(1, 1, {{255, 188, 137, 255}}),
+                                          MakePng(1, 1, {{0, 255, 255, 255}})};
+  for (json const& material :
+       {pbr({{"baseColorFactor", gold}}), pbr({{"baseColorTexture", Texture()}}),
+        pbr({{"baseColorFactor", gold}, {"metallicRoughnessTexture", Texture(1)}}),
+        pbr({{"baseColorTexture", Texture()}, {"metallicRoughnessTexture", Texture(1)}})}) {
+    ShowGltf(material, pictures);
+    // The lamp's reflection.
+    ExpectColor(GetMiddle(), expected, 6);
+    m_lamp->SetEnabled(false);
+    m_environment->GetEnvironmentMap().SetImage(image);
+    m_environment->GetEnvironmentMap().SetImageType(data::environment_map::NEMIT_RECTANGULAR);
+    ExpectColor(GetMiddle(), expected, 6);
+    m_environment->GetEnvironmentMap().SetImage({});
+    SetColor(*m_environment, L"ambientLight", 0.5, 0.5, 0.5);
+    ExpectColor(GetMiddle(), {Encode(0.5), Encode(0.25), Encode(0.125)}, 8);
+    SetColor(*m_environment, L"ambientLight", 0, 0, 0);
+    m_lamp->SetEnabled(true);
+  }
+}
+
 }  // namespace
 }  // namespace corvanta::render_tests

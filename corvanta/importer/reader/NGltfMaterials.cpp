@@ -102,6 +102,19 @@ void AddOpacity(NGltfSurface const& surface, Reference const& color,
   references.back().combination = surface.cutOff;
 }
 
+// What a metal reflects has its colour; of what isn't one the extension says it.
+void AddSpecular(tinygltf::Material const& material, NGltfSurface const& surface,
+                 Reference const& color, std::vector<Reference>& references) {
+  auto const* const extension = FindExtension(material.extensions, "KHR_materials_specular");
+  if (surface.metalness >= 0.5) {
+    references.push_back(color);
+    references.back().use = NTU_SPECULAR;
+    references.back().combination = NCO_MULTIPLY;
+  } else if (extension != nullptr) {
+    references.push_back(MakeReference(NTU_SPECULAR, *extension, "specularColorTexture"));
+  }
+}
+
 std::vector<Reference> GetReferences(tinygltf::Material const& material) {
   auto const& pbr = material.pbrMetallicRoughness;
   NGltfSurface const surface = GetSurface(material);
@@ -125,6 +138,7 @@ std::vector<Reference> GetReferences(tinygltf::Material const& material) {
       auto const& both = pbr.metallicRoughnessTexture;
       references.push_back(MakeReference(NTU_METALNESS, both, surface.metalness));
       references.push_back(MakeReference(NTU_ROUGHNESS, both, surface.roughness));
+      if (both.index < 0) AddSpecular(material, surface, color, references);
     }
     references.push_back(MakeReference(NTU_EMISSIVE, material.emissiveTexture));
     references.push_back(MakeReference(NTU_NORMAL, material.normalTexture));

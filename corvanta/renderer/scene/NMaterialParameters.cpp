@@ -41,6 +41,12 @@ NTextureSlot GetTextureSlot(long use) {
       return NTS_BUMP;
     case NTU_OPACITY:
       return NTS_OPACITY;
+    case NTU_METALNESS:
+      return NTS_METALNESS;
+    case NTU_ROUGHNESS:
+      return NTS_ROUGHNESS;
+    case NTU_LIGHTMAP:
+      return NTS_OCCLUSION;
     default:
       return NTS_COUNT;
   }
@@ -73,20 +79,58 @@ bool IsColor(domain::material::NMaterialNode const& material,
   });
 }
 
-void AddTexture(NMaterialParameters& parameters, domain::material::NMaterialNode const& material,
-                domain::texture::NTextureNode const& texture,
-                domain::material::texture_mapping::NTextureMapping const& mapping,
-                NTextures& textures) {
+using Mapping = domain::material::texture_mapping::NTextureMapping;
+
+bool AreAlike(Mapping const& a, Mapping const& b) {
+  using domain::material::texture_mapping::NUVWMapping;
+  auto const* const first = dynamic_cast<NUVWMapping const*>(&a);
+  auto const* const second = dynamic_cast<NUVWMapping const*>(&b);
+  if (first == nullptr || second == nullptr) return &a == &b;
+  return first->GetUVWMappingType() == second->GetUVWMappingType();
+}
+
+/// Finds coordinates for the textures that have none of their own; one for which none are left is
+/// dropped.
+void AssignCoords(NMaterialParameters& parameters,
+                  std::array<boost::intrusive_ptr<Mapping const>, NTS_COUNT> const& used) {
+  for (NTextureSlot const slot : kCoordsSlots) {
+    parameters.coordsSlots[slot] = slot;
+    parameters.mappings[slot] = used[slot];
+  }
+  // Those of bumps bring tangents with them.
+  constexpr NTextureSlot kFree[] = {NTS_OPACITY, NTS_EMISSIVE, NTS_SPECULAR, NTS_COLOR, NTS_BUMP};
+  for (unsigned i = kCoordsCount; i != NTS_COUNT; ++i) {
+    if (!used[i]) continue;
+    auto const find = [&](auto const& fits) {
+      auto const found = std::find_if(std::begin(kFree), std::end(kFree), fits);
+      if (found == std::end(kFree)) return false;
+      parameters.coordsSlots[i] = *found;
+      parameters.mappings[*found] = used[i];
+      return true;
+    };
+    auto const& mappings = parameters.mappings;
+    if (find([&](auto slot) { return mappings[slot] && AreAlike(*mappings[slot], *used[i]); })) {
+      continue;
+    }
+    if (!find([&](auto slot) { return !mappings[slot]; })) parameters.textures[i] = 0;
+  }
+}
+
+/// The slot that the texture takes; NTS_COUNT where it takes none.
+NTextureSlot AddTexture(NMaterialParameters& parameters,
+                        domain::material::NMaterialNode const& material,
+                        domain::texture::NTextureNode const& texture, Mapping const& mapping,
+                        NTextures& textures) {
   NTextureSlot const slot = GetTextureSlot(texture.GetType());
   auto const image = texture.GetImage();
-  if (slot == NTS_COUNT || !image || parameters.HasTexture(slot)) return;
+  if (slot == NTS_COUNT || !image || parameters.HasTexture(slot)) return NTS_COUNT;
   // The opacity of a picture that gives a colour, too, is its alpha.
   bool const isAlpha = slot == NTS_OPACITY && IsColor(material, *image);
-  bool const isData = slot == NTS_BUMP || (slot == NTS_OPACITY && !isAlpha);
+  bool const isColor = slot == NTS_COLOR || slot == NTS_SPECULAR || slot == NTS_EMISSIVE;
+  bool const isData = !isColor && !isAlpha;
   NTexture const& loaded = textures.Get(*image, isData ? NTC_DATA : NTC_COLOR);
   parameters.textures[slot] = loaded.texture.Get();
   parameters.samplers[slot] = textures.GetSampler(texture.GetOperationType());
-  parameters.mappings[slot] = &mapping;
   parameters.bounds |= GetBounds(mapping) << 2 * slot;
   if (slot == NTS_COLOR) {
     parameters.colorOperation = GetColorOperation(texture.GetOperationType());
@@ -95,12 +139,15 @@ void AddTexture(NMaterialParameters& parameters, domain::material::NMaterialNode
     parameters.bumpContent =
         texture.GetType() == static_cast<long>(NTU_HEIGHT) ? NBC_HEIGHTS : NBC_NORMALS;
     parameters.bumpScale = Finite(texture.GetBumpScale());
+  } else if (slot >= NTS_METALNESS) {
+    parameters.dataScales[slot - NTS_METALNESS] = Finite(texture.GetBumpScale());
   } else if (slot == NTS_OPACITY) {
     parameters.opacityInAlpha = isAlpha || loaded.hasAlpha;
     parameters.isTransparent |= !isAlpha || loaded.hasAlpha;
     long const cutOff = texture.GetOperationType() & kCombinationMask;
     parameters.cutOff = static_cast<float>(cutOff) / static_cast<float>(kMostCutOff);
   }
+  return slot;
 }
 
 /// What a smooth surface reflects, seen along its normal, from a medium of another index.
@@ -178,10 +225,14 @@ NMaterialParameters ReadMaterialParameters(domain::material::NMaterialNode const
   parameters.power = GetExponent(material);
   parameters.opacity = std::clamp(Finite(material.GetTransparency()), 0.0f, 1.0f);
   parameters.isTransparent = parameters.opacity < 1.0f;
+  std::array<boost::intrusive_ptr<Mapping const>, NTS_COUNT> used;
   for (auto const& [reference, mapping] : material.GetTextures()) {
     auto const texture = reference.Get();
-    if (texture && mapping) AddTexture(parameters, material, *texture, *mapping, textures);
+    if (!texture || !mapping) continue;
+    NTextureSlot const slot = AddTexture(parameters, material, *texture, *mapping, textures);
+    if (slot != NTS_COUNT) used[slot] = mapping;
   }
+  AssignCoords(parameters, used);
   // What is cut off leaves the rest opaque.
   if (parameters.cutOff > 0.0f) parameters.isTransparent = false;
   ReadFinish(parameters, material);

@@ -161,8 +161,8 @@ class MappedSurface {
 /// own, because each texture has its seam elsewhere.
 struct Corners {
   Corners(NDrawItem::Path const& path, NSurface const& surface, NTextureMappings const& mappings) {
-    std::array<std::optional<MappedSurface>, NTS_COUNT> mapped;
-    for (NTextureSlot const slot : kTextureSlots) {
+    std::array<std::optional<MappedSurface>, kCoordsCount> mapped;
+    for (NTextureSlot const slot : kCoordsSlots) {
       if (mappings[slot]) mapped[slot].emplace(path, surface, *mappings[slot]);
     }
     auto const& indices = surface.GetIndices();
@@ -171,7 +171,7 @@ struct Corners {
       for (std::size_t i = first; i != first + 3; ++i) {
         unsigned const vertex = indices[i];
         vertices.push_back(MakeVertex(surface.GetCoords()[vertex], surface.GetNormals()[vertex]));
-        for (NTextureSlot const slot : kTextureSlots) {
+        for (NTextureSlot const slot : kCoordsSlots) {
           if (mapped[slot]) Append(coords[slot], mapped[slot]->GetCoords(i));
         }
         if (auto const& bump = mapped[NTS_BUMP]) {
@@ -182,7 +182,7 @@ struct Corners {
   }
 
   std::vector<Vertex> vertices;
-  std::array<std::vector<float>, NTS_COUNT> coords;
+  std::array<std::vector<float>, kCoordsCount> coords;
   std::vector<float> tangents;
 };
 
@@ -195,7 +195,7 @@ struct NMeshes::Shared {
   GLsizei count = 0;
   std::map<UVWType, NGlBuffer> coords;
   std::map<UVWType, NGlBuffer> tangents;  // with the binormals
-  std::map<std::array<std::optional<UVWType>, NTS_COUNT>, NGlVertexArray> arrays;  // by slot
+  std::map<std::array<std::optional<UVWType>, kCoordsCount>, NGlVertexArray> arrays;  // by slot
 };
 
 struct NMeshes::Projected {
@@ -272,8 +272,8 @@ NMeshPart NMeshes::GetShared(NGeometryNode const& geometry, NSurface const& surf
     mesh->indices = Upload(indices);
     mesh->count = static_cast<GLsizei>(indices.size());
   }
-  std::array<std::optional<UVWType>, NTS_COUNT> types;
-  for (NTextureSlot const slot : kTextureSlots) {
+  std::array<std::optional<UVWType>, kCoordsCount> types;
+  for (NTextureSlot const slot : kCoordsSlots) {
     auto const* const uvw = dynamic_cast<mapping::NUVWMapping const*>(mappings[slot].get());
     if (uvw != nullptr) types[slot] = uvw->GetUVWMappingType();
   }
@@ -283,7 +283,7 @@ NMeshPart NMeshes::GetShared(NGeometryNode const& geometry, NSurface const& surf
     glBindVertexArray(found->second.Get());
     SetVertices(mesh->vertices);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, mesh->indices.Get());
-    for (NTextureSlot const slot : kTextureSlots) {
+    for (NTextureSlot const slot : kCoordsSlots) {
       if (types[slot]) AddCoords(*mesh, slot, surface, *types[slot]);
     }
   }
@@ -325,7 +325,7 @@ NMeshPart NMeshes::MakeProjected(NDrawItem const& item, NSurface const& surface,
     return projected.buffers.emplace_back(Upload(values));
   };
   SetVertices(upload(corners.vertices));
-  for (NTextureSlot const slot : kTextureSlots) {
+  for (NTextureSlot const slot : kCoordsSlots) {
     if (!mappings[slot]) continue;
     ++m_coordsUploadCount;
     SetCoords(slot, upload(corners.coords[slot]));

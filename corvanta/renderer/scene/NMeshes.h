@@ -22,7 +22,7 @@ namespace corvanta::renderer {
 /// The mappings of a material's textures, by slot; null where there is none.
 using NTextureMappings =
     std::array<boost::intrusive_ptr<data::domain::material::texture_mapping::NTextureMapping const>,
-               NTS_COUNT>;
+               kCoordsCount>;
 
 /// What is drawn by one call.
 struct NMeshPart {
