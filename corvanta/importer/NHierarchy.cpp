@@ -29,12 +29,14 @@ std::size_t CountFalse(std::vector<bool> const& flags) {
 }  // namespace
 
 NHierarchy::NHierarchy(NImportTarget& target, neutral::NSceneView const& scene,
-                       NMaterials& materials, std::optional<double> crease)
+                       NMaterials& materials, NVertexColors const& colors,
+                       std::optional<double> crease)
     : m_target(target),
       m_scene(scene),
       m_materials(materials),
+      m_colors(colors),
       m_crease(crease),
-      m_variants(scene, materials),
+      m_variants(scene, materials, colors),
       m_isLightPlaced(scene.Get<neutral::NLight>().size()),
       m_isCameraPlaced(scene.Get<neutral::NCamera>().size()),
       m_geometries(scene.Get<neutral::NMesh>().size()),
@@ -144,7 +146,7 @@ NHierarchy::ItemPointer NHierarchy::CreateModel(std::size_t mesh) {
   auto const model = m_target.Create<item::NSceneGraphModelNode>(m_target.GetDocument().GetItems());
   model->SetGeometryNode(NNodeReference<data::domain::geometry::NGeometryNode>(*GetGeometry(mesh)));
   model->SetMaterial(NNodeReference<data::domain::material::NMaterialNode>(
-      *m_materials.GetMaterial(Get<neutral::NMesh>(mesh).material)));
+      *m_materials.GetMaterial(Get<neutral::NMesh>(mesh).material, m_colors.Has(mesh))));
   m_variants.AddModel(mesh, *model);
   return model;
 }
@@ -191,7 +193,11 @@ boost::intrusive_ptr<data::domain::geometry::NGeometryNode> NHierarchy::GetGeome
     std::size_t mesh) {
   auto& node = m_geometries[mesh];
   if (node || m_hasNoTriangles[mesh]) return node;
-  auto const surface = CreateSurface(m_scene, Get<neutral::NMesh>(mesh), m_crease);
+  std::function<std::array<float, 2>(std::size_t)> getColor;
+  if (m_colors.Has(mesh)) {
+    getColor = [this, mesh](std::size_t corner) { return m_colors.GetCoords(mesh, corner); };
+  }
+  auto const surface = CreateSurface(m_scene, Get<neutral::NMesh>(mesh), m_crease, getColor);
   if (!surface) {
     m_hasNoTriangles[mesh] = true;
     ++m_meshesWithoutTriangles;

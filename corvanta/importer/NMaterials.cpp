@@ -18,6 +18,7 @@ namespace {
 namespace domain = data::domain;
 namespace texture_mapping = data::domain::material::texture_mapping;
 using enum data::domain::texture::NTextureUse;
+using Nodes = std::vector<boost::intrusive_ptr<domain::material::NMaterialNode>>;
 
 void SetColors(neutral::NMaterial const& source, domain::material::NMaterialNode& node) {
   // Nobody means black by saying nothing.
@@ -66,10 +67,12 @@ NMaterials::NMaterials(NImportTarget& target, neutral::NSceneView const& scene, 
     : m_target(target),
       m_scene(scene),
       m_pictures(pictures),
-      m_nodes(scene.Get<neutral::NMaterial>().size()) {}
+      m_nodes{Nodes(scene.Get<neutral::NMaterial>().size()),
+              Nodes(scene.Get<neutral::NMaterial>().size())} {}
 
-boost::intrusive_ptr<domain::material::NMaterialNode> NMaterials::GetMaterial(std::size_t index) {
-  auto& node = m_nodes[index];
+boost::intrusive_ptr<domain::material::NMaterialNode> NMaterials::GetMaterial(std::size_t index,
+                                                                              bool isColored) {
+  auto& node = m_nodes[isColored ? 1 : 0][index];
   if (node) return node;
   auto const& source = m_scene.Get<neutral::NMaterial>()[index];
   node = m_target.Create(m_target.GetDocument().GetMaterials());
@@ -86,7 +89,7 @@ boost::intrusive_ptr<domain::material::NMaterialNode> NMaterials::GetMaterial(st
     node->SetTransparency(isVisible ? source.opacity.value : 1.0);
     m_invisibleCount += !isVisible;
   }
-  AddTextures(source, *node);
+  AddTextures(source, *node, isColored);
   return node;
 }
 
@@ -99,9 +102,11 @@ std::vector<std::string> NMaterials::GetNotes() const {
 
 // Readers may name a picture twice for one use.
 void NMaterials::AddTextures(neutral::NMaterial const& source,
-                             domain::material::NMaterialNode& node) {
+                             domain::material::NMaterialNode& node, bool isColored) {
   std::set<std::tuple<domain::image::NImageNode const*, unsigned, unsigned>> taken;
   for (neutral::NTexture const& entry : m_scene.Get(source.textures)) {
+    bool const isOfVertices = entry.picture == neutral::kNone;
+    if (isOfVertices && !isColored) continue;
     auto const image = m_pictures.GetImage(entry.picture);
     if (!taken.emplace(image.get(), entry.uvSet, entry.use).second) continue;
 
@@ -112,8 +117,8 @@ void NMaterials::AddTextures(neutral::NMaterial const& source,
     texture->SetOperationType(static_cast<domain::texture::NTextureOperationType>(entry.operation));
     texture->SetImage(core::node::NNodeReference<domain::image::NImageNode>(*image));
     boost::intrusive_ptr<texture_mapping::NUVWMapping> const mapping(
-        new texture_mapping::NUVWMapping(
-            static_cast<texture_mapping::NUVWMappingType>(GetMappingId(entry.uvSet))));
+        new texture_mapping::NUVWMapping(static_cast<texture_mapping::NUVWMappingType>(
+            isOfVertices ? kColorsMappingId : GetMappingId(entry.uvSet))));
     node.AddTexture(core::node::NNodeReference<domain::texture::NTextureNode>(*texture), *mapping,
                     static_cast<unsigned>(node.GetTextures().size()));
   }

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <array>
 #include <boost/intrusive_ptr.hpp>
+#include <cstddef>
+#include <functional>
 #include <optional>
 
 #include "corvanta/data/domain/geometry/NPolygonSurface.h"
@@ -13,6 +16,8 @@ namespace corvanta::importer {
 /// stores it under id 1, which every mapping looks up first; one with several stores set k under
 /// k + 2 and none under 1, so that the mapping of each texture finds its own.
 constexpr unsigned GetMappingId(unsigned channel) { return channel + 2; }
+/// Where it puts the coordinates of the vertex colours' picture; then no set is under id 1.
+inline constexpr unsigned kColorsMappingId = GetMappingId(neutral::kMostUvSets);
 
 /// The triangles of `mesh` as a surface: vertices that are alike in all they have are one, and
 /// every normal has length 1. Points and lines are ignored.
@@ -23,9 +28,13 @@ constexpr unsigned GetMappingId(unsigned channel) { return channel + 2; }
 /// that are turned by more than kUsualCrease.
 /// Units: degrees.
 /// Fails: null without triangles.
+///
+/// `getColor`, where it is given, has the coordinates in the vertex colours' picture of each
+/// corner.
 CORVANTA_API boost::intrusive_ptr<data::domain::geometry::NSurface> CreateSurface(
     neutral::NSceneView const& scene, neutral::NMesh const& mesh,
-    std::optional<double> crease = std::nullopt);
+    std::optional<double> crease = std::nullopt,
+    std::function<std::array<float, 2>(std::size_t corner)> const& getColor = {});
 
 inline constexpr double kUsualCrease = 60.0;
 

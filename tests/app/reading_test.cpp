@@ -361,9 +361,10 @@ TEST(ReadingTest, ADamagedBlockIsRefusedOrHarmless) {
         NDocument document;
         importer::NImportTarget target(document);
         importer::NEffort effort;
-        importer::NPictures pictures(target, scene, files.GetFolder());
+        importer::NVertexColors const colors(scene);
+        importer::NPictures pictures(target, scene, colors, files.GetFolder());
         importer::NMaterials materials(target, scene, pictures);
-        importer::NHierarchy hierarchy(target, scene, materials);
+        importer::NHierarchy hierarchy(target, scene, materials, colors);
         auto const tree = document.GetTrees().CreateNode(core::node::NNodeID());
         hierarchy.Build(*tree, effort);
         importer::NAnimations const animations(target, scene, hierarchy, *tree, effort);

@@ -228,5 +228,61 @@ TEST_F(MaterialFileTest, MetalsLookLikeMetal) {
   }
 }
 
+// Over a triangle they run evenly in light; what they multiply is the material's.
+TEST_F(MaterialFileTest, VertexColoursAreSeen) {
+  Primitive colored;
+  colored.uvs.clear();
+  colored.colors = {1, 0, 0, 1, 0, 1, 0, 1, 0, 0, 1, 0.5f, 1, 1, 1, 1};
+  struct Row {
+    float x, y;
+    std::array<double, 3> light;
+    double opacity;
+  };
+  std::array<Row, 2> const rows{Row{1, -2, {0.375, 0.375, 0.25}, 0.875},
+                                Row{-2, 1, {0.75, 0.375, 0.625}, 0.875}};
+  auto const expect = [&](char const* name, double factor, bool isBlended) {
+    auto const drawn = DrawPicture();
+    for (Row const& row : rows) {
+      double const share = factor * (isBlended ? row.opacity : 1);
+      Color expected;
+      for (std::size_t c = 0; c != 3; ++c) expected[c] = Encode(row.light[c] * share);
+      SCOPED_TRACE(name);
+      ExpectColor(At(drawn, row.x, row.y), expected, 5);
+    }
+  };
+  json const half = {0.5, 0.5, 0.5, 1};
+  ShowGltf(Unlit({{"baseColorFactor", half}}), {}, colored);
+  EXPECT_THAT(m_model.notes, IsEmpty());
+  expect("unlit", 0.5, false);
+  ShowGltf(Unlit(json::object(), {{"alphaMode", "BLEND"}}), {}, colored);
+  expect("blended", 1, true);
+  ShowGltf({{"pbrMetallicRoughness", {{"roughnessFactor", 0}, {"metallicFactor", 0}}}}, {},
+           colored);
+  expect("matt", 1, false);
+  // A metal throws them back from a lamp behind the camera.
+  ShowGltf({{"pbrMetallicRoughness", {{"roughnessFactor", 1}}}}, {}, colored);
+  expect("metal", 1, false);
+
+  Primitive both = colored;
+  both.uvs = Primitive().uvs;
+  ShowGltf(Unlit({{"baseColorTexture", Texture()}}), {MakePng(1, 1, {{0, 255, 0, 255}})}, both);
+  EXPECT_THAT(m_model.notes, testing::ElementsAre(testing::HasSubstr("vertex colours beside")));
+  EXPECT_EQ(GetMiddle(), (Color{0, 255, 0}));
+}
+
+TEST_F(MaterialFileTest, VertexColoursOfOtherFormatsAreAsTheyAreShown) {
+  std::string const head =
+      "ply\nformat ascii 1.0\nelement vertex 4\nproperty float x\nproperty float y\n"
+      "property float z\nproperty uchar red\nproperty uchar green\nproperty uchar blue\n"
+      "element face 1\nproperty list uchar int vertex_indices\nend_header\n";
+  std::string const color = " 200 100 0\n";
+  SetColor(*m_environment, L"ambientLight", 0, 0, 0);
+  Show("wall.ply", head + "-4 -4 0" + color + "4 -4 0" + color + "4 4 0" + color + "-4 4 0" +
+                       color + "4 0 1 2 3\n");
+  auto const& material = *m_document.GetMaterials().GetTypedNodeBegin();
+  SetColor(const_cast<data::domain::material::NMaterialNode&>(material), L"specular", 0, 0, 0);
+  ExpectColor(GetMiddle(), {200, 100, 0}, 3);
+}
+
 }  // namespace
 }  // namespace corvanta::render_tests

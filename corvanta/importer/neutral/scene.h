@@ -25,6 +25,7 @@ struct NRange {
 
 using NText = NRange<char>;  // UTF-8, as far as the file is
 using NTriple = std::array<float, 3>;
+using NTexel = std::array<std::uint8_t, 4>;  // display values (sRGB) and an opacity
 using NTriangle = std::array<std::uint32_t, 3>;
 using NBytes = NRange<std::uint8_t>;
 using NNumbers = NRange<std::uint32_t>;
@@ -61,6 +62,7 @@ struct NMesh {
   NRange<NTriple> normals;  // none, or one a position
   std::array<NRange<NTriple>, kMostUvSets> uvs;
   std::uint64_t uvSetCount;
+  NRange<NTexel> colors;  // none, or one a position; see NTexture
   NRange<NTriangle> triangles;
   NRange<NVariantUse> variants;  // those in which its material is another one
   std::uint64_t isFlat;          // whether faces without normals are flat
@@ -76,6 +78,8 @@ struct NMaybe {
   }
 };
 
+/// A picture of a material. One of kNone stands for the colours of a mesh's vertices, where it has
+/// some.
 struct NTexture {
   std::uint32_t use;  // an NTextureUse
   std::uint32_t picture;
@@ -151,9 +155,9 @@ struct NAnimation {
 };
 
 /// Every kind of element that a scene has an array of.
-using NElements = std::tuple<char, std::uint8_t, std::uint32_t, NTriple, NTriangle, NTripleKey,
-                             NTurnKey, NTexture, NNode, NMesh, NMaterial, NPicture, NLight, NCamera,
-                             NChannel, NAnimation, NText, NVariant, NVariantUse>;
+using NElements = std::tuple<char, std::uint8_t, std::uint32_t, NTriple, NTexel, NTriangle,
+                             NTripleKey, NTurnKey, NTexture, NNode, NMesh, NMaterial, NPicture,
+                             NLight, NCamera, NChannel, NAnimation, NText, NVariant, NVariantUse>;
 
 template <class T, class... Kinds>
 constexpr std::size_t FindKind(std::tuple<Kinds...> const*) {

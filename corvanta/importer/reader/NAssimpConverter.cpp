@@ -61,6 +61,14 @@ constexpr NTriple kUnsaid{0.6f, 0.6f, 0.6f};
 NTriple ToTriple(aiVector3D const& v) { return {v.x, v.y, v.z}; }
 NTriple ToTriple(aiColor3D const& c) { return {c.r, c.g, c.b}; }
 
+// Files have them as they are shown. Their opacities are often nothing.
+neutral::NTexel ToTexel(aiColor4D const& color) {
+  auto const toByte = [](float part) {
+    return static_cast<std::uint8_t>(255.0f * (part > 0.0f ? std::min(part, 1.0f) : 0.0f) + 0.5f);
+  };
+  return {toByte(color.r), toByte(color.g), toByte(color.b), 255};
+}
+
 std::string ToString(aiString const& text) {
   return std::string(text.data, strnlen(text.data, std::min<std::size_t>(text.length, MAXLEN)));
 }
@@ -144,6 +152,10 @@ void NAssimpConverter::Convert() {
   auto const forEach = [](auto* const* list, unsigned count, auto const& add) {
     for (unsigned i = 0; i != count; ++i) add(*list[i]);
   };
+  m_isColored.resize(m_scene.mNumMaterials);
+  forEach(m_scene.mMeshes, m_scene.mNumMeshes, [this](auto& mesh) {
+    if (mesh.HasVertexColors(0)) m_isColored[mesh.mMaterialIndex] = true;
+  });
   // The pictures in the file come first: materials name them by their numbers.
   forEach(m_scene.mTextures, m_scene.mNumTextures, [this](auto& picture) { AddPicture(picture); });
   forEach(m_scene.mMaterials, m_scene.mNumMaterials,
@@ -176,6 +188,12 @@ void NAssimpConverter::AddMesh(aiMesh const& source) {
   for (std::size_t set = 0; set != mesh.uvSetCount; ++set) {
     mesh.uvs[set] = addTriples(source.mTextureCoords[set]);
   }
+  if (source.HasVertexColors(0)) {
+    aiColor4D const* const colors = source.mColors[0];
+    mesh.colors = m_writer.Reserve<neutral::NTexel>(count, [colors, count](neutral::NTexel* to) {
+      std::transform(colors, colors + count, to, &ToTexel);
+    });
+  }
   auto const isTriangle = [](aiFace const& face) { return face.mNumIndices == 3; };
   aiFace const* const end = source.mFaces + source.mNumFaces;
   auto const triangleCount = std::count_if<aiFace const*>(source.mFaces, end, isTriangle);
@@ -201,11 +219,16 @@ void NAssimpConverter::AddMaterial(aiMaterial const& source) {
   GetColor(source, AI_MATKEY_COLOR_EMISSIVE, material.emissive);
   GetNumber(source, AI_MATKEY_SHININESS, material.shininess);
   GetNumber(source, AI_MATKEY_OPACITY, material.opacity);
-  auto const textures = GetTextures(source);
+  auto textures = GetTextures(source);
   // Many exporters write black, or what an application has there without the texture.
-  bool const hasPicture = std::any_of(textures.begin(), textures.end(), [](auto const& texture) {
+  bool hasPicture = std::any_of(textures.begin(), textures.end(), [](auto const& texture) {
     return texture.use == static_cast<std::uint32_t>(NTU_COLOR);
   });
+  if (!hasPicture && m_isColored[m_writer.Get<neutral::NMaterial>().size()]) {
+    hasPicture = true;
+    textures.push_back({static_cast<std::uint32_t>(NTU_COLOR), neutral::kNone, 0,
+                        static_cast<std::uint32_t>(NCO_IGNORE_ALPHA), 1.0f});
+  }
   if (hasPicture && (!m_multipliesColor || material.diffuse.value == kUnsaid)) {
     material.diffuse.isSet = 0;
   }

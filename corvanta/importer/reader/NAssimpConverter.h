@@ -42,6 +42,7 @@ class NAssimpConverter {
   aiScene const& m_scene;
   bool const m_multipliesColor;
   neutral::NSceneWriter& m_writer;
+  std::vector<bool> m_isColored;  // of each material, whether a mesh of it has vertex colours
   std::map<std::string, std::uint32_t> m_pictures;  // those outside of the file
   // The numbers of nodes in the neutral form; of several of one name, that of the uppermost and
   // first.

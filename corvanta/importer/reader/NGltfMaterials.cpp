@@ -38,10 +38,12 @@ char const* GetExtension(unsigned char const* bytes, std::size_t size) {
   return "";
 }
 
+constexpr int kVertexColors = -2;
+
 // A texture of a material, as the file names it.
 struct Reference {
   NTextureUse use;
-  int texture;
+  int texture;  // kVertexColors where a mesh's own colours take its place
   NUvSet set;
   long combination = NCO_MULTIPLY;
   double scale = 1.0;
@@ -119,6 +121,7 @@ std::vector<Reference> GetReferences(tinygltf::Material const& material) {
   auto const& pbr = material.pbrMetallicRoughness;
   NGltfSurface const surface = GetSurface(material);
   Reference color = GetColorReference(material, surface);
+  if (color.texture < 0) color = {NTU_COLOR, kVertexColors, {}};
   color.combination = surface.isBlended ? NCO_MULTIPLY : NCO_IGNORE_ALPHA;
   std::vector<Reference> references;
   if (surface.isUnlit) {
@@ -147,7 +150,9 @@ std::vector<Reference> GetReferences(tinygltf::Material const& material) {
     references.back().scale = material.occlusionTexture.strength;
   }
   references.erase(std::remove_if(references.begin(), references.end(),
-                                  [](Reference const& each) { return each.texture < 0; }),
+                                  [](Reference const& each) {
+                                    return each.texture < 0 && each.texture != kVertexColors;
+                                  }),
                    references.end());
   return references;
 }
@@ -245,6 +250,7 @@ void NGltfMaterials::ShareUvSets() {
   for (std::size_t i = 0; i != m_sets.size(); ++i) {
     std::size_t const group = find(i);
     for (Reference const& each : GetReferences(m_model.materials[i])) {
+      if (each.texture == kVertexColors) continue;
       auto& sets = shared[group];
       if (std::find(sets.begin(), sets.end(), each.set) == sets.end()) sets.push_back(each.set);
       if (!(each.set.transform == NTextureTransform())) isTransformed[group] = true;
@@ -280,6 +286,10 @@ void NGltfMaterials::AddMaterial(tinygltf::Material const& source,
   SetSurface(source, material);
   std::vector<neutral::NTexture> textures;
   for (Reference const& each : references) {
+    if (each.texture == kVertexColors) {
+      textures.push_back({static_cast<std::uint32_t>(each.use), neutral::kNone, 0,
+                          static_cast<std::uint32_t>(each.combination), 1.0f});
+    }
     if (!IsIn(m_model.textures, each.texture)) continue;
     auto const& texture = m_model.textures[static_cast<std::size_t>(each.texture)];
     int picture = texture.source;
@@ -318,7 +328,8 @@ bool NGltfMaterials::HasColorTexture(int material) const {
   if (!IsIn(m_model.materials, material)) return false;
   auto const references = GetReferences(m_model.materials[static_cast<std::size_t>(material)]);
   return std::any_of(references.begin(), references.end(), [](Reference const& each) {
-    return each.use == NTU_COLOR || each.use == NTU_EMISSIVE;
+    bool const isColor = each.use == NTU_COLOR || each.use == NTU_EMISSIVE;
+    return isColor && each.texture != kVertexColors;
   });
 }
 

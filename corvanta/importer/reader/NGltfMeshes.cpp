@@ -9,8 +9,34 @@
 
 namespace corvanta::importer::reader {
 
+using neutral::NTexel;
 using neutral::NTriangle;
 using neutral::NTriple;
+
+namespace {
+
+std::uint8_t ToByte(float part) {
+  return static_cast<std::uint8_t>(255.0f * (part > 0.0f ? std::min(part, 1.0f) : 0.0f) + 0.5f);
+}
+
+// The display value of a part of linear light: IEC 61966-2-1.
+std::uint8_t EncodeLight(float part) {
+  constexpr std::size_t kLast = 16383;
+  static std::vector<std::uint8_t> const table = [] {
+    std::vector<std::uint8_t> bytes;
+    for (std::size_t i = 0; i <= kLast; ++i) {
+      double const value = static_cast<double>(i) / static_cast<double>(kLast);
+      double const shown =
+          value <= 0.0031308 ? 12.92 * value : 1.055 * std::pow(value, 1 / 2.4) - 0.055;
+      bytes.push_back(static_cast<std::uint8_t>(std::lround(255.0 * shown)));
+    }
+    return bytes;
+  }();
+  float const inside = part > 0.0f ? std::min(part, 1.0f) : 0.0f;
+  return table[static_cast<std::size_t>(inside * static_cast<float>(kLast) + 0.5f)];
+}
+
+}  // namespace
 
 // What a primitive draws.
 struct NGltfMeshes::Source {
@@ -22,6 +48,7 @@ struct NGltfMeshes::Source {
   int mode = TINYGLTF_MODE_TRIANGLES;
   NGltfNumbers positions;
   std::optional<NGltfNumbers> normals;
+  std::optional<NGltfNumbers> colors;
   std::vector<Uvs> uvs;
   std::optional<NGltfIndices> indices;
   std::size_t triangleCount = 0;
@@ -35,6 +62,22 @@ struct NGltfMeshes::Source {
   std::size_t GetVertex(std::size_t i) const { return isReduced ? vertices[i] : i; }
   std::uint32_t GetIndex(std::size_t i) const {
     return indices ? indices->Get(i) : static_cast<std::uint32_t>(i);
+  }
+
+  NTexel GetColor(std::size_t vertex) const {
+    NTexel color{255, 255, 255, 255};
+    for (std::size_t k = 0; k != std::min<std::size_t>(colors->GetWidth(), 4); ++k) {
+      float const part = colors->Get(vertex, k);
+      color[k] = k != 3 ? EncodeLight(part) : ToByte(part);
+    }
+    return color;
+  }
+  bool HasColors() const {
+    constexpr NTexel kWhite{255, 255, 255, 255};
+    for (std::size_t i = 0; i != GetVertexCount(); ++i) {
+      if (GetColor(GetVertex(i)) != kWhite) return true;
+    }
+    return false;
   }
 
   template <class Use>
@@ -126,8 +169,16 @@ std::uint32_t NGltfMeshes::AddPrimitive(tinygltf::Primitive const& primitive,
       }
     });
     m_hasTriangles |= source->triangleCount != 0;
-    m_coloredCount += FindAttribute(primitive, "COLOR_0") >= 0 &&
-                      !m_materials.HasColorTexture(primitive.material);
+    if (source->colors && source->HasColors()) {
+      if (m_materials.HasColorTexture(primitive.material)) {
+        ++m_coloredCount;
+      } else {
+        mesh.colors = m_writer.Reserve<NTexel>(source->GetVertexCount(), [source](NTexel* to) {
+          std::size_t const count = source->GetVertexCount();
+          for (std::size_t i = 0; i != count; ++i) to[i] = source->GetColor(source->GetVertex(i));
+        });
+      }
+    }
   }
   auto& meshes = m_writer.Get<neutral::NMesh>();
   meshes.push_back(mesh);
@@ -153,6 +204,10 @@ std::shared_ptr<NGltfMeshes::Source> NGltfMeshes::Read(tinygltf::Primitive const
   if (int const normals = FindAttribute(primitive, "NORMAL"); normals >= 0) {
     source->normals = m_accessors.GetNumbers(normals, 3, NGltfAccessors::kAnyIntegers);
     if (source->normals->GetCount() < count) throw NImportError("fewer normals than vertices");
+  }
+  if (int const colors = FindAttribute(primitive, "COLOR_0"); colors >= 0) {
+    source->colors = m_accessors.GetNumbers(colors, 3, NGltfAccessors::kAnyIntegers);
+    if (source->colors->GetCount() < count) throw NImportError("fewer colours than vertices");
   }
   if (primitive.indices >= 0) source->indices = m_accessors.GetIndices(primitive.indices);
   ReadUvs(primitive, *source);
@@ -221,8 +276,8 @@ std::vector<std::string> NGltfMeshes::GetNotes() const {
   auto const note = [&notes](std::size_t count, char const* one, char const* many) {
     if (count != 0) notes.push_back(core::text::Plural(count, one, many));
   };
-  note(m_coloredCount, "mesh has vertex colours, which were left out",
-       "meshes have vertex colours, which were left out");
+  note(m_coloredCount, "mesh has vertex colours beside a picture, which were left out",
+       "meshes have vertex colours beside a picture, which were left out");
   note(m_morphedCount, "mesh has morph targets, which were left out",
        "meshes have morph targets, which were left out");
   return notes;

@@ -78,6 +78,9 @@ void CheckMesh(aiScene const& scene, aiMesh const& mesh) {
       Refuse("mesh", mesh.mName, "fewer texture coordinates than vertices");
     }
   }
+  if (mesh.mColors[0] != nullptr && !Holds(mesh.mColors[0], count)) {
+    Refuse("mesh", mesh.mName, "fewer colours than vertices");
+  }
   for (unsigned i = 0; i != count; ++i) {
     aiVector3D const& point = mesh.mVertices[i];
     if (!std::isfinite(point.x) || !std::isfinite(point.y) || !std::isfinite(point.z)) {
