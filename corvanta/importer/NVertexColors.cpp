@@ -116,7 +116,10 @@ std::size_t NVertexColors::GetHeight() const {
 
 std::array<float, 2> NVertexColors::GetCoords(std::size_t mesh, std::size_t corner) const {
   std::uint32_t const number = m_numbers[m_firsts[mesh] + corner / 3];
-  std::size_t const k = IsFlat(m_cells[number]) ? 0 : corner % 3;
+  Cell const& cell = m_cells[number];
+  // The ends of a line stay two.
+  std::size_t const k =
+      IsFlat(cell) ? 0 : std::min(corner % 3, std::size_t{cell[1] == cell[2] ? 1u : 2u});
   std::size_t const length = GetLength();
   auto const column =
       static_cast<float>(number % m_columns * m_side + m_border + (k == 1 ? length : 0));

@@ -20,7 +20,7 @@ constexpr unsigned GetMappingId(unsigned channel) { return channel + 2; }
 inline constexpr unsigned kColorsMappingId = GetMappingId(neutral::kMostUvSets);
 
 /// The triangles of `mesh` as a surface: vertices that are alike in all they have are one, and
-/// every normal has length 1. Points and lines are ignored.
+/// every normal has length 1. Lines and points are triangles with fewer than three corners.
 ///
 /// One that is missing, has no length or isn't finite is worked out, as normals.h does it, and so
 /// are those of a face that they contradict. Faces meet in a crease where they are turned by more

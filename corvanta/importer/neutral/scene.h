@@ -55,6 +55,8 @@ struct NVariantUse {
   std::uint32_t material;
 };
 
+/// A line is the triangle of its first and twice its second end, a point that of thrice itself; a
+/// mesh has either these alone or none of them.
 struct NMesh {
   NText name;
   std::uint64_t material;

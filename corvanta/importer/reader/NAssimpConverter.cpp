@@ -194,17 +194,31 @@ void NAssimpConverter::AddMesh(aiMesh const& source) {
       std::transform(colors, colors + count, to, &ToTexel);
     });
   }
-  auto const isTriangle = [](aiFace const& face) { return face.mNumIndices == 3; };
+  if (source.mNumFaces == 0) {
+    // A cloud of points.
+    mesh.triangles = m_writer.Reserve<neutral::NTriangle>(count, [count](neutral::NTriangle* to) {
+      for (std::uint32_t i = 0; i != count; ++i) to[i] = {i, i, i};
+    });
+  } else {
+    AddFaces(source, mesh);
+  }
+  m_writer.Get<neutral::NMesh>().push_back(mesh);
+}
+
+void NAssimpConverter::AddFaces(aiMesh const& source, neutral::NMesh& mesh) {
+  auto const isDrawn = [](aiFace const& face) {
+    return face.mNumIndices >= 1 && face.mNumIndices <= 3;
+  };
   aiFace const* const end = source.mFaces + source.mNumFaces;
-  auto const triangleCount = std::count_if<aiFace const*>(source.mFaces, end, isTriangle);
+  auto const count = std::count_if<aiFace const*>(source.mFaces, end, isDrawn);
   mesh.triangles = m_writer.Reserve<neutral::NTriangle>(
-      static_cast<std::size_t>(triangleCount), [=, &source](neutral::NTriangle* to) {
+      static_cast<std::size_t>(count), [=, &source](neutral::NTriangle* to) {
         for (aiFace const* face = source.mFaces; face != end; ++face) {
-          if (!isTriangle(*face)) continue;
-          *to++ = {face->mIndices[0], face->mIndices[1], face->mIndices[2]};
+          if (!isDrawn(*face)) continue;
+          unsigned const last = face->mNumIndices - 1;
+          *to++ = {face->mIndices[0], face->mIndices[std::min(last, 1u)], face->mIndices[last]};
         }
       });
-  m_writer.Get<neutral::NMesh>().push_back(mesh);
 }
 
 void NAssimpConverter::AddMaterial(aiMaterial const& source) {

@@ -26,6 +26,7 @@ class NAssimpConverter {
   using ByName = std::multimap<std::string, unsigned>;
 
   void AddMesh(aiMesh const& mesh);
+  void AddFaces(aiMesh const& source, neutral::NMesh& mesh);
   void AddMaterial(aiMaterial const& material);
   std::vector<neutral::NTexture> GetTextures(aiMaterial const& material);
   void AddPicture(aiTexture const& picture);

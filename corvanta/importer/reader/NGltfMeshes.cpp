@@ -45,6 +45,8 @@ struct NGltfMeshes::Source {
     NTextureTransform transform;
   };
 
+  static constexpr int kNoMode = -1;  // nothing can be drawn
+
   int mode = TINYGLTF_MODE_TRIANGLES;
   NGltfNumbers positions;
   std::optional<NGltfNumbers> normals;
@@ -60,6 +62,7 @@ struct NGltfMeshes::Source {
 
   std::size_t GetVertexCount() const { return isReduced ? vertices.size() : positions.GetCount(); }
   std::size_t GetVertex(std::size_t i) const { return isReduced ? vertices[i] : i; }
+  static NTriangle MakeLine(std::uint32_t from, std::uint32_t to) { return {from, to, to}; }
   std::uint32_t GetIndex(std::size_t i) const {
     return indices ? indices->Get(i) : static_cast<std::uint32_t>(i);
   }
@@ -83,7 +86,17 @@ struct NGltfMeshes::Source {
   template <class Use>
   void ForEachTriangle(Use const& use) const {
     std::size_t const count = indices ? indices->GetCount() : positions.GetCount();
-    if (mode == TINYGLTF_MODE_TRIANGLES) {
+    if (mode == TINYGLTF_MODE_POINTS) {
+      for (std::size_t i = 0; i != count; ++i)
+        use(NTriangle{GetIndex(i), GetIndex(i), GetIndex(i)});
+    } else if (mode == TINYGLTF_MODE_LINE) {
+      for (std::size_t i = 0; i + 1 < count; i += 2) use(MakeLine(GetIndex(i), GetIndex(i + 1)));
+    } else if (mode == TINYGLTF_MODE_LINE_STRIP || mode == TINYGLTF_MODE_LINE_LOOP) {
+      for (std::size_t i = 0; i + 1 < count; ++i) use(MakeLine(GetIndex(i), GetIndex(i + 1)));
+      if (mode == TINYGLTF_MODE_LINE_LOOP && count > 2) {
+        use(MakeLine(GetIndex(count - 1), GetIndex(0)));
+      }
+    } else if (mode == TINYGLTF_MODE_TRIANGLES) {
       for (std::size_t i = 0; i + 2 < count; i += 3) {
         use(NTriangle{GetIndex(i), GetIndex(i + 1), GetIndex(i + 2)});
       }
@@ -102,9 +115,7 @@ struct NGltfMeshes::Source {
 
 namespace {
 
-bool IsSurface(int mode) {
-  return mode >= TINYGLTF_MODE_TRIANGLES && mode <= TINYGLTF_MODE_TRIANGLE_FAN;
-}
+bool IsMode(int mode) { return mode >= TINYGLTF_MODE_POINTS && mode <= TINYGLTF_MODE_TRIANGLE_FAN; }
 
 int FindAttribute(tinygltf::Primitive const& primitive, std::string const& name) {
   auto const found = primitive.attributes.find(name);
@@ -137,7 +148,7 @@ std::uint32_t NGltfMeshes::AddPrimitive(tinygltf::Primitive const& primitive,
   mesh.isFlat = 1;
   mesh.variants = m_writer.Add(m_materials.GetVariants(primitive));
   m_morphedCount += !primitive.targets.empty();
-  if (IsSurface(primitive.mode)) {
+  if (IsMode(primitive.mode)) {
     auto const source = Read(primitive);
     CheckIndices(*source);
     auto const reserve = [&](auto const& write) {
@@ -196,7 +207,7 @@ std::shared_ptr<NGltfMeshes::Source> NGltfMeshes::Read(tinygltf::Primitive const
     throw NImportError("it can't be unpacked");
   }
   if (positions < 0) {
-    source->mode = TINYGLTF_MODE_POINTS;  // nothing can be drawn
+    source->mode = Source::kNoMode;
     return source;
   }
   source->positions = m_accessors.GetNumbers(positions, 3, NGltfAccessors::kAnyIntegers);

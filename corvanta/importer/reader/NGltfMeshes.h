@@ -15,8 +15,7 @@
 namespace corvanta::importer::reader {
 
 /// Puts the meshes of a glTF 2 file into the neutral form, a primitive each. Strips and fans become
-/// triangles; of a primitive that draws points or lines nothing but its name is there. A primitive
-/// has those vertices alone that it uses.
+/// triangles, strips and loops of lines lines. A primitive has those vertices alone that it uses.
 class NGltfMeshes {
  public:
   /// Requires: all of these stay until `writer` has written.

@@ -90,9 +90,11 @@ void CheckMesh(aiScene const& scene, aiMesh const& mesh) {
   CheckFaces(mesh);
 }
 
-bool HasFaces(aiMesh const& mesh) {
+// A mesh without faces is a cloud of points.
+bool IsDrawn(aiMesh const& mesh) {
+  if (mesh.mNumFaces == 0) return mesh.mNumVertices != 0;
   return std::any_of(mesh.mFaces, mesh.mFaces + mesh.mNumFaces,
-                     [](aiFace const& face) { return face.mNumIndices >= 3; });
+                     [](aiFace const& face) { return face.mNumIndices != 0; });
 }
 
 void CheckNode(aiScene const& scene, aiNode const& node) {
@@ -176,9 +178,11 @@ void CheckScene(aiScene const& scene) {
 
   bool const isEmpty = scene.mNumMeshes == 0 && scene.mNumLights == 0 && scene.mNumCameras == 0 &&
                        scene.mRootNode->mNumChildren == 0;
-  bool const hasFaces = std::any_of(scene.mMeshes, scene.mMeshes + scene.mNumMeshes,
-                                    [](aiMesh const* mesh) { return HasFaces(*mesh); });
-  if (isEmpty || (scene.mNumMeshes != 0 && !hasFaces)) throw NImportError("no faces");
+  bool const isDrawn = std::any_of(scene.mMeshes, scene.mMeshes + scene.mNumMeshes,
+                                   [](aiMesh const* mesh) { return IsDrawn(*mesh); });
+  if (isEmpty || (scene.mNumMeshes != 0 && !isDrawn)) {
+    throw NImportError("no faces, lines or points");
+  }
   CheckHierarchy(scene);
 }
 

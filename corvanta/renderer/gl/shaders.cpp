@@ -11,7 +11,8 @@ constexpr char const* kFeatureNames[] = {
     "METALNESS_MAP", "ROUGHNESS_MAP", "OCCLUSION_MAP", "METAL_ROUGHNESS", "BOUNDS",
     "LIT",           "HIGHLIGHTS",    "REFLECTION",    "IRRADIANCE",      "CUBE",
     "CONTRAST",      "ROUGH",         "COAT",          "FLECKS",          "BLEND",
-    "MASK",          "WIREFRAME",     "TONE_MAPPING",  "GAMMA",           "GLOW"};
+    "MASK",          "WIREFRAME",     "TONE_MAPPING",  "GAMMA",           "GLOW",
+    "LINES"};
 
 // The coordinates of the textures, of which the first five have their own.
 constexpr char const* kCoordsNames[] = {"colorCoords",     "bumpCoords",     "specularCoords",
@@ -497,7 +498,11 @@ void main() {
 #ifdef IRRADIANCE
   arriving += open * irradiance * Irradiance(n);
 #endif
+#ifdef LINES
+  vec3 diffuseLight = emission + diffuseColor;
+#else
   vec3 diffuseLight = ambientColor + emission + diffuseColor * arriving;
+#endif
 #ifdef COAT
   float coat = Schlick(coatReflectance, dot(n, toViewpoint));
   diffuseLight *= 1.0 - coat;

@@ -36,7 +36,8 @@ enum NSurfaceFeature : unsigned {
   NSF_WIREFRAME = 1u << 21,  ///< a line has no face of its own
   NSF_TONE_MAPPING = 1u << 22,
   NSF_GAMMA = 1u << 23,
-  NSF_GLOW = 1u << 24,  ///< the alpha of an opaque pixel is its light above white
+  NSF_GLOW = 1u << 24,   ///< the alpha of an opaque pixel is its light above white
+  NSF_LINES = 1u << 25,  ///< of lines and points, which no lamp lights
 };
 
 /// Which program draws a surface.

@@ -133,7 +133,9 @@ void NSurfaceProgram::SetMaterial(NMaterialParameters const& material, NColor co
   m_program.Use();
   NColor const ambient{material.ambient[0] * ambientLight[0], material.ambient[1] * ambientLight[1],
                        material.ambient[2] * ambientLight[2]};
-  glUniform3fv(m_diffuse, 1, material.diffuse.data());
+  // A line of metal has the colour of its highlight.
+  bool const isMetal = (m_features & NSF_LINES) != 0 && material.diffuse == NColor{};
+  glUniform3fv(m_diffuse, 1, isMetal ? material.specular.data() : material.diffuse.data());
   glUniform3fv(m_ambient, 1, ambient.data());
   glUniform3fv(m_emissive, 1, material.emissive.data());
   glUniform1f(m_opacity, material.opacity);

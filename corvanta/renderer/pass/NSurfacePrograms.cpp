@@ -65,8 +65,19 @@ void NSurfacePrograms::Begin(NPicture const& picture) {
 }
 
 void NSurfacePrograms::Use(NMaterialParameters const& material, bool isWireframe) {
+  Use(material, GetKey(*m_picture, material, isWireframe));
+}
+
+void NSurfacePrograms::UseForLines(NMaterialParameters const& material) {
+  constexpr unsigned kFeatures = NSF_COLOR_MAP | NSF_EMISSIVE_MAP | NSF_OPACITY_MAP | NSF_BOUNDS |
+                                 NSF_BLEND | NSF_MASK | NSF_TONE_MAPPING | NSF_GAMMA | NSF_GLOW;
+  NSurfaceKey key;
+  key.features = (GetKey(*m_picture, material, false).features & kFeatures) | NSF_LINES;
+  Use(material, key);
+}
+
+void NSurfacePrograms::Use(NMaterialParameters const& material, NSurfaceKey const& key) {
   NPicture const& picture = *m_picture;
-  NSurfaceKey const key = GetKey(picture, material, isWireframe);
   Entry& entry = m_programs[key];
   if (!entry.program) entry.program = std::make_unique<NSurfaceProgram>(key);
   if (entry.picture != m_pictureNumber) {
