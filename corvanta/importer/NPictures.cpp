@@ -43,11 +43,11 @@ NTemporaryArchive::Entry MakeEntry(neutral::NSceneView const& scene,
 }  // namespace
 
 NPictures::NPictures(NImportTarget& target, neutral::NSceneView const& scene,
-                     fs::path const& folder)
+                     NVertexColors const& colors, fs::path const& folder)
     : m_target(target),
       m_scene(scene),
       m_folder(folder),
-      m_images(scene.Get<neutral::NPicture>().size()) {
+      m_images(scene.Get<neutral::NPicture>().size() + 1) {
   auto const pictures = scene.Get<neutral::NPicture>();
   std::vector<NTemporaryArchive::Entry> entries;
   std::vector<std::size_t> numbers;
@@ -56,12 +56,19 @@ NPictures::NPictures(NImportTarget& target, neutral::NSceneView const& scene,
     entries.push_back(MakeEntry(scene, pictures[i], i));
     numbers.push_back(i);
   }
+  std::vector<unsigned char> const drawn = colors.MakePicture();
+  if (!drawn.empty()) {
+    entries.push_back({"colours.tga", drawn});
+    numbers.push_back(pictures.size());
+  }
   if (entries.empty()) return;
   auto archive = std::make_unique<NTemporaryArchive>(entries);
   core::uri::NUri const uri = FileUri(archive->GetPath());
   for (std::size_t i = 0; i != entries.size(); ++i) {
     std::string const& entry = entries[i].name;
-    std::string const name = scene.GetString(pictures[numbers[i]].name);
+    std::string const name = numbers[i] == pictures.size()
+                                 ? std::string("vertex colours")
+                                 : scene.GetString(pictures[numbers[i]].name);
     m_embedded[numbers[i]] = {core::locator::NLocator(uri, core::uri::NPath(ToWide(entry))),
                               ToWide(name.empty() ? fs::path(entry).stem().string() : name)};
   }
@@ -69,6 +76,7 @@ NPictures::NPictures(NImportTarget& target, neutral::NSceneView const& scene,
 }
 
 boost::intrusive_ptr<data::domain::image::NImageNode> NPictures::GetImage(std::size_t number) {
+  if (number == neutral::kNone) number = m_images.size() - 1;
   if (auto const& known = m_images[number]) return known;
   auto const embedded = m_embedded.find(number);
   Place const place =

@@ -11,6 +11,7 @@
 #include "corvanta/data/domain/image/NImageNode.h"
 #include "corvanta/export.h"
 #include "corvanta/importer/NImportTarget.h"
+#include "corvanta/importer/NVertexColors.h"
 #include "corvanta/importer/neutral/NSceneView.h"
 
 namespace corvanta::importer {
@@ -21,10 +22,12 @@ class CORVANTA_API NPictures {
  public:
   /// `folder` is where the model file lies. Writes the archive.
   /// Fails: throws std::runtime_error if that isn't possible.
-  NPictures(NImportTarget& target, neutral::NSceneView const& scene,
+  NPictures(NImportTarget& target, neutral::NSceneView const& scene, NVertexColors const& colors,
             std::filesystem::path const& folder);
 
-  /// The node of the scene's picture `number`; made at the first call.
+  /// The node of the scene's picture `number`, of neutral::kNone that of the vertex colours; made
+  /// at the first call.
+  /// Requires: there are such colours.
   boost::intrusive_ptr<data::domain::image::NImageNode> GetImage(std::size_t number);
 
   /// Pictures that aren't there, in UTF-8.

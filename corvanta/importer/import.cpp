@@ -13,6 +13,7 @@
 #include "corvanta/importer/NImportTarget.h"
 #include "corvanta/importer/NMaterials.h"
 #include "corvanta/importer/NPictures.h"
+#include "corvanta/importer/NVertexColors.h"
 #include "corvanta/importer/animation/NAnimations.h"
 #include "corvanta/importer/neutral/NSceneView.h"
 #include "corvanta/importer/process/NReadModel.h"
@@ -45,9 +46,10 @@ NImportedModel ImportModel(data::document::NDocument& document, std::string cons
   auto const isRead = Clock::now();
 
   NImportTarget target(document);
-  NPictures pictures(target, scene, path.parent_path());
+  NVertexColors const colors(scene);
+  NPictures pictures(target, scene, colors, path.parent_path());
   NMaterials materials(target, scene, pictures);
-  NHierarchy hierarchy(target, scene, materials, options.crease);
+  NHierarchy hierarchy(target, scene, materials, colors, options.crease);
   NImportedModel result;
   result.file = file;
   result.tree = target.Create(document.GetTrees());
@@ -75,6 +77,7 @@ NImportedModel ImportModel(data::document::NDocument& document, std::string cons
   Append(result.notes, readNotes);
   Append(result.notes, pictures.GetNotes());
   Append(result.notes, materials.GetNotes());
+  Append(result.notes, colors.GetNotes());
   Append(result.notes, hierarchy.GetNotes());
   Append(result.notes, animations.GetNotes());
   result.readMilliseconds = Milliseconds(start, isRead);

@@ -106,7 +106,6 @@ std::vector<BadFile> BadFiles() {
       {"empty.obj", "", ""},
       {"text.txt", "hello", ""},
       {"broken.gltf", "{\"asset\":", ""},
-      {"points.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\n", "no faces"},
       {"nothing.gltf", MakeGltf({}, json::array({{{"name", "a"}}})), "no faces"},
       {"no_root.gltf", R"({"asset":{"version":"2.0"}})", ""},
       {"beyond.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 9\n", "out of range"},

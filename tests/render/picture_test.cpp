@@ -5,10 +5,10 @@
 
 #include "corvanta/data/domain/light_env/NLamp.h"
 #include "corvanta/data/domain/light_env/NLightEnvNode.h"
+#include "corvanta/data/domain/material/NMaterialOptions.h"
 #include "corvanta/data/domain/material/texture_mapping/NProjectionMapping.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
 #include "corvanta/data/domain/texture/NTextureUse.h"
-#include "corvanta/renderer/NMaterialOptions.h"
 #include "tests/render/world.h"
 #include "tests/support/temporary_files.h"
 
@@ -18,19 +18,6 @@ namespace {
 namespace light_env = data::domain::light_env;
 namespace texture = data::domain::texture;
 namespace texture_mapping = data::domain::material::texture_mapping;
-using Color = std::array<int, 3>;
-
-/// The byte of a value of linear light.
-int Encode(double linear) {
-  double const value =
-      linear <= 0.0031308 ? 12.92 * linear : 1.055 * std::pow(linear, 1 / 2.4) - 0.055;
-  return static_cast<int>(std::lround(255 * std::clamp(value, 0.0, 1.0)));
-}
-
-/// Filtering spreads a little of each pixel of a texture.
-void ExpectColor(Color const& color, Color const& expected) {
-  for (std::size_t c = 0; c != 3; ++c) EXPECT_NEAR(color[c], expected[c], 16);
-}
 
 /// A white wall from -4 to 4 in x and y at z = 0, with texture coordinates from 0 to 1, in a black
 /// environment. The camera at z = 12 sees 8.7 units of its height.
@@ -58,13 +45,6 @@ class PictureTest : public World {
     surface->Assign(coords, normals, 4, indices, 6, uvs);
     geometry->AddSurface(*surface);
     m_wall->SetGeometryNode(geometry);
-  }
-
-  static void SetColor(core::attribute::NAttributeHost& host, std::wstring const& name, double r,
-                       double g, double b) {
-    host.QueryAttribute(name + L".r")->SetValue(r, true);
-    host.QueryAttribute(name + L".g")->SetValue(g, true);
-    host.QueryAttribute(name + L".b")->SetValue(b, true);
   }
 
   boost::intrusive_ptr<light_env::NLamp> AddLamp(std::wstring const& type, double x, double y,
@@ -124,20 +104,6 @@ class PictureTest : public World {
     m_material->AddTexture(texture, *used, 0);
   }
 
-  /// The pixel where a point of the wall is seen.
-  Color At(renderer::NPixels const& picture, float x, float y) const {
-    VX_Math::Vec3 position(x, y, 0);
-    GetViewpoint().GetViewProjection().MultVecMatrix(position, position);
-    auto const column = static_cast<unsigned>((position.x + 1) / 2 * kWidth);
-    auto const row = static_cast<unsigned>((1 - position.y) / 2 * kHeight);
-    unsigned char const* const pixel = picture.GetRow(row) + 3 * column;
-    return {pixel[0], pixel[1], pixel[2]};
-  }
-  Color GetMiddle() {
-    auto const picture = DrawPicture();
-    unsigned char const* const pixel = picture.GetRow(kHeight / 2) + 3 * (kWidth / 2);
-    return {pixel[0], pixel[1], pixel[2]};
-  }
   int GreyAt(renderer::NPixels const& picture, float x, float y) const {
     return At(picture, x, y)[0];
   }
@@ -426,7 +392,7 @@ TEST_F(PictureTest, FlecksGlitterWhereTheyAreTiltedToTheLamp) {
 
 TEST_F(PictureTest, OneSidedModelsAreSeenFromTheFrontAlone) {
   AddLamp(light_env::LAMP_TYPE_POINT, 0, 0, 12);
-  m_material->SetType(data::domain::material::NMaterialType(renderer::NMO_ONE_SIDED));
+  m_material->SetType(data::domain::material::NMaterialType(data::domain::material::NMO_ONE_SIDED));
   struct Row {
     double rotation, scale;
     bool isSeen;

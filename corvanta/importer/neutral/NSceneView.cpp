@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "corvanta/data/domain/material/NMaterialOptions.h"
 #include "corvanta/data/domain/texture/NTextureUse.h"
 #include "corvanta/importer/NImportError.h"
 
@@ -112,9 +113,11 @@ class Checker {
     Use(mesh.name);
     Use(mesh.positions);
     Use(mesh.normals);
+    Use(mesh.colors);
     Use(mesh.triangles);
     std::size_t const count = mesh.positions.count;
     Require(mesh.normals.count == 0 || mesh.normals.count == count, "a mesh lacks normals");
+    Require(mesh.colors.count == 0 || mesh.colors.count == count, "a mesh lacks colours");
     Require(mesh.uvSetCount <= kMostUvSets, "a mesh has too many texture coordinates");
     for (std::size_t i = 0; i != mesh.uvSetCount; ++i) {
       Use(mesh.uvs[i]);
@@ -141,8 +144,12 @@ class Checker {
     Use(material.name);
     Use(material.textures);
     for (NTexture const& texture : m_scene.Get(material.textures)) {
-      Require(texture.picture < Count<NPicture>(), "a texture has no picture");
+      Require(texture.picture == kNone || texture.picture < Count<NPicture>(),
+              "a texture has no picture");
       Require(texture.use <= data::domain::texture::NTU_OTHER, "a texture has no use");
+      Require(texture.operation <= data::domain::material::kMostOperation &&
+                  std::isfinite(texture.scale),
+              "a texture's operation isn't one");
     }
   }
 

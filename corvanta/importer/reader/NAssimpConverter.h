@@ -31,6 +31,7 @@ class NAssimpConverter {
   using ByName = std::multimap<std::string, unsigned>;
 
   void AddMesh(aiMesh const& mesh);
+  void AddFaces(aiMesh const& source, neutral::NMesh& mesh);
   void AddMaterial(aiMaterial const& material);
   std::vector<neutral::NTexture> GetTextures(aiMaterial const& material);
   void AddPicture(aiTexture const& picture);
@@ -48,6 +49,7 @@ class NAssimpConverter {
   bool const m_multipliesColor;
   neutral::NSceneWriter& m_writer;
   NAssimpDeformations m_deformations;
+  std::vector<bool> m_isColored;  // of each material, whether a mesh of it has vertex colours
   std::map<std::string, std::uint32_t> m_pictures;  // those outside of the file
   // The numbers of nodes in the neutral form; of several of one name, that of the uppermost and
   // first.

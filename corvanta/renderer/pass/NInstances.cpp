@@ -53,11 +53,11 @@ void NInstances::Upload(std::vector<NFlatInstance> const& instances) {
   m_isFlat = true;
 }
 
-void NInstances::Draw(std::vector<NMeshPart> const& parts, std::size_t first,
-                      std::size_t count) const {
+void NInstances::Draw(std::vector<NMeshPart> const& parts, std::size_t first, std::size_t count,
+                      bool areTriangles) const {
   auto const instances = static_cast<GLsizei>(count);
   for (NMeshPart const& part : parts) {
-    if (part.count == 0) continue;
+    if (part.count == 0 || part.IsOfTriangles() != areTriangles) continue;
     glBindVertexArray(part.vertexArray);
     glBindBuffer(GL_ARRAY_BUFFER, m_buffer.Get());
     std::size_t const stride = m_isFlat ? sizeof(NFlatInstance) : sizeof(NSurfaceInstance);
@@ -71,9 +71,11 @@ void NInstances::Draw(std::vector<NMeshPart> const& parts, std::size_t first,
       SetRows(kNormalWorld, 3, 3, stride, first * stride + offsetof(NSurfaceInstance, normals));
     }
     if (part.isIndexed) {
-      glDrawElementsInstanced(GL_TRIANGLES, part.count, GL_UNSIGNED_INT, nullptr, instances);
+      glDrawElementsInstanced(part.mode, part.count, GL_UNSIGNED_INT,
+                              reinterpret_cast<void const*>(part.first * sizeof(unsigned)),
+                              instances);
     } else {
-      glDrawArraysInstanced(GL_TRIANGLES, 0, part.count, instances);
+      glDrawArraysInstanced(part.mode, 0, part.count, instances);
     }
   }
 }

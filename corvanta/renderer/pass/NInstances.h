@@ -33,8 +33,9 @@ class NInstances {
   void Upload(std::vector<NSurfaceInstance> const& instances);
   void Upload(std::vector<NFlatInstance> const& instances);
   /// Draws the parts of a mesh as `count` of the instances with the current program, a part for
-  /// all of them before the next.
-  void Draw(std::vector<NMeshPart> const& parts, std::size_t first, std::size_t count) const;
+  /// all of them before the next: those of triangles, or those of lines and points.
+  void Draw(std::vector<NMeshPart> const& parts, std::size_t first, std::size_t count,
+            bool areTriangles = true) const;
 
  private:
   NGlBuffer m_buffer;

@@ -37,11 +37,12 @@ class NSurfaceProgram {
   GLint const m_viewProjection, m_depthRange, m_viewpoint;
   GLint const m_diffuse, m_ambient, m_specular, m_emissive, m_power, m_opacity, m_cutOff;
   GLint const m_rough, m_coatReflectance, m_fleckColor, m_fleckSize, m_fleckPerturbation;
-  GLint const m_bounds, m_colorOperation, m_bumpContent, m_bumpScale, m_opacityInAlpha;
+  GLint const m_bounds, m_colorOperation, m_bumpContent, m_bumpScale, m_opacityInAlpha,
+      m_dataScales;
   GLint const m_lampCount, m_lampType, m_lampColor, m_lampPosition, m_lampDirection, m_lampCone,
       m_lampRange, m_lampAttenuation;
-  GLint const m_reflection, m_fresnel, m_reflectionLod, m_environmentContrast, m_irradiance,
-      m_harmonics, m_environmentProjection, m_environmentRotation;
+  GLint const m_reflection, m_mirror, m_fresnel, m_reflectionLod, m_environmentContrast,
+      m_irradiance, m_harmonics, m_environmentProjection, m_environmentRotation;
   GLint const m_exposure, m_gamma, m_white;
 };
 

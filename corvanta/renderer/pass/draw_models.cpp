@@ -1,6 +1,7 @@
 #include "corvanta/renderer/pass/draw_models.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <map>
 #include <utility>
@@ -62,11 +63,36 @@ void SetKind(NSurfacePrograms& programs, Kind const& kind) {
   glFrontFace(kind.isMirrored ? GL_CW : GL_CCW);
 }
 
+bool Has(Kind const& kind, bool areTriangles) {
+  return std::any_of(kind.parts->begin(), kind.parts->end(), [areTriangles](NMeshPart const& part) {
+    return part.IsOfTriangles() == areTriangles;
+  });
+}
+
+// Units: pixels of a picture of 600 rows; those of smaller pictures are no smaller.
+constexpr float kLineWidth = 1.5f, kPointSize = 3.0f, kRows = 600.0f;
+
+/// Draws the lines and points of instances, wider in larger pictures.
+void DrawLines(NSurfacePrograms& programs, NInstances const& instances, Kind const& kind,
+               std::size_t begin, std::size_t count) {
+  if (!Has(kind, false)) return;
+  programs.UseForLines(*kind.material);
+  std::array<GLint, 4> viewport;
+  glGetIntegerv(GL_VIEWPORT, viewport.data());
+  float const scale = std::max(static_cast<float>(viewport[3]) / kRows, 1.0f);
+  glPointSize(kPointSize * scale);
+  // Contexts of the strictest kind refuse any other width.
+  if (AreLinesWide()) glLineWidth(kLineWidth * scale);
+  instances.Draw(*kind.parts, begin, count, false);
+  glLineWidth(1.0f);
+}
+
 void ResetKind() {
   glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
   glDisable(GL_CULL_FACE);
   glCullFace(GL_BACK);
   glFrontFace(GL_CCW);
+  for (NTextureSlot const slot : kTextureSlots) glBindSampler(slot, 0);
 }
 
 /// Calls `draw(begin, end)` for each run of equal values of `get`.
@@ -132,6 +158,8 @@ void DrawOpaqueModels(NSurfacePrograms& programs, NInstances& instances, NPictur
   ForEachRun(
       indices.size(), [&](std::size_t i) { return GetKind(picture, indices[i]); },
       [&](Kind const& kind, std::size_t begin, std::size_t end) {
+        DrawLines(programs, instances, kind, begin, end - begin);
+        if (!Has(kind, true)) return;
         SetKind(programs, kind);
         bool const isCulled = kind.material->isOneSided && !kind.isWired;
         isCulled ? glEnable(GL_CULL_FACE) : glDisable(GL_CULL_FACE);
@@ -150,6 +178,8 @@ void DrawTransparentModels(NSurfacePrograms& programs, NInstances& instances,
   Upload(instances, picture, indices);
   for (std::size_t i = 0; i != indices.size(); ++i) {
     Kind const kind = GetKind(picture, indices[i]);
+    DrawLines(programs, instances, kind, i, 1);
+    if (!Has(kind, true)) continue;
     SetKind(programs, kind);
     if (kind.isWired) {
       glDisable(GL_CULL_FACE);
