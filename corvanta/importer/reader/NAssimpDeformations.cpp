@@ -92,6 +92,7 @@ void NAssimpDeformations::AddTo(aiMesh const& source, neutral::NMesh& mesh) {
   std::vector<neutral::NMorphTarget> targets;
   std::size_t const targetCount =
       std::min<std::size_t>(source.mNumAnimMeshes, neutral::kMostTargets);
+  m_surplusCount += source.mNumAnimMeshes - targetCount;
   for (std::size_t i = 0; i != targetCount; ++i) {
     targets.push_back(AddTarget(source, *source.mAnimMeshes[i]));
   }
@@ -188,9 +189,15 @@ NAssimpDeformations::Channels NAssimpDeformations::AddChannels(
 }
 
 std::vector<std::string> NAssimpDeformations::GetNotes() const {
-  if (m_unlikeCount == 0) return {};
-  return {core::text::Plural(m_unlikeCount, "morph target has another length, and was left out",
-                             "morph targets have another length, and were left out")};
+  std::vector<std::string> notes;
+  auto const note = [&notes](std::size_t count, char const* one, char const* many) {
+    if (count != 0) notes.push_back(core::text::Plural(count, one, many));
+  };
+  note(m_unlikeCount, "morph target has another length, and was left out",
+       "morph targets have another length, and were left out");
+  note(m_surplusCount, "morph target is beyond the 4096th of its mesh, and was left out",
+       "morph targets are beyond the 4096th of their mesh, and were left out");
+  return notes;
 }
 
 }  // namespace corvanta::importer::reader

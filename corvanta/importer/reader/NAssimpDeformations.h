@@ -55,7 +55,8 @@ class NAssimpDeformations {
   std::vector<std::uint32_t> m_skins;  // by meshes
   std::vector<aiMesh const*> m_skinned;
   std::size_t m_meshCount = 0;
-  std::size_t m_unlikeCount = 0;  // morph targets of another length
+  std::size_t m_unlikeCount = 0;   // morph targets of another length
+  std::size_t m_surplusCount = 0;  // morph targets beyond the most
 };
 
 }  // namespace corvanta::importer::reader
