@@ -15,13 +15,15 @@ namespace corvanta::importer::reader {
 class NAssimpConverter {
  public:
   /// `multipliesColor`: whether in this format a material's colour counts beside its picture.
+  /// `hasWeights`: whether in this format the weights of morph targets are those at rest.
   /// Requires: `scene` passed CheckScene, its faces are triangles, and it stays until `writer` has
   /// written.
-  NAssimpConverter(aiScene const& scene, bool multipliesColor, neutral::NSceneWriter& writer)
+  NAssimpConverter(aiScene const& scene, bool multipliesColor, neutral::NSceneWriter& writer,
+                   bool hasWeights = true)
       : m_scene(scene),
         m_multipliesColor(multipliesColor),
         m_writer(writer),
-        m_deformations(scene, writer) {}
+        m_deformations(scene, hasWeights, writer) {}
 
   void Convert();
   /// What the neutral form can't say, in UTF-8.

@@ -24,6 +24,13 @@ bool MultipliesColor(std::filesystem::path const& path) {
   return extension == ".obj" || extension == ".x";
 }
 
+// Of an FBX file they are 1 where a shape is the only one of its channel, whatever it says.
+bool HasWeights(std::filesystem::path const& path) {
+  std::string extension = path.extension().string();
+  boost::algorithm::to_lower(extension);
+  return extension != ".fbx";
+}
+
 // Collada's own axis is in its transforms already.
 NUpAxis GetUp(std::filesystem::path const& path, aiScene const& scene) {
   std::string extension = path.extension().string();
@@ -58,7 +65,8 @@ NModelReader::NModelReader(NFileOpener& opener, std::filesystem::path const& pat
   } else {
     auto const& assimp = m_sources->assimp.emplace(opener, path);
     m_writer.SetUp(GetUp(path, assimp.GetScene()));
-    NAssimpConverter converter(assimp.GetScene(), MultipliesColor(path), m_writer);
+    NAssimpConverter converter(assimp.GetScene(), MultipliesColor(path), m_writer,
+                               HasWeights(path));
     converter.Convert();
     add(assimp.GetNotes());
     add(converter.GetNotes());
