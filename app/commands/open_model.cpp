@@ -35,6 +35,7 @@ std::string& GetVariant() {
 }
 
 std::string CheckUnit(std::string const& text) {
+  if (text == "auto") return "";
   double unit = 0.0;
   bool const isNumber = CLI::detail::lexical_cast(text, unit) && IsInFloatRange(unit);
   // Below that a float's inverse is none.
@@ -46,6 +47,11 @@ std::string CheckCrease(std::string const& text) {
   double angle = 0.0;
   bool const isNumber = CLI::detail::lexical_cast(text, angle);
   return isNumber && angle >= 0.0 && angle <= 180.0 ? "" : "needs degrees from 0 to 180";
+}
+
+void SetUnit(std::string const& text) {
+  double unit = 1.0;
+  GetOptions().unit = CLI::detail::lexical_cast(text, unit) ? std::optional(unit) : std::nullopt;
 }
 
 void SetUp(std::string const& axis) {
@@ -65,9 +71,9 @@ void AddAxisOptions(CLI::App& command) {
           "--zup", [] { SetUp("z"); }, "The same as --up z")
       ->excludes(up);
   command
-      .add_option_function<double>(
-          "--unit", [](double const& unit) { GetOptions().unit = unit; },
-          "Scale of each file's tree, such as 0.001")
+      .add_option_function<std::string>(
+          "--unit", &SetUnit,
+          "Scale of each file's tree, such as 0.001; auto takes metres, as an FBX file says")
       ->check(CLI::Validator(&CheckUnit, "NUMBER"));
   command
       .add_option_function<double>(

@@ -40,6 +40,7 @@ class CORVANTA_API NPictures {
   };
 
   Place FindFile(std::string const& name);
+  std::filesystem::path FindNearby(std::filesystem::path const& name);
 
   NImportTarget& m_target;
   neutral::NSceneView const& m_scene;
@@ -47,6 +48,8 @@ class CORVANTA_API NPictures {
   std::map<std::size_t, Place> m_embedded;                                      // by their numbers
   std::vector<boost::intrusive_ptr<data::domain::image::NImageNode>> m_images;  // as asked for
   std::map<core::locator::NLocator, boost::intrusive_ptr<data::domain::image::NImageNode>> m_nodes;
+  std::map<std::string, std::filesystem::path> m_nearby;  // files by their names in small letters
+  bool m_hasListed = false;
   std::vector<std::string> m_notes;
   std::set<std::string> m_missing;  // those that are noted
 };

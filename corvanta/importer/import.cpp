@@ -56,7 +56,7 @@ NImportedModel ImportModel(data::document::NDocument& document, std::string cons
   result.tree->SetName(core::text::ToWide(path.stem().string()));
   // Cameras are aimed by where their items stand in the scene.
   NUpAxis const up = options.up.value_or(scene.GetUp());
-  result.tree->SetUnit(options.unit);
+  result.tree->SetUnit(options.unit.value_or(scene.GetUnit()));
   if (up == NUA_Z) {
     result.tree->SetCoordConversion(data::domain::scenegraph::tree::CCV_ZUP_TO_YUP);
   }

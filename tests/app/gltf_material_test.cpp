@@ -249,6 +249,7 @@ TEST(GltfVariantTest, AVariantIsAChoiceOfASwitch) {
   data::document::NDocument document;
   auto const model = importer::ImportModel(document, (files.GetFolder() / "shoes.gltf").string());
   EXPECT_THAT(model.variants, ElementsAre("street", "beach", "moon"));
+  EXPECT_THAT(model.notes, testing::IsEmpty());
   ASSERT_EQ(model.switches.size(), 1u);
   EXPECT_EQ(model.switches[0]->GetName(), L"mesh0");
   EXPECT_EQ(model.switches[0]->GetMaterials().size(), 3u);
@@ -285,6 +286,11 @@ TEST(GltfVariantTest, TheProgramListsAndTakesThem) {
   EXPECT_EQ(plain.status, 0);
   EXPECT_TRUE(plain.HasOneError("plain.gltf", "there are no variants")) << plain.err;
 
+  json idle = shoes;
+  idle["extensions"]["KHR_materials_variants"]["variants"].push_back({{"name", "idle"}});
+  files.Write("idle.gltf", idle.dump());
+  EXPECT_TRUE(RunProgram(files, {"info", "idle.gltf"})
+                  .HasOneError("idle.gltf", "1 variant changes no material"));
   json many = shoes;
   for (int i = 0; i != 300; ++i) {
     many["extensions"]["KHR_materials_variants"]["variants"].push_back({{"name", "v"}});

@@ -159,7 +159,7 @@ TEST_F(InfoTest, EveryCommandPassesTheNotesOnOnce) {
   json gltf = json::parse(MakeGltf(
       {Triangle(), Triangle(), Triangle()},
       {{{"name", "only"}, {"mesh", 0}, {"children", {1, 2}}}, {{"mesh", 1}}, {{"mesh", 2}}}));
-  for (int const lines : {1, 2}) gltf["meshes"][lines]["primitives"][0]["mode"] = 3;
+  for (int const lines : {1, 2}) gltf["meshes"][lines]["primitives"][0]["mode"] = 7;
   m_files.Write("flat.gltf", gltf.dump());
   std::string const note =
       "corvanta: flat.gltf: note: 2 meshes have no triangles and were left out\n";

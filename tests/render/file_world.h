@@ -39,12 +39,14 @@ inline std::string MakePng(unsigned width, unsigned height, std::vector<Texel> c
       for (unsigned char const part : texels[y * width + x]) row += static_cast<char>(part);
     }
     for (char const c : row) b = (b + (a = (a + static_cast<unsigned char>(c)) % 65521)) % 65521;
-    auto const size = static_cast<unsigned>(row.size());
-    packed += static_cast<char>(y + 1 == height);
-    for (unsigned const half : {size, ~size}) {
-      packed += {static_cast<char>(half), static_cast<char>(half >> 8)};
+    for (std::size_t at = 0; at < row.size(); at += 65535) {
+      auto const size = static_cast<unsigned>(std::min<std::size_t>(row.size() - at, 65535));
+      packed += static_cast<char>(y + 1 == height && at + size == row.size());
+      for (unsigned const half : {size, ~size}) {
+        packed += {static_cast<char>(half), static_cast<char>(half >> 8)};
+      }
+      packed += row.substr(at, size);
     }
-    packed += row;
   }
   packed += word(b << 16 | a);
   return "\x89PNG\r\n\x1A\n" +

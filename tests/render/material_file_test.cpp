@@ -112,6 +112,100 @@ TEST_F(MaterialFileTest, AnObjFileClamps) {
   }
 }
 
+// Four colours, seen after scale, rotation and offset.
+TEST_F(MaterialFileTest, TextureTransformsAreSeen) {
+  std::array<Color, 4> const colors{Color{255, 0, 0}, Color{0, 255, 0}, Color{0, 0, 255},
+                                    Color{255, 255, 255}};
+  std::vector<Texel> texels;
+  for (Color const& color : colors) {
+    texels.push_back({static_cast<unsigned char>(color[0]), static_cast<unsigned char>(color[1]),
+                      static_cast<unsigned char>(color[2]), 255});
+  }
+  struct Row {
+    double offsetU, offsetV, rotation, scaleU, scaleV;
+  };
+  for (Row const& row : {Row{0.25, 0.5, 0, 1, 1}, Row{0, 0, 0.7, 1, 1}, Row{0, 0, 0, 1.5, 0.5},
+                         Row{0.1, -0.2, 0.7, 1.5, 0.5}, Row{-0.3, 0.1, -2, 0.5, 2}}) {
+    json moved = Texture();
+    moved["extensions"]["KHR_texture_transform"] = {{"offset", {row.offsetU, row.offsetV}},
+                                                    {"rotation", row.rotation},
+                                                    {"scale", {row.scaleU, row.scaleV}}};
+    ShowGltf(Unlit({{"baseColorTexture", moved}}), {MakePng(2, 2, texels)}, {},
+             {{"magFilter", 9728}});
+    auto const drawn = DrawPicture();
+    int judged = 0;
+    for (double x = -3.5; x <= 3.5; x += 0.5) {
+      for (double y = -3.5; y <= 3.5; y += 0.5) {
+        // v grows downwards, and the rotation is counter-clockwise as seen.
+        double const u = (x + 4) / 8 * row.scaleU, v = (4 - y) / 8 * row.scaleV;
+        double const c = std::cos(row.rotation), s = std::sin(row.rotation);
+        double const places[] = {2 * (c * u + s * v + row.offsetU),
+                                 2 * (c * v - s * u + row.offsetV)};
+        auto const isNearBorder = [](double at) { return std::abs(at - std::round(at)) < 0.12; };
+        if (isNearBorder(places[0]) || isNearBorder(places[1])) continue;
+        auto const number = [](double at) { return static_cast<long>(std::floor(at)) & 1; };
+        auto const texel = static_cast<std::size_t>(2 * number(places[1]) + number(places[0]));
+        ExpectColor(At(drawn, static_cast<float>(x), static_cast<float>(y)), colors[texel], 4);
+        ++judged;
+      }
+    }
+    EXPECT_GT(judged, 60);
+  }
+}
+
+TEST_F(MaterialFileTest, PicturesOfOtherMachinesAreFoundByName) {
+  std::filesystem::create_directory(m_files.GetFolder() / "textures");
+  m_files.Write("green.png", MakePng(1, 1, {{0, 255, 0, 255}}));
+  m_files.Write("textures/Sky Blue.PNG", MakePng(1, 1, {{0, 0, 255, 255}}));
+  SetColor(*m_environment, L"ambientLight", 1, 1, 1);
+  m_lamp->SetEnabled(false);
+  for (auto const& [path, color] : {std::pair("C:\\Users\\me\\green.png", Color{0, 255, 0}),
+                                    std::pair("/home/me/maps/green.png", Color{0, 255, 0}),
+                                    std::pair("D:\\sky blue.png", Color{0, 0, 255})}) {
+    m_files.Write("wall.mtl", std::string("newmtl m\nKd 1 1 1\nKa 1 1 1\nmap_Kd ") + path + "\n");
+    Show("wall.obj",
+         "mtllib wall.mtl\nv -4 -4 0\nv 4 -4 0\nv 4 4 0\nv -4 4 0\nvt 0 0\nvt 1 0\nvt 1 1\n"
+         "vt 0 1\nusemtl m\nf 1/1 2/2 3/3 4/4\n");
+    EXPECT_THAT(m_model.notes, IsEmpty());
+    ExpectColor(GetMiddle(), color, 2);
+  }
+}
+
+TEST_F(MaterialFileTest, PicturesLongerThanTheDriverTakesAreShrunk) {
+  std::vector<Texel> texels(20000 * 16, Texel{255, 0, 0, 255});
+  for (std::size_t i = 0; i != texels.size(); ++i) {
+    if (i % 20000 >= 10000) texels[i] = {0, 255, 0, 255};
+  }
+  ShowGltf(Unlit({{"baseColorTexture", Texture()}}), {MakePng(20000, 16, texels)});
+  auto const drawn = DrawPicture();
+  ExpectColor(At(drawn, -2, 0), {255, 0, 0}, 2);
+  ExpectColor(At(drawn, 2, 0), {0, 255, 0}, 2);
+}
+
+// A square that faces the lamp, z being up, among a few faces with good normals.
+TEST_F(MaterialFileTest, FacesAreLitByTheirWindingWhereNormalsAreWrong) {
+  auto const makeStl = [](std::string const& normal) {
+    std::string text = "solid s\n";
+    auto const add = [&text](std::string const& n, char const* corners) {
+      text += "facet normal " + n + "\nouter loop\n" + corners + "endloop\nendfacet\n";
+    };
+    add(normal, "vertex -4 0 -4\nvertex 4 0 -4\nvertex 4 0 4\n");
+    add(normal, "vertex -4 0 -4\nvertex 4 0 4\nvertex -4 0 4\n");
+    for (int i = 0; i != 3; ++i) {
+      add("0 -1 0", "vertex 40 90 0\nvertex 41 90 0\nvertex 40 90 1\n");
+    }
+    return text + "endsolid s\n";
+  };
+  Show("good.stl", makeStl("0 -1 0"));
+  Color const good = At(DrawPicture(), 1, -1);
+  EXPECT_GT(good[0], 150);
+  for (char const* const normal :
+       {"1 0 0", "0 1 0", "0 0 1", "0 0 0", "0 -7 0", "0 -0.001 0", "nan 0 1"}) {
+    Show("bad.stl", makeStl(normal));
+    EXPECT_EQ(At(DrawPicture(), 1, -1), good) << normal;
+  }
+}
+
 TEST_F(MaterialFileTest, PixelsAreSquaresWhereTheFileSaysSo) {
   std::string const halves = MakePng(2, 1, {{0, 0, 0, 255}, {255, 255, 255, 255}});
   for (bool const isNearest : {false, true}) {

@@ -213,6 +213,7 @@ NSceneView::NSceneView(std::span<std::byte const> block)
     : m_block(block), m_header(reinterpret_cast<NHeader const*>(block.data())) {
   Require(block.size() >= sizeof(NHeader) && m_header->mark == NHeader::kMark, "it isn't a scene");
   Require(m_header->up <= NUA_Z, "its up axis isn't one");
+  Require(m_header->unit >= 1e-9 && m_header->unit <= 1e9, "its unit isn't one");
   constexpr auto kSizes = GetSizes(static_cast<NElements const*>(nullptr));
   for (std::size_t i = 0; i != kSizes.size(); ++i) {
     auto const& array = m_header->arrays[i];

@@ -227,6 +227,7 @@ struct NHeader {
 
   std::uint64_t mark = kMark;
   std::uint64_t up = NUA_Y;  // an NUpAxis
+  double unit = 1.0;         // metres
   std::array<Array, std::tuple_size_v<NElements>> arrays{};
 };
 

@@ -208,6 +208,7 @@ void NGltfMaterials::AddVariants() {
   if (m_variantCount > neutral::kMostVariants) {
     throw NImportError("more than " + std::to_string(neutral::kMostVariants) + " variants");
   }
+  m_isMapped.resize(m_variantCount);
   for (std::size_t i = 0; i != m_variantCount; ++i) {
     auto const& variant = variants.Get(static_cast<int>(i));
     std::string const name = variant.IsObject() && variant.Get("name").IsString()
@@ -224,6 +225,7 @@ std::vector<neutral::NVariantUse> NGltfMaterials::GetVariants(
   ForEachMapping(primitive, [&](int variant, int material) {
     if (variant < 0 || static_cast<std::size_t>(variant) >= m_variantCount) return;
     uses.push_back({static_cast<std::uint32_t>(variant), GetNumber(material)});
+    m_isMapped[static_cast<std::size_t>(variant)] = true;
   });
   return uses;
 }
@@ -345,6 +347,11 @@ std::vector<NUvSet> NGltfMaterials::GetUvSets(tinygltf::Primitive const& primiti
   return sets;
 }
 
-std::vector<std::string> NGltfMaterials::GetNotes() const { return {}; }
+std::vector<std::string> NGltfMaterials::GetNotes() const {
+  auto const count =
+      static_cast<std::size_t>(std::count(m_isMapped.begin(), m_isMapped.end(), false));
+  if (count == 0) return {};
+  return {core::text::Plural(count, "variant changes no material", "variants change no material")};
+}
 
 }  // namespace corvanta::importer::reader

@@ -71,6 +71,7 @@ class NGltfMaterials {
   neutral::NSceneWriter& m_writer;
   std::vector<std::vector<NUvSet>> m_sets;  // of each material; none where those of the mesh do
   std::size_t m_variantCount = 0;
+  std::vector<bool> m_isMapped;  // of each variant, whether a primitive has a material for it
   std::uint32_t m_default = neutral::kNone;
 };
 

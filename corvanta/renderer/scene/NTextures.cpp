@@ -1,5 +1,6 @@
 #include "corvanta/renderer/scene/NTextures.h"
 
+#include <algorithm>
 #include <exception>
 #include <string>
 #include <vector>
@@ -79,6 +80,10 @@ NTexture const& NTextures::Get(NImageNode const& image, NTextureContent content)
 
 NTexture NTextures::Load(NImageNode const& image, NTextureContent content) const {
   std::vector<NTexels> faces = Read(image);
+  GLint mostSide = 0;
+  glGetIntegerv(content == NTC_CUBE ? GL_MAX_CUBE_MAP_TEXTURE_SIZE : GL_MAX_TEXTURE_SIZE,
+                &mostSide);
+  for (NTexels& face : faces) Shrink(face, static_cast<unsigned>(std::max(mostSide, 1)));
   NTexture result{NGlTexture(),
                   faces.front().hasAlpha,
                   !faces.front().floats.empty() || content == NTC_DATA,
