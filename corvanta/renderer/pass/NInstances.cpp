@@ -53,28 +53,47 @@ void NInstances::Upload(std::vector<NFlatInstance> const& instances) {
   m_isFlat = true;
 }
 
-void NInstances::Draw(std::vector<NMeshPart> const& parts, std::size_t first,
-                      std::size_t count) const {
-  auto const instances = static_cast<GLsizei>(count);
+void NInstances::Draw(std::vector<NMeshPart> const& parts, std::size_t first, std::size_t count) {
   for (NMeshPart const& part : parts) {
     if (part.count == 0) continue;
     glBindVertexArray(part.vertexArray);
-    glBindBuffer(GL_ARRAY_BUFFER, m_buffer.Get());
-    std::size_t const stride = m_isFlat ? sizeof(NFlatInstance) : sizeof(NSurfaceInstance);
-    SetRows(kWorld, 4, 4, stride, first * stride);
-    if (m_isFlat) {
-      SetRows(kColor, 1, 4, stride, first * stride + offsetof(NFlatInstance, color));
-      // The program doesn't read them, and their buffer may have become shorter.
-      glDisableVertexAttribArray(kNormalWorld + 1);
-      glDisableVertexAttribArray(kNormalWorld + 2);
-    } else {
-      SetRows(kNormalWorld, 3, 3, stride, first * stride + offsetof(NSurfaceInstance, normals));
+    auto const triangles = static_cast<std::size_t>(part.count) / 3;
+    std::size_t const most = std::max(NDrawQueue::kMostTriangles / triangles, std::size_t{1});
+    for (std::size_t done = 0; done < count; done += most) {
+      DrawPart(part, first + done, std::min(most, count - done));
     }
+  }
+}
+
+void NInstances::SetInstances(std::size_t first) const {
+  glBindBuffer(GL_ARRAY_BUFFER, m_buffer.Get());
+  std::size_t const stride = m_isFlat ? sizeof(NFlatInstance) : sizeof(NSurfaceInstance);
+  SetRows(kWorld, 4, 4, stride, first * stride);
+  if (m_isFlat) {
+    SetRows(kColor, 1, 4, stride, first * stride + offsetof(NFlatInstance, color));
+    // The program doesn't read them, and their buffer may have become shorter.
+    glDisableVertexAttribArray(kNormalWorld + 1);
+    glDisableVertexAttribArray(kNormalWorld + 2);
+  } else {
+    SetRows(kNormalWorld, 3, 3, stride, first * stride + offsetof(NSurfaceInstance, normals));
+  }
+}
+
+/// Draws a large mesh in several calls; several instances are drawn by one.
+void NInstances::DrawPart(NMeshPart const& part, std::size_t first, std::size_t count) {
+  SetInstances(first);
+  auto const instances = static_cast<GLsizei>(count);
+  constexpr auto kMostCorners = static_cast<GLsizei>(3 * NDrawQueue::kMostTriangles);
+  for (GLsizei begin = 0; begin < part.count; begin += kMostCorners) {
+    GLsizei const corners = std::min(kMostCorners, part.count - begin);
     if (part.isIndexed) {
-      glDrawElementsInstanced(GL_TRIANGLES, part.count, GL_UNSIGNED_INT, nullptr, instances);
+      auto const offset = static_cast<std::size_t>(begin) * sizeof(GLuint);
+      glDrawElementsInstanced(GL_TRIANGLES, corners, GL_UNSIGNED_INT,
+                              reinterpret_cast<void const*>(offset), instances);
     } else {
-      glDrawArraysInstanced(GL_TRIANGLES, 0, part.count, instances);
+      glDrawArraysInstanced(GL_TRIANGLES, begin, corners, instances);
     }
+    m_queue.Add(static_cast<std::size_t>(corners) / 3 * count);
   }
 }
 

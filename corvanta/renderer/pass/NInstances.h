@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "corvanta/renderer/gl/NDrawQueue.h"
 #include "corvanta/renderer/gl/objects.h"
 #include "corvanta/renderer/scene/NMeshes.h"
 #include "corvanta/vx_math/Matrix.h"
@@ -34,10 +35,14 @@ class NInstances {
   void Upload(std::vector<NFlatInstance> const& instances);
   /// Draws the parts of a mesh as `count` of the instances with the current program, a part for
   /// all of them before the next.
-  void Draw(std::vector<NMeshPart> const& parts, std::size_t first, std::size_t count) const;
+  void Draw(std::vector<NMeshPart> const& parts, std::size_t first, std::size_t count);
 
  private:
+  void SetInstances(std::size_t first) const;
+  void DrawPart(NMeshPart const& part, std::size_t first, std::size_t count);
+
   NGlBuffer m_buffer;
+  NDrawQueue m_queue;
   bool m_isFlat = false;
 };
 
