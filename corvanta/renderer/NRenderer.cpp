@@ -1,6 +1,7 @@
 #include "corvanta/renderer/NRenderer.h"
 
 #include <exception>
+#include <utility>
 
 #include "corvanta/renderer/gl/NContextScope.h"
 #include "corvanta/renderer/pass/NBackgroundPass.h"
@@ -97,9 +98,16 @@ void NRenderer::Update(NSceneNode const& scene) {
     block.scene.Clear();
     return;
   }
-  NDirtyFlags const flags = block.listener->TakeDirtyFlags();
-  if (!flags.changedSurfaces.empty()) block.floorPass.ForgetGeometry();
-  block.scene.Update(*block.tree, flags);
+  NDirtyFlags flags = block.listener->TakeDirtyFlags();
+  try {
+    if (!flags.changedSurfaces.empty()) block.floorPass.ForgetGeometry();
+    block.scene.Update(*block.tree, flags);
+  } catch (...) {
+    // What was done of it by half is done again.
+    block.scene.Clear();
+    block.listener->PutBack(std::move(flags));
+    throw;
+  }
 }
 
 std::vector<NDrawItem> const& NRenderer::GetItems() const { return m_block->scene.GetItems(); }
