@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "corvanta/renderer/pass/brightness.h"
+
 namespace corvanta::renderer {
 
 namespace {
@@ -44,6 +46,9 @@ NPicture MakePicture(NResolvedScene& scene, NViewpoint const& viewpoint,
   picture.exposure = ReadExposure(*environment, viewpoint);
   picture.environment =
       ReadEnvironmentTexture(environment->GetEnvironmentMap(), scene.GetTextures());
+  if (picture.glow > 0.0f && !CanExceedWhite(picture, *environment, scene.GetTextures())) {
+    picture.glow = 0.0f;
+  }
   return picture;
 }
 
