@@ -61,7 +61,7 @@ struct NRenderer::Block {
   boost::intrusive_ptr<data::events::NEventMultiplexer> const events;
   boost::intrusive_ptr<NChangeListener> const listener{new NChangeListener};
   NFlatProgram const flatProgram;
-  NBackgroundPass const backgroundPass;
+  NBackgroundPass backgroundPass;
   NSurfacePrograms programs;
   NInstances instances;
   NFloorPass floorPass;

@@ -11,6 +11,7 @@
 #include "corvanta/data/domain/material/texture_mapping/NProjectionMapping.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
 #include "corvanta/data/domain/material/texture_mapping/map_surface.h"
+#include "corvanta/renderer/scene/solid.h"
 
 namespace corvanta::renderer {
 
@@ -193,6 +194,7 @@ struct NMeshes::Shared {
   NGlBuffer vertices;
   NGlBuffer indices;
   GLsizei count = 0;
+  bool isSolid = false;
   std::map<UVWType, NGlBuffer> coords;
   std::map<UVWType, NGlBuffer> tangents;  // with the binormals
   std::map<std::array<std::optional<UVWType>, NTS_COUNT>, NGlVertexArray> arrays;  // by slot
@@ -271,6 +273,7 @@ NMeshPart NMeshes::GetShared(NGeometryNode const& geometry, NSurface const& surf
     mesh->vertices = Upload(vertices);
     mesh->indices = Upload(indices);
     mesh->count = static_cast<GLsizei>(indices.size());
+    mesh->isSolid = IsSolid(surface.GetCoords(), indices);
   }
   std::array<std::optional<UVWType>, NTS_COUNT> types;
   for (NTextureSlot const slot : kTextureSlots) {
@@ -287,7 +290,7 @@ NMeshPart NMeshes::GetShared(NGeometryNode const& geometry, NSurface const& surf
       if (types[slot]) AddCoords(*mesh, slot, surface, *types[slot]);
     }
   }
-  return {found->second.Get(), mesh->count, true};
+  return {found->second.Get(), mesh->count, true, mesh->isSolid};
 }
 
 void NMeshes::AddCoords(Shared& mesh, NTextureSlot slot, NSurface const& surface, UVWType type) {
@@ -331,7 +334,8 @@ NMeshPart NMeshes::MakeProjected(NDrawItem const& item, NSurface const& surface,
     SetCoords(slot, upload(corners.coords[slot]));
   }
   if (mappings[NTS_BUMP]) SetTangents(upload(corners.tangents));
-  return {projected.arrays.back().Get(), static_cast<GLsizei>(corners.vertices.size()), false};
+  return {projected.arrays.back().Get(), static_cast<GLsizei>(corners.vertices.size()), false,
+          false};
 }
 
 VX_Math::Box3 NMeshes::GetFiniteBox(NGeometryNode const& geometry) {

@@ -29,6 +29,7 @@ struct NMeshPart {
   GLuint vertexArray = 0;
   GLsizei count = 0;
   bool isIndexed = false;
+  bool isSolid = false;  // see IsSolid
 };
 
 /// The meshes of geometries on the graphics processor. A surface is uploaded once for all models
