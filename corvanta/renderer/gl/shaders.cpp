@@ -184,6 +184,7 @@ uniform mat3 environmentRotation;
 uniform samplerCube environmentCube;
 uniform sampler2D environmentImage;
 
+uniform float diffuseWeight;
 uniform float exposure;
 uniform float gamma;
 uniform float white;
@@ -421,7 +422,7 @@ void main() {
 #ifdef IRRADIANCE
   arriving += irradiance * Irradiance(n);
 #endif
-  vec3 diffuseLight = ambientColor + emission + diffuseColor * arriving;
+  vec3 diffuseLight = ambientColor + emission + diffuseColor * (diffuseWeight * arriving);
 #ifdef COAT
   float coat = Schlick(coatReflectance, dot(n, toViewpoint));
   diffuseLight *= 1.0 - coat;

@@ -86,7 +86,7 @@ float GetMost(NPicture const& picture, NMaterialParameters const& material, floa
     highlight += material.reflection * std::max(share, 0.0f) * GetMostShown(environment, contrast);
   }
   float const ambient = material.ambient[c] * picture.ambientLight[c] * (isAdded ? 2.0f : 1.0f);
-  return ambient + material.emissive[c] + diffuse * arriving + highlight;
+  return ambient + material.emissive[c] + diffuse * picture.exposure.diffuse * arriving + highlight;
 }
 
 /// The light of the background at most, as a share of the exposed light.
