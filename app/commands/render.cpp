@@ -144,9 +144,7 @@ class Render {
       ProjectTextures(m_document, tree, core::text::ToWide(m_options.method));
     }
     if (m_options.isWireframe) stage.SetWired();
-    if (m_options.background == "none") {
-      stage.HideBackground();
-    } else if (!m_options.background.empty()) {
+    if (!m_options.background.empty() && m_options.background != "none") {
       stage.SetBackground(*ParseColor(m_options.background));
     }
     if (m_options.time) PlayTo(*m_options.time);
@@ -190,6 +188,7 @@ class Render {
                                                                      : renderer::NSM_MONO;
       NStagePreview preview(m_document, stage, m_size[0], m_size[1], stereo);
       preview.SetShowsEdgesFlag(m_options.showsEdges);
+      preview.SetHasBackgroundFlag(m_options.background != "none");
       if (m_options.orbit != 0) return DrawAround(stage, preview);
       if (!m_options.output.empty() && !Write(m_options.output, preview.TakePicture())) {
         return NS_FILE;
@@ -303,7 +302,7 @@ void AddLook(CLI::App& command, Options& options) {
   command
       .add_option("--background", options.background,
                   "Colour behind the models instead of the environment, of 0 to 255; or black, "
-                  "white, grey, red, green, blue, sky; none leaves the environment out")
+                  "white, grey, red, green, blue, sky; none leaves it transparent")
       ->check(CLI::Validator(&CheckColor, "R,G,B"));
   command
       .add_option("--orbit", options.orbit,

@@ -41,6 +41,12 @@ inline int Encode(double linear) {
   return static_cast<int>(std::lround(255 * std::clamp(value, 0.0, 1.0)));
 }
 
+/// The linear light of a byte.
+inline double Decode(int byte) {
+  double const value = byte / 255.0;
+  return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+}
+
 /// Filtering spreads a little of each pixel of a texture.
 inline void ExpectColor(Color const& color, Color const& expected, int tolerance = 16) {
   for (std::size_t c = 0; c != 3; ++c) EXPECT_NEAR(color[c], expected[c], tolerance) << c;
@@ -151,12 +157,15 @@ class World : public testing::Test {
   }
 
   /// The pixel where a point of the plane z = 0 is seen.
-  Color At(renderer::NPixels const& picture, float x, float y) const {
+  std::size_t IndexOf(float x, float y) const {
     VX_Math::Vec3 position(x, y, 0);
     GetViewpoint().GetViewProjection().MultVecMatrix(position, position);
-    auto const column = static_cast<unsigned>((position.x + 1) / 2 * kWidth);
-    auto const row = static_cast<unsigned>((1 - position.y) / 2 * kHeight);
-    unsigned char const* const pixel = picture.GetRow(row) + 3 * column;
+    auto const column = static_cast<std::size_t>((position.x + 1) / 2 * kWidth);
+    auto const row = static_cast<std::size_t>((1 - position.y) / 2 * kHeight);
+    return row * kWidth + column;
+  }
+  Color At(renderer::NPixels const& picture, float x, float y) const {
+    unsigned char const* const pixel = picture.GetRow(0) + 3 * IndexOf(x, y);
     return {pixel[0], pixel[1], pixel[2]};
   }
   Color GetMiddle() {

@@ -213,6 +213,7 @@ uniform mat3 environmentRotation;
 uniform samplerCube environmentCube;
 uniform sampler2D environmentImage;
 
+uniform float diffuseWeight;
 uniform float exposure;
 uniform float gamma;
 uniform float white;
@@ -501,7 +502,7 @@ void main() {
 #ifdef LINES
   vec3 diffuseLight = emission + diffuseColor;
 #else
-  vec3 diffuseLight = ambientColor + emission + diffuseColor * arriving;
+  vec3 diffuseLight = ambientColor + emission + diffuseColor * (diffuseWeight * arriving);
 #endif
 #ifdef COAT
   float coat = Schlick(coatReflectance, dot(n, toViewpoint));
@@ -575,12 +576,18 @@ void main() {
 }
 )";
 
-char const* const kBackgroundFragmentShader = R"(#version 330 core
+std::string MakeBackgroundFragmentShader(NBackgroundKey const& key) {
+  std::string head = kVersion;
+  head += "#define PROJECTION ";
+  head += std::to_string(key.projection);
+  head += '\n';
+  if (key.mapsTones) head += "#define TONE_MAPPING\n";
+  if (key.hasGamma) head += "#define GAMMA\n";
+  return head + R"(
 in vec2 clipPosition;
 out vec4 result;
 uniform mat4 clipToWorld;  // without the camera's position
 uniform bool isPerspective;
-uniform int environmentProjection;  // 3: a picture that fills the view
 uniform mat3 environmentRotation;
 uniform samplerCube environmentCube;
 uniform sampler2D environmentImage;
@@ -589,29 +596,35 @@ uniform float gamma;
 uniform float white;
 
 void main() {
+#if PROJECTION == 3
+  vec3 c = texture(environmentImage, 0.5 + 0.5 * clipPosition).rgb;
+#else
   vec4 near = clipToWorld * vec4(clipPosition, 0.0, 1.0);
   vec4 far = clipToWorld * vec4(clipPosition, 1.0, 1.0);
   vec3 direction = near.xyz / near.w;
   if (!isPerspective) direction = far.xyz / far.w - direction;
   vec3 d = normalize(environmentRotation * direction);
-  vec3 c;
-  if (environmentProjection == 0) {
-    c = texture(environmentCube, d).rgb;
-  } else if (environmentProjection == 1) {
-    c = textureLod(environmentImage, vec2(atan(d.x, -d.z) / 6.2831853 + 0.5, asin(d.y) / 3.1415927 + 0.5), 0.0).rgb;
-  } else if (environmentProjection == 2) {
-    float sine = length(d.xy);
-    vec2 around = sine > 0.0 ? d.xy / sine : vec2(0.0);
-    c = textureLod(environmentImage, 0.5 + around * acos(clamp(-d.z, -1.0, 1.0)) / 6.2831853, 0.0).rgb;
-  } else {
-    c = texture(environmentImage, 0.5 + 0.5 * clipPosition).rgb;
-  }
+#if PROJECTION == 0
+  vec3 c = texture(environmentCube, d).rgb;
+#elif PROJECTION == 1
+  vec3 c = textureLod(environmentImage, vec2(atan(d.x, -d.z) / 6.2831853 + 0.5, asin(d.y) / 3.1415927 + 0.5), 0.0).rgb;
+#else
+  float sine = length(d.xy);
+  vec2 around = sine > 0.0 ? d.xy / sine : vec2(0.0);
+  vec3 c = textureLod(environmentImage, 0.5 + around * acos(clamp(-d.z, -1.0, 1.0)) / 6.2831853, 0.0).rgb;
+#endif
+#endif
   c = max(c * exposure, 0.0);
-  if (white > 0.0) c = c * (1.0 + c / (white * white)) / (1.0 + c);
+#ifdef TONE_MAPPING
+  c = c * (1.0 + c / (white * white)) / (1.0 + c);
+#endif
+#ifdef GAMMA
   c = pow(c, vec3(1.0 / gamma));
+#endif
   // As with a surface, alpha is what is above white.
   result = vec4(min(c, 1.0), max(max(c.r, max(c.g, c.b)) - 1.0, 0.0));
 }
 )";
+}
 
 }  // namespace corvanta::renderer

@@ -57,7 +57,16 @@ std::string MakeSurfaceFragmentShader(NSurfaceKey const& key);
 extern char const* const kFlatVertexShader;
 extern char const* const kFlatFragmentShader;
 extern char const* const kBackgroundVertexShader;
-extern char const* const kBackgroundFragmentShader;
+
+/// Which program draws a background.
+struct NBackgroundKey {
+  int projection = 0;  // an NEnvironmentProjection
+  bool mapsTones = false, hasGamma = false;
+
+  friend auto operator<=>(NBackgroundKey const&, NBackgroundKey const&) = default;
+};
+
+std::string MakeBackgroundFragmentShader(NBackgroundKey const& key);
 
 /// The textures of a surface, in the order of their units. A vertex has coordinates for the first
 /// five; the others use those of one of these, or what it leaves free.

@@ -99,7 +99,8 @@ NSurfaceProgram::NSurfaceProgram(NSurfaceKey const& key)
       m_environmentRotation(m_program.GetUniform("environmentRotation")),
       m_exposure(m_program.GetUniform("exposure")),
       m_gamma(m_program.GetUniform("gamma")),
-      m_white(m_program.GetUniform("white")) {
+      m_white(m_program.GetUniform("white")),
+      m_diffuseWeight(m_program.GetUniform("diffuseWeight")) {
   m_program.Use();
   for (NTextureSlot const slot : kTextureSlots) {
     glUniform1i(m_program.GetUniform(kMaps[slot]), slot);
@@ -126,6 +127,7 @@ void NSurfaceProgram::Begin(NViewpoint const& viewpoint, NLamps const& lamps,
   glUniform1f(m_exposure, exposure.factor);
   glUniform1f(m_gamma, exposure.gamma);
   glUniform1f(m_white, exposure.white);
+  glUniform1f(m_diffuseWeight, exposure.diffuse);
 }
 
 void NSurfaceProgram::SetMaterial(NMaterialParameters const& material, NColor const& ambientLight,

@@ -44,7 +44,7 @@ NSurfaceKey GetKey(NPicture const& picture, NMaterialParameters const& material,
   add(isWireframe, NSF_WIREFRAME);
   add(picture.exposure.white > 0.0f, NSF_TONE_MAPPING);
   add(picture.exposure.gamma != 1.0f, NSF_GAMMA);
-  add(picture.glow > 0.0f && !material.isTransparent, NSF_GLOW);
+  add((picture.glow > 0.0f || picture.star > 0.0f) && !material.isTransparent, NSF_GLOW);
   if (lamps.count == 0) return key;
   key.features |= NSF_LIT;
   key.directionalCount = lamps.directionalCount;

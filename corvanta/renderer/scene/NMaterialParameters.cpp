@@ -131,6 +131,7 @@ NTextureSlot AddTexture(NMaterialParameters& parameters,
   NTexture const& loaded = textures.Get(*image, isData ? NTC_DATA : NTC_COLOR);
   parameters.textures[slot] = loaded.texture.Get();
   parameters.samplers[slot] = textures.GetSampler(texture.GetOperationType());
+  parameters.hasFloatTexture |= isColor && loaded.isLinear;
   parameters.bounds |= GetBounds(mapping) << 2 * slot;
   if (slot == NTS_COLOR) {
     parameters.colorOperation = GetColorOperation(texture.GetOperationType());
@@ -203,6 +204,7 @@ NEnvironmentTexture ReadEnvironmentTexture(data::environment_map::NEnvironmentMa
   bool const isCube = environment.projection == NEP_CUBE;
   NTexture const& loaded = textures.Get(*image, isCube ? NTC_CUBE : NTC_COLOR);
   environment.texture = loaded.texture.Get();
+  environment.isLinear = loaded.isLinear;
   environment.harmonics = &textures.GetHarmonics(loaded, environment.projection);
   // A rotation: its inverse is its transpose.
   if (auto const transform = map.GetTransform()) {
@@ -259,6 +261,7 @@ NMaterialParameters ReadFloorMaterialParameters(
     NTexture const& loaded = textures.Get(*image, NTC_COLOR);
     parameters.textures[NTS_COLOR] = loaded.texture.Get();
     parameters.isTransparent = loaded.hasAlpha;
+    parameters.hasFloatTexture = loaded.isLinear;
     namespace texture_mapping = domain::material::texture_mapping;
     static boost::intrusive_ptr<texture_mapping::NTextureMapping const> const primitive(
         new texture_mapping::NUVWMapping(texture_mapping::NUVWMT_INTERNAL));

@@ -29,6 +29,7 @@ struct NEnvironmentTexture {
   bool Exists() const { return projection != NEP_NONE; }
 
   NEnvironmentProjection projection = NEP_NONE;
+  bool isLinear = false;  // its light may exceed white
   GLuint texture = 0;
   VX_Math::Matrix rotation;               // from global directions to those of the picture
   NHarmonics const* harmonics = nullptr;  // of the light from there
@@ -64,6 +65,7 @@ struct NMaterialParameters {
   float bumpScale = 1.0f;
   bool opacityInAlpha = false;
   std::array<float, 3> dataScales{1.0f, 1.0f, 1.0f};  // of metalness, roughness, occlusion
+  bool hasFloatTexture = false;                       // whose light may exceed white
   bool isTransparent = false;
   bool isOneSided = false;
   float cutOff = 0.0f;  // of the opacity, below which nothing is drawn; 0 without

@@ -11,6 +11,7 @@
 #include "corvanta/data/domain/material/texture_mapping/NProjectionMapping.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
 #include "corvanta/data/domain/material/texture_mapping/map_surface.h"
+#include "corvanta/renderer/scene/solid.h"
 
 namespace corvanta::renderer {
 
@@ -222,6 +223,7 @@ struct NMeshes::Shared {
   GLsizei count = 0;  // of the indices of triangles or lines, behind which those of points are
   GLsizei pointCount = 0;
   bool hasTriangles = true;
+  bool isSolid = false;
   std::map<UVWType, NGlBuffer> coords;
   std::map<UVWType, NGlBuffer> tangents;  // with the binormals
   std::map<std::array<std::optional<UVWType>, kCoordsCount>, NGlVertexArray> arrays;  // by slot
@@ -303,6 +305,7 @@ void NMeshes::AddShared(NGeometryNode const& geometry, NSurface const& surface,
     mesh->indices = Upload(indices);
     mesh->count = static_cast<GLsizei>(lineEnd);
     mesh->pointCount = static_cast<GLsizei>(indices.size() - lineEnd);
+    mesh->isSolid = mesh->hasTriangles && IsSolid(surface.GetCoords(), indices);
   }
   std::array<std::optional<UVWType>, kCoordsCount> types;
   for (NTextureSlot const slot : kCoordsSlots) {
@@ -320,11 +323,11 @@ void NMeshes::AddShared(NGeometryNode const& geometry, NSurface const& surface,
     }
   }
   GLuint const array = found->second.Get();
-  parts.push_back(
-      {array, mesh->count, true, mesh->hasTriangles ? GLenum{GL_TRIANGLES} : GLenum{GL_LINES}, 0});
+  parts.push_back({array, mesh->count, true,
+                   mesh->hasTriangles ? GLenum{GL_TRIANGLES} : GLenum{GL_LINES}, 0, mesh->isSolid});
   if (mesh->pointCount == 0) return;
   parts.push_back(
-      {array, mesh->pointCount, true, GL_POINTS, static_cast<std::size_t>(mesh->count)});
+      {array, mesh->pointCount, true, GL_POINTS, static_cast<std::size_t>(mesh->count), false});
 }
 
 void NMeshes::AddCoords(Shared& mesh, NTextureSlot slot, NSurface const& surface, UVWType type) {
@@ -368,8 +371,12 @@ NMeshPart NMeshes::MakeProjected(NDrawItem const& item, NSurface const& surface,
     SetCoords(slot, upload(corners.coords[slot]));
   }
   if (mappings[NTS_BUMP]) SetTangents(upload(corners.tangents));
-  return {projected.arrays.back().Get(), static_cast<GLsizei>(corners.vertices.size()), false,
-          GL_TRIANGLES, 0};
+  return {projected.arrays.back().Get(),
+          static_cast<GLsizei>(corners.vertices.size()),
+          false,
+          GL_TRIANGLES,
+          0,
+          false};
 }
 
 VX_Math::Box3 NMeshes::GetFiniteBox(NGeometryNode const& geometry) {

@@ -33,6 +33,7 @@ struct NMeshPart {
   bool isIndexed = false;
   GLenum mode = GL_TRIANGLES;
   std::size_t first = 0;  // of the indices
+  bool isSolid = false;   // see IsSolid
 };
 
 /// The meshes of geometries on the graphics processor. A surface is uploaded once for all models
