@@ -11,6 +11,7 @@
 
 namespace corvanta::data::operators::ray_picker {
 
+using domain::scenegraph::detail::NChildIndex;
 using domain::scenegraph::detail::NCullingBound;
 using domain::scenegraph::detail::NItemAccess;
 using domain::scenegraph::item::NSceneGraphItemNode;
@@ -192,12 +193,22 @@ class NRayPicker::Walk {
 
   /// `bound` may spare children that the ray can't meet; null spares none.
   void PushChildren(NSceneGraphItemNode const& item, NCullingBound const* bound) {
+    if (bound != nullptr && bound->CanSpare()) {
+      NChildIndex const* const index = NChildIndex::UseForPick(item);
+      if (index != nullptr && index->FindMet(*bound, m_state.met)) {
+        for (auto const& child : m_state.met) PushChild(*child.item);
+        return;
+      }
+    }
     auto const& children = item.GetChildren();
     for (auto child = children.rbegin(); child != children.rend(); ++child) {
-      if (bound != nullptr && !bound->MayMeet(**child)) continue;
-      if (NItemAccess::GetListCount(**child) > 1 && StandsIn(**child)) continue;
-      Push(State::Step::kVisit, **child);
+      if (bound == nullptr || bound->MayMeet(**child)) PushChild(**child);
     }
+  }
+
+  void PushChild(NSceneGraphItemNode const& child) {
+    if (NItemAccess::GetListCount(child) > 1 && StandsIn(child)) return;
+    Push(State::Step::kVisit, child);
   }
 
   /// Whether the walk is below `item` already, which two lists can make possible.

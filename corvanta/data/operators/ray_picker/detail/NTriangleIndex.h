@@ -8,12 +8,19 @@
 #include <vector>
 
 #include "corvanta/data/domain/geometry/NSurface.h"
-#include "corvanta/data/operators/ray_picker/detail/float4.h"
 #include "corvanta/data/operators/ray_picker/detail/triangle_test.h"
 #include "corvanta/export.h"
 #include "corvanta/vx_math/Vec3.h"
+#include "corvanta/vx_math/detail/float4.h"
 
 namespace corvanta::data::operators::ray_picker::detail {
+
+using VX_Math::detail::Float4;
+using VX_Math::detail::GetMask;
+using VX_Math::detail::Int4;
+using VX_Math::detail::Max;
+using VX_Math::detail::Min;
+using VX_Math::detail::Spread;
 
 /// Spares a ray the triangles of a surface that it can't meet: a bounding volume hierarchy.
 ///

@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "corvanta/data/domain/scenegraph/detail/NChildIndex.h"
 #include "corvanta/data/domain/scenegraph/detail/NWalkBounds.h"
 #include "corvanta/data/operators/ray_picker/NRayPicker.h"
 
@@ -37,7 +38,8 @@ struct NRayPicker::State {
   VX_Math::Vec3 planeHit{};
 
   std::vector<Step> steps{};
-  std::size_t pushed = 0;  // of the stack of matrices
+  std::vector<domain::scenegraph::detail::NChildIndex::Child> met{};  // of the item being entered
+  std::size_t pushed = 0;                                             // of the stack of matrices
   std::uint64_t nextPlace = 0;
   domain::scenegraph::detail::NWalkBounds bounds{};
   // The control transform of the stored tree, then one a check point.
