@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <new>
+#include <utility>
 
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
 #include "corvanta/data/operators/ray_picker/detail/state.h"
@@ -21,7 +23,56 @@ namespace {
 constexpr double kMissed = std::numeric_limits<double>::max();
 constexpr double kLargestFloat = std::numeric_limits<float>::max();
 
+constexpr std::size_t kLargestSpare = 1024;  // elements of a buffer
+
 }  // namespace
+
+/// The buffers of a thread's last picker, for its next one: a pick of a few records would spend
+/// more on its memory than on its walk.
+struct NRayPicker::State::Spare {
+  std::vector<Record> records{};
+  std::vector<boost::intrusive_ptr<NSceneGraphModelNode const>> models{};
+  std::vector<Step> steps{};
+  std::vector<domain::scenegraph::detail::NChildIndex::Child> met{};
+
+  void Exchange(State& state) noexcept {
+    records.swap(state.records);
+    models.swap(state.models);
+    steps.swap(state.steps);
+    met.swap(state.met);
+  }
+  /// Fails: null before the first picker has ended, and when the thread ends.
+  static Spare*& OfThread() noexcept {
+    thread_local Spare* spare = nullptr;
+    return spare;
+  }
+  /// Ends with the thread; what comes later finds no buffers.
+  struct Owner {
+    bool isOver = false;
+    ~Owner() {
+      isOver = true;
+      delete std::exchange(OfThread(), nullptr);
+    }
+  };
+};
+
+NRayPicker::State::State() {
+  if (Spare* const spare = Spare::OfThread()) spare->Exchange(*this);
+}
+
+NRayPicker::State::~State() {
+  thread_local Spare::Owner owner;
+  std::size_t const largest =
+      std::max({records.capacity(), models.capacity(), steps.capacity(), met.capacity()});
+  records.clear();
+  models.clear();
+  steps.clear();
+  met.clear();
+  if (largest > kLargestSpare || owner.isOver) return;
+  Spare*& spare = Spare::OfThread();
+  if (spare == nullptr) spare = new (std::nothrow) Spare;
+  if (spare != nullptr) spare->Exchange(*this);
+}
 
 NRayPicker::NRayPicker() : m_state(new State) {}
 NRayPicker::~NRayPicker() = default;

@@ -45,15 +45,16 @@ bool IsTame(Entry const& entry) noexcept {
 
 void NBoxHierarchy::Set(Node& node, unsigned lane, Bounds const& bounds) noexcept {
   for (int axis = 0; axis != 3; ++axis) {
-    node.min[axis][lane] = bounds.min[axis];
-    node.max[axis][lane] = bounds.max[axis];
+    node.sides[0][axis][lane] = bounds.min[axis];
+    node.sides[1][axis][lane] = bounds.max[axis];
   }
   node.reach[lane] = bounds.reach;
 }
 
 NBoxHierarchy::Bounds NBoxHierarchy::GetLane(Node const& node, unsigned lane) noexcept {
-  return {Float4{node.min[0][lane], node.min[1][lane], node.min[2][lane], 0},
-          Float4{node.max[0][lane], node.max[1][lane], node.max[2][lane], 0}, node.reach[lane]};
+  return {Float4{node.sides[0][0][lane], node.sides[0][1][lane], node.sides[0][2][lane], 0},
+          Float4{node.sides[1][0][lane], node.sides[1][1][lane], node.sides[1][2][lane], 0},
+          node.reach[lane]};
 }
 
 NBoxHierarchy::Bounds NBoxHierarchy::Unite(Node const& node) noexcept {
@@ -65,9 +66,10 @@ NBoxHierarchy::Bounds NBoxHierarchy::Unite(Node const& node) noexcept {
     float const a = v[0] > v[1] ? v[0] : v[1], b = v[2] > v[3] ? v[2] : v[3];
     return a > b ? a : b;
   };
-  return {Float4{least(node.min[0]), least(node.min[1]), least(node.min[2]), 0},
-          Float4{greatest(node.max[0]), greatest(node.max[1]), greatest(node.max[2]), 0},
-          greatest(node.reach)};
+  return {
+      Float4{least(node.sides[0][0]), least(node.sides[0][1]), least(node.sides[0][2]), 0},
+      Float4{greatest(node.sides[1][0]), greatest(node.sides[1][1]), greatest(node.sides[1][2]), 0},
+      greatest(node.reach)};
 }
 
 /// `place` is where the node will be; the root's is kNone.
@@ -76,8 +78,8 @@ std::uint32_t NBoxHierarchy::AddNode(std::uint32_t place) {
   if (m_parents.size() == m_parents.capacity()) m_parents.reserve(2 * m_parents.size() + 4);
   Node& node = m_nodes.emplace_back();
   for (int axis = 0; axis != 3; ++axis) {
-    node.min[axis] = Spread(kLargest);
-    node.max[axis] = Spread(-kLargest);
+    node.sides[0][axis] = Spread(kLargest);
+    node.sides[1][axis] = Spread(-kLargest);
   }
   node.reach = Spread(0);
   std::fill(std::begin(node.children), std::end(node.children), kNone);

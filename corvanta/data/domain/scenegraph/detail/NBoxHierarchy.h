@@ -65,8 +65,7 @@ class CORVANTA_API NBoxHierarchy {
 
  private:
   struct alignas(64) Node {
-    Float4 min[3];
-    Float4 max[3];
+    Float4 sides[2][3];  // the least coordinates, and the greatest
     Float4 reach;
     std::uint32_t children[4];  // a node, with kLeaf a leaf, or kNone
   };
@@ -104,11 +103,13 @@ void NBoxHierarchy::FindMet(Ray const& ray, Visit const& visit) const {
   using namespace VX_Math::detail;
   if (m_nodes.empty()) return;
   Float4 origin[3], inverse[3];
-  bool isReversed[3];
+  Int4 outward[3];   // the sign by which the near side moves out
+  unsigned near[3];  // the side that the ray meets first
   for (int axis = 0; axis != 3; ++axis) {
     origin[axis] = Spread(ray.origin[axis]);
     inverse[axis] = Spread(ray.inverse[axis]);
-    isReversed[axis] = std::bit_cast<std::int32_t>(ray.inverse[axis]) < 0;
+    near[axis] = std::bit_cast<std::uint32_t>(ray.inverse[axis]) >> 31;
+    outward[axis] = Int4{} + (near[axis] == 0 ? std::numeric_limits<std::int32_t>::min() : 0);
   }
   constexpr float kInfinity = std::numeric_limits<float>::infinity();
   std::uint32_t stack[kStackSize];
@@ -120,16 +121,17 @@ void NBoxHierarchy::FindMet(Ray const& ray, Visit const& visit) const {
     Float4 enter = Spread(-kInfinity);
     Float4 leave = Spread(kInfinity);
     for (int axis = 0; axis != 3; ++axis) {
-      Float4 const low = node.min[axis] - margin - origin[axis];
-      Float4 const high = node.max[axis] + margin - origin[axis];
+      auto const out = reinterpret_cast<Float4>(reinterpret_cast<Int4>(margin) ^ outward[axis]);
+      Float4 const t0 = (node.sides[near[axis]][axis] + out - origin[axis]) * inverse[axis];
+      Float4 const t1 = (node.sides[near[axis] ^ 1][axis] - out - origin[axis]) * inverse[axis];
       // What isn't a number, 0 times infinity, narrows nothing.
-      enter = Max((isReversed[axis] ? high : low) * inverse[axis], enter);
-      leave = Min((isReversed[axis] ? low : high) * inverse[axis], leave);
+      enter = Max(t0, enter);
+      leave = Min(t1, leave);
     }
     unsigned mask = GetMask((enter <= leave) & (leave >= 0.0f));
-    for (unsigned lane = 0; mask != 0; ++lane, mask >>= 1) {
-      std::uint32_t const child = node.children[lane];
-      if ((mask & 1) == 0 || child == kNone) continue;
+    for (; mask != 0; mask &= mask - 1) {
+      std::uint32_t const child = node.children[std::countr_zero(mask)];
+      if (child == kNone) continue;
       if (child & kLeaf) {
         visit(child & ~kLeaf);
       } else {

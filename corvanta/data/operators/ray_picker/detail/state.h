@@ -9,6 +9,11 @@
 namespace corvanta::data::operators::ray_picker {
 
 struct NRayPicker::State {
+  State();
+  State(State const&) = delete;
+  State& operator=(State const&) = delete;
+  ~State();
+
   /// What is left to do of a walk, the next last. A stack of our own, so that depth costs no stack.
   struct Step {
     enum Kind : unsigned char { kVisit, kLeave, kLeaveModel, kLeaveTree, kLeaveShown };
@@ -45,6 +50,9 @@ struct NRayPicker::State {
   // The control transform of the stored tree, then one a check point.
   std::vector<VX_Math::Matrix> controls{VX_Math::Matrix()};
   bool isWalking = false;
+
+ private:
+  struct Spare;
 };
 
 }  // namespace corvanta::data::operators::ray_picker
