@@ -20,6 +20,7 @@
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeDomain.h"
 #include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
 #include "corvanta/data/operators/ray_picker/NRayPicker.h"
+#include "corvanta/data/operators/ray_picker/pick.h"
 
 namespace {
 
@@ -171,6 +172,66 @@ void MoveAThousandAndPick(benchmark::State& state) {
 }
 BENCHMARK(MoveAThousandAndPick)->RangeMultiplier(10)->Range(10000, 1000000);
 
+/// The rays of a small picture: 64 by 64 from one point.
+std::vector<Line> MakePicture(Layout const& layout) {
+  std::vector<Line> rays;
+  Vec3 const from(0, 0, 3 * layout.half);
+  for (int y = 0; y != 64; ++y) {
+    for (int x = 0; x != 64; ++x) {
+      Vec3 const to(layout.half * (static_cast<float>(x) / 32 - 1),
+                    layout.half * (static_cast<float>(y) / 32 - 1), 0);
+      rays.emplace_back(from, to);
+    }
+  }
+  return rays;
+}
+
+void PictureRayByRay(benchmark::State& state) {
+  World& world = GetWorld(static_cast<std::size_t>(state.range(0)));
+  auto const rays = MakePicture(world.layout);
+  for (auto _ : state) {
+    std::vector<picker::RayHits> hits;
+    for (Line const& ray : rays) {
+      picker::NRayPicker pick;
+      pick.SetRay(ray);
+      world.scene->Accept(pick);
+      pick.SortWithDistance();
+      pick.CheckDetail();
+      auto& found = hits.emplace_back();
+      for (unsigned long i = 0; i != pick.GetPickCount(); ++i) {
+        found.paths.push_back(pick.GetItemPath(i));
+        found.points.push_back(pick.GetAbsHitPoint(i));
+      }
+    }
+    benchmark::DoNotOptimize(hits);
+  }
+}
+BENCHMARK(PictureRayByRay)->RangeMultiplier(10)->Range(1000, 1000000);
+
+void PictureAtOnce(benchmark::State& state) {
+  World& world = GetWorld(static_cast<std::size_t>(state.range(0)));
+  auto const rays = MakePicture(world.layout);
+  for (auto _ : state) {
+    std::vector<picker::RayHits> hits;
+    picker::PickDetail(*world.scene, rays, hits);
+    benchmark::DoNotOptimize(hits);
+  }
+}
+BENCHMARK(PictureAtOnce)->RangeMultiplier(10)->Range(1000, 1000000);
+
+void PictureVisible(benchmark::State& state) {
+  World& world = GetWorld(static_cast<std::size_t>(state.range(0)));
+  std::vector<Vec3> points;
+  for (Line const& ray : MakePicture(world.layout)) {
+    points.push_back(ray.GetOrigin() + ray.GetDirection() * (4 * world.layout.half));
+  }
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(
+        picker::AreVisible(*world.scene, Vec3(0, 0, 3 * world.layout.half), points));
+  }
+}
+BENCHMARK(PictureVisible)->RangeMultiplier(10)->Range(1000, 1000000);
+
 #ifdef CORVANTA_BENCH_EMBREE
 void Embree(benchmark::State& state) {
   static std::unique_ptr<corvanta::bench::PickPeer> peer;
@@ -211,6 +272,11 @@ int main(int argc, char** argv) {
     corvanta::bench::Report("pick among " + count + " cubes", run.GetTime("PickCubes/" + count),
                             {{"Embree", run.GetTime("Embree/" + count)}},
                             "at 100000 at most 2 us and 6 times the peer");
+    corvanta::bench::Report("4,096 rays at once among " + count,
+                            run.GetTime("PictureAtOnce/" + count),
+                            {{"the rays one by one", run.GetTime("PictureRayByRay/" + count)},
+                             {"whether they are blocked", run.GetTime("PictureVisible/" + count)}},
+                            "at most a third of one by one");
     corvanta::bench::Report("box of " + count + " cubes, one moved",
                             run.GetTime("BoxAfterOneMoved/" + count), {}, "at 100000 at most 3 us");
     corvanta::bench::Report("1,000 of " + count + " moved, and a pick",
