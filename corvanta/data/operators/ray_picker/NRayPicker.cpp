@@ -24,7 +24,8 @@ namespace {
 constexpr double kMissed = std::numeric_limits<double>::max();
 constexpr double kLargestFloat = std::numeric_limits<float>::max();
 
-constexpr std::size_t kLargestSpare = 1024;  // elements of a buffer
+constexpr std::size_t kFewRecords = 64;
+constexpr std::size_t kLargestSpare = 4096;  // elements of a buffer
 
 }  // namespace
 
@@ -136,11 +137,32 @@ void NRayPicker::SetPickFromPlane(bool isFromPlane) { m_state->isFromPlane = isF
 
 void NRayPicker::SortWithDistance() {
   auto& records = m_state->records;
-  std::sort(records.begin(), records.end(), [](State::Record const& a, State::Record const& b) {
+  std::erase_if(records, [](PickRecord const& record) { return record.distance == kMissed; });
+  auto const precedes = [](auto const& a, auto const& b) {
     if (a.ray != b.ray) return a.ray < b.ray;
     return a.distance == b.distance ? a.place < b.place : a.distance < b.distance;
-  });
-  std::erase_if(records, [](PickRecord const& record) { return record.distance == kMissed; });
+  };
+  if (records.size() <= kFewRecords) {
+    std::sort(records.begin(), records.end(), precedes);
+    return;
+  }
+  // Many records move once.
+  struct Key {
+    std::uint32_t ray, index;
+    double distance;
+    std::uint64_t place;
+  };
+  std::vector<Key> keys;
+  keys.reserve(records.size());
+  for (State::Record const& record : records) {
+    keys.push_back(
+        {record.ray, static_cast<std::uint32_t>(keys.size()), record.distance, record.place});
+  }
+  std::sort(keys.begin(), keys.end(), precedes);
+  std::vector<State::Record> sorted;
+  sorted.reserve(records.size());
+  for (Key const& key : keys) sorted.push_back(std::move(records[key.index]));
+  records.swap(sorted);
 }
 
 void NRayPicker::CheckDetail() {

@@ -32,7 +32,7 @@ bool Pick(NRayPicker& picker, domain::NNode const& start) {
 /// memory.
 template <class Walk>
 void ForEachBundle(std::vector<VX_Math::Line> const& rays, Walk const& walk) {
-  constexpr std::size_t kBundle = 256;
+  constexpr std::size_t kBundle = 64;
   for (std::size_t first = 0; first < rays.size(); first += kBundle) {
     std::size_t const end = std::min(rays.size(), first + kBundle);
     auto const at = [&rays](std::size_t i) {
@@ -132,8 +132,9 @@ bool PickDetail(NSceneNode const& scene, std::vector<VX_Math::Line> const& rays,
   ForEachBundle(rays, [&](std::vector<VX_Math::Line> const& bundle, std::size_t first) {
     NRayPicker picker;
     picker.SetRays(bundle);
-    if (!Pick(picker, scene)) return;
-    isAnyHit = true;
+    scene.Accept(picker);
+    picker.CheckDetail();
+    isAnyHit = isAnyHit || picker.GetPickCount() != 0;
     for (unsigned long i = 0; i != picker.GetPickCount(); ++i) {
       RayHits& found = made[first + picker.GetRayIndex(i)];
       found.paths.push_back(picker.GetItemPath(i));

@@ -66,6 +66,7 @@ class NRayPicker::Walk {
       m_state.current = {0, m_state.active.size(), m_state.active.size()};
       node.Accept(m_picker);
       while (!m_state.steps.empty()) {
+        PrefetchAhead();
         State::Step const step = std::move(m_state.steps.back());
         m_state.steps.pop_back();
         Take(step);
@@ -80,7 +81,7 @@ class NRayPicker::Walk {
   void Enter(domain::scene::NSceneNode const& scene) {
     m_state.tree = scene.GetSceneGraph();
     m_state.controls.front() = m_state.tree ? m_state.tree->GetControlTransform() : Matrix();
-    if (m_state.tree) PushAll(*m_state.tree);
+    if (m_state.tree) PushAll(State::Step::kVisitTree, *m_state.tree);
   }
 
   /// The root stands for its children: its kind, visibility and geometry play no part.
@@ -125,7 +126,7 @@ class NRayPicker::Walk {
     m_state.checkPoints.push_back(reference);
     m_state.controls.push_back(tree ? tree->GetControlTransform() : Matrix());
     Push(State::Step::kLeaveShown, reference);
-    if (tree) PushAll(*tree);
+    if (tree) PushAll(State::Step::kVisitTree, *tree);
   }
 
   /// Takes back what a walk that an exception ends has left.
@@ -138,6 +139,18 @@ class NRayPicker::Walk {
     m_state.models.resize(modelCount);
   }
 
+  /// What the next visits read comes from everywhere, so that it is asked for in time.
+  void PrefetchAhead() const {
+    constexpr std::size_t kAhead = 4;
+    if (m_state.steps.size() <= 2 * kAhead) return;
+    State::Step const* const next = &m_state.steps.back();
+    if (next[-static_cast<std::ptrdiff_t>(kAhead)].kind == State::Step::kVisit) {
+      NItemAccess::Prefetch(static_cast<NSceneGraphItemNode const&>(
+          *next[-static_cast<std::ptrdiff_t>(kAhead)].node));
+    }
+    __builtin_prefetch(next[-2 * static_cast<std::ptrdiff_t>(kAhead)].node.get());
+  }
+
   void Take(State::Step const& step) {
     m_state.current = step.rays;
     if (step.rays.cut == State::Rays::kShared) m_state.current.cut = m_state.active.size();
@@ -145,6 +158,7 @@ class NRayPicker::Walk {
     std::size_t const stepCount = m_state.steps.size();
     switch (step.kind) {
       case State::Step::kVisit:
+      case State::Step::kVisitTree:
         m_state.budget.Visit();
         step.node->Accept(m_picker);
         break;
@@ -196,16 +210,15 @@ class NRayPicker::Walk {
   }
 
   /// A visit for the rays of the present step, which goes on.
-  void PushAll(domain::NNode const& node) {
-    m_state.steps.push_back({State::Step::kVisit,
-                             {m_state.current.first, m_state.current.end, State::Rays::kShared},
-                             &node});
+  void PushAll(State::Step::Kind kind, domain::NNode const& node) {
+    m_state.steps.push_back(
+        {kind, {m_state.current.first, m_state.current.end, State::Rays::kShared}, &node});
   }
 
   void PushAllChildren(NSceneGraphItemNode const& item) {
     auto const& children = item.GetChildren();
     for (auto child = children.rbegin(); child != children.rend(); ++child) {
-      if (!IsBelow(**child)) PushAll(**child);
+      if (!IsBelow(**child)) PushAll(State::Step::kVisit, **child);
     }
   }
 
@@ -291,7 +304,7 @@ class NRayPicker::Walk {
   /// Whether the walk is below `item` already, which two lists can make possible.
   bool StandsIn(NSceneGraphItemNode const& item) const {
     return std::any_of(m_state.steps.begin(), m_state.steps.end(), [&item](auto const& step) {
-      return step.kind != State::Step::kVisit && step.node.get() == &item;
+      return step.kind >= State::Step::kLeave && step.node.get() == &item;
     });
   }
 

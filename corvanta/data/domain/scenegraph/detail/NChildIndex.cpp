@@ -44,6 +44,7 @@ constexpr std::uint64_t kGap = std::uint64_t{1} << 32;
 constexpr std::uint64_t kFirstOrder = std::uint64_t{1} << 63;
 
 constexpr std::size_t kSome = 16;  // visits that are no reason to look at all children
+constexpr std::size_t kAhead = 6;  // leaves between asking the memory and the use
 constexpr float kLargestReach = std::numeric_limits<float>::max();
 
 std::atomic<std::size_t> g_fewestChildren{NChildIndex::kFewestChildren};
@@ -306,14 +307,20 @@ NChildIndex::State NChildIndex::Evaluate(Leaf& leaf) {
 
 void NChildIndex::Settle() {
   if (m_firstStale == kNone) return;
-  std::uint32_t next = std::exchange(m_firstStale, kNone);
+  List batch;
+  for (std::uint32_t at = m_firstStale; at != kNone; at = m_leaves[at].next) batch.push_back(at);
+  m_firstStale = kNone;
   std::vector<NBoxHierarchy::Entry> fresh;
   // What comes in a crowd is put in together.
   bool const isBulk = m_boxes.IsEmpty();
   // From here on a mark walks up to the leaf again.
   NItemAccess::NoteCleaning();
-  while (next != kNone) {
-    std::uint32_t const at = std::exchange(next, m_leaves[next].next);
+  for (std::size_t i = 0; i != batch.size(); ++i) {
+    for (int step = 0; step != 3; ++step) {
+      std::size_t const ahead = i + static_cast<std::size_t>(3 - step) * kAhead;
+      if (ahead < batch.size()) m_boxes.Prefetch(batch[ahead], step);
+    }
+    std::uint32_t const at = batch[i];
     Leaf& leaf = m_leaves[at];
     leaf.isStale = false;
     if (leaf.child == nullptr) {

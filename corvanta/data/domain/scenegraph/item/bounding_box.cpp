@@ -5,6 +5,7 @@
 
 #include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/data/domain/scenegraph/detail/culling_bound.h"
+#include "corvanta/data/domain/scenegraph/detail/item_access.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/data/domain/scenegraph/item/detail/block.h"
 #include "corvanta/data/domain/scenegraph/item/detail/shown_root.h"
@@ -20,6 +21,8 @@ namespace {
 /// Grows whenever a box anywhere becomes clean, or an item gets one more container that may be
 /// clean. While it stands, all that contains a marked item is marked.
 std::atomic<std::uint64_t> g_cleanEpoch{1};
+
+constexpr std::size_t kAhead = 6;  // items between asking the memory and the use
 
 }  // namespace
 
@@ -181,6 +184,9 @@ struct NSceneGraphItemNode::BoxWalk {
     Enter(item, nullptr, accumulated);
     while (!frames.empty()) {
       if (pending.size() != frames.back().firstPending) {
+        if (pending.size() > kAhead) {
+          scenegraph::detail::NItemAccess::Prefetch(*pending[pending.size() - kAhead]);
+        }
         auto child = std::move(pending.back());
         pending.pop_back();
         EnterChild(std::move(child));

@@ -23,7 +23,7 @@ struct NRayPicker::State {
     std::size_t first, end, cut;
   };
   struct Step {
-    enum Kind : unsigned char { kVisit, kLeave, kLeaveModel, kLeaveTree, kLeaveShown };
+    enum Kind : unsigned char { kVisit, kVisitTree, kLeave, kLeaveModel, kLeaveTree, kLeaveShown };
     Kind kind;
     Rays rays;
     // Held, since reading a tree may reach listeners, which may edit what is walked.
