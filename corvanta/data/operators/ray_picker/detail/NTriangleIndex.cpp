@@ -439,6 +439,9 @@ class NTriangleIndex::Builder {
 
 NTriangleIndex::NTriangleIndex(domain::geometry::NSurface const& surface) {
   Builder(surface, *this).Build();
+  // Growing may have doubled the room.
+  m_nodes.shrink_to_fit();
+  m_packets.shrink_to_fit();
 }
 
 bool NTriangleIndex::Refit(domain::geometry::NSurface const& surface) noexcept {

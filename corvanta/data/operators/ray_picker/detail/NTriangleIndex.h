@@ -54,7 +54,7 @@ class CORVANTA_API NTriangleIndex {
   /// Takes over other coordinates of the surface, whose indices are those that it was built of.
   /// Fails: false where building anew pays: for triangles that aren't finite or lie beyond
   /// kFarthest, before or now, and for boxes that have grown too much. It is of no use then.
-  /// Cost: about a tenth of building.
+  /// Cost: about a quarter of building.
   bool Refit(domain::geometry::NSurface const& surface) noexcept;
 
   /// What it takes of the memory.
