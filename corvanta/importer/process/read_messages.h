@@ -6,9 +6,10 @@
 /// started with the version and with the memory that it may take.
 namespace corvanta::importer {
 
-inline constexpr char kReaderVersion[] = "2";
+inline constexpr char kReaderVersion[] = "3";
 
-/// To the program, with shared memory: the file to read.
+/// To the program, with shared memory: the file to read; without one, the formats are written there
+/// that can be read.
 struct NReadRequest {
   char path[4096];  // ends with a zero
 };
