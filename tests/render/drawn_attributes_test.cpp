@@ -271,6 +271,7 @@ class DrawnAttributesTest : public World {
       m_environment->Set2DImage(m_image);
       m_lens->QueryAttribute(L"viewAngle.usesVertical")->SetValue(false, true);
     } else if (condition == 2) {
+      m_lens->QueryAttribute(L"viewAngle.usesVertical")->SetValue(true, true);
       m_environment->Set2DImage({});
       m_environment->SetToneMappingIsEnabledFlag(false);
       m_environment->GetEnvironmentMapModel()->SetIsVisibleFlag(false);
