@@ -12,3 +12,4 @@
 #include "corvanta/renderer/NRenderer.h"
 #include "corvanta/renderer/NTarget.h"
 #include "corvanta/renderer/NViewpoint.h"
+#include "corvanta/renderer/drawn_attributes.h"

@@ -3,18 +3,12 @@
 #include <CLI/App.hpp>
 #include <string>
 
+#include "app/output/status.h"
 #include "app/output/text.h"
 
 /// The commands of the program. Each is in a source of its own, which adds it to the program
 /// with its options, and sets `status`, the program's exit status, when it has run.
 namespace corvanta::app {
-
-/// Exit statuses.
-enum NStatus : int {
-  NS_DONE = 0,
-  NS_FILE = 1,     ///< a file couldn't be used, or the output not be written
-  NS_OPTIONS = 2,  ///< an option that can't be
-};
 
 /// Runs a command whose options have no fault; tells of the fault otherwise.
 template <class Run>
@@ -27,6 +21,8 @@ int RunUnless(std::string const& fault, Run const& run) {
 using NAddCommand = void(CLI::App& program, int& status);
 
 NAddCommand AddDemo;
+NAddCommand AddFormats;
+NAddCommand AddHelp;
 NAddCommand AddInfo;
 NAddCommand AddMap;
 NAddCommand AddPick;
@@ -34,7 +30,7 @@ NAddCommand AddPlay;
 NAddCommand AddRender;
 NAddCommand AddWatch;
 
-inline constexpr NAddCommand* kCommands[] = {AddDemo, AddInfo, AddWatch, AddPick,
-                                             AddMap,  AddPlay, AddRender};
+inline constexpr NAddCommand* kCommands[] = {AddInfo,  AddRender, AddPlay,    AddPick, AddMap,
+                                             AddWatch, AddDemo,   AddFormats, AddHelp};
 
 }  // namespace corvanta::app

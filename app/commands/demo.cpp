@@ -45,9 +45,9 @@ using core::text::ToNarrow;
 using VX_Math::Vec3;
 
 constexpr char kFooter[] = R"(
-Shows the library in one run: a model file is read, its scene set up to be seen,
-changed, picked, mapped, toured, lit and painted anew. Without a file the sample
-that comes with the program.)";
+A model file is read, or the sample that comes with the program; its scene is
+set up to be seen, changed, picked, mapped, toured, lit and given other
+materials.)";
 
 /// Where the build and the installation put the sample.
 std::string FindSample() {
@@ -287,8 +287,10 @@ int Show(std::string file) {
 
 void AddDemo(CLI::App& program, int& status) {
   auto const file = std::make_shared<std::string>();
-  CLI::App* const command = program.add_subcommand("demo", "Show the library in one run.");
-  command->add_option("FILE", *file, "Model file");
+  CLI::App* const command =
+      program.add_subcommand("demo", "Show what the library does, in one run.");
+  command->add_option("FILE", *file, "Model file; without it the sample");
+  AddModelOptions(*command);
   command->footer(kFooter);
   command->callback([file, &status] { status = Show(*file); });
 }

@@ -40,11 +40,12 @@ using texture_mapping::NProjectionMapping;
 using Numbers = std::vector<double>;
 
 constexpr char kFooter[] = R"(
-Lays one projection on every model. The projector is a unit box at the origin of
-the global space, which is scaled, turned about x, y and z, and moved. Prints the
-vertices of each model before and after the cut at the seam of a cylinder or a
-sphere, and the ranges of u and v. -o writes the mapped models as an OBJ file in
-global coordinates; it is there as a whole or not at all.)";
+The projector is a unit box at the origin of the global space, which is scaled,
+turned about x, y and z, and moved. A model is a line: its vertices before and
+after the cut at the seam of a cylinder or a sphere, and the ranges of u and v.
+With -o - all else is printed on stderr.
+
+  corvanta map model.glb --method sphere --scale 2 -o mapped.obj)";
 
 struct Options {
   std::string file, method, flip, output;
@@ -92,6 +93,7 @@ class Map {
   explicit Map(Options const& options) : m_options(options) {}
 
   int Run() {
+    if (!CanWrite(m_options.output)) return NS_FILE;
     auto const model = OpenModel(m_document, m_options.file);
     if (!model) return NS_FILE;
     m_tree = model->tree;
@@ -193,15 +195,16 @@ class Map {
   }
 
   void Print(NRecord const& models) const {
+    std::ostream& out = NWholeFile::IsStdout(m_options.output) ? std::cerr : std::cout;
     if (m_options.asJson) {
-      std::cout << NRecord{{"method", m_options.method}, {"models", models}}.dump(2) << '\n';
+      out << NRecord{{"method", m_options.method}, {"models", models}}.dump(2) << '\n';
       return;
     }
-    if (models.empty()) std::cout << "no models\n";
+    if (models.empty()) out << "no models\n";
     for (NRecord const& model : models) {
-      std::cout << OneLine(model["name"].get<std::string>()) << "  vertices " << model["vertices"]
-                << ", after the seam cut " << model["mappedVertices"] << "  u "
-                << RangeText(model["u"]) << "  v " << RangeText(model["v"]) << '\n';
+      out << OneLine(model["name"].get<std::string>()) << "  vertices " << model["vertices"]
+          << ", after the seam cut " << model["mappedVertices"] << "  u " << RangeText(model["u"])
+          << "  v " << RangeText(model["v"]) << '\n';
     }
   }
 
@@ -241,23 +244,33 @@ std::string CheckFlip(std::string const& text) {
 void AddMap(CLI::App& program, int& status) {
   auto const options = std::make_shared<Options>();
   CLI::App* const command =
-      program.add_subcommand("map", "Apply a projection to the models of a file.");
+      program.add_subcommand("map", "Give models texture coordinates by a projection.");
   command->add_option("FILE", options->file, "Model file")->required();
   command->add_option("--method", options->method, "How the texture is projected")
       ->required()
-      ->check(CLI::IsMember({"plane", "cylinder", "sphere", "triplanar", "box"}));
-  CLI::Validator const space(&CheckSpace, "X,Y,Z");
-  CLI::Validator const coords(&CheckCoords, "U,V");
-  command->add_option("--translate", options->translate, "Place of the projector")->check(space);
-  command->add_option("--rotate", options->rotate, "Its angles in degrees")->check(space);
-  command->add_option("--scale", options->scale, "Its size")
-      ->check(CLI::Validator(&CheckScale, "X,Y,Z"));
-  command->add_option("--repeat", options->repeat, "Factors of u and v")->check(coords);
-  command->add_option("--offset", options->offset, "What is added to u and v")->check(coords);
-  command->add_option("--flip", options->flip, "Run u, v or uv the other way")
-      ->check(CLI::Validator(&CheckFlip, "u|v|uv"));
-  command->add_option("-o,--output", options->output, "Write the mapped models as an OBJ file");
+      ->check(CLI::IsMember({"plane", "cylinder", "sphere", "triplanar", "box"}))
+      ->option_text("plane|cylinder|sphere|triplanar|box");
+  CLI::Validator const space(&CheckSpace, "");
+  CLI::Validator const coords(&CheckCoords, "");
+  auto const add = [command](char const* name, std::string& value, char const* text,
+                             char const* help) {
+    return command->add_option(name, value, help)->option_text(text);
+  };
+  add("--translate", options->translate, "X,Y,Z", "Where the projector is; 0,0,0 without it")
+      ->check(space);
+  add("--rotate", options->rotate, "X,Y,Z", "Its angles in degrees; 0,0,0 without it")
+      ->check(space);
+  add("--scale", options->scale, "X,Y,Z", "Its size, or one number for all axes; 1 without it")
+      ->check(CLI::Validator(&CheckScale, ""));
+  add("--repeat", options->repeat, "U,V", "Factors on u and v, or one for both; 1 without it")
+      ->check(coords);
+  add("--offset", options->offset, "U,V", "What is added to u and v; 0 without it")->check(coords);
+  add("--flip", options->flip, "u|v|uv", "Let u, v or both run the other way")
+      ->check(CLI::Validator(&CheckFlip, ""));
+  add("-o,--output", options->output, "OBJ",
+      "Write the mapped models in global coordinates as an OBJ file, or to stdout for -");
   command->add_flag("--json", options->asJson, "Print one JSON object");
+  AddModelOptions(*command);
   command->footer(kFooter);
   command->callback([options, &status] { status = Map(*options).Run(); });
 }

@@ -5,6 +5,9 @@
 #include <cmath>
 #include <exception>
 #include <limits>
+#include <set>
+#include <utility>
+#include <vector>
 
 #include "app/output/text.h"
 #include "app/scene/float_range.h"
@@ -34,6 +37,14 @@ std::string& GetVariant() {
   return variant;
 }
 
+// Each once, also for a file that is read again.
+void PrintNotes(std::string const& file, std::vector<std::string> const& notes) {
+  static std::set<std::pair<std::string, std::string>> printed;
+  for (std::string const& note : notes) {
+    if (printed.emplace(file, note).second) PrintNote(file, note);
+  }
+}
+
 std::string CheckUnit(std::string const& text) {
   if (text == "auto") return "";
   double unit = 0.0;
@@ -60,37 +71,52 @@ void SetUp(std::string const& axis) {
   if (axis == "z") GetOptions().up = importer::NUA_Z;
 }
 
+constexpr char kGroup[] = "Reading of the files";
+
 void AddAxisOptions(CLI::App& command) {
   auto* const up =
       command
           .add_option_function<std::string>(
-              "--up", &SetUp, "Axis of the files that points up; auto takes what a file says")
-          ->check(CLI::IsMember({"x", "y", "z", "auto"}));
+              "--up", &SetUp,
+              "Axis of the files that points up; without it, and with auto, what a file or its "
+              "format says")
+          ->check(CLI::IsMember({"x", "y", "z", "auto"}))
+          ->option_text("x|y|z|auto")
+          ->group(kGroup);
   command
       .add_flag_callback(
           "--zup", [] { SetUp("z"); }, "The same as --up z")
-      ->excludes(up);
+      ->excludes(up)
+      ->group(kGroup);
   command
       .add_option_function<std::string>(
           "--unit", &SetUnit,
-          "Scale of each file's tree, such as 0.001; auto takes metres, as an FBX file says")
-      ->check(CLI::Validator(&CheckUnit, "NUMBER"));
+          "Length of the files' unit in the scene, such as 0.001 for millimetres in metres; auto "
+          "takes metres, as an FBX file says")
+      ->check(CLI::Validator(&CheckUnit, ""))
+      ->option_text("NUMBER|auto")
+      ->group(kGroup);
   command
       .add_option_function<double>(
           "--crease", [](double const& angle) { GetOptions().crease = angle; },
-          "Degrees by which faces without normals have to be turned to meet in an edge; 60 by "
-          "default, and 0 for glTF")
-      ->check(CLI::Validator(&CheckCrease, "DEGREES"));
+          "Angle between faces without normals from which on their edge is sharp; 60 without it, "
+          "for glTF 0")
+      ->check(CLI::Validator(&CheckCrease, ""))
+      ->option_text("DEGREES")
+      ->group(kGroup);
 }
 
 void AddVariantOption(CLI::App& command) {
-  command.add_option_function<std::string>(
-      "--variant", [](std::string const& name) { GetVariant() = name; },
-      "Name of the files' variant of materials to be shown; info lists them");
+  command
+      .add_option_function<std::string>(
+          "--variant", [](std::string const& name) { GetVariant() = name; },
+          "Variant of the files' materials that is shown; info lists them")
+      ->option_text("NAME")
+      ->group(kGroup);
 }
 
-void AddLimit(CLI::App& command, std::string const& name, std::string const& help,
-              void (*set)(importer::NImportLimits& limits, double value)) {
+void AddLimit(CLI::App& command, std::string const& name, std::string const& text,
+              std::string const& help, void (*set)(importer::NImportLimits& limits, double value)) {
   command
       .add_option_function<double>(
           name,
@@ -100,7 +126,9 @@ void AddLimit(CLI::App& command, std::string const& name, std::string const& hel
             importer::SetImportLimits(limits);
           },
           help)
-      ->check(CLI::Validator(&CheckLimit, "NUMBER"));
+      ->check(CLI::Validator(&CheckLimit, ""))
+      ->option_text(text)
+      ->group(kGroup);
 }
 
 }  // namespace
@@ -109,7 +137,7 @@ std::optional<importer::NImportedModel> OpenModel(data::document::NDocument& doc
                                                   std::string const& file) {
   try {
     importer::NImportedModel model = importer::ImportModel(document, file, GetOptions());
-    for (std::string const& note : model.notes) PrintNote(file, note);
+    PrintNotes(file, model.notes);
     std::string const& variant = GetVariant();
     if (!variant.empty() && !importer::ChooseVariant(model, variant)) {
       if (!model.variants.empty())
@@ -118,7 +146,9 @@ std::optional<importer::NImportedModel> OpenModel(data::document::NDocument& doc
     }
     return model;
   } catch (std::exception const& error) {
-    PrintError(file, error.what());
+    std::string reason = error.what();
+    if (reason == importer::kUnknownFormat) reason += "; corvanta formats lists those that can";
+    PrintError(file, reason);
   }
   return std::nullopt;
 }
@@ -126,12 +156,13 @@ std::optional<importer::NImportedModel> OpenModel(data::document::NDocument& doc
 void AddModelOptions(CLI::App& command) {
   AddAxisOptions(command);
   AddVariantOption(command);
-  AddLimit(command, "--memory",
-           "MB that reading a model file may take; half of the machine's by default",
+  AddLimit(command, "--memory", "MB",
+           "Memory of the process that reads a file, half of the machine's without it; what the "
+           "program itself then makes of it isn't counted",
            [](importer::NImportLimits& limits, double value) {
              limits.memory = static_cast<std::uint64_t>(std::ceil(value * (1 << 20)));
            });
-  AddLimit(command, "--timeout", "Seconds that reading a model file may take; 60 by default",
+  AddLimit(command, "--timeout", "SECONDS", "Time that this process has for a file, 60 without it",
            [](importer::NImportLimits& limits, double value) {
              limits.timeout = std::chrono::milliseconds(std::max(1LL, std::llround(value * 1e3)));
            });

@@ -12,7 +12,8 @@
 #include "app/commands/commands.h"
 #include "app/commands/open_model.h"
 #include "app/commands/size.h"
-#include "app/output/png_file.h"
+#include "app/output/NWholeFile.h"
+#include "app/output/picture_file.h"
 #include "app/output/record.h"
 #include "app/output/text.h"
 #include "app/scene/NStage.h"
@@ -20,6 +21,7 @@
 #include "app/scene/common_tree.h"
 #include "app/scene/float_range.h"
 #include "app/scene/hit_marks.h"
+#include "app/scene/missing.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/document/NDocument.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
@@ -36,13 +38,17 @@ using data::operators::ray_picker::NRayPicker;
 using VX_Math::Vec3;
 
 constexpr char kFooter[] = R"(
-Through a camera that shows the whole scene, --at picks at the middle of a pixel,
-counted from the upper left; --ray goes from a point along a direction. Prints
-each hit, nearest first: the names of the references and of the item, the
-distance from the camera or the ray's origin, and the global point. With
---from-plane the point where the ray meets the plane n . p = d comes last.
--o draws the scene with a red ball at the first hit, yellow ones at the others.
---grid N shoots N x N rays over the view and prints what they cost.)";
+One of --at, --ray and --grid is needed. The view of --at and --grid is that of
+a camera that shows the whole scene, as render draws it. A hit is a line,
+nearest first: the names of the references and of the item, the distance from
+the camera or from the ray's origin, and the point in global coordinates. With
+--from-plane the point where the ray meets the plane comes last. A ray that hits
+nothing is no error. --grid prints how many rays hit, and what they cost. -o
+marks the first hit by a red ball, the others by yellow ones. With -o - all else
+is printed on stderr.
+
+  corvanta pick model.glb --at 400,300
+  corvanta pick model.glb --ray 0,0,10,0,0,-1 -o hits.png)";
 
 struct Options {
   std::vector<std::string> files;
@@ -64,6 +70,7 @@ class Pick {
   explicit Pick(Options const& options) : m_options(options), m_size(*ParseSize(options.size)) {}
 
   int Run() {
+    if (!CanWrite(m_options.output)) return NS_FILE;
     std::vector<boost::intrusive_ptr<data::domain::scenegraph::tree::NSceneGraphTreeNode>> trees;
     for (std::string const& file : m_options.files) {
       if (auto const model = OpenModel(m_document, file)) trees.push_back(model->tree);
@@ -111,7 +118,8 @@ class Pick {
     MarkHits(m_document, stage, m_points, m_options.ray.empty() ? nullptr : &from);
     try {
       NStagePreview preview(m_document, stage, m_size[0], m_size[1]);
-      WritePng(m_options.output, preview.TakePicture());
+      WritePicture(m_options.output, preview.TakePicture());
+      PrintBrokenPictures(preview);
       return true;
     } catch (renderer::NRenderError const& error) {
       PrintError("render", error.what());
@@ -147,19 +155,19 @@ class Pick {
   }
 
   void Print(NRecord const& hits, Vec3 const* planeHit) const {
+    std::ostream& out = NWholeFile::IsStdout(m_options.output) ? std::cerr : std::cout;
     NRecord record{{"hits", hits}};
     if (planeHit != nullptr) record["plane"] = {planeHit->x, planeHit->y, planeHit->z};
     if (m_options.asJson) {
-      std::cout << record.dump(2) << '\n';
+      out << record.dump(2) << '\n';
       return;
     }
-    if (hits.empty()) std::cout << "no hit\n";
+    if (hits.empty()) out << "no hit\n";
     for (NRecord const& hit : hits) {
-      std::cout << hit["path"].get<std::string>() << "  distance "
-                << NumberText(hit["distance"].get<float>()) << "  at " << PointText(hit["point"])
-                << '\n';
+      out << hit["path"].get<std::string>() << "  distance "
+          << NumberText(hit["distance"].get<float>()) << "  at " << PointText(hit["point"]) << '\n';
     }
-    if (planeHit != nullptr) std::cout << "plane  at " << PointText(record["plane"]) << '\n';
+    if (planeHit != nullptr) out << "plane  at " << PointText(record["plane"]) << '\n';
   }
 
   static std::string PointText(NRecord const& point) {
@@ -232,10 +240,21 @@ std::string FindFault(Options const& options) {
       if (!IsInFloatRange(number)) return "numbers must be such as a float can hold";
     }
   }
+  if (!options.at.empty()) {
+    auto const [width, height] = *ParseSize(options.size);
+    double const x = options.at[0], y = options.at[1];
+    // A pixel reaches from its number to the next one.
+    if (!(x >= 0 && y >= 0 && x < width && y < height)) {
+      return "--at is outside the view, which is " + options.size + " pixels";
+    }
+  }
   if (!options.ray.empty() && ToVec3(options.ray, 3) == Vec3()) return "the ray has no direction";
   if (!options.plane.empty() && ToVec3(options.plane) == Vec3()) return "the plane has no normal";
   if (!options.output.empty()) {
     if (options.grid != 0) return "-o and --grid exclude each other";
+    if (auto const fault = FindPictureFault(options.output); !fault.empty()) {
+      return "-o " + options.output + ": " + fault;
+    }
     if (std::string const fault = CheckDrawnSize(options.size); !fault.empty()) {
       return "--size " + fault;
     }
@@ -251,21 +270,42 @@ std::string FindFault(Options const& options) {
 void AddPick(CLI::App& program, int& status) {
   auto const options = std::make_shared<Options>();
   CLI::App* const command =
-      program.add_subcommand("pick", "Shoot rays at the scene of model files.");
+      program.add_subcommand("pick", "Find what is under a pixel or along a ray.");
   command->add_option("FILE", options->files, "Model files")->required();
-  command->add_option("--at", options->at, "Pixel X,Y")->delimiter(',')->expected(2);
-  command->add_option("--size", options->size, "Size of the view in pixels")
-      ->check(CLI::Validator(&CheckSize, "WxH"));
-  command->add_option("--ray", options->ray, "Ray OX,OY,OZ,DX,DY,DZ")->delimiter(',')->expected(6);
-  command->add_option("--area", options->area, "Only hits in the box X0,Y0,Z0,X1,Y1,Z1")
+  command
+      ->add_option("--at", options->at, "Pick at a pixel of the view, counted from the upper left")
       ->delimiter(',')
-      ->expected(6);
-  command->add_option("--from-plane", options->plane, "Only hits beyond the plane NX,NY,NZ,D")
+      ->expected(2)
+      ->option_text("X,Y");
+  command
+      ->add_option("--size", options->size,
+                   "Width and height of the view in pixels; 800x600 without it")
+      ->check(CLI::Validator(&CheckSize, ""))
+      ->option_text("WxH");
+  command->add_option("--ray", options->ray, "Pick along a ray from a point O in a direction D")
       ->delimiter(',')
-      ->expected(4);
-  command->add_option("--grid", options->grid, "Shoot N x N rays")->check(CLI::Range(1u, 20000u));
-  command->add_option("-o,--output", options->output, "PNG file that shows the hits");
+      ->expected(6)
+      ->option_text("OX,OY,OZ,DX,DY,DZ");
+  command
+      ->add_option("--grid", options->grid, "Pick at N x N points all over the view, up to 20000")
+      ->check(CLI::Range(1u, 20000u))
+      ->option_text("N");
+  command->add_option("--area", options->area, "Only hits in the box between two points")
+      ->delimiter(',')
+      ->expected(6)
+      ->option_text("X0,Y0,Z0,X1,Y1,Z1");
+  command
+      ->add_option("--from-plane", options->plane,
+                   "Only hits behind the plane n . p = d, as if it cut the scene open")
+      ->delimiter(',')
+      ->expected(4)
+      ->option_text("NX,NY,NZ,D");
+  command
+      ->add_option("-o,--output", options->output,
+                   "Draw the scene with the hits: .png, .jpg, or - for stdout")
+      ->option_text("PICTURE");
   command->add_flag("--json", options->asJson, "Print one JSON object");
+  AddModelOptions(*command);
   command->footer(kFooter);
   command->callback([options, &status] {
     status = RunUnless(FindFault(*options), [&] { return Pick(*options).Run(); });

@@ -26,6 +26,7 @@
 #include "app/play/csv.h"
 #include "app/play/plot.h"
 #include "app/scene/NStage.h"
+#include "app/scene/missing.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/document/NDocument.h"
 #include "corvanta/renderer/NRenderError.h"
@@ -35,27 +36,26 @@ namespace corvanta::app {
 namespace {
 
 constexpr char kFooter[] = R"(
---timeline plays the file's first animation of that name, or else the Nth,
-counted from 1; --tour leads a camera from one camera of the file to the next,
-two seconds at each, or once around the scene where there are none. Without
-either it is the first animation, or the tour where there is none.
+Without --timeline and --tour the first animation is played, or the tour where
+there is none. A frame is a line: the seconds since the begin, the moment of
+what is played, how many items moved, and how many events a listener of the
+document received. It ends with the run; with --repeat after two, or when
+--seconds are over; by Ctrl-C, with the frames that are done. With --repeat a
+frame at the end of a run shows the begin of the next one, also the last.
 
-Each frame is a line: the seconds since the begin, the moment of what is played,
-how many items moved, and how many events a listener of the model heard. It ends
-with the run; with --repeat after two, or when --seconds are over. With --repeat
-a frame at the end of a run shows the begin of the next one, also the last.
+The pictures of -o are seen by the tour's camera or, for an animation, by one
+that shows the whole scene as it is in that frame. --csv has a row for each
+frame and a column for each attribute that is animated; for the tour, the
+camera's global position, its interest and its up. --plot draws these over time.
+What was in these files stays until all is played.
 
--o writes the frames as pictures, through the tour's camera or, for an animation,
-one that shows the whole scene as it is in that frame; each file is there as a
-whole or not at all. Other tools make one file of frames/%04d.png, such as
+Other tools make one file of the pictures, where 25 is the --fps and 4 are
+hundredths of a second:
+
+  corvanta play model.glb -o frames/%04d.png
   ffmpeg -framerate 25 -i frames/%04d.png -pix_fmt yuv420p video.mp4
   ffmpeg -framerate 25 -i frames/%04d.png animation.gif
-  convert -delay 4 -loop 0 frames/*.png animation.gif
-where 25 is the --fps and 4 are hundredths of a second.
-
---csv writes a row for each frame and a column for each attribute that is
-animated; for the tour, the camera's global position, its interest and its up.
---plot draws them over time. What stood in these files stays until all is played.)";
+  convert -delay 4 -loop 0 frames/*.png animation.gif)";
 
 struct Options {
   std::string file, csv, plot, frames, camera;
@@ -83,6 +83,10 @@ class Play {
   explicit Play(Options const& options) : m_options(options) {}
 
   int Run() {
+    // The folder of the frames is known without their number.
+    for (std::string const& path : {m_options.csv, m_options.plot, m_options.frames}) {
+      if (!CanWrite(path)) return NS_FILE;
+    }
     auto const model = OpenModel(m_document, m_options.file);
     if (!model) return NS_FILE;
     m_model = *model;
@@ -97,6 +101,8 @@ class Play {
     NRecording recording(player->GetChannels().size());
     if (csv) WriteCsvHead(csv->GetStream(), player->GetChannels());
     Drive(*player, csv.get(), plot ? &recording : nullptr);
+    if (!m_emptiness.empty()) PrintNote(m_options.frames, "all pictures are empty: " + m_emptiness);
+    if (m_frames) PrintBrokenPictures(m_frames->GetPreview());
     // As a shell tells of a program that a signal has ended.
     if (int const signal = NInterruption::GetSignal(); signal != 0) return 128 + signal;
     if (m_hasFailed) return NS_FILE;
@@ -177,6 +183,10 @@ class Play {
     if (m_overview != nullptr) m_overview->FrameAll();
     try {
       m_frames->Write(number);
+      // One frame with something to be seen is enough.
+      if (number == 0 || !m_emptiness.empty()) {
+        m_emptiness = FindEmptiness(m_document, m_frames->GetPreview());
+      }
       return true;
     } catch (renderer::NRenderError const& error) {
       PrintError("render", error.what());
@@ -224,19 +234,22 @@ class Play {
   }
 
   void Print(NFrame const& frame) const {
+    bool const isTaken =
+        NWholeFile::IsStdout(m_options.csv) || NWholeFile::IsStdout(m_options.plot);
+    std::ostream& out = isTaken ? std::cerr : std::cout;
     if (m_options.asJson) {
-      std::cout << NRecord{{"frame", frame.number},
-                           {"time", Rounded(frame.time)},
-                           {"moment", Rounded(frame.moment)},
-                           {"itemsMoved", frame.movedCount},
-                           {"events", frame.eventCount}}
-                       .dump()
-                << '\n';
+      out << NRecord{{"frame", frame.number},
+                     {"time", Rounded(frame.time)},
+                     {"moment", Rounded(frame.moment)},
+                     {"itemsMoved", frame.movedCount},
+                     {"events", frame.eventCount}}
+                 .dump()
+          << '\n';
       return;
     }
-    std::cout << NumberText(Rounded(frame.time)) << " s  at " << NumberText(Rounded(frame.moment))
-              << " s  " << Plural(frame.movedCount, "item", "items") << " moved  "
-              << Plural(frame.eventCount, "event", "events") << '\n';
+    out << NumberText(Rounded(frame.time)) << " s  at " << NumberText(Rounded(frame.moment))
+        << " s  " << Plural(frame.movedCount, "item", "items") << " moved  "
+        << Plural(frame.eventCount, "event", "events") << '\n';
   }
 
   Options const& m_options;
@@ -244,6 +257,7 @@ class Play {
   importer::NImportedModel m_model;
   std::unique_ptr<NFrameWriter> m_frames;
   NOverview* m_overview = nullptr;  // whose camera sees the frames; null for another
+  std::string m_emptiness;          // why nothing was seen in any frame
   bool m_hasFailed = false;
 };
 
@@ -273,7 +287,8 @@ std::string FindFault(Options const& options) {
     std::string const fault = NFrameWriter::FindFault(options.frames);
     if (!fault.empty()) return "-o " + fault;
   }
-  return {};
+  int const onStdout = NWholeFile::IsStdout(options.csv) + NWholeFile::IsStdout(options.plot);
+  return onStdout > 1 ? "--csv and --plot can't both be on stdout" : "";
 }
 
 }  // namespace
@@ -281,23 +296,40 @@ std::string FindFault(Options const& options) {
 void AddPlay(CLI::App& program, int& status) {
   auto const options = std::make_shared<Options>();
   CLI::App* const command =
-      program.add_subcommand("play", "Play an animation of a file, or a tour through it.");
+      program.add_subcommand("play", "Play an animation of a file, or lead a camera through it.");
   command->add_option("FILE", options->file, "Model file")->required();
-  command->add_option("--timeline", options->timeline,
-                      "Play the animation of the file with that name, or the Nth");
-  command->add_flag("--tour", options->isTour, "Lead a camera through the scene");
-  command->add_option("--fps", options->pace.fps, "Frames a second (25)");
-  command->add_option("--seconds", options->pace.seconds, "How long to play");
+  command
+      ->add_option("--timeline", options->timeline,
+                   "Play the first animation of that name, or else the Nth, from 1")
+      ->option_text("N|NAME");
+  command->add_flag(
+      "--tour", options->isTour,
+      "Lead a camera from one camera of the file to the next, two seconds at each, or "
+      "once around the scene where there are none");
+  command->add_option("--fps", options->pace.fps, "Frames a second; 25 without it")
+      ->option_text("NUMBER");
+  command->add_option("--seconds", options->pace.seconds, "How long to play")
+      ->option_text("SECONDS");
   command->add_flag("--reverse", options->isReverse, "Play from the end to the begin");
   command->add_flag("--repeat", options->pace.repeats, "Begin again at the end");
-  command->add_option("--csv", options->csv, "Write the animated attributes as a table");
-  command->add_option("--plot", options->plot, "Draw them as an SVG picture");
-  command->add_option("-o,--output", options->frames,
-                      "Write each frame as a PNG file, such as frames/%04d.png");
-  command->add_option("--size", options->size, "Size of these pictures in pixels")
-      ->check(CLI::Validator(&CheckDrawnSize, "WxH"));
-  command->add_option("--camera", options->camera, "Name of the camera of these pictures");
+  command->add_option("--csv", options->csv, "Write the animated attributes as a table")
+      ->option_text("FILE");
+  command->add_option("--plot", options->plot, "Draw them over time as an SVG picture")
+      ->option_text("FILE");
+  command
+      ->add_option("-o,--output", options->frames,
+                   "Write each frame as a picture, .png or .jpg, with a %d for its number from 0, "
+                   "such as frames/%04d.png")
+      ->option_text("PATTERN");
+  command
+      ->add_option("--size", options->size,
+                   "Width and height of these pictures in pixels; 800x600 without it")
+      ->check(CLI::Validator(&CheckDrawnSize, ""))
+      ->option_text("WxH");
+  command->add_option("--camera", options->camera, "Camera of the file that sees these pictures")
+      ->option_text("NAME");
   command->add_flag("--json", options->asJson, "Print one JSON object a line");
+  AddModelOptions(*command);
   command->footer(kFooter);
   command->callback([options, &status] {
     status = RunUnless(FindFault(*options), [&] { return Play(*options).Run(); });

@@ -15,7 +15,8 @@
 #include "app/commands/commands.h"
 #include "app/commands/open_model.h"
 #include "app/commands/size.h"
-#include "app/output/png_file.h"
+#include "app/output/NWholeFile.h"
+#include "app/output/picture_file.h"
 #include "app/output/text.h"
 #include "app/play/NFrameWriter.h"
 #include "app/play/NTimeLinePlayer.h"
@@ -24,22 +25,28 @@
 #include "app/scene/NStagePreview.h"
 #include "app/scene/common_tree.h"
 #include "app/scene/material_choice.h"
+#include "app/scene/missing.h"
 #include "app/watch/assignment.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/document/NDocument.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
+#include "corvanta/renderer/drawn_attributes.h"
 
 namespace corvanta::app {
 
 namespace {
 
 constexpr char kFooter[] = R"(
-Draws the scene of the files as a PNG file, through a camera that shows the whole
-of it, with --time as it is then, or one of the files' cameras. It needs no
-display and no window. --set, as in watch, also reaches the node "environment", such as
-  --set environment.floor.isVisible=true
---ids makes each pixel's colour the number of the model seen there, red its
-highest byte, and prints the models in the order of their numbers.)";
+The camera shows all models, as they are at the moment of --time, unless
+--camera names another one. No display and no window is needed. NAME.ATTRIBUTE
+is that of a node as info --attributes prints it, or of the node "environment".
+--ids prints the models in the order of their numbers; a pixel's number is 65536
+red + 256 green + blue, and 0 where there is none. With -o - or --ids - all else
+is printed on stderr.
+
+  corvanta render model.glb -o picture.png --size 1920x1080
+  corvanta render model.glb -o picture.png --floor --set spot.rotation.y=90
+  corvanta render model.glb -o around%03d.png --orbit 36)";
 
 constexpr double kLatest = 1e9;  // seconds
 
@@ -52,7 +59,7 @@ struct Options {
   std::string background;
   unsigned orbit = 0;
   bool isStereo = false, isHeadMounted = false, reportsClip = false;
-  bool isWireframe = false, showsEdges = false;
+  bool isWireframe = false, showsEdges = false, showsFloor = false;
 };
 
 /// N of "material=N".
@@ -104,6 +111,7 @@ class Render {
   explicit Render(Options const& options) : m_options(options), m_size(*ParseSize(options.size)) {}
 
   int Run() {
+    if (!CanWrite(m_options.output) || !CanWrite(m_options.ids)) return NS_FILE;
     std::vector<NOverview::Tree> trees;
     for (std::string const& file : m_options.files) {
       if (auto const model = OpenModel(m_document, file)) {
@@ -113,25 +121,59 @@ class Render {
     }
     if (trees.empty()) return NS_FILE;
     auto const tree = CreateCommonTree(m_document, trees);
+    // What the files hold is set before cameras and lights are fitted to it.
+    std::vector<std::string> const ofStage = AssignWhatIsThere();
+    if (!m_options.assignments.empty()) UpdateDeformers();
     m_stage = std::make_unique<NStage>(m_document, tree, m_options.lights);
-    int status = Prepare(*m_stage, tree);
+    int status = Assign(ofStage);
+    if (status == NS_DONE) status = Prepare(*m_stage, tree);
     if (status == NS_DONE) status = Draw(*m_stage);
     return status == NS_DONE && trees.size() != m_options.files.size() ? NS_FILE : status;
   }
 
  private:
-  int Prepare(NStage& stage, NOverview::Tree const& tree) {
+  /// Carries out the assignments to nodes of the files; gives the others.
+  std::vector<std::string> AssignWhatIsThere() const {
+    std::vector<std::string> others;
     for (std::string const& text : m_options.assignments) {
       try {
-        NAssignment const assignment = ParseAssignment(m_document, core::text::ToWide(text));
-        assignment.attribute->SetValue(assignment.value, true);
+        Assign(ParseAssignment(m_document, core::text::ToWide(text)), text);
+      } catch (NAssignmentError const&) {
+        others.push_back(text);
+      }
+    }
+    return others;
+  }
+
+  int Assign(std::vector<std::string> const& assignments) const {
+    for (std::string const& text : assignments) {
+      try {
+        Assign(ParseAssignment(m_document, core::text::ToWide(text)), text);
       } catch (NAssignmentError const& error) {
         return Refuse("--set " + text, error.what());
       }
     }
+    return NS_DONE;
+  }
+
+  void UpdateDeformers() const {
     for (importer::NImportedModel const& model : m_models) {
-      if (model.deformer && !m_options.assignments.empty()) model.deformer->Update();
+      if (model.deformer) model.deformer->Update();
     }
+  }
+
+  static void Assign(NAssignment const& assignment, std::string const& text) {
+    bool const isNew = assignment.attribute->GetValue() != assignment.value;
+    assignment.attribute->SetValue(assignment.value, true);
+    std::wstring const& name = assignment.attribute->GetName();
+    if (!renderer::IsDrawn(*assignment.node, name) && !importer::NDeformer::IsWeightName(name)) {
+      PrintNote("--set " + text, "pictures don't depend on this attribute");
+    } else if (!isNew) {
+      PrintNote("--set " + text, "it has this value already");
+    }
+  }
+
+  int Prepare(NStage& stage, NOverview::Tree const& tree) {
     if (!m_options.choice.empty() &&
         !SwitchMaterial(m_document, tree, *ParseChoice(m_options.choice))) {
       return Refuse("--switch", "there is no such material");
@@ -144,6 +186,7 @@ class Render {
       ProjectTextures(m_document, tree, core::text::ToWide(m_options.method));
     }
     if (m_options.isWireframe) stage.SetWired();
+    if (m_options.showsFloor) stage.GetEnvironment().SetFloorIsVisibleFlag(true);
     if (!m_options.background.empty() && m_options.background != "none") {
       stage.SetBackground(*ParseColor(m_options.background));
     }
@@ -198,6 +241,7 @@ class Render {
         PrintItems(preview.GetRenderer().GetItems());
       }
       if (m_options.reportsClip) Print(preview.MeasureClip());
+      if (!m_options.output.empty()) NoteWhatIsMissing(preview);
       return NS_DONE;
     } catch (std::exception const& error) {
       PrintError("render", error.what());
@@ -209,21 +253,40 @@ class Render {
     for (unsigned i = 0; i != m_options.orbit; ++i) {
       if (i != 0) stage.GetOverview().Orbit(360.0 / m_options.orbit);
       if (!Write(NFrameWriter::GetPath(m_options.output, i), preview.TakePicture())) return NS_FILE;
+      if (i == 0) NoteWhatIsMissing(preview);
     }
     return NS_DONE;
   }
 
-  static void Print(renderer::NClipReport const& report) {
-    std::cout << "near " << NumberText(report.clip.near) << "  far " << NumberText(report.clip.far)
-              << '\n';
-    if (report.farthest > 0) {
-      std::cout << "seen from " << NumberText(static_cast<float>(report.nearest)) << " to "
-                << NumberText(static_cast<float>(report.farthest)) << '\n';
-    } else {
-      std::cout << "nothing seen\n";
+  void NoteWhatIsMissing(NStagePreview& preview) const {
+    // A camera that shows all shows something, and to look costs nearly as much as to draw.
+    constexpr std::size_t kMany = 300'000;
+    bool const showsAll = m_options.camera.empty() && m_options.assignments.empty();
+    if (!showsAll || CountDrawnTriangles(preview) < kMany) {
+      std::string const reason = FindEmptiness(m_document, preview);
+      if (!reason.empty()) PrintNote(m_options.output, "the picture is empty: " + reason);
     }
-    std::cout << Plural(report.vertices, "vertex", "vertices") << ", " << report.before
-              << " of them before near, " << report.beyond << " beyond far\n";
+    PrintBrokenPictures(preview);
+  }
+
+  std::ostream& GetStream() const {
+    bool const isTaken =
+        NWholeFile::IsStdout(m_options.output) || NWholeFile::IsStdout(m_options.ids);
+    return isTaken ? std::cerr : std::cout;
+  }
+
+  void Print(renderer::NClipReport const& report) const {
+    std::ostream& out = GetStream();
+    out << "near " << NumberText(report.clip.near) << "  far " << NumberText(report.clip.far)
+        << '\n';
+    if (report.farthest > 0) {
+      out << "seen from " << NumberText(static_cast<float>(report.nearest)) << " to "
+          << NumberText(static_cast<float>(report.farthest)) << '\n';
+    } else {
+      out << "nothing seen\n";
+    }
+    out << Plural(report.vertices, "vertex", "vertices") << ", " << report.before
+        << " of them before near, " << report.beyond << " beyond far\n";
   }
 
   renderer::NPixels ToPixels(std::vector<std::uint32_t> const& numbers) const {
@@ -239,7 +302,7 @@ class Render {
 
   static bool Write(std::string const& path, renderer::NPixels const& pixels) {
     try {
-      WritePng(path, pixels);
+      WritePicture(path, pixels);
       return true;
     } catch (std::exception const& error) {
       PrintError(path, error.what());
@@ -247,7 +310,8 @@ class Render {
     return false;
   }
 
-  static void PrintItems(std::vector<renderer::NDrawItem> const& items) {
+  void PrintItems(std::vector<renderer::NDrawItem> const& items) const {
+    std::ostream& out = GetStream();
     std::size_t number = 0;
     for (renderer::NDrawItem const& item : items) {
       std::string text;
@@ -256,8 +320,8 @@ class Render {
           text += core::text::ToNarrow(reference->GetName()) + '/';
         }
       }
-      std::cout << ++number << "  " << OneLine(text + core::text::ToNarrow(item.model->GetName()))
-                << '\n';
+      out << ++number << "  " << OneLine(text + core::text::ToNarrow(item.model->GetName()))
+          << '\n';
     }
   }
 
@@ -273,23 +337,37 @@ void AddLights(CLI::App& command, NStageLights& lights) {
   static std::map<std::string, NStageLights> const names{
       {"file", NSL_FILE}, {"default", NSL_DEFAULT}, {"both", NSL_BOTH}};
   command
-      .add_option(
-          "--lights", lights,
+      .add_option_function<std::string>(
+          "--lights", [&lights](std::string const& name) { lights = names.at(name); },
           "Light by the files' lights alone, the default ones alone, or both; without it by "
-          "the files', with a soft fill where they leave most in the dark")
-      ->transform(CLI::CheckedTransformer(names).description("file|default|both"))
-      ->type_name("");
+          "the files', with a soft fill where they leave most in the dark, or by the default "
+          "ones where there are none")
+      ->check(CLI::IsMember({"file", "default", "both"}))
+      ->option_text("file|default|both");
 }
 
 /// Which options exclude --orbit, or lack for it; empty if all is well.
-std::string FindFault(Options const& options) {
-  if (options.orbit == 0) return {};
+std::string FindOrbitFault(Options const& options) {
   if (options.output.empty()) return "--orbit needs -o";
   std::string const fault = NFrameWriter::FindFault(options.output);
   if (!fault.empty()) return "-o " + fault;
   if (!options.camera.empty()) return "--orbit and --camera exclude each other";
   if (!options.ids.empty()) return "--orbit and --ids exclude each other";
   return options.reportsClip ? "--orbit and --clip-report exclude each other" : "";
+}
+
+/// What the options can't be together or at all; empty if they can be.
+std::string FindFault(Options const& options) {
+  if (options.output.empty() && options.ids.empty() && !options.reportsClip) {
+    return "one of -o, --ids and --clip-report is needed";
+  }
+  if (options.orbit != 0) return FindOrbitFault(options);
+  std::string fault = FindPictureFault(options.output);
+  if (!fault.empty()) return "-o " + options.output + ": " + fault;
+  fault = FindPictureFault(options.ids, true);
+  if (!fault.empty()) return "--ids " + options.ids + ": " + fault;
+  bool const isSame = !options.output.empty() && options.output == options.ids;
+  return isSame ? "-o and --ids name the same file" : "";
 }
 
 std::string CheckColor(std::string const& text) {
@@ -301,20 +379,40 @@ void AddLook(CLI::App& command, Options& options) {
   AddLights(command, options.lights);
   command
       .add_option("--background", options.background,
-                  "Colour behind the models instead of the environment, of 0 to 255; or black, "
-                  "white, grey, red, green, blue, sky; none leaves it transparent")
-      ->check(CLI::Validator(&CheckColor, "R,G,B"));
+                  "Colour behind the models, of 0 to 255 each, or black, white, grey, red, green, "
+                  "blue, sky; none leaves it transparent")
+      ->check(CLI::Validator(&CheckColor, ""))
+      ->option_text("R,G,B");
   command
       .add_option("--orbit", options.orbit,
                   "Draw N pictures from around the models; -o has a %d for their number from 0")
-      ->check(CLI::Range(1u, 10000u).description("from 1 to 10000"))
-      ->type_name("N");
+      ->check(CLI::Range(1u, 10000u))
+      ->option_text("N");
+  command.add_flag("--floor", options.showsFloor, "Draw the floor, and the models' shadows on it");
   command.add_flag("--wireframe", options.isWireframe, "Draw the edges of triangles alone");
   command.add_flag("--edges", options.showsEdges, "Draw the edges of triangles over the models");
 }
 
 std::string CheckChoice(std::string const& text) {
   return ParseChoice(text) ? "" : "needs material=N, N from 0";
+}
+
+void AddScene(CLI::App& command, Options& options) {
+  command
+      .add_option("--set", options.assignments,
+                  "Set an attribute of a node; may be given several times")
+      ->allow_extra_args(false)
+      ->option_text("NAME.ATTRIBUTE=VALUE");
+  command.add_option("--texture", options.texture, "Picture that textures all models")
+      ->option_text("PICTURE");
+  command.add_option("--method", options.method, "Map all textures by a projection")
+      ->check(CLI::IsMember({"plane", "cylinder", "sphere", "triplanar", "box"}))
+      ->option_text("plane|cylinder|sphere|triplanar|box");
+  command
+      .add_option("--switch", options.choice,
+                  "Give all models material N of the files, counted from 0")
+      ->check(CLI::Validator(&CheckChoice, ""))
+      ->option_text("material=N");
 }
 
 // CLI::Range lets NaN through.
@@ -330,50 +428,43 @@ std::string CheckTime(std::string const& text) {
 
 void AddRender(CLI::App& program, int& status) {
   auto const options = std::make_shared<Options>();
-  CLI::App* const command = program.add_subcommand("render", "Draw the scene of model files.");
+  CLI::App* const command = program.add_subcommand("render", "Draw a picture of model files.");
   command->add_option("FILE", options->files, "Model files")->required();
-  command->add_option("-o,--output", options->output, "PNG file of the picture");
-  command->add_option("--ids", options->ids,
-                      "PNG file whose pixels are the numbers of the models seen there");
-  command->add_option("--size", options->size, "Size of the picture in pixels")
-      ->check(CLI::Validator(&CheckDrawnSize, "WxH"));
-  command->add_option("--camera", options->camera,
-                      "Name of a camera of the files; tour:SECONDS is where the tour of play is");
+  command
+      ->add_option("-o,--output", options->output,
+                   "The picture: .png, .jpg, or - for a PNG file on stdout")
+      ->option_text("PICTURE");
+  command
+      ->add_option("--size", options->size,
+                   "Width and height of the picture in pixels; 800x600 without it")
+      ->check(CLI::Validator(&CheckDrawnSize, ""))
+      ->option_text("WxH");
+  command
+      ->add_option("--camera", options->camera,
+                   "Camera of the files that sees the picture, or tour:SECONDS for where the tour "
+                   "of play is then")
+      ->option_text("NAME");
   command
       ->add_option("--time", options->time,
-                   "Play the first animation of each file up to that second")
-      ->check(CLI::Validator(&CheckTime, "from 0 to 1e9"));
-  command
-      ->add_option("--set", options->assignments,
-                   "Set an attribute of a node, NAME.ATTRIBUTE=VALUE")
-      ->allow_extra_args(false);
-  command->add_option("--texture", options->texture, "Picture that textures all models");
-  command->add_option("--method", options->method, "Map all textures by a projection")
-      ->check(CLI::IsMember({"plane", "cylinder", "sphere", "triplanar", "box"}));
-  command
-      ->add_option("--switch", options->choice,
-                   "material=N gives all models material N of the files, counted from 0")
-      ->check(CLI::Validator(&CheckChoice, "material=N"));
+                   "Play the first animation of each file up to that moment")
+      ->check(CLI::Validator(&CheckTime, ""))
+      ->option_text("SECONDS");
   AddLook(*command, *options);
-  auto* const stereo =
-      command->add_flag("--stereo", options->isStereo, "Two half pictures for two eyes");
+  AddScene(*command, *options);
+  auto* const stereo = command->add_flag("--stereo", options->isStereo,
+                                         "Draw two half pictures, for two eyes, beside each other");
   command->add_flag("--hmd", options->isHeadMounted, "The same for a head-mounted display")
       ->excludes(stereo);
+  command
+      ->add_option("--ids", options->ids,
+                   "Write a PNG file whose pixels are the numbers of the models seen there")
+      ->option_text("PICTURE");
   command->add_flag("--clip-report", options->reportsClip,
                     "Print the clip distances and what they cut off");
+  AddModelOptions(*command);
   command->footer(kFooter);
   command->callback([options, &status] {
-    if (options->output.empty() && options->ids.empty() && !options->reportsClip) {
-      PrintError("options", "one of -o, --ids and --clip-report is needed");
-      status = NS_OPTIONS;
-      return;
-    }
-    if (std::string const fault = FindFault(*options); !fault.empty()) {
-      PrintError("options", fault);
-      status = NS_OPTIONS;
-      return;
-    }
-    status = Render(*options).Run();
+    status = RunUnless(FindFault(*options), [&] { return Render(*options).Run(); });
   });
 }
 

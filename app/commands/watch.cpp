@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -8,6 +9,7 @@
 #include "app/commands/open_model.h"
 #include "app/output/text.h"
 #include "app/watch/NEventPrinter.h"
+#include "app/watch/NFollower.h"
 #include "app/watch/assignment.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/document/NDocument.h"
@@ -22,22 +24,32 @@ namespace scenegraph = data::domain::scenegraph;
 using scenegraph::item::NSceneGraphItemNode;
 
 constexpr char kFooter[] = R"(
-Each event is a line: its kind, the node, the attribute, the old and the new
-value, and the microseconds from the begin of the write. Then come the box of the
-scene and the global transform of the items that were set, before and after.
-Transforms are for row vectors.
+Without --set the file is followed: whenever it, a file that it names or one of
+its pictures has been written, it is read again, and each difference is a line:
+what came, what went, attributes with the old and the new value, links, arrays.
+What can't be read costs a line on stderr, and the last scene stays. Ctrl-C ends
+it, with the status 130.
 
-NAME is the name of a node as `info` prints it. It is looked for among the items
+With --set each event is a line: its kind, the node, the attribute, the old and
+the new value, and the microseconds from the begin of the write. Then come the
+box of the scene and the global transform of the items that were set, before and
+after. Transforms are for row vectors.
+
+NAME is the name of a node as info prints it. It is looked for among the items
 first, then among trees, lights, cameras, materials, textures, images and
 geometries; a node without such an attribute is skipped. Of several ways to
 part NAME.ATTRIBUTE, the one with the longest attribute that is there counts.
 VALUE is read as what the attribute holds: a number, a whole number, true or
-false, or text.)";
+false, or text.
+
+  corvanta watch model.gltf
+  corvanta watch model.gltf --set wheel.rotation.x=90)";
 
 struct Options {
   std::string file;
   std::vector<std::string> assignments;
-  bool asJson = false;
+  std::optional<double> seconds;
+  bool isOnce = false, asJson = false;
 };
 
 // The box of the scene and the transforms of the items that are written to.
@@ -149,16 +161,28 @@ class Watch {
 void AddWatch(CLI::App& program, int& status) {
   auto const options = std::make_shared<Options>();
   CLI::App* const command = program.add_subcommand(
-      "watch", "Set attributes of nodes and print each event as it is heard.");
+      "watch", "Follow a file that is edited, or set attributes and print the events.");
   command->add_option("FILE", options->file, "Model file")->required();
-  command
-      ->add_option("--set", options->assignments,
-                   "NAME.ATTRIBUTE=VALUE; may be given several times, carried out in order")
-      ->required()
-      ->allow_extra_args(false);
+  auto* const set = command
+                        ->add_option("--set", options->assignments,
+                                     "Set an attribute of a node, print the events and end; may be "
+                                     "given several times, carried out in order")
+                        ->allow_extra_args(false)
+                        ->option_text("NAME.ATTRIBUTE=VALUE");
+  command->add_flag("--once", options->isOnce, "End after the first change of the file")
+      ->excludes(set);
+  command->add_option("--for", options->seconds, "End after that time, with the status 0")
+      ->check(CLI::NonNegativeNumber)
+      ->excludes(set)
+      ->option_text("SECONDS");
   command->add_flag("--json", options->asJson, "Print one JSON object a line");
+  AddModelOptions(*command);
   command->footer(kFooter);
-  command->callback([options, &status] { status = Watch(*options).Run(); });
+  command->callback([options, &status] {
+    status = options->assignments.empty() ? NFollower(options->file, &OpenModel, options->asJson)
+                                                .Run(options->seconds, options->isOnce)
+                                          : Watch(*options).Run();
+  });
 }
 
 }  // namespace corvanta::app

@@ -13,8 +13,12 @@ class TextReport : public NReport {
   explicit TextReport(std::ostream& out) : m_out(out) {}
 
   void AddFile(NRecord const& file) override {
-    m_out << "file " << Quoted(file["file"].get<std::string>()) << " read "
-          << Time(file["readMilliseconds"]) << " built " << Time(file["buildMilliseconds"]) << '\n';
+    m_out << "file " << Quoted(file["file"].get<std::string>());
+    if (file.contains("readMilliseconds")) {
+      m_out << " read " << Time(file["readMilliseconds"]) << " built "
+            << Time(file["buildMilliseconds"]);
+    }
+    m_out << '\n';
     for (auto const& variant : file["variants"]) {
       m_out << "  variant " << Quoted(variant.get<std::string>()) << '\n';
     }
@@ -27,10 +31,18 @@ class TextReport : public NReport {
     if (depth >= kDeepest) indent += '[' + std::to_string(depth) + "] ";
     Write(item, indent);
   }
-  void AddDomain(std::string const& type, std::size_t count) override {
-    m_out << "domain " << type << ": " << count << '\n';
+  void AddDomain(std::string const& type, std::size_t count, std::size_t added) override {
+    m_out << "domain " << type << ": " << count;
+    if (added != 0) m_out << ", " << added << " of them added by corvanta";
+    m_out << '\n';
   }
   void AddNode(NRecord const& node) override { Write(node, "  "); }
+  void AddTotals(NRecord const& totals) override {
+    m_out << "totals\n";
+    for (auto const& [name, number] : totals.items()) {
+      m_out << "  " << name << ": " << FormatValue(number) << '\n';
+    }
+  }
   void Finish(NRecord const& box) override { m_out << "box " << FormatValue(box) << '\n'; }
 
  private:
@@ -68,12 +80,16 @@ class JsonReport : public NReport {
     record["depth"] = depth;
     Element(record);
   }
-  void AddDomain(std::string const& type, std::size_t count) override {
+  void AddDomain(std::string const& type, std::size_t count, std::size_t added) override {
     Open(kDomains);
     CloseInner();
-    OpenInner({{"type", type}, {"count", count}}, "nodes");
+    OpenInner({{"type", type}, {"count", count}, {"added", added}}, "nodes");
   }
   void AddNode(NRecord const& node) override { Element(node); }
+  void AddTotals(NRecord const& totals) override {
+    Open(kDone);
+    m_out << "\"totals\": " << Dump(totals) << ",\n";
+  }
   void Finish(NRecord const& box) override {
     Open(kDone);
     m_out << "\"box\": " << Dump(box) << "\n}\n";

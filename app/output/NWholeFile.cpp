@@ -1,5 +1,7 @@
 #include "app/output/NWholeFile.h"
 
+#include <iostream>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -8,7 +10,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "app/output/png_file.h"
 #include "app/output/text.h"
 
 namespace corvanta::app {
@@ -41,43 +42,64 @@ fs::path FollowLinks(fs::path place) {
   return place;
 }
 
+// What is at `place`; nullopt for nothing.
+// Fails: throws std::runtime_error where no file can be written.
+std::optional<struct stat> Judge(fs::path const& place) {
+  struct stat before = {};
+  bool const isThere = stat(place.c_str(), &before) == 0;
+  if (isThere && S_ISDIR(before.st_mode)) Refuse("it is a folder");
+  if (isThere && !S_ISREG(before.st_mode)) return before;
+  constexpr mode_t kWritable = S_IWUSR | S_IWGRP | S_IWOTH;
+  bool const isWritable = (before.st_mode & kWritable) != 0 &&
+                          faccessat(AT_FDCWD, place.c_str(), W_OK, AT_EACCESS) == 0;
+  if (isThere && !isWritable) Refuse("it is read-only");
+  std::error_code error;
+  if (fs::path const folder = GetFolder(place); !fs::is_directory(folder, error)) {
+    Refuse("there is no folder " + Quoted(folder.string()));
+  }
+  return isThere ? std::optional(before) : std::nullopt;
+}
+
 }  // namespace
 
+void NWholeFile::Check(fs::path const& path) {
+  if (!IsStdout(path)) Judge(FollowLinks(path));
+}
+
+bool NWholeFile::IsStdout(fs::path const& path) { return path == "-"; }
+
 NWholeFile::NWholeFile(fs::path const& path) : m_place(FollowLinks(path)) {
-  struct stat before = {};
-  bool const isThere = stat(m_place.c_str(), &before) == 0;
-  if (isThere && S_ISDIR(before.st_mode)) Refuse("it is a folder");
-  if (isThere && !S_ISREG(before.st_mode)) {
+  m_isStdout = IsStdout(path);
+  if (m_isStdout) return;
+  auto const before = Judge(m_place);
+  if (before && !S_ISREG(before->st_mode)) {
     m_stream.open(m_place, std::ios::binary);
     if (!m_stream) Refuse();
     return;
-  }
-  constexpr mode_t kWritable = S_IWUSR | S_IWGRP | S_IWOTH;
-  bool const isWritable = (before.st_mode & kWritable) != 0 &&
-                          faccessat(AT_FDCWD, m_place.c_str(), W_OK, AT_EACCESS) == 0;
-  if (isThere && !isWritable) Refuse("it is read-only");
-  std::error_code error;
-  if (fs::path const folder = GetFolder(m_place); !fs::is_directory(folder, error)) {
-    Refuse("there is no folder " + Quoted(folder.string()));
   }
   OpenAside();
   if (!m_stream) {
     Close();
     Refuse();
   }
-  if (!isThere) return;
+  if (!before) return;
   // The owner first: a change of it may take bits of the mode.
-  if (fchown(m_descriptor, before.st_uid, before.st_gid) != 0) {
+  if (fchown(m_descriptor, before->st_uid, before->st_gid) != 0) {
     Close();
     Refuse("its owner can't be kept");
   }
-  if (fchmod(m_descriptor, before.st_mode & 07777) != 0) {
+  if (fchmod(m_descriptor, before->st_mode & 07777) != 0) {
     Close();
     Refuse("its mode can't be kept");
   }
 }
 
 NWholeFile::~NWholeFile() { Close(); }
+
+std::ostream& NWholeFile::GetStream() {
+  if (m_isStdout) return std::cout;
+  return m_stream;
+}
 
 void NWholeFile::OpenAside() {
   m_aside = m_place;
@@ -103,6 +125,8 @@ void NWholeFile::Close() {
 }
 
 void NWholeFile::Commit() {
+  // The program looks at its end whether all could be written there.
+  if (m_isStdout) return;
   m_stream.close();
   if (!m_stream) Refuse();
   if (m_aside.empty()) return;
@@ -118,11 +142,15 @@ void NWholeFile::Commit() {
   m_isNamed = false;
 }
 
-void WritePng(std::filesystem::path const& path, renderer::NPixels const& pixels) {
-  // It is opened first: a picture takes longer.
-  NWholeFile file(path);
-  file.GetStream() << renderer::EncodePng(pixels);
-  file.Commit();
+bool CanWrite(std::string const& path) {
+  if (path.empty()) return true;
+  try {
+    NWholeFile::Check(path);
+    return true;
+  } catch (std::exception const& error) {
+    PrintError(path, error.what());
+  }
+  return false;
 }
 
 }  // namespace corvanta::app

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <string>
 
 namespace corvanta::app {
 
@@ -22,7 +23,11 @@ class NWholeFile {
   /// Without Commit nothing remains.
   ~NWholeFile();
 
-  std::ostream& GetStream() { return m_stream; }
+  /// Fails: throws the same, without having opened or made anything.
+  static void Check(std::filesystem::path const& path);
+  static bool IsStdout(std::filesystem::path const& path);
+
+  std::ostream& GetStream();
 
   /// Fails: throws std::runtime_error, and leaves what was there, if not all could be written.
   void Commit();
@@ -35,7 +40,12 @@ class NWholeFile {
   std::filesystem::path m_aside;  // empty for what isn't a plain file
   int m_descriptor = -1;          // of what is written aside
   bool m_isNamed = false;         // as m_aside
+  bool m_isStdout = false;
   std::ofstream m_stream;
 };
+
+/// Whether a file can be written to `path`, as far as can be told before; an empty one is none.
+/// Prints the reason otherwise.
+bool CanWrite(std::string const& path);
 
 }  // namespace corvanta::app

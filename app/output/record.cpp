@@ -1,8 +1,13 @@
 #include "app/output/record.h"
 
+#include <zip.h>
+
 #include <charconv>
 #include <cmath>
+#include <filesystem>
+#include <memory>
 #include <set>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -22,6 +27,7 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
 #include "corvanta/data/domain/texture/NTextureNode.h"
+#include "corvanta/platform/temporary.h"
 
 namespace corvanta::app {
 
@@ -99,8 +105,16 @@ void Describe(domain::material::NMaterialNode const& node, NRecord& record) {
 
 void Describe(domain::image::NImageNode const& node, NRecord& record) {
   auto const& locator = node.GetImageLocator();
-  record["file"] = ToNarrow(core::uri::GetFile(locator.GetUri()).ToString());
-  if (locator.IsZipped()) record["entry"] = ToNarrow(locator.GetZippedPath().ToString());
+  std::filesystem::path const file = ToNarrow(core::uri::GetFile(locator.GetUri()).ToString());
+  std::string const entry =
+      locator.IsZipped() ? ToNarrow(locator.GetZippedPath().ToString()) : std::string();
+  // The importer's own archive is another one in each run.
+  bool const isEmbedded =
+      locator.IsZipped() && file.parent_path() == ToNarrow(platform::GetTemporaryFolder());
+  if (!isEmbedded) record["file"] = file.string();
+  if (locator.IsZipped()) record[isEmbedded ? "embedded" : "entry"] = entry;
+  auto const size = GetPictureBytes(node);
+  record["bytes"] = size ? NRecord(*size) : NRecord(nullptr);
 }
 
 void DescribeItem(item::NSceneGraphItemNode const& node, NRecord& record) {
@@ -161,6 +175,23 @@ NRecord DescribeNode(core::node::NNode const& node) {
     Describe(*image, record);
   }
   return record;
+}
+
+std::optional<std::uint64_t> GetPictureBytes(domain::image::NImageNode const& image) {
+  auto const& locator = image.GetImageLocator();
+  std::string const file = ToNarrow(core::uri::GetFile(locator.GetUri()).ToString());
+  std::error_code error;
+  if (!locator.IsZipped()) {
+    std::uint64_t const size = std::filesystem::file_size(file, error);
+    return error ? std::nullopt : std::optional(size);
+  }
+  std::unique_ptr<zip_t, decltype(&zip_discard)> const archive(
+      zip_open(file.c_str(), ZIP_RDONLY, nullptr), &zip_discard);
+  zip_stat_t status{};
+  std::string const entry = ToNarrow(locator.GetZippedPath().ToString());
+  bool const isKnown = archive && zip_stat(archive.get(), entry.c_str(), 0, &status) == 0 &&
+                       (status.valid & ZIP_STAT_SIZE) != 0;
+  return isKnown ? std::optional<std::uint64_t>(status.size) : std::nullopt;
 }
 
 NRecord DescribeAttributes(core::node::NNode const& node) {
@@ -224,13 +255,25 @@ std::string FormatValue(NRecord const& value) {
 }
 
 std::string FormatRecord(NRecord const& record) {
-  std::string line = record["kind"].get<std::string>() + ' ' + FormatValue(record["name"]) + ' ' +
-                     record["id"].get<std::string>();
+  std::string line = record["kind"].get<std::string>() + ' ' + FormatValue(record["name"]);
+  if (record.contains("id")) line += ' ' + record["id"].get<std::string>();
   for (auto const& [key, value] : record.items()) {
-    if (key == "kind" || key == "name" || key == "id" || key == "attributes") continue;
-    AppendField(line, key, value);
+    static std::set<std::string> const others{"kind",       "name",    "id",
+                                              "attributes", "isAdded", "itemsBelow"};
+    if (others.count(key) == 0) AppendField(line, key, value);
   }
+  if (record.contains("itemsBelow")) {
+    line += ", " + Plural(record["itemsBelow"].get<std::size_t>(), "item", "items") + " below";
+  }
+  if (record.contains("isAdded")) line += ", added by corvanta";
   return line;
+}
+
+void RemoveIds(NRecord& record) {
+  if (record.is_object()) record.erase("id");
+  for (auto& part : record) {
+    if (part.is_structured()) RemoveIds(part);
+  }
 }
 
 }  // namespace corvanta::app

@@ -3,7 +3,7 @@
 #include <charconv>
 #include <string_view>
 
-#include "app/output/png_file.h"
+#include "app/output/picture_file.h"
 
 namespace corvanta::app {
 
@@ -40,7 +40,11 @@ NFrameWriter::NFrameWriter(data::document::NDocument const& document, NStage& st
     : m_pattern(pattern), m_preview(document, stage, width, height) {}
 
 std::string NFrameWriter::FindFault(std::string const& pattern) {
-  return FindPlace(pattern).isGood ? "" : "needs one place for the number, such as frames/%04d.png";
+  if (!FindPlace(pattern).isGood) {
+    return "needs one place for the number, such as frames/%04d.png";
+  }
+  std::string const fault = FindPictureFault(pattern);
+  return fault.empty() ? fault : pattern + ": " + fault;
 }
 
 std::string NFrameWriter::GetPath(std::string const& pattern, std::size_t frame) {
@@ -50,6 +54,8 @@ std::string NFrameWriter::GetPath(std::string const& pattern, std::size_t frame)
   return pattern.substr(0, place.begin) + number + pattern.substr(place.end);
 }
 
-void NFrameWriter::Write(std::size_t frame) { WritePng(GetPath(frame), m_preview.TakePicture()); }
+void NFrameWriter::Write(std::size_t frame) {
+  WritePicture(GetPath(frame), m_preview.TakePicture());
+}
 
 }  // namespace corvanta::app

@@ -9,8 +9,8 @@
 
 namespace corvanta::app {
 
-/// Writes the frames of what is played as numbered PNG files, each of which is there as a whole or
-/// not at all.
+/// Writes the frames of what is played as numbered picture files, each of which is there as a whole
+/// or not at all.
 class NFrameWriter {
  public:
   /// `pattern` is a path with one "%d", "%4d" or "%04d" for the number of the frame.
@@ -28,6 +28,7 @@ class NFrameWriter {
   /// Draws the stage as it stands now.
   /// Fails: throws std::runtime_error if the file can't be written.
   void Write(std::size_t frame);
+  NStagePreview& GetPreview() { return m_preview; }
 
  private:
   std::string const m_pattern;

@@ -12,4 +12,7 @@ class CORVANTA_API NImportError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// What a file is refused with whose name and content tell of no format that is known.
+inline constexpr char kUnknownFormat[] = "its format isn't one that can be read";
+
 }  // namespace corvanta::importer

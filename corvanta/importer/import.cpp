@@ -52,6 +52,7 @@ NImportedModel ImportModel(data::document::NDocument& document, std::string cons
   NHierarchy hierarchy(target, scene, materials, colors, options.crease);
   NImportedModel result;
   result.file = file;
+  result.files = read.GetFiles();
   result.tree = target.Create(document.GetTrees());
   result.tree->SetName(core::text::ToWide(path.stem().string()));
   // Cameras are aimed by where their items stand in the scene.

@@ -30,6 +30,7 @@ struct NImportedModel {
   std::vector<std::string> variants;
   std::vector<boost::intrusive_ptr<data::switches::NMaterialSwitch>> switches;
   std::vector<std::string> notes;  // what the file holds and the scene doesn't, in UTF-8
+  std::vector<std::string> files;  // that were read for it, without pictures
   double readMilliseconds = 0.0;
   double buildMilliseconds = 0.0;
   // To be updated whenever an animation has moved items, or somebody else has; null where neither

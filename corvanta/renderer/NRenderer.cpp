@@ -243,4 +243,9 @@ void NRenderer::Finish() const {
 
 NUploads NRenderer::GetUploads() const { return m_block->scene.GetUploads(); }
 
+std::vector<boost::intrusive_ptr<data::domain::image::NImageNode const>>
+NRenderer::GetBrokenImages() const {
+  return m_block->scene.GetTextures().GetBroken();
+}
+
 }  // namespace corvanta::renderer

@@ -68,6 +68,9 @@ class CORVANTA_API NRenderer {
   void SetHasBackgroundFlag(bool hasBackground);
 
   NUploads GetUploads() const;
+  /// The nodes of the pictures that were needed so far and can't be read; the library's placeholder
+  /// is drawn in their places.
+  std::vector<boost::intrusive_ptr<data::domain::image::NImageNode const>> GetBrokenImages() const;
 
  private:
   struct Block;

@@ -48,7 +48,8 @@ TEST_F(PickTest, RefusesInOneLine) {
       {"", "--ray 0,0,5,0,0,0", "--at 1,1 --size 0x5", "--grid 0", "--grid 5 -o a.png",
        "--at 1,1 --size 99999x9 -o a.png", "--at 1,nan", "--at 1,-1e39", "--ray 0,0,1e39,0,0,1",
        "--ray 0,0,1,0,0,1 --area 0,0,0,1,1,1e39", "--ray 0,0,1,0,0,1 --from-plane 0,0,1,1e39",
-       "--at 1,1 --size=-5x5", "--at 1,1 --ray 0,0,5,0,0,1"});
+       "--at 1,1 --size=-5x5", "--at 800,1", "--at 1,60 --size 80x60", "--at=-1,1",
+       "--at 1,1 -o hits.gif", "--at 1,1 --ray 0,0,5,0,0,1"});
 }
 
 }  // namespace

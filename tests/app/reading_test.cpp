@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <sstream>
 
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphGroupNode.h"
 #include "corvanta/importer/NImportError.h"
@@ -23,6 +24,7 @@
 #include "corvanta/importer/reader/check.h"
 #include "tests/app/neutral_scene.h"
 #include "tests/app/program.h"
+#include "tests/support/zip_archive.h"
 
 namespace corvanta::app_tests {
 namespace {
@@ -98,7 +100,7 @@ TEST(ReadingTest, AModelMayNameRegularFilesInItsFolderBelowItAndInItsParents) {
   fs::create_symlink("../beside/other.bin", top / "model/away.bin");
   fs::create_symlink("/dev/zero", top / "model/zero.bin");
   fs::create_symlink("../model/a.gltf", top / "beside/a.gltf");
-  importer::NModelFolder const folder((top / "model/a.gltf").string());
+  importer::NModelFolder folder((top / "model/a.gltf").string());
   for (auto const& [name, isOpened] :
        std::vector<std::pair<std::string, bool>>{{"a.gltf", true},
                                                  {"own.bin", true},
@@ -118,7 +120,7 @@ TEST(ReadingTest, AModelMayNameRegularFilesInItsFolderBelowItAndInItsParents) {
     EXPECT_FALSE(folder.Open(name)) << name;
   }
   // By a link, what lies beside the link and beside the model.
-  importer::NModelFolder const linked((top / "beside/a.gltf").string());
+  importer::NModelFolder linked((top / "beside/a.gltf").string());
   for (char const* const name : {"beside/a.gltf", "beside/other.bin", "model/own.bin"}) {
     EXPECT_TRUE(linked.Open((top / name).string())) << name;
   }
@@ -161,6 +163,56 @@ TEST(ReadingTest, WhatTakesTooMuchEndsAndTheOthersGoOn) {
       EXPECT_EQ(RunProgram(files, {"info", "good.gltf", option, value}).status, 2) << value;
     }
   }
+}
+
+// The parser of this format takes its memory with malloc, and gives what it has when there is none.
+TEST(ReadingTest, TooLittleMemoryIsNeverTakenForADamagedFile) {
+  constexpr int kCount = 20'000;
+  std::ostringstream model;
+  model << "<model unit='millimeter' xmlns='http://schemas.microsoft.com/3dmanufacturing/core/"
+           "2015/02'><resources><object id='1' type='model'><mesh><vertices>";
+  for (int i = 0; i != kCount; ++i) {
+    model << "<vertex x='" << i % 100 << "' y='" << i / 100 << "' z='0'/>";
+  }
+  model << "</vertices><triangles>";
+  for (int i = 2; i != kCount; ++i) {
+    model << "<triangle v1='" << i - 2 << "' v2='" << i - 1 << "' v3='" << i << "'/>";
+  }
+  model << "</triangles></mesh></object></resources><build><item objectid='1'/></build></model>";
+  TemporaryFiles const files;
+  support::WriteZip(
+      files.At("model.3mf"),
+      {{"3D/3dmodel.model", model.str()},
+       {"_rels/.rels",
+        "<Relationships xmlns='http://schemas.openxmlformats.org/package/2006/relationships'>"
+        "<Relationship Target='/3D/3dmodel.model' Id='a' "
+        "Type='http://schemas.microsoft.com/3dmanufacturing/2013/01/3dmodel'/></Relationships>"}});
+  int readCount = 0;
+  for (int megabytes = 2; megabytes <= 64; megabytes += megabytes < 24 ? 1 : 20) {
+    Result const result = RunProgram(
+        files, {"info", "model.3mf", "--summary", "--memory", std::to_string(megabytes)});
+    readCount += result.status == 0;
+    EXPECT_TRUE(result.status == 0 || result.err.find("MB to read\n") != std::string::npos)
+        << megabytes << ": " << result.err;
+  }
+  EXPECT_GT(readCount, 0);
+#ifndef __SANITIZE_ADDRESS__
+  // A stack that ends isn't a damaged file either.
+  std::string nodes = "<node id='n'>", ends;
+  for (int i = 0; i != 200'000; ++i) {
+    nodes += "<node>";
+    ends += "</node>";
+  }
+  files.Write("deep.dae",
+              "<COLLADA xmlns='http://www.collada.org/2005/11/COLLADASchema' version='1.4.1'>"
+              "<library_visual_scenes><visual_scene id='s'>" +
+                  nodes + ends +
+                  "</node></visual_scene></library_visual_scenes><scene>"
+                  "<instance_visual_scene url='#s'/></scene></COLLADA>");
+  Result const deep = RunProgram(files, {"info", "deep.dae", "--summary", "--memory", "300"});
+  EXPECT_EQ(deep.status, 1);
+  EXPECT_TRUE(deep.HasOneError("deep.dae", "nested too deeply")) << deep.err;
+#endif
 }
 
 TEST(ReadingTest, ALimitOnTheSizeOfFilesDoesNotEndTheProgram) {

@@ -1,3 +1,6 @@
+#include <csignal>
+#include <filesystem>
+
 #include "tests/app/program.h"
 
 namespace corvanta::app_tests {
@@ -112,6 +115,67 @@ TEST_F(WatchTest, PrintsTextForPeople) {
   EXPECT_EQ(lines[3], "model \"part\" global transform before");
   EXPECT_EQ(lines[7], "  1 2 3 1");
   EXPECT_EQ(lines.back(), "  1 2 4 1");
+}
+
+/// Replaces a file at once, as careful editors do.
+void Replace(support::TemporaryFiles const& files, std::string const& name,
+             std::string const& content) {
+  files.Write("aside", content);
+  std::filesystem::rename(files.GetFolder() / "aside", files.GetFolder() / name);
+}
+
+TEST_F(WatchTest, FollowsAFileAndPrintsWhatAReloadChanged) {
+  json gltf = json::parse(Read("model.gltf"));
+  pid_t const program = StartProgram(m_files, {"watch", "model.gltf", "--json"});
+  auto const await = [&](char const* file, char const* text, std::size_t count = 1) {
+    AwaitFromProgram(program, [&] { return Count(Read(file), text) == count; });
+  };
+  await("stdout", "watching");
+  gltf["nodes"][1]["translation"] = {1, 2, 4};
+  gltf["nodes"][3]["name"] = "other";
+  Replace(m_files, "model.gltf", gltf.dump());
+  await("stdout", "reload");
+  m_files.Write("model.gltf", "{");
+  await("stderr", "model.gltf: ");
+  std::filesystem::remove(m_files.GetFolder() / "model.gltf");
+  await("stderr", "no such file");
+  gltf["nodes"][1]["translation"] = {1, 2, 5};
+  m_files.Write("model.gltf", gltf.dump());
+  await("stdout", "reload", 2);
+  kill(program, SIGINT);
+  Result const result = WaitForProgram(m_files, program);
+  EXPECT_EQ(result.status, 128 + SIGINT);
+  EXPECT_EQ(Count(result.err, "\n"), 2u) << result.err;
+  std::vector<json> lines;
+  for (std::string const& line : result.Lines()) lines.push_back(json::parse(line));
+  auto const change = [](double before, double after) -> json {
+    return {{"kind", "changed"},       {"nodeKind", "model"}, {"place", "top/part"},
+            {"what", "translation.z"}, {"before", before},    {"after", after}};
+  };
+  EXPECT_THAT(lines, testing::ElementsAre(
+                         json{{"kind", "watching"}, {"file", "model.gltf"}, {"files", 1}},
+                         json{{"kind", "reload"}, {"differences", 3}},
+                         json{{"kind", "removed"}, {"nodeKind", "group"}, {"place", "top/a=b"}},
+                         json{{"kind", "added"}, {"nodeKind", "group"}, {"place", "top/other"}},
+                         change(3, 4), json{{"kind", "reload"}, {"differences", 1}}, change(4, 5)));
+}
+
+TEST_F(WatchTest, EndsWhenItIsAskedTo) {
+  EXPECT_EQ(RunWell("watch model.gltf --for 0").Lines().size(), 1u);
+  EXPECT_EQ(Run("watch none.gltf").status, 1);
+  m_files.Write("picture.png", MakePng());
+  json gltf = json::parse(Read("model.gltf"));
+  gltf["images"] = {{{"uri", "picture.png"}}};
+  gltf["textures"] = {{{"source", 0}}};
+  gltf["materials"][0]["pbrMetallicRoughness"] = {{"baseColorTexture", {{"index", 0}}}};
+  gltf["meshes"][0]["primitives"][0]["material"] = 0;
+  m_files.Write("model.gltf", gltf.dump());
+  pid_t const program = StartProgram(m_files, {"watch", "model.gltf", "--once"});
+  AwaitFromProgram(program, [&] { return Count(Read("stdout"), "2 files\n") == 1; });
+  m_files.Write("picture.png", MakePng() + "and more");
+  Result const result = WaitForProgram(m_files, program);
+  EXPECT_EQ(result.status, 0);
+  EXPECT_THAT(result.Lines(), testing::Contains("  changed image \"picture\" file"));
 }
 
 }  // namespace

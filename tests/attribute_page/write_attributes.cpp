@@ -1,4 +1,5 @@
 #include <corvanta/names.h>
+#include <corvanta/renderer/drawn_attributes.h>
 #include <charconv>
 #include <fstream>
 #include <iostream>
@@ -22,7 +23,8 @@ An attribute is reached through its host by name, `QueryAttribute(L"color.r")`, 
 named here; where one is missing, by name alone. An enumeration is held as a `long`. No value is validated or clamped:
 ranges are those in which a value has the meaning given here. A notified write to a node is an attribute change event;
 a lamp reports to its light environment, a view to nobody. Most attributes do no more than that: they are for the
-renderer, the importer or the caller of the library.
+renderer, the importer or the caller of the library. Those that `corvanta::renderer` draws by are marked as drawn
+(`renderer::IsDrawn` is the same in code); those of a light by way of the lamp that `ConvertToLightEnv` makes of it.
 
 Units: angles are in degrees. Tree units are those in which the items of a tree are given; the "unit" of the tree is the
 length of one in scene units, those in which the views, the cameras and the surroundings of a scene are given.
@@ -173,10 +175,12 @@ std::string WriteType(core::attribute::NAttribute const& attribute, std::string_
   }
 }
 
-std::string WriteRow(core::attribute::NAttribute const& attribute, Description const& row) {
+std::string WriteRow(core::attribute::NAttributeHost const& host,
+                     core::attribute::NAttribute const& attribute, Description const& row) {
   std::string line = "| `" + Narrow(row.name) + "` | " + WriteType(attribute, row.type) + " | ";
   line += WriteDefault(attribute) + " | " + row.unit + " | " + row.meaning;
   line += attribute.GetFlag() ? " | " : "; not for saving | ";
+  line += renderer::IsDrawn(host, attribute.GetName()) ? "yes | " : " | ";
   if (*row.getter) line += '`' + std::string(row.getter) + '`';
   if (*row.getter && *row.setter) line += ", ";
   if (*row.setter) line += '`' + std::string(row.setter) + '`';
@@ -195,7 +199,7 @@ std::vector<std::string> WriteRows(Section const& section, bool isItem) {
     if (lines.size() == rows.size() || i->GetName() != rows[lines.size()].name) {
       throw std::runtime_error("no row for " + Narrow(i->GetName()));
     }
-    lines.push_back(WriteRow(*i, rows[lines.size()]));
+    lines.push_back(WriteRow(host, *i, rows[lines.size()]));
   }
   if (lines.size() != rows.size()) throw std::runtime_error("no " + Narrow(rows.back().name));
   return lines;
@@ -206,8 +210,8 @@ void WriteTable(std::ostream& page, std::string_view name, std::string_view inhe
   page << "\n## " << name << "\n\n" << inherited;
   if (lines.empty()) return;
   page << (inherited.empty() ? "" : "\n")
-       << "| attribute | type | default | unit | meaning | getter, setter |\n"
-          "|---|---|---|---|---|---|\n";
+       << "| attribute | type | default | unit | meaning | drawn | getter, setter |\n"
+          "|---|---|---|---|---|---|---|\n";
   for (std::string const& line : lines) page << line;
 }
 

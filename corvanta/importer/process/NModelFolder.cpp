@@ -34,7 +34,7 @@ bool NModelFolder::IsAllowed(fs::path const& file) const {
   });
 }
 
-platform::NDescriptor NModelFolder::Open(std::string const& path) const {
+platform::NDescriptor NModelFolder::Open(std::string const& path) {
   std::error_code error;
   fs::path const file = fs::canonical(path, error);
   if (error || (path != m_model && !IsAllowed(file))) return platform::NDescriptor();
@@ -44,7 +44,11 @@ platform::NDescriptor NModelFolder::Open(std::string const& path) const {
       open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
   struct stat status {};
   bool const isFile = opened && fstat(opened.Get(), &status) == 0 && S_ISREG(status.st_mode);
-  return isFile ? std::move(opened) : platform::NDescriptor();
+  if (!isFile) return platform::NDescriptor();
+  if (std::find(m_opened.begin(), m_opened.end(), path) == m_opened.end()) {
+    m_opened.push_back(path);
+  }
+  return opened;
 }
 
 }  // namespace corvanta::importer

@@ -18,13 +18,16 @@ class CORVANTA_API NModelFolder {
 
   /// Opens the model or what it names, for reading. Waits for nobody.
   /// Fails: no descriptor.
-  platform::NDescriptor Open(std::string const& path) const;
+  platform::NDescriptor Open(std::string const& path);
+  /// Those that were opened, in order, each once.
+  std::vector<std::string> const& GetOpened() const { return m_opened; }
 
  private:
   bool IsAllowed(std::filesystem::path const& file) const;
 
   std::filesystem::path const m_model;
   std::vector<std::filesystem::path> m_folders;  // without links
+  std::vector<std::string> m_opened;
 };
 
 }  // namespace corvanta::importer

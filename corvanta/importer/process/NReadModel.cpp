@@ -41,6 +41,7 @@ class Reading {
     if (mapping->GetData() == nullptr) throw NImportError("its scene can't be mapped");
     return mapping;
   }
+  std::vector<std::string> const& GetFiles() const { return m_folder.GetOpened(); }
 
  private:
   void Start() {
@@ -104,7 +105,7 @@ class Reading {
   double GetMegabytes() const { return static_cast<double>(m_limits.memory >> 10) / 1024.0; }
 
   std::filesystem::path const& m_path;
-  NModelFolder const m_folder;
+  NModelFolder m_folder;
   NImportLimits const m_limits;
   platform::NDeadline const m_deadline;
   NDescriptor const m_memory;
@@ -113,12 +114,20 @@ class Reading {
 
 }  // namespace
 
+std::string ReadFormats(NImportLimits const& limits) {
+  std::filesystem::path const none;
+  auto const text = Reading(none, limits).GetScene();
+  return {reinterpret_cast<char const*>(text->GetData()), text->GetLength()};
+}
+
 NReadModel::NReadModel(std::filesystem::path const& path, NImportLimits const& limits) {
   std::error_code error;
   auto const status = std::filesystem::status(path, error);
   if (!std::filesystem::exists(status)) throw NImportError("no such file");
   if (!std::filesystem::is_regular_file(status)) throw NImportError("not a file");
-  m_mapping = Reading(path, limits).GetScene();
+  Reading reading(path, limits);
+  m_mapping = reading.GetScene();
+  m_files = reading.GetFiles();
 }
 
 std::span<std::byte const> NReadModel::GetBlock() const {

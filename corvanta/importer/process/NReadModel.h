@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <memory>
 #include <span>
+#include <string>
+#include <vector>
 
 #include "corvanta/export.h"
 #include "corvanta/importer/limits.h"
@@ -21,9 +23,17 @@ class CORVANTA_API NReadModel {
 
   /// At a multiple of eight. Nobody else can change it.
   std::span<std::byte const> GetBlock() const;
+  /// The files that were opened for it.
+  std::vector<std::string> const& GetFiles() const { return m_files; }
 
  private:
   std::unique_ptr<platform::NSharedMapping const> m_mapping;
+  std::vector<std::string> m_files;
 };
+
+/// What the program says of the formats that it reads, as reader::ListFormats has it. It may say
+/// anything.
+/// Fails: throws NImportError where there is no such program or none can be started.
+std::string ReadFormats(NImportLimits const& limits);
 
 }  // namespace corvanta::importer

@@ -8,7 +8,8 @@ namespace corvanta::importer {
 
 inline constexpr char kReaderVersion[] = "3";
 
-/// To the program, with shared memory: the file to read.
+/// To the program, with shared memory: the file to read; without one, the formats are written there
+/// that can be read.
 struct NReadRequest {
   char path[4096];  // ends with a zero
 };

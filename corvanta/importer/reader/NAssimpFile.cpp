@@ -77,7 +77,11 @@ void NAssimpFile::Read(NFileOpener& opener, std::filesystem::path const& path) {
   // Some readers drop or mend such a face, and only say so.
   auto const complaint = std::find_if(m_notes.begin(), m_notes.end(), &IsAboutIndices);
   if (complaint != m_notes.end()) throw NImportError("an index is out of range: " + *complaint);
-  if (!isRead) throw NImportError(m_importer->GetErrorString());
+  if (!isRead) {
+    std::string const reason = m_importer->GetErrorString();
+    bool const isUnknown = reason.rfind("No suitable reader", 0) == 0;
+    throw NImportError(isUnknown ? kUnknownFormat : reason);
+  }
   CheckScene(*m_importer->GetScene());
 
   unsigned const parting = HasMixedMesh(*m_importer->GetScene()) ? aiProcess_SortByPType : 0u;

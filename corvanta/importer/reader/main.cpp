@@ -1,10 +1,15 @@
 // corvanta-read VERSION MEMORY: reads a model file for a host that has started it. Not to be called
 // by hand.
 #include <malloc.h>
+#include <pthread.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
+#include <csignal>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
@@ -12,12 +17,15 @@
 #include <limits>
 #include <new>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "corvanta/importer/process/read_messages.h"
 #include "corvanta/importer/reader/NModelReader.h"
+#include "corvanta/importer/reader/formats.h"
 #include "corvanta/importer/reader/large_stack.h"
 #include "corvanta/platform/child/child.h"
+#include "corvanta/platform/child/sanitized.h"
 
 namespace corvanta::importer::reader {
 namespace {
@@ -75,21 +83,69 @@ void Fail(std::string_view reason) {
   GetHost().Send(isMemory ? kReadTooLarge : kReadFailed, reason);
 }
 
-// Leaves no mapping, so that the host can take the memory over.
-void Write(NModelReader const& reader, NDescriptor memory) {
-  std::size_t const size = reader.GetSize();
+// Calls `write` with the shared memory. Leaves no mapping, so that the host can take it over.
+template <class Writer>
+void Write(std::size_t size, NDescriptor memory, Writer const& write) {
   off_t const room = lseek(memory.Get(), 0, SEEK_END);
   if (room < 0 || size > static_cast<std::uint64_t>(room)) throw std::bad_alloc();
   void* const block =
       mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_POPULATE, memory.Get(), 0);
   if (block == MAP_FAILED) throw std::bad_alloc();
-  reader.Write(static_cast<std::byte*>(block));
+  write(static_cast<std::byte*>(block));
   munmap(block, size);
   memory = NDescriptor();
   GetHost().Send(kReadDone, {}, size);
 }
 
+// While it is set, an allocation that fails ends the program with that reason: few libraries look
+// whether one has, and those that do say that the file is damaged.
+bool g_tellsOfMemory = false;
+
+// What an allocation of `size` bytes has given.
+void* Judge(void* block, std::size_t size) {
+  if (block != nullptr || size == 0 || !g_tellsOfMemory) return block;
+  g_tellsOfMemory = false;
+  GetHost().Send(kReadTooLarge);
+  _exit(0);
+}
+
+// The lowest address of the stack on which files are read.
+std::uintptr_t g_stack = 0;
+
+// A fault at the end of the stack has that reason; others happen once more, and end the program.
+void OnFault(int, siginfo_t* fault, void*) {
+  constexpr std::uintptr_t kBelow = 1 << 20, kAbove = 1 << 16;
+  auto const at = reinterpret_cast<std::uintptr_t>(fault->si_addr);
+  if (g_stack == 0 || at < g_stack - kBelow || at >= g_stack + kAbove) return;
+  GetHost().Send(kReadFailed, "it is nested too deeply for the memory that it may take");
+  _exit(0);
+}
+
+void ListenToFaults() {
+  static std::array<std::byte, std::size_t{1} << 16> room;
+  stack_t other{};
+  other.ss_sp = room.data();
+  other.ss_size = room.size();
+  pthread_attr_t attributes;
+  if (sigaltstack(&other, nullptr) != 0 || pthread_getattr_np(pthread_self(), &attributes) != 0) {
+    return;
+  }
+  void* lowest = nullptr;
+  std::size_t size = 0;
+  if (pthread_attr_getstack(&attributes, &lowest, &size) == 0) {
+    g_stack = reinterpret_cast<std::uintptr_t>(lowest);
+  }
+  pthread_attr_destroy(&attributes);
+  struct sigaction action {};
+  action.sa_sigaction = &OnFault;
+  action.sa_flags = static_cast<int>(SA_SIGINFO | SA_ONSTACK | SA_RESETHAND);
+  sigaction(SIGSEGV, &action, nullptr);
+}
+
 void Serve(char const* version, std::uint64_t memory) {
+#ifndef CORVANTA_HAS_SANITIZED_HEAP
+  ListenToFaults();
+#endif
   if (std::strcmp(version, kReaderVersion) != 0 ||
       !child::Confine(memory, kMostFiles, child::kRightsNone)) {
     _exit(2);
@@ -98,12 +154,20 @@ void Serve(char const* version, std::uint64_t memory) {
   NReadRequest request;
   NDescriptor shared = GetHost().Receive(request);
   GetHost().Work();
+  g_tellsOfMemory = true;
   try {
     std::string const path(request.path, strnlen(request.path, sizeof request.path));
+    if (path.empty()) {
+      std::string const formats = ListFormats();
+      Write(formats.size(), std::move(shared),
+            [&formats](std::byte* block) { std::memcpy(block, formats.data(), formats.size()); });
+      _exit(0);
+    }
     Opener opener;
     // Not taken down: the process ends.
     auto const& reader = *new NModelReader(opener, path);
-    Write(reader, std::move(shared));
+    Write(reader.GetSize(), std::move(shared),
+          [&reader](std::byte* block) { reader.Write(block); });
   } catch (std::bad_alloc const&) {
     GetHost().Send(kReadTooLarge);
   } catch (std::exception const& error) {
@@ -116,6 +180,27 @@ void Serve(char const* version, std::uint64_t memory) {
 
 }  // namespace
 }  // namespace corvanta::importer::reader
+
+#ifndef CORVANTA_HAS_SANITIZED_HEAP
+// In place of the C library's, whose functions they call; `free` is its own.
+extern "C" {
+// NOLINTBEGIN(bugprone-reserved-identifier)
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* block, std::size_t size);
+// NOLINTEND(bugprone-reserved-identifier)
+
+void* malloc(std::size_t size) {
+  return corvanta::importer::reader::Judge(__libc_malloc(size), size);
+}
+void* calloc(std::size_t count, std::size_t size) {
+  return corvanta::importer::reader::Judge(__libc_calloc(count, size), size);
+}
+void* realloc(void* block, std::size_t size) {
+  return corvanta::importer::reader::Judge(__libc_realloc(block, size), size);
+}
+}
+#endif
 
 // In place of the C library's: what a library asserts and doesn't hold is the file's fault.
 extern "C" __attribute__((noreturn)) void __assert_fail(char const* expression, char const*,

@@ -43,7 +43,7 @@ std::vector<NTexels> ReadPlaceholder() {
   }
 }
 
-std::vector<NTexels> Read(NImageNode const& image) {
+std::vector<NTexels> Read(NImageNode const& image, bool& isBroken) {
   std::vector<NTexels> faces;
   try {
     auto const& locator = image.GetImageLocator();
@@ -53,6 +53,7 @@ std::vector<NTexels> Read(NImageNode const& image) {
   } catch (std::exception const&) {
     // An archive that can't be opened; its picture isn't one.
   }
+  isBroken = faces.empty();
   if (faces.empty()) faces = ReadPlaceholder();
   if (faces.empty()) faces.push_back(MakeGrey());
   return faces;
@@ -79,7 +80,8 @@ NTexture const& NTextures::Get(NImageNode const& image, NTextureContent content)
 }
 
 NTexture NTextures::Load(NImageNode const& image, NTextureContent content) const {
-  std::vector<NTexels> faces = Read(image);
+  bool isBroken = false;
+  std::vector<NTexels> faces = Read(image, isBroken);
   GLint mostSide = 0;
   glGetIntegerv(content == NTC_CUBE ? GL_MAX_CUBE_MAP_TEXTURE_SIZE : GL_MAX_TEXTURE_SIZE,
                 &mostSide);
@@ -89,7 +91,8 @@ NTexture NTextures::Load(NImageNode const& image, NTextureContent content) const
                   !faces.front().floats.empty() || content == NTC_DATA,
                   content == NTC_CUBE,
                   faces.front().width,
-                  faces.front().height};
+                  faces.front().height,
+                  isBroken};
   GLenum const target = content == NTC_CUBE ? GL_TEXTURE_CUBE_MAP : GL_TEXTURE_2D;
   glBindTexture(target, result.texture.Get());
   glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
@@ -133,6 +136,15 @@ NHarmonics const& NTextures::GetHarmonics(NTexture const& texture, int projectio
   auto const [entry, isNew] = m_harmonics.try_emplace({texture.texture.Get(), projection});
   if (isNew) entry->second = ComputeHarmonics(texture, projection);
   return entry->second;
+}
+
+std::vector<boost::intrusive_ptr<NImageNode const>> NTextures::GetBroken() const {
+  std::vector<boost::intrusive_ptr<NImageNode const>> broken;
+  for (auto const& [key, texture] : m_textures) {
+    auto const node = key.first.Get();
+    if (texture.isBroken && node) broken.push_back(node);
+  }
+  return broken;
 }
 
 void NTextures::Forget(std::unordered_set<NImageNode const*> const& images) {

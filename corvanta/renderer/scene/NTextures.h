@@ -31,6 +31,7 @@ struct NTexture {
   bool isLinear = false;  // it is held as linear light
   bool isCube = false;
   unsigned width = 0, height = 0;
+  bool isBroken = false;  // it is the placeholder of a picture that can't be read
 };
 
 /// The pictures of image nodes on the graphics processor. Each is uploaded once for each content,
@@ -47,6 +48,8 @@ class NTextures {
   NHarmonics const& GetHarmonics(NTexture const& texture, int projection);
   /// Drops the pictures of `images`, and those of nodes that have gone.
   void Forget(std::unordered_set<data::domain::image::NImageNode const*> const& images);
+  /// Those of the pictures that can't be read; one twice if it has two contents.
+  std::vector<boost::intrusive_ptr<data::domain::image::NImageNode const>> GetBroken() const;
   std::size_t GetUploadCount() const { return m_uploadCount; }
 
  private:

@@ -1,0 +1,65 @@
+#include "app/scene/missing.h"
+
+#include <algorithm>
+#include <set>
+
+#include "app/output/text.h"
+#include "corvanta/core/text/convert.h"
+#include "corvanta/data/domain/geometry/NGeometryNode.h"
+#include "corvanta/data/domain/geometry/NSurface.h"
+#include "corvanta/data/domain/image/NImageNode.h"
+#include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
+#include "corvanta/platform/picture.h"
+
+namespace corvanta::app {
+
+namespace {
+
+using core::text::ToNarrow;
+using data::domain::scenegraph::item::NSceneGraphModelNode;
+
+bool HasModels(data::document::NDocument const& document) {
+  auto const& items = document.GetItems();
+  return std::any_of(items.GetNodeBegin(), items.GetNodeEnd(), [](core::node::NNode const& node) {
+    auto const* const model = dynamic_cast<NSceneGraphModelNode const*>(&node);
+    return model != nullptr && model->GetGeometryNode();
+  });
+}
+
+}  // namespace
+
+std::string FindEmptiness(data::document::NDocument const& document, NStagePreview& preview) {
+  if (preview.GetRenderer().GetItems().empty()) {
+    return HasModels(document) ? "all models are hidden" : "there are no models";
+  }
+  auto const numbers = preview.TakeNumbers();
+  bool const isEmpty =
+      std::all_of(numbers.begin(), numbers.end(), [](auto number) { return number == 0; });
+  return isEmpty ? "no model is in view" : "";
+}
+
+std::size_t CountDrawnTriangles(NStagePreview const& preview) {
+  std::size_t count = 0;
+  for (auto const& item : preview.GetRenderer().GetItems()) {
+    auto const geometry = item.model->GetGeometryNode();
+    if (!geometry) continue;
+    for (auto const& surface : geometry->GetSurfaces()) count += surface->GetIndices().size() / 3;
+  }
+  return count;
+}
+
+void PrintBrokenPictures(NStagePreview const& preview) {
+  std::set<std::string> notes;
+  for (auto const& image : preview.GetRenderer().GetBrokenImages()) {
+    auto const& locator = image->GetImageLocator();
+    std::wstring const file = core::uri::GetFile(locator.GetUri()).ToString();
+    std::string reason = ToNarrow(image->GetImageError());
+    if (reason.empty() && !locator.IsZipped()) platform::LoadPicture(file, &reason);
+    std::string const subject = ToNarrow(locator.IsZipped() ? image->GetName() : file);
+    std::string const note =
+        "the picture can't be shown" + (reason.empty() ? reason : ": " + reason);
+    if (notes.insert(subject).second) PrintNote(subject, note);
+  }
+}
+
+}  // namespace corvanta::app
