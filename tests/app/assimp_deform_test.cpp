@@ -171,6 +171,20 @@ TEST(AssimpDeformTest, TargetsAreReadAsTheirFormatMeansThem) {
   }
 }
 
+TEST(AssimpDeformTest, AWeightOfNoTargetIsNamed) {
+  auto const scene = MakeMorphed("head");
+  scene->mAnimations[0]->mMorphMeshChannels[0]->mKeys[1].mValues[0] = 7;
+  neutral::NSceneWriter writer;
+  importer::reader::NAssimpConverter(*scene, false, writer).Convert();
+  Built built(writer);
+  built.hierarchy.Build(*built.tree, built.effort);
+  importer::NAnimations const animations(built.target, built.scene, built.hierarchy, *built.tree,
+                                         built.effort);
+  EXPECT_THAT(animations.GetNotes(),
+              ElementsAre("1 animation channel can't be played and was left out: the weight of "
+                          "morph target 7 of \"head\", which has none"));
+}
+
 TEST(AssimpDeformTest, NothingOfBonesAndTargetsIsTrusted) {
   struct Row {
     char const* reason;
