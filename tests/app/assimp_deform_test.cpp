@@ -171,6 +171,40 @@ TEST(AssimpDeformTest, TargetsAreReadAsTheirFormatMeansThem) {
   }
 }
 
+TEST(AssimpDeformTest, AWeightOfNoTargetIsNamed) {
+  auto const scene = MakeMorphed("head");
+  scene->mAnimations[0]->mMorphMeshChannels[0]->mKeys[1].mValues[0] = 7;
+  neutral::NSceneWriter writer;
+  importer::reader::NAssimpConverter(*scene, false, writer).Convert();
+  Built built(writer);
+  built.hierarchy.Build(*built.tree, built.effort);
+  importer::NAnimations const animations(built.target, built.scene, built.hierarchy, *built.tree,
+                                         built.effort);
+  EXPECT_THAT(animations.GetNotes(),
+              ElementsAre("1 animation channel can't be played and was left out: the weight of "
+                          "morph target 7 of \"head\", which has none"));
+}
+
+// A few bytes that name one mesh many times make neither the host large nor its frames long.
+TEST(AssimpDeformTest, ModelsOfAMovedMeshAreLimited) {
+  auto const scene = MakeMorphed("head");
+  neutral::NSceneWriter writer;
+  importer::reader::NAssimpConverter(*scene, false, writer).Convert();
+  Built built(writer);
+  importer::NDeformations deformations(built.target, built.scene, {}, 20);
+  std::size_t movedCount = 0;
+  for (int i = 0; i != 5; ++i) {
+    auto const model = built.document.GetItems()
+                           .CreateNode<data::domain::scenegraph::item::NSceneGraphModelNode>();
+    movedCount += deformations.AddModel(*model, 0, neutral::kNone, 0) != nullptr;
+  }
+  // Three targets, and beyond the first model also three vertices and a triangle.
+  EXPECT_EQ(movedCount, 3u);
+  EXPECT_THAT(deformations.GetNotes(),
+              ElementsAre("2 models are moved by bones or morph targets beyond the most, and stand "
+                          "still"));
+}
+
 TEST(AssimpDeformTest, NothingOfBonesAndTargetsIsTrusted) {
   struct Row {
     char const* reason;

@@ -140,8 +140,16 @@ void NAnimations::AddWeights(data::domain::animation::NAnimationNode& node,
                              NCurvesByItem& curves) {
   auto const item = m_hierarchy.QueryItem(source.node);
   std::wstring const name = NDeformer::GetWeightName(source.target);
-  if (!item || item->QueryAttribute(name) == nullptr) {
-    if (m_strayCount++ == 0) m_firstStray = m_scene.GetString(source.nodeName);
+  std::string const nodeName = m_scene.GetString(source.nodeName);
+  if (!item) {
+    if (m_strayCount++ == 0) m_firstStray = nodeName;
+    return;
+  }
+  if (item->QueryAttribute(name) == nullptr) {
+    if (m_unreadCount++ == 0) {
+      m_firstUnread = "the weight of morph target " + std::to_string(source.target) + " of \"" +
+                      nodeName + "\", which has none";
+    }
     return;
   }
   NNumberKeys const keys =

@@ -20,12 +20,13 @@ NDeformations::NDeformations(NImportTarget& target, neutral::NSceneView const& s
       m_hasMissingJoints(scene.Get<neutral::NSkin>().size()) {}
 
 bool NDeformations::Take(neutral::NMesh const& mesh, std::uint32_t skin, bool isFirst) {
-  std::size_t cost = skin == neutral::kNone ? 0 : m_scene.Get<neutral::NSkin>()[skin].joints.count;
-  cost += mesh.targets.count;
+  std::size_t cost = mesh.targets.count;
+  if (skin != neutral::kNone) cost += 4 * m_scene.Get<neutral::NSkin>()[skin].joints.count;
   // The first is no larger than the file.
   if (!isFirst) {
-    cost += mesh.positions.count + 3 * mesh.triangles.count + mesh.influences.count;
-    for (auto const& target : m_scene.Get(mesh.targets)) cost += target.offsets.count;
+    std::size_t works = mesh.influences.count;
+    for (auto const& target : m_scene.Get(mesh.targets)) works += target.offsets.count;
+    cost += mesh.positions.count + mesh.triangles.count + works / 4;
   }
   if (cost > m_left) {
     ++m_stiffCount;

@@ -30,9 +30,10 @@ class CORVANTA_API NDeformations {
   using GeometryPointer = boost::intrusive_ptr<data::domain::geometry::NGeometryNode>;
 
   /// `crease` is that of CreateSurface. `mostCopied` limits what the models beyond the first of
-  /// each mesh take together: vertices, corners, influences, offsets and joints.
+  /// each mesh take together: vertices, triangles and targets, influences and offsets by a quarter,
+  /// and each joint of any model by four.
   NDeformations(NImportTarget& target, neutral::NSceneView const& scene,
-                std::optional<double> crease, std::size_t mostCopied = 20'000'000);
+                std::optional<double> crease, std::size_t mostCopied = 10'000'000);
 
   /// A geometry for a model of the scene's mesh `mesh` at the scene's node `node`, where `skin` may
   /// be neutral::kNone; `getColor` is that of CreateSurface. Requires: the mesh has triangles.
