@@ -21,6 +21,8 @@ class NAssimpConverter {
       : m_scene(scene), m_multipliesColor(multipliesColor), m_writer(writer) {}
 
   void Convert();
+  /// What the neutral form can't say, in UTF-8.
+  std::vector<std::string> GetNotes() const;
 
  private:
   using ByName = std::multimap<std::string, unsigned>;
@@ -43,7 +45,9 @@ class NAssimpConverter {
   aiScene const& m_scene;
   bool const m_multipliesColor;
   neutral::NSceneWriter& m_writer;
-  std::vector<bool> m_isColored;  // of each material, whether a mesh of it has vertex colours
+  std::vector<bool>
+      m_isColored;  // of each material, whether vertex colours take its colour's place
+  std::size_t m_uncoloredCount = 0;
   std::map<std::string, std::uint32_t> m_pictures;  // those outside of the file
   // The numbers of nodes in the neutral form; of several of one name, that of the uppermost and
   // first.
