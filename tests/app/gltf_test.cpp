@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <tuple>
 
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 #include "corvanta/importer/NImportError.h"
@@ -292,6 +293,22 @@ TEST(GltfTest, FindsItsTopsAndTellsWhatItLeavesOut) {
   Read const read(file.dump());
   EXPECT_EQ(read.GetRootName(), "top");
   EXPECT_THAT(read.GetNotes(), ElementsAre(HasSubstr("left out: EXT_one, EXT_other")));
+}
+
+TEST(GltfTest, LinesAndPointsAreListed) {
+  json file = json::parse(MakeGltf({Triangle()}, kOneNode));
+  support::TemporaryFiles files;
+  for (auto const& [mode, name, count] :
+       {std::tuple(0, "points", 3), std::tuple(2, "lines", 3), std::tuple(3, "lines", 2),
+        std::tuple(4, "triangles", 1)}) {
+    file["meshes"][0]["primitives"][0]["mode"] = mode;
+    files.Write("m.gltf", file.dump());
+    json const report = RunProgram(files, {"info", "m.gltf", "--json"}).Json();
+    for (json const& domain : report["domains"]) {
+      if (domain["type"] != "geometry") continue;
+      EXPECT_EQ(domain["nodes"][0][name], count) << mode;
+    }
+  }
 }
 
 // The first version names its parts where the second numbers them.

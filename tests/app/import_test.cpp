@@ -190,7 +190,8 @@ TEST_F(ImportTest, BoxesHaveEdges) {
   }
 }
 
-std::string MakeFbx(int up) {
+// Units: centimetres.
+std::string MakeFbx(int up, double unit = 1.0) {
   return R"(; FBX 7.4.0 project file
 FBXHeaderExtension:  {
 	FBXVersion: 7400
@@ -198,7 +199,8 @@ FBXHeaderExtension:  {
 GlobalSettings:  {
 	Properties70:  {
 		P: "UpAxis", "int", "Integer", "",)" +
-         std::to_string(up) + R"(
+         std::to_string(up) + "\n\t\tP: \"UnitScaleFactor\", \"double\", \"Number\", \"\"," +
+         std::to_string(unit) + R"(
 	}
 }
 Objects:  {
@@ -231,14 +233,19 @@ TEST_F(ImportTest, WhatPointsUpInAFileDoesInTheScene) {
     char const* file;
     std::string content;
     Up up;
-    double unit, x, y, z;
+    std::optional<double> unit;
+    double x, y, z;
   };
   for (Row const& row :
        {Row{"a.obj", obj, Up(), 1, 2, 0, 5}, Row{"a.stl", stl, Up(), 1, 2, 5, 0},
         Row{"a.stl", stl, importer::NUA_Y, 1, 2, 0, 5},
         Row{"a.obj", obj, importer::NUA_Z, 0.5, 1, 2.5, 0},
         Row{"a.obj", obj, importer::NUA_X, 1, 0, 2, 5}, Row{"a.fbx", MakeFbx(2), Up(), 1, 2, 5, 0},
-        Row{"a.fbx", MakeFbx(1), Up(), 1, 2, 0, 5}, Row{"a.fbx", MakeFbx(0), Up(), 1, 0, 2, 5}}) {
+        Row{"a.fbx", MakeFbx(1), Up(), 1, 2, 0, 5}, Row{"a.fbx", MakeFbx(0), Up(), 1, 0, 2, 5},
+        Row{"a.fbx", MakeFbx(1, 254), Up(), 1, 2, 0, 5},
+        Row{"a.fbx", MakeFbx(1, 254), Up(), std::nullopt, 5.08, 0, 12.7},
+        Row{"a.fbx", MakeFbx(1, 1), Up(), std::nullopt, 0.02, 0, 0.05},
+        Row{"a.obj", obj, Up(), std::nullopt, 2, 0, 5}}) {
     m_files.Write(row.file, row.content);
     NDocument document;
     importer::NImportOptions options;

@@ -376,6 +376,21 @@ TEST_F(MaterialFileTest, VertexColoursOfOtherFormatsAreAsTheyAreShown) {
   auto const& material = *m_document.GetMaterials().GetTypedNodeBegin();
   SetColor(const_cast<data::domain::material::NMaterialNode&>(material), L"specular", 0, 0, 0);
   ExpectColor(GetMiddle(), {200, 100, 0}, 3);
+
+  // White says nothing, and what stands beside a picture is told.
+  m_files.Write("wall.mtl", "newmtl red\nKd 1 0 0\nnewmtl green\nmap_Kd green.png\n");
+  m_files.Write("green.png", MakePng(1, 1, {{0, 255, 0, 255}}));
+  auto const makeObj = [](std::string const& vertexColor, std::string const& name) {
+    return "mtllib wall.mtl\no wall\nv -4 -4 0 " + vertexColor + "\nv 4 -4 0 " + vertexColor +
+           "\nv 4 4 0 " + vertexColor + "\nv -4 4 0 " + vertexColor +
+           "\nvt 0 0\nvt 1 0\nvt 1 1\nusemtl " + name + "\nf 1/1 2/2 3/3\nf 1/1 3/3 4/2\n";
+  };
+  Show("wall.obj", makeObj("1 1 1", "red"));
+  EXPECT_THAT(m_model.notes, IsEmpty());
+  EXPECT_EQ(GetMiddle(), (Color{255, 0, 0}));
+  Show("wall.obj", makeObj("0 0 1", "green"));
+  EXPECT_THAT(m_model.notes, testing::ElementsAre(testing::HasSubstr("vertex colours beside")));
+  EXPECT_EQ(GetMiddle(), (Color{0, 255, 0}));
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "corvanta/core/text/message.h"
 #include "corvanta/data/domain/material/NMaterialOptions.h"
 #include "corvanta/data/domain/texture/NTextureUse.h"
 
@@ -67,6 +68,14 @@ neutral::NTexel ToTexel(aiColor4D const& color) {
     return static_cast<std::uint8_t>(255.0f * (part > 0.0f ? std::min(part, 1.0f) : 0.0f) + 0.5f);
   };
   return {toByte(color.r), toByte(color.g), toByte(color.b), 255};
+}
+
+// White ones say nothing.
+bool HasColors(aiMesh const& mesh) {
+  constexpr neutral::NTexel kWhite{255, 255, 255, 255};
+  aiColor4D const* const colors = mesh.mColors[0];
+  return colors != nullptr && std::any_of(colors, colors + mesh.mNumVertices,
+                                          [&](auto& color) { return ToTexel(color) != kWhite; });
 }
 
 std::string ToString(aiString const& text) {
@@ -154,7 +163,7 @@ void NAssimpConverter::Convert() {
   };
   m_isColored.resize(m_scene.mNumMaterials);
   forEach(m_scene.mMeshes, m_scene.mNumMeshes, [this](auto& mesh) {
-    if (mesh.HasVertexColors(0)) m_isColored[mesh.mMaterialIndex] = true;
+    if (HasColors(mesh)) m_isColored[mesh.mMaterialIndex] = true;
   });
   // The pictures in the file come first: materials name them by their numbers.
   forEach(m_scene.mTextures, m_scene.mNumTextures, [this](auto& picture) { AddPicture(picture); });
@@ -188,7 +197,7 @@ void NAssimpConverter::AddMesh(aiMesh const& source) {
   for (std::size_t set = 0; set != mesh.uvSetCount; ++set) {
     mesh.uvs[set] = addTriples(source.mTextureCoords[set]);
   }
-  if (source.HasVertexColors(0)) {
+  if (source.HasVertexColors(0) && m_isColored[source.mMaterialIndex]) {
     aiColor4D const* const colors = source.mColors[0];
     mesh.colors = m_writer.Reserve<neutral::NTexel>(count, [colors, count](neutral::NTexel* to) {
       std::transform(colors, colors + count, to, &ToTexel);
@@ -222,6 +231,16 @@ void NAssimpConverter::AddFaces(aiMesh const& source, neutral::NMesh& mesh) {
       });
 }
 
+std::vector<std::string> NAssimpConverter::GetNotes() const {
+  std::vector<std::string> notes = m_deformations.GetNotes();
+  if (m_uncoloredCount != 0) {
+    notes.push_back(core::text::Plural(
+        m_uncoloredCount, "material has vertex colours beside a picture, which were left out",
+        "materials have vertex colours beside a picture, which were left out"));
+  }
+  return notes;
+}
+
 void NAssimpConverter::AddMaterial(aiMaterial const& source) {
   neutral::NMaterial material{};
   aiString name;
@@ -239,7 +258,11 @@ void NAssimpConverter::AddMaterial(aiMaterial const& source) {
   bool hasPicture = std::any_of(textures.begin(), textures.end(), [](auto const& texture) {
     return texture.use == static_cast<std::uint32_t>(NTU_COLOR);
   });
-  if (!hasPicture && m_isColored[m_writer.Get<neutral::NMaterial>().size()]) {
+  auto isColored = m_isColored[m_writer.Get<neutral::NMaterial>().size()];
+  if (isColored && hasPicture) {
+    isColored = false;
+    ++m_uncoloredCount;
+  } else if (isColored) {
     hasPicture = true;
     textures.push_back({static_cast<std::uint32_t>(NTU_COLOR), neutral::kNone, 0,
                         static_cast<std::uint32_t>(NCO_IGNORE_ALPHA), 1.0f});

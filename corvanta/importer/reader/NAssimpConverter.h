@@ -27,7 +27,7 @@ class NAssimpConverter {
 
   void Convert();
   /// What the neutral form can't say, in UTF-8.
-  std::vector<std::string> GetNotes() const { return m_deformations.GetNotes(); }
+  std::vector<std::string> GetNotes() const;
 
  private:
   using ByName = std::multimap<std::string, unsigned>;
@@ -51,7 +51,9 @@ class NAssimpConverter {
   bool const m_multipliesColor;
   neutral::NSceneWriter& m_writer;
   NAssimpDeformations m_deformations;
-  std::vector<bool> m_isColored;  // of each material, whether a mesh of it has vertex colours
+  // Of each material, whether vertex colours take its colour's place.
+  std::vector<bool> m_isColored;
+  std::size_t m_uncoloredCount = 0;
   std::map<std::string, std::uint32_t> m_pictures;  // those outside of the file
   // The numbers of nodes in the neutral form; of several of one name, that of the uppermost and
   // first.

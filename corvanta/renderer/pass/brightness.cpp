@@ -10,6 +10,8 @@ namespace corvanta::renderer {
 namespace {
 
 using data::domain::environment::NEnvironmentNode;
+using data::domain::material::NCO_ADD;
+using data::domain::material::NCO_COVER;
 
 constexpr float kUnbounded = std::numeric_limits<float>::infinity();
 // What sums in another order may add.
@@ -59,21 +61,38 @@ float GetMostThrown(NEnvironmentTexture const& environment, float contrast, std:
   return ApplyContrast(sum, contrast);
 }
 
+float GetMostDiffuse(NMaterialParameters const& material, std::size_t c) {
+  if (!material.HasTexture(NTS_COLOR)) return material.diffuse[c];
+  if (material.colorOperation == NCO_ADD) return material.diffuse[c] + 1.0f;
+  return material.colorOperation == NCO_COVER ? std::max(material.diffuse[c], 1.0f)
+                                              : material.diffuse[c];
+}
+
+bool HasLines(std::vector<NMeshPart> const& parts) {
+  return std::any_of(parts.begin(), parts.end(),
+                     [](NMeshPart const& part) { return !part.IsOfTriangles(); });
+}
+
 /// The light of a material at most, in one channel, before exposure.
 float GetMost(NPicture const& picture, NMaterialParameters const& material, float lamps,
               float lampSum, std::size_t c) {
   bool const isOdd = material.diffuse[c] < 0.0f || material.ambient[c] < 0.0f ||
                      material.specular[c] < 0.0f || picture.ambientLight[c] < 0.0f;
-  if (isOdd || material.hasFloatTexture || material.coatReflectance > 0.0f) return kUnbounded;
-  bool const hasTexture = material.HasTexture(NTS_COLOR);
-  bool const isAdded = hasTexture && material.colorOperation == NCO_ADD;
-  bool const isCovered = hasTexture && material.colorOperation == NCO_COVER;
-  float const diffuse = isAdded     ? material.diffuse[c] + 1.0f
-                        : isCovered ? std::max(material.diffuse[c], 1.0f)
-                                    : material.diffuse[c];
+  float const occlusion = material.dataScales[2];
+  bool const isOpened =
+      material.HasTexture(NTS_OCCLUSION) && !(occlusion >= 0.0f && occlusion <= 1.0f);
+  if (isOdd || isOpened || material.hasFloatTexture || material.coatReflectance > 0.0f) {
+    return kUnbounded;
+  }
+  bool const isAdded = material.HasTexture(NTS_COLOR) && material.colorOperation == NCO_ADD;
+  float const diffuse = GetMostDiffuse(material, c);
   // The two factors for rough surfaces add up to less than 1.5.
-  float arriving = material.roughness > 0.0f ? 1.5f * lampSum : lamps;
-  float highlight = lampSum * (material.specular[c] + std::max(material.fleckColor[c], 0.0f));
+  bool const isRough = material.roughness > 0.0f || material.HasTexture(NTS_ROUGHNESS);
+  float arriving = isRough ? 1.5f * lampSum : lamps;
+  // A metal mirrors in its colour.
+  float const metal = material.HasTexture(NTS_METALNESS) ? diffuse : 0.0f;
+  float const specular = std::max(material.specular[c], metal);
+  float highlight = lampSum * (specular + std::max(material.fleckColor[c], 0.0f));
   NEnvironmentTexture const& environment =
       material.environment.Exists() ? material.environment : picture.environment;
   float const contrast = material.environmentContrast;
@@ -81,7 +100,7 @@ float GetMost(NPicture const& picture, NMaterialParameters const& material, floa
     arriving += material.irradiance * GetMostThrown(environment, contrast, c);
   }
   if (material.reflection > 0.0f && environment.Exists()) {
-    float const mirrored = std::max(material.fresnel[0], material.fresnel[1]);
+    float const mirrored = std::max({1.0f, material.fresnel[0], material.fresnel[1], metal});
     float const share = material.fresnel[3] + std::abs(material.fresnel[2]) * mirrored;
     highlight += material.reflection * std::max(share, 0.0f) * GetMostShown(environment, contrast);
   }
@@ -132,8 +151,17 @@ bool CanExceedWhite(NPicture const& picture, NEnvironmentNode const& environment
     }
     return false;
   };
+  // Lines and points have no normals, and are drawn in their colour.
+  auto const areLinesBright = [&](NMaterialParameters const& material) {
+    for (std::size_t c = 0; c != 3; ++c) {
+      float const light = material.emissive[c] + GetMostDiffuse(material, c);
+      if (material.hasFloatTexture || exceeds(light * (1.0f + kRounding))) return true;
+    }
+    return false;
+  };
   NMaterialParameters const* judged = nullptr;
   for (NResolvedModel const& model : picture.scene.GetModels()) {
+    if (HasLines(*model.parts) && areLinesBright(*model.material)) return true;
     if (model.material == judged) continue;
     judged = model.material;
     if (isBright(*judged)) return true;
