@@ -27,12 +27,6 @@ int Encode(double linear) {
   return static_cast<int>(std::lround(255 * std::clamp(value, 0.0, 1.0)));
 }
 
-/// The linear light of a byte.
-double Decode(int byte) {
-  double const value = byte / 255.0;
-  return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-}
-
 /// Filtering spreads a little of each pixel of a texture.
 void ExpectColor(Color const& color, Color const& expected) {
   for (std::size_t c = 0; c != 3; ++c) EXPECT_NEAR(color[c], expected[c], 16);
@@ -131,15 +125,12 @@ class PictureTest : public World {
   }
 
   /// The pixel where a point of the wall is seen.
-  std::size_t IndexOf(float x, float y) const {
+  Color At(renderer::NPixels const& picture, float x, float y) const {
     VX_Math::Vec3 position(x, y, 0);
     GetViewpoint().GetViewProjection().MultVecMatrix(position, position);
-    auto const column = static_cast<std::size_t>((position.x + 1) / 2 * kWidth);
-    auto const row = static_cast<std::size_t>((1 - position.y) / 2 * kHeight);
-    return row * kWidth + column;
-  }
-  Color At(renderer::NPixels const& picture, float x, float y) const {
-    unsigned char const* const pixel = picture.GetRow(0) + 3 * IndexOf(x, y);
+    auto const column = static_cast<unsigned>((position.x + 1) / 2 * kWidth);
+    auto const row = static_cast<unsigned>((1 - position.y) / 2 * kHeight);
+    unsigned char const* const pixel = picture.GetRow(row) + 3 * column;
     return {pixel[0], pixel[1], pixel[2]};
   }
   Color GetMiddle() {
@@ -383,109 +374,6 @@ TEST_F(PictureTest, WhatIsBrighterThanWhiteGlows) {
   m_environment->SetHdrExposure(-2);
   EXPECT_EQ(GreyAt(DrawPicture(), 1.1f, 0), 0);
   EXPECT_NEAR(GreyAt(DrawPicture(), 0, 0), Encode(0.75), 1);
-}
-
-TEST_F(PictureTest, AStarGlaresAlongItsDiagonals) {
-  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
-  m_wall->SetScaleX(0.05);
-  m_wall->SetScaleY(0.05);
-  m_lamps->SetLampsCoefficient(3);
-  m_environment->SetHdrBloom(0);
-  EXPECT_EQ(GreyAt(DrawPicture(), 0.5f, 0.5f), 0);
-  m_environment->SetHdrStar(600);
-  auto const picture = DrawPicture();
-  for (float const side : {-1.0f, 1.0f}) {
-    EXPECT_GT(GreyAt(picture, 0.5f, side * 0.5f), 40);
-    EXPECT_NEAR(GreyAt(picture, 0.5f, side * 0.5f), GreyAt(picture, -0.5f, side * 0.5f), 12);
-    EXPECT_LT(GreyAt(picture, 0.9f * side, 0), 10);
-    EXPECT_LT(GreyAt(picture, 0, 0.9f * side), 10);
-  }
-  EXPECT_GT(GreyAt(picture, 0.5f, 0.5f), GreyAt(picture, 0.7f, 0.7f));
-  EXPECT_EQ(GreyAt(picture, 1.4f, 1.4f), 0);
-}
-
-TEST_F(PictureTest, AutomaticExposureMakesTheMiddleGrey) {
-  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
-  m_environment->SetHdrBloom(0);
-  m_environment->SetAutoExposureIsEnabledFlag(true);
-  for (double const strength : {0.01, 1.0, 40.0}) {
-    SCOPED_TRACE(strength);
-    m_lamps->SetLampsCoefficient(strength);
-    EXPECT_NEAR(GetMiddle()[0], Encode(0.18), 1);
-  }
-  m_environment->SetRelativeExposure(1);
-  EXPECT_NEAR(GetMiddle()[0], Encode(0.36), 1);
-  // The mean is that of the logarithms, of what is covered: half of it is 16 times as bright.
-  auto const other = Add<item::NSceneGraphModelNode>(m_root.get());
-  other->SetGeometryNode(m_wall->GetGeometryNode());
-  other->SetMaterial(m_document.GetMaterials().CreateNode(NNodeID()));
-  SetColor(*other->GetMaterialNode(), L"diffuse", 1 / 16.0, 1 / 16.0, 1 / 16.0);
-  m_lens->SetProjectionType(data::domain::camera::NPT_ORTHOGRAPHIC);
-  m_wall->SetTranslationX(-4);
-  other->SetTranslationX(4);
-  m_environment->SetRelativeExposure(0);
-  auto const picture = DrawPicture();
-  EXPECT_NEAR(GreyAt(picture, -1, 0), Encode(0.18 * 4), 2);
-  EXPECT_NEAR(GreyAt(picture, 1, 0), Encode(0.18 / 4), 2);
-}
-
-TEST_F(PictureTest, DiffuseLightHasAWeightOfItsOwn) {
-  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
-  SetColor(*m_material, L"diffuse", 0.5, 0.5, 0.5);
-  SetColor(*m_material, L"emissive", 0.1, 0.1, 0.1);
-  m_environment->SetHdrDiffuse(0.5);
-  EXPECT_NEAR(GetMiddle()[0], Encode(0.1 + 0.25), 1);
-}
-
-/// A floor before the wall's lower half, at right angles.
-TEST_F(PictureTest, CornersAreOccluded) {
-  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
-  SetColor(*m_material, L"diffuse", 0.5, 0.5, 0.5);
-  auto const floor = Add<item::NSceneGraphModelNode>(m_root.get());
-  floor->SetGeometryNode(m_wall->GetGeometryNode());
-  floor->SetMaterial(m_material);
-  floor->SetRotationX(-90);
-  floor->SetTranslationY(-1);
-  floor->SetTranslationZ(4);
-  // Of the diagonal, 14 units.
-  m_environment->SetSSAORadius(0.08);
-  m_environment->SetSSAODepthFalloff(1);
-  auto const get = [this](double contrast) {
-    m_environment->SetSSAOEnabled(contrast > 0);
-    m_environment->SetSSAOContrast(contrast);
-    auto const picture = DrawPicture();
-    return std::array{GreyAt(picture, 1, -0.8f), GreyAt(picture, 1, -0.4f), GreyAt(picture, 1, 1)};
-  };
-  auto const plain = get(0), once = get(1), twice = get(2);
-  EXPECT_EQ(plain, (std::array{Encode(0.5), Encode(0.5), Encode(0.5)}));
-  // A plane hides nothing of itself, and a corner less with the distance.
-  EXPECT_EQ(once[2], plain[2]);
-  EXPECT_LT(once[0], once[1]);
-  EXPECT_LT(once[1], plain[1]);
-  // Less than half of what is around is hidden.
-  EXPECT_GT(Decode(once[0]) / 0.5, 0.6);
-  EXPECT_LT(Decode(once[0]) / 0.5, 0.9);
-  EXPECT_NEAR(Decode(twice[0]) / 0.5, std::pow(Decode(once[0]) / 0.5, 2), 0.01);
-}
-
-TEST_F(PictureTest, WithoutABackgroundAPictureIsTransparent) {
-  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
-  SetColor(*m_environment, L"color", 0, 0, 1);
-  m_wall->SetScaleX(0.5);
-  m_renderer->SetHasBackgroundFlag(false);
-  auto const get = [this](float x) {
-    NTarget const target(*m_context, kWidth, kHeight, NTarget::NTK_PICTURE);
-    m_renderer->DrawPicture(*m_scene, GetViewpoint(), target, {0, 0, kWidth, kHeight});
-    auto const picture = target.ReadTransparentPicture();
-    auto const color = At(picture, x, 0);
-    return std::array{color[0], color[2], int{picture.GetOpacities()[IndexOf(x, 0)]}};
-  };
-  EXPECT_EQ(get(0), (std::array{255, 255, 255}));
-  EXPECT_EQ(get(3), (std::array{0, 0, 0}));
-  // Its colour isn't darkened by how little covers it.
-  m_material->SetTransparency(0.25);
-  EXPECT_NEAR(get(0)[2], 64, 1);
-  EXPECT_NEAR(get(0)[0], 255, 1);
 }
 
 TEST_F(PictureTest, RoughSurfacesThrowLightBackWhereItComesFrom) {
