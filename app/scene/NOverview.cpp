@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <utility>
 
 #include "app/scene/model_box.h"
 #include "corvanta/data/domain/scenegraph/item/view.h"
@@ -76,16 +77,21 @@ std::array<Vec3, 3> NOverview::GetAxes() const {
 }
 
 void NOverview::FrameAll() {
-  m_box = GetModelBox(m_tree);
   auto const [right, up, ahead] = GetAxes();
   std::vector<Vec3> directions;
   for (Vec3 const& side : {right, -right, up, -up}) {
     for (float const slope : kSlopes) directions.push_back(side - ahead * slope);
   }
-  m_points = GetModelExtremes(m_tree, directions);
+  directions.emplace_back(0.0f, -1.0f, 0.0f);
+  NModelExtent extent = GetModelExtent(m_tree, directions);
+  m_box = extent.box;
+  m_points = std::move(extent.extremes);
+  m_lowest.reset();
   if (m_points.empty()) {
     Frame(m_box);
   } else {
+    m_lowest = m_points.back().y;
+    m_points.pop_back();
     Place();
   }
 }

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <boost/intrusive_ptr.hpp>
+#include <optional>
 #include <vector>
 
 #include "corvanta/data/document/NDocument.h"
@@ -37,6 +38,8 @@ class NOverview {
   void Orbit(double angle);
   /// What FrameAll found last.
   VX_Math::Box3 const& GetBox() const { return m_box; }
+  /// The height that the models stand on, as FrameAll found it; none where nothing is seen.
+  std::optional<float> GetLowest() const { return m_lowest; }
   /// Whether a box that isn't finite has left the camera nowhere.
   bool IsLost() const;
   /// Puts the camera where all that is framed fills a picture of that aspect, but for a margin;
@@ -63,6 +66,7 @@ class NOverview {
   Camera m_camera;
   VX_Math::Vec3 m_sight;
   VX_Math::Box3 m_box;
+  std::optional<float> m_lowest;
   std::vector<VX_Math::Vec3> m_points;      // that are to be seen
   mutable double m_aspect = 1;              // that the camera stands for
   mutable std::array<double, 6> m_stand{};  // where it was put; elsewhere somebody else leads it

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "app/scene/NStageLight.h"
-#include "app/scene/model_box.h"
 #include "corvanta/data/domain/light/NLightNode.h"
 #include "corvanta/data/domain/light_env/NLamp.h"
 #include "corvanta/data/domain/light_env/NLightEnvNode.h"
@@ -90,8 +89,7 @@ NStage::NStage(data::document::NDocument& document, NOverview::Tree const& tree,
                                   &document.GetImages());
   VX_Math::Box3 const& box = m_overview.GetBox();
   // The floor is where the scene stands.
-  auto const lowest = GetModelExtremes(m_tree, {VX_Math::Vec3(0.0f, -1.0f, 0.0f)});
-  if (!lowest.empty()) m_environment->SetFloorHeight(lowest.front().y);
+  if (auto const lowest = m_overview.GetLowest()) m_environment->SetFloorHeight(*lowest);
   Light(lights, box);
 }
 

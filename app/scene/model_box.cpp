@@ -109,27 +109,19 @@ constexpr std::size_t kMostVertices = 4'000'000;
 
 }  // namespace
 
-VX_Math::Box3 GetModelBox(NOverview::Tree const& tree) {
-  VX_Math::Box3 box;
-  ModelFinder(tree, [&box](auto const& model, VX_Math::Matrix const& global) {
-    VX_Math::Box3 part = model.GetBoundingBoxWithoutChildren();
-    if (part.IsEmpty()) return;
-    part.Transform(global);
-    box.ExtendBy(part);
-  });
-  VX_Math::Vec3 const size = box.max - box.min;
-  bool const isKnown = !box.IsEmpty() && std::isfinite(size.x + size.y + size.z);
-  return isKnown ? box : data::domain::scenegraph::tree::GetBoundingBox(*tree);
-}
-
-std::vector<Vec3> GetModelExtremes(NOverview::Tree const& tree,
-                                   std::vector<Vec3> const& directions) {
+NModelExtent GetModelExtent(NOverview::Tree const& tree, std::vector<Vec3> const& directions) {
   constexpr float kNowhere = -std::numeric_limits<float>::infinity();
   std::vector<float> reach(directions.size(), kNowhere);
-  std::vector<Vec3> extremes(directions.size());
+  NModelExtent extent;
+  extent.extremes.resize(directions.size());
   std::size_t left = kMostVertices;
   ModelFinder(tree, [&](auto const& model, VX_Math::Matrix const& global) {
     VX_Math::Box3 const box = model.GetBoundingBoxWithoutChildren();
+    if (!box.IsEmpty()) {
+      VX_Math::Box3 part = box;
+      part.Transform(global);
+      extent.box.ExtendBy(part);
+    }
     // The directions in the frame of the model, and what its origin adds: those in which the box
     // reaches farther than what was found.
     std::vector<Direction> own;
@@ -148,14 +140,15 @@ std::vector<Vec3> GetModelExtremes(NOverview::Tree const& tree,
         float const distance = direction.vector.Dot(v) + direction.offset;
         if (!(distance > reach[direction.index]) || !std::isfinite(distance)) continue;
         reach[direction.index] = distance;
-        global.MultVecMatrix(v, extremes[direction.index]);
+        global.MultVecMatrix(v, extent.extremes[direction.index]);
       }
     });
   });
-  for (float const distance : reach) {
-    if (distance == kNowhere) return {};
-  }
-  return extremes;
+  if (std::find(reach.begin(), reach.end(), kNowhere) != reach.end()) extent.extremes.clear();
+  Vec3 const size = extent.box.max - extent.box.min;
+  bool const isKnown = !extent.box.IsEmpty() && std::isfinite(size.x + size.y + size.z);
+  if (!isKnown) extent.box = data::domain::scenegraph::tree::GetBoundingBox(*tree);
+  return extent;
 }
 
 }  // namespace corvanta::app

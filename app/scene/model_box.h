@@ -7,18 +7,20 @@
 
 namespace corvanta::app {
 
-/// The box of the models that are seen, from the boxes of their own geometries. The box of a tree
-/// is made of boxes of boxes, which grow with each level that is turned.
+/// How far the models that are seen reach.
 /// Units: global.
-/// Fails: the box of the tree, where this one is empty or isn't finite.
-/// Cost: the global transform of each model's path.
-VX_Math::Box3 GetModelBox(NOverview::Tree const& tree);
+struct NModelExtent {
+  /// From the boxes of the models' own geometries: the box of a tree is made of boxes of boxes,
+  /// which grow with each level that is turned. That one, where this is empty or isn't finite.
+  VX_Math::Box3 box;
+  /// The points that lie farthest in each of the directions; empty where nothing is seen. Vertices
+  /// that aren't finite are left out.
+  std::vector<VX_Math::Vec3> extremes;
+};
 
-/// The points of the models that are seen that lie farthest in each of `directions`. Vertices that
-/// aren't finite are left out.
-/// Units: global. Fails: empty where nothing is seen.
-/// Cost: linear in the vertices of up to four million; beyond, the boxes' corners stand for them.
-std::vector<VX_Math::Vec3> GetModelExtremes(NOverview::Tree const& tree,
-                                            std::vector<VX_Math::Vec3> const& directions);
+/// Cost: the global transform of each model's path, and linear in the vertices of up to four
+/// million; beyond, the boxes' corners stand for them.
+NModelExtent GetModelExtent(NOverview::Tree const& tree,
+                            std::vector<VX_Math::Vec3> const& directions);
 
 }  // namespace corvanta::app

@@ -44,16 +44,29 @@ constexpr Name kOfCameras[] = {L"exposure",
                                L"projectionType",
                                L"horizontalTiltAngle",
                                L"verticalTiltAngle"};
-constexpr Name kOfLights[] = {
-    L"type",        L"color.r",         L"color.g",          L"color.b",           L"extension",
-    L"makesShadow", L"shadow.darkness", L"attenuation.type", L"attenuation.range", L"spreadAngle",
-    L"falloffAngle"};
+constexpr Name kOfLights[] = {L"type",
+                              L"color.r",
+                              L"color.g",
+                              L"color.b",
+                              L"extension",
+                              L"makesShadow",
+                              L"shadow.darkness",
+                              L"shadow.softness",
+                              L"attenuation.type",
+                              L"attenuation.range",
+                              L"spreadAngle",
+                              L"falloffAngle"};
 constexpr Name kOfLightEnvs[] = {L"lamps.coefficient", L"lamps.rotation.y", L"lamps.scale"};
-constexpr Name kOfLamps[] = {
-    L"enabled",           L"type",        L"color.r",     L"color.g",         L"color.b",
-    L"direction.x",       L"direction.y", L"direction.z", L"position.x",      L"position.y",
-    L"position.z",        L"emitMinus",   L"makesShadow", L"shadow.darkness", L"attenuation.type",
-    L"attenuation.range", L"spreadAngle", L"falloffAngle"};
+constexpr Name kOfLamps[] = {L"enabled",           L"type",
+                             L"color.r",           L"color.g",
+                             L"color.b",           L"direction.x",
+                             L"direction.y",       L"direction.z",
+                             L"position.x",        L"position.y",
+                             L"position.z",        L"emitMinus",
+                             L"makesShadow",       L"shadow.darkness",
+                             L"shadow.softness",   L"attenuation.type",
+                             L"attenuation.range", L"spreadAngle",
+                             L"falloffAngle"};
 constexpr Name kOfTextures[] = {L"type", L"bumpScale", L"operation"};
 constexpr Name kOfProjections[] = {
     L"method",     L"translation.x", L"translation.y", L"translation.z", L"rotation.x",
@@ -103,9 +116,11 @@ constexpr Name kOfEnvironments[] = {L"color.r",
                                     L"ambientLight.g",
                                     L"ambientLight.b",
                                     L"hdr.bloom",
+                                    L"hdr.diffuse",
                                     L"hdr.exposure",
                                     L"hdr.gamma",
                                     L"hdr.light",
+                                    L"hdr.star",
                                     L"environmentMap.rotation.x",
                                     L"environmentMap.rotation.y",
                                     L"environmentMap.rotation.z",
@@ -119,8 +134,14 @@ constexpr Name kOfEnvironments[] = {L"color.r",
                                     L"floor.color.r",
                                     L"floor.color.g",
                                     L"floor.color.b",
+                                    L"autoExposure.isEnabled",
+                                    L"autoExposure.relativeExposure",
                                     L"toneMapping.isEnabled",
-                                    L"toneMapping.whiteBrightness"};
+                                    L"toneMapping.whiteBrightness",
+                                    L"ssao.isEnabled",
+                                    L"ssao.radius",
+                                    L"ssao.depthFalloff",
+                                    L"ssao.contrast"};
 constexpr Name kOfViews[] = {L"left", L"right", L"top", L"bottom"};
 
 template <class Class>

@@ -1,9 +1,8 @@
 #include "corvanta/renderer/scene/NDrawList.h"
 
-#include <algorithm>
 #include <cmath>
 #include <exception>
-#include <iterator>
+#include <utility>
 
 namespace corvanta::renderer {
 
@@ -38,8 +37,8 @@ bool NDrawList::Update(data::domain::scenegraph::tree::NSceneGraphTreeNode& tree
     m_isWalked = true;
     // A vector that grows holds up to thrice as much meanwhile.
     m_items.reserve(m_found.size());
-    std::move(m_found.begin(), m_found.end(), std::back_inserter(m_items));
-    m_found = {};
+    // What was moved is given back meanwhile.
+    for (; !m_found.empty(); m_found.pop_front()) m_items.push_back(std::move(m_found.front()));
     for (NDrawItem& item : m_items) UpdateTransform(item);
     return true;
   }
