@@ -257,6 +257,19 @@ TEST(ChildIndex, EqualsThePlainWalkWhereMarksDontTell) {
          };
          from->CopyTo(*to);
        }},
+      {"hidden, marked while the box is computed, then shown",
+       [](Stage& s) {
+         Reference const late = s.MakeReference(s.inner);
+         s.root->AddChild(*late);
+         s.all[4]->SetIsVisibleFlag(false);
+         AskBoxes(s);
+         s.inner->RemoveObserver(*late);  // it meets the tree when its box is computed
+         late->SetTranslationX(1);
+         s.log->react = [&](NSignal const&) { s.all[4]->SetTranslationX(-40); };
+         (void)tree::GetBoundingBox(*s.shown);
+         s.log->react = nullptr;
+         s.all[4]->SetIsVisibleFlag(true);
+       }},
       {"in its own reference's tree",
        [](Stage& s) {
          Group const group = s.Make();
@@ -293,7 +306,7 @@ TEST(ChildIndex, EqualsThePlainWalkWhereMarksDontTell) {
     std::vector<std::string> signals[2];
     for (bool const isPlain : {false, true}) {
       Stage stage(isPlain ? kNever : 3);
-      for (int i = 0; i != 20; ++i) stage.Add(3, 0, 0);
+      for (int i = 0; i != 20; ++i) stage.Add(4, 0, 0);
       for (int i = 0; i != 3; ++i) {
         AskBoxes(stage);
         if (i == 1) {
@@ -341,13 +354,14 @@ TEST(ChildIndex, EqualsThePlainWalkInCrowds) {
   };
   Random random;
   std::uniform_real_distribution<float> any(-1, 1);
+  std::size_t answers = 0;
   for (CrowdRow const& row : rows) {
     SCOPED_TRACE(row.name);
     Stage indexed(NChildIndex::kFewestChildren), plain(kNever);
     for (int i = 0; i != 3000; ++i) {
       float const x = any(random), y = any(random), z = any(random);
       for (Stage* const stage : {&indexed, &plain}) {
-        stage->Add(3, 0, z);
+        stage->Add(4, 0, z);
         row.place(*stage->all.back(), x, y, z);
       }
     }
@@ -361,9 +375,13 @@ TEST(ChildIndex, EqualsThePlainWalkInCrowds) {
       }
       Line const line(Vec3(any(random), any(random), any(random)) * (step % 2 == 0 ? 60.0f : 3.0f),
                       Vec3(any(random), any(random), any(random)));
-      ASSERT_EQ(indexed.Ask(line, 2), plain.Ask(line, 2)) << "step " << step;
+      auto const found = indexed.Ask(line, 2);
+      ASSERT_EQ(found, plain.Ask(line, 2)) << "step " << step;
+      answers += found.size() - 6;
     }
+    EXPECT_FALSE(tree::GetBoundingBox(*indexed.shown).IsEmpty());
   }
+  EXPECT_GT(answers, 1000u) << "rays hit";
 }
 
 TEST(ChildIndex, OfManyLevelsOfManyChildren) {
