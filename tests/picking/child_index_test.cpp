@@ -12,7 +12,7 @@ constexpr std::size_t kNever = std::numeric_limits<std::size_t>::max();
 /// A scene that is edited and asked by numbers, so that two of them go the same way: one with an
 /// index over children wherever there are a few, one that walks plainly.
 struct Stage : World {
-  std::size_t fewest;
+  std::size_t const fewest;
   Group root = Make(), innerRoot = Make();
   Tree shown = MakeTree(root), inner = MakeTree(innerRoot);
   Pointer<NSceneNode> scene = scenes->CreateNode();
@@ -35,6 +35,10 @@ struct Stage : World {
       isAsking = true;
     };
   }
+
+  ~Stage() { NChildIndex::SetFewestChildren(NChildIndex::kFewestChildren); }
+  Stage(Stage const&) = delete;
+  Stage& operator=(Stage const&) = delete;
 
   std::ptrdiff_t Find(void const* node) const {
     for (std::size_t i = 0; i != all.size(); ++i) {
@@ -145,7 +149,6 @@ struct Stage : World {
       }
     }
     isAsking = false;
-    NChildIndex::SetFewestChildren(NChildIndex::kFewestChildren);
     return found;
   }
 };
@@ -166,8 +169,7 @@ TEST(ChildIndex, EqualsThePlainWalkUnderRandomEdits) {
                                ? values[random() % std::size(values)]
                                : double(any(random)) * (kind == 2 ? 0.3 : 3);
       bool const adds = step < 60 || random() % 8 == 0;
-      // Of two zeros that are a box's least coordinate the first of the list counts.
-      float const z = round % 6 == 4 ? (random() % 2 == 0 ? 0.0f : -0.0f) : any(random);
+      float const z = any(random);
       Line const line(Vec3(any(random), any(random), any(random)) * (step % 9 == 0 ? 300.0f : 4.0f),
                       Vec3(any(random), any(random), any(random)));
       unsigned const asks = step < 60 ? 0 : random() % 3;
@@ -190,6 +192,136 @@ TEST(ChildIndex, EqualsThePlainWalkUnderRandomEdits) {
     }
   }
   EXPECT_GT(hitCount, 50000u);
+}
+
+/// An edit after which a child, or its place, isn't what the marks tell.
+struct RuleRow {
+  char const* name;
+  std::function<void(Stage&)> edit;
+};
+
+void AskBoxes(Stage& stage) {
+  for (int i = 0; i != 2; ++i) {
+    stage.all[2]->SetTranslationX(0.5 * i);
+    (void)stage.Ask(Line({0, 0, 9}, {0, 0, 0}), 2);
+  }
+}
+
+TEST(ChildIndex, EqualsThePlainWalkWhereMarksDontTell) {
+  // all: the root, that of the inner tree, and twenty models below the root.
+  RuleRow const rows[] = {
+      {"inserted at the front, among and at the end",
+       [](Stage& s) {
+         // One of another's children is among them at last.
+         Group const thief = s.Make();
+         thief->AddChild(*s.Make());
+         for (unsigned const place : {0u, 7u, 1000u, 3u, 5u}) {
+           if (place == 3) thief->AddChild(*s.all[30], 0);
+           for (int i = 0; i != 40; ++i) {
+             Model const made = s.MakeModel({-0.2f, -0.2f, 0}, {0.2f, 0.3f, 0});
+             s.all.push_back(made);
+             s.root->AddChild(*made, place);
+           }
+           AskBoxes(s);
+         }
+       }},
+      {"stolen, and taken out where it came from",
+       [](Stage& s) {
+         Group const other = s.Make();
+         for (int i = 0; i != 4; ++i) other->AddChild(*s.MakeModel());
+         s.root->AddChild(*other);
+         AskBoxes(s);
+         other->AddChild(*s.all[5], 1);
+         AskBoxes(s);
+         s.root->RemoveChild(*s.all[5]);
+         other->GetChildren().back()->SetTranslationX(3);
+         AskBoxes(s);
+         s.all[5]->SetTranslationY(-7);
+         other->GetChildren().back()->SetTranslationX(4);
+       }},
+      {"copied to while a listener asks",
+       [](Stage& s) {
+         Group const from = s.Make(), to = s.Make();
+         from->AddChild(*s.MakeModel({5, 5, 5}, {6, 6, 6}));
+         s.root->AddChild(*to);
+         s.all.push_back(to);
+         (void)from->GetBoundingBox({}, {});
+         AskBoxes(s);
+         auto const log = s.ListenToAttributes();
+         log->react = [&](NAttribute const&) { AskBoxes(s); };
+         // What asks writes; so it hears no more.
+         log->react = [&, react = log->react](NAttribute const& attribute) {
+           log->react = nullptr;
+           react(attribute);
+           log->react = [&](NAttribute const&) { (void)tree::GetBoundingBox(*s.shown); };
+         };
+         from->CopyTo(*to);
+       }},
+      {"hidden, marked while the box is computed, then shown",
+       [](Stage& s) {
+         Reference const late = s.MakeReference(s.inner);
+         s.root->AddChild(*late);
+         s.all[4]->SetIsVisibleFlag(false);
+         AskBoxes(s);
+         s.inner->RemoveObserver(*late);  // it meets the tree when its box is computed
+         late->SetTranslationX(1);
+         s.log->react = [&](NSignal const&) { s.all[4]->SetTranslationX(-40); };
+         (void)tree::GetBoundingBox(*s.shown);
+         s.log->react = nullptr;
+         s.all[4]->SetIsVisibleFlag(true);
+       }},
+      {"in its own reference's tree",
+       [](Stage& s) {
+         Group const group = s.Make();
+         Model const deep = s.MakeModel({-3, -3, -3}, {3, 3, 3});
+         group->AddChild(*deep);
+         Reference const reference = s.MakeReference(s.inner);
+         group->AddChild(*reference);
+         s.root->AddChild(*group);
+         s.innerRoot->AddChild(*s.root);
+         AskBoxes(s);
+         AskBoxes(s);
+         deep->SetTranslationX(50);
+         (void)group->GetBoundingBox({}, {});
+       }},
+      {"absolute, with a coordinate of -0",
+       [](Stage& s) {
+         Model const absolute = s.MakeModel({-0.0f, -0.2f, -0.2f}, {0.2f, 0.2f, 0.2f});
+         absolute->SetTransformIsAbsoluteFlag(true);
+         for (std::size_t i = 2; i != s.all.size(); ++i) s.all[i]->SetTranslationX(0.2);
+         Group const group = s.Make();
+         s.shown->SetRoot(group);
+         for (int i = 0; i != 5; ++i) group->AddChild(*s.MakeModel({0, 0, 0}, {1, 1, 1}));
+         group->AddChild(*absolute, 0);
+         for (int i = 0; i != 3; ++i) {
+           group->GetChildren().back()->SetTranslationY(i);
+           Box3 const box = tree::GetBoundingBox(*s.shown);
+           s.signals.push_back(std::signbit(box.min.x) ? "-" : "+");
+         }
+       }},
+  };
+  for (RuleRow const& row : rows) {
+    SCOPED_TRACE(row.name);
+    std::vector<std::uint64_t> found[2];
+    std::vector<std::string> signals[2];
+    for (bool const isPlain : {false, true}) {
+      Stage stage(isPlain ? kNever : 3);
+      for (int i = 0; i != 20; ++i) stage.Add(4, 0, 0);
+      for (int i = 0; i != 3; ++i) {
+        AskBoxes(stage);
+        if (i == 1) {
+          NChildIndex::SetFewestChildren(stage.fewest);
+          row.edit(stage);
+        }
+        auto const answer = stage.Ask(Line({0, 0, 9}, {0.1f, 0.1f, 0}), 2);
+        found[isPlain].insert(found[isPlain].end(), answer.begin(), answer.end());
+      }
+      signals[isPlain] = stage.signals;
+    }
+    EXPECT_EQ(found[0], found[1]);
+    EXPECT_EQ(signals[0], signals[1]);
+    EXPECT_GT(found[0].size(), 15u);
+  }
 }
 
 /// What stands under one group, and how it moves.
@@ -222,13 +354,14 @@ TEST(ChildIndex, EqualsThePlainWalkInCrowds) {
   };
   Random random;
   std::uniform_real_distribution<float> any(-1, 1);
+  std::size_t answers = 0;
   for (CrowdRow const& row : rows) {
     SCOPED_TRACE(row.name);
     Stage indexed(NChildIndex::kFewestChildren), plain(kNever);
     for (int i = 0; i != 3000; ++i) {
       float const x = any(random), y = any(random), z = any(random);
       for (Stage* const stage : {&indexed, &plain}) {
-        stage->Add(3, 0, z);
+        stage->Add(4, 0, z);
         row.place(*stage->all.back(), x, y, z);
       }
     }
@@ -242,9 +375,13 @@ TEST(ChildIndex, EqualsThePlainWalkInCrowds) {
       }
       Line const line(Vec3(any(random), any(random), any(random)) * (step % 2 == 0 ? 60.0f : 3.0f),
                       Vec3(any(random), any(random), any(random)));
-      ASSERT_EQ(indexed.Ask(line, 2), plain.Ask(line, 2)) << "step " << step;
+      auto const found = indexed.Ask(line, 2);
+      ASSERT_EQ(found, plain.Ask(line, 2)) << "step " << step;
+      answers += found.size() - 6;
     }
+    EXPECT_FALSE(tree::GetBoundingBox(*indexed.shown).IsEmpty());
   }
+  EXPECT_GT(answers, 1000u) << "rays hit";
 }
 
 TEST(ChildIndex, OfManyLevelsOfManyChildren) {

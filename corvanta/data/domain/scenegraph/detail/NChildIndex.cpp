@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -49,16 +48,7 @@ constexpr float kLargestReach = std::numeric_limits<float>::max();
 
 std::atomic<std::size_t> g_fewestChildren{NChildIndex::kFewestChildren};
 
-bool IsNegativeZero(float value) noexcept { return value == 0 && std::signbit(value); }
-
 }  // namespace
-
-bool NChildIndex::HasNegativeZero(Box3 const& box) noexcept {
-  for (int axis = 0; axis != 3; ++axis) {
-    if (IsNegativeZero(box.min[axis]) || IsNegativeZero(box.max[axis])) return true;
-  }
-  return false;
-}
 
 void NChildIndex::SetFewestChildren(std::size_t count) noexcept {
   g_fewestChildren.store(count, std::memory_order_relaxed);
@@ -129,11 +119,12 @@ void NChildIndex::OnInsert(Item const& parent, Item const& child, Item const* pr
   } else if (previous == nullptr) {
     order = orderOf(*next) - kGap;
   } else {
-    if (orderOf(*next) - orderOf(*previous) < 2) index.Renumber();
     order = orderOf(*previous) + (orderOf(*next) - orderOf(*previous)) / 2;
   }
   try {
     NItemAccess::GetBlock(child).indexLeaf = index.AddLeaf(child, order);
+    bool const isFull = previous != nullptr && order == orderOf(*previous);
+    if (isFull && !index.Renumber()) block.boxIndex.reset();
   } catch (std::bad_alloc const&) {
     block.boxIndex.reset();
   }
@@ -175,12 +166,15 @@ std::uint32_t NChildIndex::AddLeaf(Item const& child, std::uint64_t order) {
 }
 
 /// Gives the children new numbers in the order of the list.
-/// Requires: the parent links of all lead back here.
-void NChildIndex::Renumber() noexcept {
+/// Fails: false for a child whose leaf isn't known.
+bool NChildIndex::Renumber() noexcept {
   std::uint64_t order = kFirstOrder;
   for (auto const& child : m_parent.GetChildren()) {
-    m_leaves[NItemAccess::GetBlock(*child).indexLeaf].order = order += kGap;
+    auto const& block = NItemAccess::GetBlock(*child);
+    if (block.parent != &m_parent) return false;
+    m_leaves[block.indexLeaf].order = order += kGap;
   }
+  return true;
 }
 
 void NChildIndex::CheckSilentWrites() noexcept {
@@ -272,7 +266,6 @@ void NChildIndex::Adopt() {
     fresh.push_back(NBoxHierarchy::MakeEntry(culling.box, reach, at));
     leaf.kind = NKind::kPlaced;
     m_conditionNumber = std::max(m_conditionNumber, culling.conditionNumber);
-    m_hasNegativeZeros = m_hasNegativeZeros || HasNegativeZero(culling.box);
   }
   m_boxes.Build(fresh);
   NItemAccess::NoteCleaning();
@@ -301,7 +294,6 @@ NChildIndex::State NChildIndex::Evaluate(Leaf& leaf) {
   float const reach = conditionNumber * block.cullingBox.extent;
   bool const isBounded = conditionNumber > 0 && reach <= kLargestReach;
   if (isBounded) m_conditionNumber = std::max(m_conditionNumber, conditionNumber);
-  m_hasNegativeZeros = m_hasNegativeZeros || HasNegativeZero(box);
   return {NKind::kPlaced, box, isBounded ? reach : std::numeric_limits<float>::infinity()};
 }
 

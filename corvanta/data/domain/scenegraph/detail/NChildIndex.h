@@ -75,11 +75,8 @@ class CORVANTA_API NChildIndex {
   /// Requires: the box of the parent is being computed, and those of its visible children have been.
   /// Fails: throws bad_alloc; drop the index then.
   void Settle();
-  /// The union of what Settle took over, but for the signs of zeros: see HasNegativeZeros.
+  /// The union of what Settle took over.
   VX_Math::Box3 GetBox() const noexcept { return m_boxes.GetBox(); }
-  /// Whether some box has a coordinate of -0, so that the union may depend on the order.
-  bool HasNegativeZeros() const noexcept { return m_hasNegativeZeros; }
-  static bool HasNegativeZero(VX_Math::Box3 const& box) noexcept;
 
   /// Replaces `children` by those that `bound` lets through, the last of the list first.
   /// Cost: some 10 ns a node of the hierarchy along the ray, and a look at every hidden child and
@@ -116,7 +113,7 @@ class CORVANTA_API NChildIndex {
 
   static NChildIndex* Use(Item const& parent, bool isForPick) noexcept;
   std::uint32_t AddLeaf(Item const& child, std::uint64_t order);
-  void Renumber() noexcept;
+  bool Renumber() noexcept;
   List* GetList(NKind kind) noexcept;
   void Leave(std::uint32_t leaf) noexcept;
   void Enter(std::uint32_t leaf, State const& state);
@@ -133,7 +130,6 @@ class CORVANTA_API NChildIndex {
   std::uint32_t m_firstFree = kNone;
   std::uint64_t m_silentWrites;
   float m_conditionNumber = 1;  // the greatest of the children in the hierarchy
-  bool m_hasNegativeZeros = false;
 };
 
 }  // namespace corvanta::data::domain::scenegraph::detail

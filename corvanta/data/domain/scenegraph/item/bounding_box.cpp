@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <atomic>
+#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -143,15 +144,16 @@ struct NSceneGraphItemNode::BoxWalk {
     }
     Box3 all = box;
     all.ExtendBy(index->GetBox());
-    bool hasNegativeZeros = index->HasNegativeZeros() || NChildIndex::HasNegativeZero(box);
+    bool hasNegativeZero = HasNegativeZero(box);
     for (std::uint32_t const leaf : index->GetRecomputed()) {
       Box3 childBox;
       item.ExtendByChild(childBox, index->GetChild(leaf), accumulated, base);
-      hasNegativeZeros = hasNegativeZeros || NChildIndex::HasNegativeZero(childBox);
+      hasNegativeZero = hasNegativeZero || HasNegativeZero(childBox);
       all.ExtendBy(childBox);
     }
-    // Of two zeros the first of the list counts.
-    if (hasNegativeZeros && HasZero(all)) return false;
+    // Of two zeros the first of the list counts. A local matrix never moves by -0, so that the
+    // boxes in the hierarchy have none.
+    if (hasNegativeZero && HasZero(all)) return false;
     box = all;
     return true;
   }
@@ -159,6 +161,12 @@ struct NSceneGraphItemNode::BoxWalk {
   static bool HasZero(Box3 const& box) {
     return box.min.x == 0 || box.min.y == 0 || box.min.z == 0 || box.max.x == 0 || box.max.y == 0 ||
            box.max.z == 0;
+  }
+  static bool HasNegativeZero(Box3 const& box) {
+    for (float const value : {box.min.x, box.min.y, box.min.z, box.max.x, box.max.y, box.max.z}) {
+      if (value == 0 && std::signbit(value)) return true;
+    }
+    return false;
   }
 
   void EnterChild(boost::intrusive_ptr<NSceneGraphItemNode const> child) {
