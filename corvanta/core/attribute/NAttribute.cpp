@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "corvanta/core/attribute/NAttributeHost.h"
+#include "corvanta/core/detail/previous_value.h"
 
 namespace corvanta::core::attribute {
 
@@ -35,14 +36,18 @@ std::wstring NAttribute::GetString() const {
   return m_kind == variant::NVK_STRING ? *m_string : std::wstring();
 }
 
-void NAttribute::SetValue(NVariant const& value, bool notify) {
-  Store(NVariant(value));
-  if (notify) GetHost().AttributeChanged(*this);
+NVariant NAttribute::GetPreviousValue() const {
+  void const* const previous = core::detail::NPreviousValue::Find(this);
+  return previous == nullptr ? GetValue() : *static_cast<NVariant const*>(previous);
 }
 
+void NAttribute::SetValue(NVariant const& value, bool notify) { SetValue(NVariant(value), notify); }
+
 void NAttribute::SetValue(NVariant&& value, bool notify) {
-  Store(std::move(value));
-  if (notify) GetHost().AttributeChanged(*this);
+  value.ExchangeWith(m_kind, &m_long);
+  if (!notify) return;
+  core::detail::NPreviousValue const previous(this, &value);
+  NAttributeHost::AttributeChanged(*this, m_position);
 }
 
 bool NAttribute::Try(NVariant const& value, bool notify) {
@@ -53,28 +58,6 @@ bool NAttribute::Try(NVariant const& value, bool notify) {
   if (!isTaken) return false;
   SetValue(value, notify);
   return true;
-}
-
-void NAttribute::Store(NVariant&& value) noexcept {
-  if (m_kind == variant::NVK_STRING) delete m_string;
-  m_kind = value.GetKind();
-  switch (m_kind) {
-    case variant::NVK_DOUBLE:
-      m_double = value.GetDouble();
-      break;
-    case variant::NVK_LONG:
-      m_long = value.GetLong();
-      break;
-    case variant::NVK_BOOL:
-      m_bool = value.GetBool();
-      break;
-    case variant::NVK_STRING:
-      m_string = value.ReleaseText();
-      break;
-    default:
-      m_long = 0;
-      break;
-  }
 }
 
 }  // namespace corvanta::core::attribute

@@ -10,6 +10,7 @@
 #include "corvanta/data/domain/geometry/NGeometryDomain.h"
 #include "corvanta/data/domain/geometry/detail/NGeometryCache.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
+#include "corvanta/data/events/detail/NModelRecorder.h"
 
 namespace corvanta::data::domain::geometry {
 
@@ -80,6 +81,12 @@ bool NGeometryNode::RemoveSurface(NSurface& surface) {
 void NGeometryNode::OnSurfaceChange(NSurface const& surface, NGeometryChangeType type) const {
   auto const held = core::reference_countable::Hold(*this);
   DropCache();
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder != nullptr && type != NGCT_SURFACE_CHANGED) {
+    recorder->OnSurface(type == NGCT_SURFACE_ADDED, const_cast<NGeometryNode&>(*this),
+                        const_cast<NSurface&>(surface));
+  }
   try {
     NotifyObservers([&](NGeometryChangeListener& listener) {
       listener.OnGeometryChange(*this, surface, type);
@@ -107,6 +114,7 @@ void NGeometryNode::CopyTo(NGeometryNode& target) const {
     clones.back().first->AddOwnerNode(target);
   }
   auto const held = core::reference_countable::Hold(target);
+  core::detail::NChangeGroup const group(target.GetRecorder());
   CopyNodeTo(target);
   for (auto& [clone, entry] : clones) {
     target.Enter(*clone, std::move(entry));
