@@ -115,10 +115,11 @@ std::pair<double, double> CountDeliveries() {
 int main(int argc, char** argv) {
   bench::NRun const run(argc, argv);
   auto const time = [&run](char const* name) { return run.GetTime(name) / kWrites; };
-  bench::Report(
-      "a write in a transaction, and its undo", time("TransactionAndUndo"),
-      {{"the write alone", time("Alone")}, {"a map of old values by hand", time("MapByHand")}},
-      "at most 3 times the write alone");
+  // The undo writes as often as the transaction.
+  bench::Report("a write in a transaction or by its undo", time("TransactionAndUndo") / 2,
+                {{"the write alone", time("Alone")},
+                 {"with a map of old values by hand", time("MapByHand") / 2}},
+                "at most 3 times the write alone");
   auto const [called, changes] = CountDeliveries();
   bench::Report("calls of a listener for 10,000 other materials", called,
                 {{"changes that they tell of", changes}}, "one", bench::NUnit::kCount);

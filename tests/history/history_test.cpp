@@ -362,6 +362,42 @@ TEST_F(HistoryTest, TakesBackWhatListenersAnswerToAnUndo) {
   EXPECT_EQ(other->GetColorR(), 3.0);
 }
 
+TEST_F(HistoryTest, APathSaysWhyItLeadsNowhere) {
+  auto const root = Make();
+  auto child = Make();
+  root->AddChild(*child);
+  auto const shown = MakeTree(root);
+  NSceneGraphPath<NSceneGraphGroupNode> const path{
+      NNodeReference<NSceneGraphGroupNode const>(*child),
+      NNodeReference<NSceneGraphTreeNode const>(*shown)};
+  EXPECT_EQ(GetState(NSceneGraphPath<NSceneGraphGroupNode>()), core::node::NRS_NEVER_SET);
+  EXPECT_EQ(GetState(path), core::node::NRS_RESOLVED);
+  root->RemoveChild(*child);
+  EXPECT_EQ(GetState(path), core::node::NRS_NO_LONGER_BELOW);
+  items->RemoveNode(*child);
+  child.reset();
+  EXPECT_EQ(GetState(path), core::node::NRS_GONE);
+  EXPECT_TRUE(history.Undo() && history.Undo());
+  EXPECT_EQ(GetState(path), core::node::NRS_RESOLVED);
+}
+
+TEST_F(HistoryTest, WhatASetterDoesAtOnceIsOneSetAlsoWhileEventsAreDetached) {
+  auto const image = images->CreateNode();
+  auto const copy = images->CreateNode();
+  history.Clear();
+  events->Detach();
+  image->SetImageLocator(NUri::CreateFileUri(L"/a.png"));
+  image->SetName(L"a picture");
+  image->CopyTo(*copy);
+  events->Reattach();
+  EXPECT_EQ(history.GetUndoCount(), 3u);
+  EXPECT_TRUE(history.Undo());
+  EXPECT_TRUE(copy->GetImageLocator() == NLocator());
+  EXPECT_EQ(copy->GetName(), L"image (2)");
+  EXPECT_TRUE(history.Undo() && history.Undo());
+  EXPECT_TRUE(image->GetImageLocator() == NLocator());
+}
+
 TEST_F(HistoryTest, KeepsNothingWhileItIsToldSo) {
   light->SetColorR(0.5);
   history.SetIsKeeping(false);
