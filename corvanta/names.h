@@ -7,7 +7,9 @@
 namespace corvanta {
 
 // The document and its events.
+using core::domain::NDomainListener;
 using core::domain::NDomainManager;
+using core::name::NNameListener;
 using core::node::NNodeID;
 using core::node::NNodeReference;
 using data::document::NDocument;
@@ -15,6 +17,10 @@ using data::events::NEventListener;
 using data::events::NEventMultiplexer;
 using data::events::NForwardingListener;
 using data::events::NSignal;
+using data::history::NChangeSet;
+using data::history::NChangeSetListener;
+using data::history::NHistory;
+using data::history::NTransaction;
 
 // Nodes and domains.
 using data::domain::animation::NAnimationDomain;

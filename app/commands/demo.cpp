@@ -136,7 +136,6 @@ class Demo {
 
   void ShowEvents() {
     boost::intrusive_ptr<NEventPrinter> const printer(new NEventPrinter(std::cout, false));
-    printer->Remember(*m_shown);
     auto const before = GetBoundingBox(*m_model.tree).GetSize();
     m_document.GetEvents().AddObserver(*printer);
     printer->StartClock();

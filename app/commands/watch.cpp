@@ -96,7 +96,6 @@ class Watch {
   void Write(std::vector<NAssignment> const& assignments) {
     boost::intrusive_ptr<NEventPrinter> const printer(
         new NEventPrinter(std::cout, m_options.asJson));
-    for (NAssignment const& assignment : assignments) printer->Remember(*assignment.node);
     m_document.GetEvents().AddObserver(*printer);
     for (NAssignment const& assignment : assignments) {
       printer->StartClock();

@@ -1,6 +1,7 @@
 #include "app/watch/NEventPrinter.h"
 
 #include "app/output/text.h"
+#include "corvanta/core/attribute/NAttribute.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/domain/environment/NEnvironmentNode.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
@@ -82,12 +83,6 @@ NRecord Describe(data::events::NSignal const& signal) {
 
 NEventPrinter::~NEventPrinter() = default;
 
-void NEventPrinter::Remember(core::attribute::NAttributeHost const& host) {
-  for (auto at = host.GetAttributeBegin(); at != host.GetAttributeEnd(); ++at) {
-    m_values.insert_or_assign(&*at, at->GetValue());
-  }
-}
-
 void NEventPrinter::StartClock() { m_start = Clock::now(); }
 
 void NEventPrinter::Print(char const* kind, core::node::NNode const* subject,
@@ -121,13 +116,10 @@ void NEventPrinter::Print(char const* kind, core::node::NNode const* subject,
 
 void NEventPrinter::PrintAttributeChange(data::events::NSignal const& signal) {
   core::attribute::NAttribute const& attribute = *signal.attribute;
-  core::variant::NVariant const value = attribute.GetValue();
-  auto const known = m_values.find(&attribute);
-  NRecord const old = known == m_values.end() ? NRecord() : DescribeValue(known->second);
-  Print(
-      signal.name, signal.node,
-      {{"attribute", ToNarrow(attribute.GetName())}, {"old", old}, {"new", DescribeValue(value)}});
-  if (known != m_values.end()) known->second = value;
+  Print(signal.name, signal.node,
+        {{"attribute", ToNarrow(attribute.GetName())},
+         {"old", DescribeValue(attribute.GetPreviousValue())},
+         {"new", DescribeValue(attribute.GetValue())}});
 }
 
 void NEventPrinter::OnSignal(data::events::NSignal const& signal) {

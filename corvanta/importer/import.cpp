@@ -4,11 +4,14 @@
 #include <chrono>
 #include <filesystem>
 #include <iterator>
+#include <optional>
 #include <set>
 
 #include "corvanta/core/domain/NDomainBase.h"
 #include "corvanta/core/text/convert.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
+#include "corvanta/data/events/attribute_change/NMultiplexer.h"
+#include "corvanta/data/history/NTransaction.h"
 #include "corvanta/importer/NHierarchy.h"
 #include "corvanta/importer/NImportTarget.h"
 #include "corvanta/importer/NMaterials.h"
@@ -46,6 +49,11 @@ NImportedModel ImportModel(data::document::NDocument& document, std::string cons
   auto const isRead = Clock::now();
 
   NImportTarget target(document);
+  // One step of the host's history, if it has one.
+  std::optional<data::history::NTransaction> transaction;
+  if (document.GetEvents().GetAttributeChangeEventMultiplexer().GetRecorder() != nullptr) {
+    transaction.emplace(document);
+  }
   NVertexColors const colors(scene);
   NPictures pictures(target, scene, colors, path.parent_path());
   NMaterials materials(target, scene, pictures);
@@ -84,6 +92,7 @@ NImportedModel ImportModel(data::document::NDocument& document, std::string cons
   result.readMilliseconds = Milliseconds(start, isRead);
   target.Keep();
   result.buildMilliseconds = Milliseconds(isRead, isBuilt);
+  if (transaction) transaction->Commit(core::text::ToWide(path.filename().string()));
   return result;
 }
 

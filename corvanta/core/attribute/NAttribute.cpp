@@ -5,6 +5,7 @@
 
 #include "corvanta/core/attribute/NAttributeHost.h"
 #include "corvanta/core/attribute/detail/silent_writes.h"
+#include "corvanta/core/detail/previous_value.h"
 
 namespace corvanta::core::attribute {
 
@@ -53,16 +54,23 @@ std::wstring NAttribute::GetString() const {
   return m_kind == variant::NVK_STRING ? *m_string : std::wstring();
 }
 
+NVariant NAttribute::GetPreviousValue() const {
+  void const* const previous = core::detail::NPreviousValue::Find(this);
+  return previous == nullptr ? GetValue() : *static_cast<NVariant const*>(previous);
+}
+
 void NAttribute::SetValue(NVariant const& value, bool notify) { SetValue(NVariant(value), notify); }
 
 void NAttribute::SetValue(NVariant&& value, bool notify) {
   bool const isFirst = m_kind == variant::NVK_NONE && m_long == 0;
-  Store(std::move(value));
-  if (notify) {
-    GetHost().AttributeChanged(*this);
-  } else if (!isFirst) {
-    NoteSilentWrite(m_name);
+  value.ExchangeWith(m_kind, &m_long);
+  if (m_kind == variant::NVK_NONE) m_long = 1;  // 0 only before the first value
+  if (!notify) {
+    if (!isFirst) NoteSilentWrite(m_name);
+    return;
   }
+  core::detail::NPreviousValue const previous(this, &value);
+  NAttributeHost::AttributeChanged(*this, m_position);
 }
 
 bool NAttribute::Try(NVariant const& value, bool notify) {
@@ -73,28 +81,6 @@ bool NAttribute::Try(NVariant const& value, bool notify) {
   if (!isTaken) return false;
   SetValue(value, notify);
   return true;
-}
-
-void NAttribute::Store(NVariant&& value) noexcept {
-  if (m_kind == variant::NVK_STRING) delete m_string;
-  m_kind = value.GetKind();
-  switch (m_kind) {
-    case variant::NVK_DOUBLE:
-      m_double = value.GetDouble();
-      break;
-    case variant::NVK_LONG:
-      m_long = value.GetLong();
-      break;
-    case variant::NVK_BOOL:
-      m_bool = value.GetBool();
-      break;
-    case variant::NVK_STRING:
-      m_string = value.ReleaseText();
-      break;
-    default:
-      m_long = 1;  // 0 only before the first value
-      break;
-  }
 }
 
 }  // namespace corvanta::core::attribute

@@ -22,15 +22,22 @@ class CORVANTA_API NAttribute {
 
   std::wstring const& GetName() const noexcept { return detail::GetNameText(m_name); }
   variant::NVariant GetValue() const;
+  /// While listeners are notified of a write: the value before it. Of nested writes of one
+  /// attribute each has its own, and the innermost that runs on this thread answers.
+  /// Fails: the value itself outside of every event of this attribute.
+  variant::NVariant GetPreviousValue() const;
   variant::NVariantKind GetKind() const noexcept { return m_kind; }
   /// Whether a writer should save the attribute; it does nothing else.
   bool GetFlag() const noexcept { return m_flag; }
+  /// A mark of whoever records the changes of the host: whether it has this one's.
+  bool IsRecorded() const noexcept { return m_isRecorded; }
+  void SetIsRecorded(bool isRecorded) const noexcept { m_isRecorded = isRecorded; }
   NAttributeHost& GetHost() const noexcept;
 
   /// Stores `value`, whatever its kind.
   /// Raises: with `notify`, the host's OnAttributeChangeImpl; the value is in place.
   void SetValue(variant::NVariant const& value, bool notify);
-  /// The same, but takes the text over.
+  /// The same, but takes the text over; `value` holds what the attribute held before.
   /// Cost: no memory.
   void SetValue(variant::NVariant&& value, bool notify);
   /// Like SetValue, but only for a value of the kind that the attribute holds; where that is a
@@ -84,10 +91,13 @@ class CORVANTA_API NAttribute {
   friend class NAttributeHost;
 
   NAttribute(detail::NNameIndex name, bool flag, std::uint16_t position) noexcept
-      : m_long(0), m_name(name), m_position(position), m_kind(variant::NVK_NONE), m_flag(flag) {}
+      : m_long(0),
+        m_name(name),
+        m_position(position),
+        m_kind(variant::NVK_NONE),
+        m_flag(flag),
+        m_isRecorded(false) {}
   ~NAttribute();
-
-  void Store(variant::NVariant&& value) noexcept;
 
   union {
     double m_double;
@@ -98,7 +108,8 @@ class CORVANTA_API NAttribute {
   detail::NNameIndex m_name;
   std::uint16_t m_position;  // in the chunk of the host's storage
   variant::NVariantKind m_kind;
-  bool m_flag;
+  bool m_flag : 1;
+  mutable bool m_isRecorded : 1;
 };
 
 static_assert(sizeof(NAttribute) == 16);

@@ -125,10 +125,11 @@ void NAttributeHost::CopyAttributesTo(NAttributeHost& target) const {
   NAttributeValues(*this).MoveTo(target);
 }
 
-void NAttributeHost::AttributeChanged(NAttribute const& attribute) {
+void NAttributeHost::AttributeChanged(NAttribute const& attribute, std::uint16_t position) {
+  NAttributeHost& host = HostOf(attribute, position);
   // A handler may drop the last reference of the host.
-  auto const held = reference_countable::Hold(*this);
-  OnAttributeChangeImpl(attribute);
+  auto const held = reference_countable::Hold(host);
+  host.OnAttributeChangeImpl(attribute);
 }
 
 void NAttributeHost::OnAttributeChangeImpl(NAttribute const&) {}

@@ -97,7 +97,7 @@ class CORVANTA_API NAttributeHost
   static NAttributeHost& HostOf(NAttribute const& attribute, std::uint16_t position) noexcept;
   static NAttribute* At(Chunk* chunk, std::uint16_t position) noexcept;
   static void Advance(Chunk*& chunk, std::uint16_t& position) noexcept;
-  void AttributeChanged(NAttribute const& attribute);
+  static void AttributeChanged(NAttribute const& attribute, std::uint16_t position);
   Chunk* FirstFilled() const noexcept;
   Chunk* AddChunk(std::size_t capacity);
 

@@ -1,8 +1,9 @@
 #include "corvanta/core/domain/NDomainBase.h"
 
-#include <limits>
-
+#include "corvanta/core/detail/NChangeRecorder.h"
+#include "corvanta/core/domain/NDomainListener.h"
 #include "corvanta/core/domain/NDomainManager.h"
+#include "corvanta/core/reference_countable/hold.h"
 
 namespace corvanta::core::domain {
 
@@ -22,13 +23,23 @@ NDomainManager const* NDomainBase::GetManager() const noexcept {
   return m_manager ? m_manager->owner : nullptr;
 }
 
-bool NDomainBase::AddNode(NNode& node) {
-  return Enter(node, std::numeric_limits<unsigned int>::max());
+bool NDomainBase::AddNode(NNode& node) { return Enter(node, nullptr); }
+
+bool NDomainBase::AddNode(NNode& node, unsigned int position) {
+  NNode* before = nullptr;
+  if (position < m_nodeCount) {
+    before = m_first;
+    while (position-- != 0) before = before->m_next;
+  }
+  return Enter(node, before);
 }
 
-bool NDomainBase::AddNode(NNode& node, unsigned int position) { return Enter(node, position); }
+bool NDomainBase::AddNodeBefore(NNode& node, NNode* next) {
+  bool const isHere = next == nullptr || (next->m_isInDomain && next->GetDomain() == this);
+  return isHere && Enter(node, next);
+}
 
-bool NDomainBase::Enter(NNode& node, unsigned int position) {
+bool NDomainBase::Enter(NNode& node, NNode* before) {
   NDomainBase const* const domain = node.GetDomain();
   if (node.m_isInDomain || (domain != nullptr && domain != this)) return false;
   if (m_ids.Find(node.m_id) != nullptr) return false;
@@ -45,16 +56,21 @@ bool NDomainBase::Enter(NNode& node, unsigned int position) {
     m_ids.Remove(node);
     return false;
   }
-  NNode* before = nullptr;
-  if (position < m_nodeCount) {
-    before = m_first;
-    while (position-- != 0) before = before->m_next;
-  }
   Link(node, before);
   node.m_isInDomain = true;
   node.m_isSealed = false;
   node.m_domain = m_link;
+  if (m_recorder != nullptr || !m_listeners.IsEmpty()) SignalAdded(node);
   return true;
+}
+
+void NDomainBase::SignalAdded(NNode& node) {
+  auto const held = reference_countable::Hold(*this);
+  boost::intrusive_ptr<NNode> const heldNode(&node);
+  core::detail::NChangeScope const change(m_recorder);
+  if (m_recorder != nullptr) m_recorder->OnAddNode(*this, node, node.m_next);
+  m_listeners.Deliver<NDomainListener>(
+      [&](NDomainListener& listener) { listener.SignalNodeAdded(*this, node); });
 }
 
 void NDomainBase::Link(NNode& node, NNode* before) noexcept {
@@ -82,8 +98,28 @@ bool NDomainBase::RemoveNode(NNode& node) {
   RemoveFromNamespace(node);
   node.m_isInDomain = false;
   node.m_domain.reset();
-  Unlink(node);  // which may end the node, and with it whatever it held
+  NNode* const next = node.m_next;
+  // Its end may end the node, and with it whatever that held.
+  boost::intrusive_ptr<NNode> const removed = Unlink(node);
+  if (m_recorder != nullptr || !m_listeners.IsEmpty()) SignalRemoved(node, next);
   return true;
+}
+
+void NDomainBase::SignalRemoved(NNode& node, NNode* next) {
+  auto const held = reference_countable::Hold(*this);
+  boost::intrusive_ptr<NNode> const heldNext(next);
+  core::detail::NChangeScope const change(m_recorder);
+  if (m_recorder != nullptr) m_recorder->OnRemoveNode(*this, node, next);
+  m_listeners.Deliver<NDomainListener>(
+      [&](NDomainListener& listener) { listener.SignalNodeRemoved(*this, node, next); });
+}
+
+bool NDomainBase::AddDomainListener(NDomainListener& listener) {
+  return m_listeners.AddObserver(listener, &listener);
+}
+
+bool NDomainBase::RemoveDomainListener(NDomainListener& listener) noexcept {
+  return m_listeners.RemoveObserver(listener);
 }
 
 boost::intrusive_ptr<NNode> NDomainBase::QueryNode(node::NNodeID const& id) const {
@@ -102,4 +138,12 @@ void NDomainBase::ReleaseNodes() noexcept {
   while (m_first != nullptr) Unlink(*m_first);
 }
 
+NDomainListener::~NDomainListener() = default;
+
 }  // namespace corvanta::core::domain
+
+namespace corvanta::core::detail {
+
+NChangeRecorder::~NChangeRecorder() = default;
+
+}  // namespace corvanta::core::detail

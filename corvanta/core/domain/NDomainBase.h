@@ -10,9 +10,16 @@
 #include "corvanta/core/domain/fwd.h"
 #include "corvanta/core/name/NNamedObject.h"
 #include "corvanta/core/node/NNode.h"
+#include "corvanta/core/observer/detail/NObservableImpl.h"
 #include "corvanta/export.h"
 
+namespace corvanta::core::detail {
+class NChangeRecorder;
+}
+
 namespace corvanta::core::domain {
+
+class NDomainListener;
 
 /// A named container that owns nodes, in an order, each under an id of its own.
 class CORVANTA_API NDomainBase : public name::NNamedObject {
@@ -51,18 +58,32 @@ class CORVANTA_API NDomainBase : public name::NNamedObject {
   NDomainManager const* GetManager() const noexcept;
 
   /// Takes `node` in, at the end. A name that is taken gets a number behind it: "light (2)".
+  /// Raises: SignalNodeAdded.
   /// Fails: false, and no change, for an id that is there, for a node that is in this domain or
   /// belongs to another one, for a node of another kind, and for one that is in a namespace.
   bool AddNode(node::NNode& node);
   /// The same, before the node now at `position` in the domain's order; beyond the end it appends.
   /// Cost: linear in the position.
   bool AddNode(node::NNode& node, unsigned int position);
+  /// The same, before `next` in the domain's order; null appends.
+  /// Fails: false also if `next` isn't here.
+  bool AddNodeBefore(node::NNode& node, node::NNode* next);
   /// Gives `node` up, which ends when the last strong reference goes.
+  /// Raises: SignalNodeRemoved.
   /// Fails: false for a node that isn't here or is sealed.
   bool RemoveNode(node::NNode& node);
   /// Fails: null if no node has that id.
   boost::intrusive_ptr<node::NNode> QueryNode(node::NNodeID const& id) const;
   std::size_t GetNodeCount() const noexcept { return m_nodeCount; }
+
+  /// A listener whose count is 0 receives nothing until somebody holds it by
+  /// `boost::intrusive_ptr`.
+  /// Fails: false if `listener` is registered already.
+  bool AddDomainListener(NDomainListener& listener);
+  /// Fails: false if `listener` isn't registered.
+  bool RemoveDomainListener(NDomainListener& listener) noexcept;
+  /// Who is notified before all listeners; null for nobody. Isn't owned.
+  void SetRecorder(core::detail::NChangeRecorder* recorder) noexcept { m_recorder = recorder; }
 
   NodeIterator GetNodeBegin() const noexcept { return NodeIterator(m_first); }
   NodeIterator GetNodeEnd() const noexcept { return NodeIterator(); }
@@ -96,8 +117,10 @@ class CORVANTA_API NDomainBase : public name::NNamedObject {
   virtual bool AddToNamespace(node::NNode& node) = 0;
   virtual bool RemoveFromNamespace(node::NNode& node) = 0;
 
-  bool Enter(node::NNode& node, unsigned int position);
+  bool Enter(node::NNode& node, node::NNode* before);
   void Link(node::NNode& node, node::NNode* before) noexcept;
+  void SignalAdded(node::NNode& node);
+  void SignalRemoved(node::NNode& node, node::NNode* next);
   boost::intrusive_ptr<node::NNode> Unlink(node::NNode& node) noexcept;
 
   detail::NLinkPointer<NDomainManager const> m_manager;
@@ -107,6 +130,8 @@ class CORVANTA_API NDomainBase : public name::NNamedObject {
   std::size_t m_nodeCount = 0;
   core::detail::NIntrusiveTable<node::NNode, Traits> m_ids;
   bool m_isReadOnly = false;
+  core::detail::NChangeRecorder* m_recorder = nullptr;
+  observer::detail::NObservableImpl m_listeners;
 };
 
 }  // namespace corvanta::core::domain

@@ -14,6 +14,9 @@ class CORVANTA_API NNamedObject
     : public virtual reference_countable::NReferenceCountableWithWeakReference {
  public:
   std::wstring const& GetName() const noexcept { return m_name; }
+  /// While listeners are notified of a SetName: the name before it, good as long. Outside of every
+  /// such event the name itself.
+  std::wstring const& GetPreviousName() const noexcept;
   /// Gives the object `name`. Where its namespace is strict and the name is another object's, it
   /// gets the name with a number behind it, "light (2)", or keeps such a name if it has one.
   /// Raises: SetName on the namespace's name listeners, always.

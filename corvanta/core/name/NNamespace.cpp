@@ -8,6 +8,8 @@
 
 #include <boost/intrusive_ptr.hpp>
 
+#include "corvanta/core/detail/NChangeRecorder.h"
+#include "corvanta/core/detail/previous_value.h"
 #include "corvanta/core/name/NNameListener.h"
 #include "corvanta/core/name/NNamedObject.h"
 #include "corvanta/core/name/NStrictNamespace.h"
@@ -118,12 +120,20 @@ void NNamespace::Rename(NNamedObject& object, std::wstring const& name) {
   auto const heldObject = reference_countable::Hold(object);
   bool const isFree = !AreNamesUniqueImpl() || QueryNamedObject(name) == nullptr;
   bool const isKept = name == object.m_name || (!isFree && IsNumbered(object.m_name, name));
-  if (!isKept) {
-    std::wstring given = isFree ? name : MakeNumberedName(name);
-    m_objects.Remove(object);
-    object.m_name = std::move(given);
-    m_objects.Insert(object);
-  }
+  if (isKept) return SignalSetName(object, nullptr);
+  std::wstring given = isFree ? name : MakeNumberedName(name);
+  m_objects.Remove(object);
+  object.m_name.swap(given);
+  m_objects.Insert(object);
+  SignalSetName(object, &given);
+}
+
+/// `previous` is null for an object that keeps its name, which takes no memory.
+void NNamespace::SignalSetName(NNamedObject& object, std::wstring const* previous) {
+  std::wstring const* const listed = previous ? previous : &object.m_name;
+  core::detail::NPreviousValue const entry(&object.m_name, listed);
+  core::detail::NChangeScope const change(m_recorder);
+  if (m_recorder != nullptr && previous != nullptr) m_recorder->OnSetName(object, *previous);
   m_listeners.Deliver<NNameListener>(
       [&](NNameListener& listener) { listener.SignalSetName(*this, object); });
 }
@@ -134,6 +144,11 @@ bool NNamespace::AddNameListener(NNameListener& listener) {
 
 bool NNamespace::RemoveNameListener(NNameListener& listener) {
   return m_listeners.RemoveObserver(listener);
+}
+
+std::wstring const& NNamedObject::GetPreviousName() const noexcept {
+  void const* const previous = core::detail::NPreviousValue::Find(&m_name);
+  return previous == nullptr ? m_name : *static_cast<std::wstring const*>(previous);
 }
 
 NNamedObject::~NNamedObject() {

@@ -10,6 +10,10 @@
 #include "corvanta/core/observer/detail/NObservableImpl.h"
 #include "corvanta/export.h"
 
+namespace corvanta::core::detail {
+class NChangeRecorder;
+}
+
 namespace corvanta::core::name {
 
 /// A set of named objects, which it doesn't own, with listeners of their names.
@@ -46,6 +50,8 @@ class CORVANTA_API NNamespace
   bool AddNameListener(NNameListener& listener);
   /// Fails: false if `listener` isn't registered.
   bool RemoveNameListener(NNameListener& listener);
+  /// Who is notified before all listeners; null for nobody. Isn't owned.
+  void SetRecorder(core::detail::NChangeRecorder* recorder) noexcept { m_recorder = recorder; }
 
  protected:
   NNamespace() = default;
@@ -72,10 +78,12 @@ class CORVANTA_API NNamespace
   unsigned long& LastNumberOf(std::wstring const& name);
   std::wstring MakeNumberedName(std::wstring const& name);
   void Rename(NNamedObject& object, std::wstring const& name);
+  void SignalSetName(NNamedObject& object, std::wstring const* previous);
 
   core::detail::NIntrusiveTable<NNamedObject, Traits> m_objects;
   std::unordered_map<std::wstring, unsigned long> m_lastNumbers;
   observer::detail::NObservableImpl m_listeners;
+  core::detail::NChangeRecorder* m_recorder = nullptr;
 };
 
 }  // namespace corvanta::core::name

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <string>
 
 #include "corvanta/core/attribute/NAttributeHost.h"
@@ -22,12 +23,29 @@ class CORVANTA_API NNode : public name::NNamedObject, public attribute::NAttribu
   /// Fails: null without a domain, and when the manager has gone.
   domain::NDomainManager const* GetDomainManager() const noexcept;
 
+  /// Keepers are those of its holders that keep it to bring it back. A node that has left its
+  /// domain, and that nobody else holds, counts as gone: references to it read as null.
+  void AddKeeper() const noexcept { CountKeepers(1); }
+  void RemoveKeeper() const noexcept { CountKeepers(-1); }
+  bool IsHeldByKeepersAlone() const noexcept {
+    return GetReferenceCount() <= m_keeperCount.load(std::memory_order_relaxed);
+  }
+
  protected:
   NNode(NNodeID const& id, domain::NDomainBase* domain, std::wstring const& name);
   ~NNode() override;
 
  private:
   friend class domain::NDomainBase;
+
+  void CountKeepers(int step) const noexcept {
+    if (reference_countable::detail::IsSingleThreaded()) {
+      m_keeperCount.store(m_keeperCount.load(std::memory_order_relaxed) + step,
+                          std::memory_order_relaxed);
+    } else {
+      m_keeperCount.fetch_add(step, std::memory_order_relaxed);
+    }
+  }
 
   NNodeID const m_id;
   domain::detail::NLinkPointer<domain::NDomainBase> m_domain;
@@ -37,6 +55,7 @@ class CORVANTA_API NNode : public name::NNamedObject, public attribute::NAttribu
   NNode* m_next = nullptr;
   bool m_isInDomain = false;
   bool m_isSealed = false;  // by the domain's read-only flag
+  mutable std::atomic<int> m_keeperCount{0};
 };
 
 }  // namespace corvanta::core::node

@@ -35,6 +35,13 @@ class NNodeReference : public detail::NNodeReferenceImpl {
     return Cast(node.get());
   }
   operator boost::intrusive_ptr<T>() const noexcept { return Get(); }
+  /// Why Get gives null, if it does.
+  NReferenceState GetState() const noexcept {
+    if (!*this) return NRS_NEVER_SET;
+    auto const node = GetNode();
+    if (!node) return NRS_GONE;
+    return Cast(node.get()) == nullptr ? NRS_OTHER_CLASS : NRS_RESOLVED;
+  }
 
   bool operator==(NNodeReference const& other) const noexcept { return Equals(other); }
   /// Without it a reference to `T` and one to `T const` would each turn into the other.

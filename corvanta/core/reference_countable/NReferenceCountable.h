@@ -42,6 +42,8 @@ class CORVANTA_API NReferenceCountable {
     return false;
   }
 
+  /// How many references there are; below 0 in the destructor.
+  int GetReferenceCount() const noexcept { return m_count.load(std::memory_order_relaxed); }
   /// Whether whoever asks holds the only reference.
   bool IsHeldOnce() const noexcept { return m_count.load(std::memory_order_relaxed) == 1; }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <boost/intrusive_ptr.hpp>
 #include <cstdint>
 
@@ -24,12 +25,20 @@ class CORVANTA_API NWeakReferenceImpl final : public NReferenceCountable {
 
   std::uint64_t GetSerial() const noexcept { return m_serial; }
 
+  /// Whether the object was removed from where it belongs and may be brought back. It is alive, but
+  /// a reference to it asks whether anybody but its keepers holds it: see node::NNode.
+  bool IsWithdrawn() const noexcept { return m_isWithdrawn.load(std::memory_order_relaxed); }
+  void SetIsWithdrawn(bool isWithdrawn) const noexcept {
+    m_isWithdrawn.store(isWithdrawn, std::memory_order_relaxed);
+  }
+
  private:
   friend class NReferenceCountableWithWeakReference;
 
   explicit NWeakReferenceImpl(NReferenceCountableWithWeakReference* object) noexcept;
   ~NWeakReferenceImpl() override;
 
+  mutable std::atomic<bool> m_isWithdrawn{false};
   NReferenceCountableWithWeakReference* m_object;
   std::uint64_t const m_serial;
 };

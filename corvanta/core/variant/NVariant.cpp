@@ -20,61 +20,7 @@ NVariant::NVariant(std::wstring value)
 
 NVariant::NVariant(wchar_t const* value) : NVariant(std::wstring(value == nullptr ? L"" : value)) {}
 
-NVariant::NVariant(NVariant const& other) : m_long(0), m_kind(NVK_NONE) {
-  switch (other.m_kind) {
-    case NVK_NONE:
-      break;
-    case NVK_DOUBLE:
-      m_double = other.m_double;
-      break;
-    case NVK_LONG:
-      m_long = other.m_long;
-      break;
-    case NVK_BOOL:
-      m_bool = other.m_bool;
-      break;
-    case NVK_STRING:
-      m_string = new std::wstring(*other.m_string);
-      break;
-  }
-  m_kind = other.m_kind;
-}
-
-NVariant::NVariant(NVariant&& other) noexcept { Steal(other); }
-
-NVariant& NVariant::operator=(NVariant const& other) {
-  if (this != &other) *this = NVariant(other);
-  return *this;
-}
-
-NVariant& NVariant::operator=(NVariant&& other) noexcept {
-  if (this != &other) {
-    if (m_kind == NVK_STRING) delete m_string;
-    Steal(other);
-  }
-  return *this;
-}
-
-void NVariant::Steal(NVariant& other) noexcept {
-  switch (other.m_kind) {
-    case NVK_NONE:
-      m_long = 0;
-      break;
-    case NVK_DOUBLE:
-      m_double = other.m_double;
-      break;
-    case NVK_LONG:
-      m_long = other.m_long;
-      break;
-    case NVK_BOOL:
-      m_bool = other.m_bool;
-      break;
-    case NVK_STRING:
-      m_string = other.m_string;
-      break;
-  }
-  m_kind = std::exchange(other.m_kind, NVK_NONE);
-}
+std::wstring* NVariant::Copy(std::wstring const& text) { return new std::wstring(text); }
 
 std::wstring NVariant::GetString() const {
   return m_kind == NVK_STRING ? *m_string : std::wstring();

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <concepts>
+#include <cstring>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 #include "corvanta/export.h"
 
@@ -20,7 +22,7 @@ class CORVANTA_API NVariant {
  public:
   NVariant() noexcept : m_long(0), m_kind(NVK_NONE) {}
   NVariant(double value) noexcept : m_double(value), m_kind(NVK_DOUBLE) {}
-  NVariant(bool value) noexcept : m_bool(value), m_kind(NVK_BOOL) {}
+  NVariant(bool value) noexcept : m_long(0), m_kind(NVK_BOOL) { m_bool = value; }
   /// Integers and enumerations are held as `long`.
   template <class T>
   requires((std::integral<T> && !std::same_as<T, bool>) || std::is_enum_v<T>) NVariant(T value)
@@ -31,10 +33,29 @@ class CORVANTA_API NVariant {
   template <class T>
   NVariant(T const*) = delete;
 
-  NVariant(NVariant const& other);
-  NVariant(NVariant&& other) noexcept;
-  NVariant& operator=(NVariant const& other);
-  NVariant& operator=(NVariant&& other) noexcept;
+  NVariant(NVariant const& other) : m_kind(other.m_kind) {
+    if (m_kind == NVK_STRING) {
+      m_string = Copy(*other.m_string);
+    } else {
+      std::memcpy(&m_long, &other.m_long, sizeof m_long);
+    }
+  }
+  /// The other one holds nothing then.
+  NVariant(NVariant&& other) noexcept : m_kind(std::exchange(other.m_kind, NVK_NONE)) {
+    std::memcpy(&m_long, &other.m_long, sizeof m_long);
+  }
+  NVariant& operator=(NVariant const& other) {
+    if (this != &other) *this = NVariant(other);
+    return *this;
+  }
+  NVariant& operator=(NVariant&& other) noexcept {
+    if (this != &other) {
+      if (m_kind == NVK_STRING) delete m_string;
+      m_kind = std::exchange(other.m_kind, NVK_NONE);
+      std::memcpy(&m_long, &other.m_long, sizeof m_long);
+    }
+    return *this;
+  }
   ~NVariant() {
     if (m_kind == NVK_STRING) delete m_string;
   }
@@ -78,11 +99,16 @@ class CORVANTA_API NVariant {
   }
   std::wstring GetString() const;
 
-  /// Gives up the text that it holds, for the caller to delete; it holds nothing then.
-  /// Requires: a text.
-  std::wstring* ReleaseText() noexcept {
-    m_kind = NVK_NONE;
-    return m_string;
+  /// Exchanges what it holds with what an owner holds in the same way: a kind, and its value or the
+  /// pointer to its text in eight bytes.
+  /// Requires: that the owner deletes a text that it holds.
+  void ExchangeWith(NVariantKind& kind, void* value) noexcept {
+    static_assert(sizeof m_long == 8 && sizeof m_double == 8 && sizeof m_string == 8);
+    long given;
+    std::memcpy(&given, &m_long, sizeof given);
+    std::memcpy(&m_long, value, sizeof m_long);
+    std::memcpy(value, &given, sizeof given);
+    std::swap(kind, m_kind);
   }
 
   /// The long nearest to `value` on the way to 0; saturates, and gives 0 for NaN.
@@ -92,7 +118,7 @@ class CORVANTA_API NVariant {
   bool operator==(NVariant const& other) const noexcept;
 
  private:
-  void Steal(NVariant& other) noexcept;
+  static std::wstring* Copy(std::wstring const& text);
 
   union {
     double m_double;

@@ -2,6 +2,7 @@
 
 #include "corvanta/core/name/NNamespace.h"
 #include "corvanta/data/events/attribute_change/NMultiplexer.h"
+#include "corvanta/data/events/detail/NModelRecorder.h"
 #include "corvanta/data/events/environment/NMultiplexer.h"
 #include "corvanta/data/events/environment_map_change/NMultiplexer.h"
 #include "corvanta/data/events/geometry_change/NMultiplexer.h"
@@ -58,7 +59,10 @@ NDocument::NDocument()
       m_sounds(Make<domain::sound::NSoundDomain>()),
       m_movies(Make<domain::movie::NMovieDomain>()) {}
 
-NDocument::~NDocument() { internal::Uninitialize(m_manager); }
+NDocument::~NDocument() {
+  if (m_recorder) m_recorder->OnDocumentEnd();
+  internal::Uninitialize(m_manager);
+}
 
 void NDocument::Keep(std::shared_ptr<void const> object) { m_kept.push_back(std::move(object)); }
 

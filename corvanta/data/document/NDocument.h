@@ -25,6 +25,13 @@
 #include "corvanta/data/events/NEventMultiplexer.h"
 #include "corvanta/export.h"
 
+namespace corvanta::data::events::detail {
+class NModelRecorder;
+}
+namespace corvanta::data::history::detail {
+class NRecorder;
+}
+
 namespace corvanta::data::document {
 
 /// The nodes of a scene in one object: a domain manager, an event system, and a domain of each of
@@ -81,10 +88,14 @@ class CORVANTA_API NDocument {
   void Keep(std::shared_ptr<void const> object);
 
  private:
+  friend class history::detail::NRecorder;
+
   template <class Domain, class... Multiplexers>
   boost::intrusive_ptr<Domain> Make(Multiplexers&... multiplexers);
 
   std::vector<std::shared_ptr<void const>> m_kept;  // beyond the nodes
+  // Made when somebody asks for the changes as data.
+  boost::intrusive_ptr<events::detail::NModelRecorder> m_recorder;
   core::domain::NDomainManager m_manager;
   boost::intrusive_ptr<events::NEventMultiplexer> const m_events;
   Domains m_domains;

@@ -3,6 +3,7 @@
 #include "corvanta/core/attribute/NAttributeValues.h"
 #include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/data/events/attribute_change/NMultiplexer.h"
+#include "corvanta/data/events/detail/NModelRecorder.h"
 
 namespace corvanta::data::domain {
 
@@ -20,8 +21,20 @@ void NNode::CopyNodeTo(NNode& target) const {
   values.MoveTo(target);
 }
 
+events::detail::NModelRecorder* NNode::GetRecorder() const noexcept {
+  return m_multiplexer ? m_multiplexer->GetRecorder() : nullptr;
+}
+
 void NNode::OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) {
-  if (m_multiplexer) m_multiplexer->OnAttributeChange(*this, attribute);
+  if (!m_multiplexer) return;
+  auto* const recorder = m_multiplexer->GetRecorder();
+  if (recorder == nullptr) [[likely]] {
+    m_multiplexer->OnAttributeChange(*this, attribute);
+  } else {
+    core::detail::NChangeScope const change(recorder);
+    recorder->OnAttribute(*this, attribute);
+    m_multiplexer->OnAttributeChange(*this, attribute);
+  }
 }
 
 }  // namespace corvanta::data::domain

@@ -13,6 +13,9 @@
 namespace corvanta::data::events::attribute_change {
 class NMultiplexer;
 }
+namespace corvanta::data::events::detail {
+class NModelRecorder;
+}
 
 namespace corvanta::data::domain {
 
@@ -31,6 +34,9 @@ class CORVANTA_API NNode : public core::node::NNode {
   void SetResource(boost::shared_ptr<core::resource::NResource> const& resource) {
     m_resource = resource;
   }
+
+  /// Whoever records this node's changes: that of its attribute multiplexer. Null without one.
+  events::detail::NModelRecorder* GetRecorder() const noexcept;
 
  protected:
   NNode(core::node::NNodeID const& id, core::domain::NDomainBase* domain,

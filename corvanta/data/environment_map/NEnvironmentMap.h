@@ -24,12 +24,16 @@ class CORVANTA_API NEnvironmentMap
   ~NEnvironmentMap() override;
 
   NEnvironmentMapImageType GetImageType() const;
+  /// While listeners are notified of another type: that from before. Outside the type itself.
+  NEnvironmentMapImageType GetPreviousImageType() const noexcept;
   /// Raises: SignalImageTypeChange, also for the same type.
   void SetImageType(NEnvironmentMapImageType type);
 
   /// Fails: null while none is set, and when the image node has gone.
   boost::intrusive_ptr<domain::image::NImageNode> GetImage() const;
   core::node::NNodeReference<domain::image::NImageNode> const& GetImageRef() const;
+  /// While listeners are notified of another image: that from before. Outside the image itself.
+  core::node::NNodeReference<domain::image::NImageNode> const& GetPreviousImageRef() const noexcept;
   /// Raises: SignalImageChange, also for the same image.
   void SetImage(core::node::NNodeReference<domain::image::NImageNode> const& image);
 

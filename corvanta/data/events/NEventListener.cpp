@@ -3,6 +3,7 @@
 #include "corvanta/data/events/NEventListener.h"
 
 #include "corvanta/data/events/attribute_change/NListener.h"
+#include "corvanta/data/events/detail/NModelRecorder.h"
 #include "corvanta/data/events/environment/NListener.h"
 #include "corvanta/data/events/environment_map_change/NListener.h"
 #include "corvanta/data/events/geometry_change/NMultiplexer.h"
@@ -20,6 +21,8 @@ namespace corvanta::data::events {
 NEventListener::NEventListener() noexcept = default;
 NEventListener::NEventListener(NEventListener const& other) noexcept = default;
 NEventListener::~NEventListener() = default;
+
+detail::NModelRecorder::~NModelRecorder() = default;
 
 }  // namespace corvanta::data::events
 

@@ -13,6 +13,7 @@
 #include "corvanta/data/domain/animation/NAnimationTarget.h"
 #include "corvanta/data/domain/animation/NNodeAnimationTarget.h"
 #include "corvanta/data/domain/domain_types.h"
+#include "corvanta/data/events/detail/NModelRecorder.h"
 
 namespace corvanta::data::domain::animation {
 
@@ -73,10 +74,24 @@ void NAnimationNode::CopyTo(NAnimationNode& target) const {
   auto const heldTarget = core::reference_countable::Hold(target);
   Animations animations;
   if (&target != this) animations = m_block->animations;
+  core::detail::NChangeGroup const group(target.GetRecorder());
   CopyNodeTo(target);
-  if (&target == this) return;
-  target.m_block->animations.swap(animations);
-  target.m_block->parts.reset();
+  if (&target != this) target.SetAnimations(animations);
+}
+
+/// The old ones are the caller's then, and end with them.
+void NAnimationNode::SetAnimations(Animations& animations) {
+  events::detail::NContentsChange change(GetRecorder(), m_block->animations);
+  m_block->animations.swap(animations);
+  m_block->parts.reset();
+  change.Record(*this, m_block->animations, &ApplyAnimations,
+                (m_block->animations.size() + animations.size()) * sizeof(Animations::value_type));
+}
+
+void NAnimationNode::ApplyAnimations(core::reference_countable::NReferenceCountable& node,
+                                     std::shared_ptr<void const> const& animations) {
+  Animations copy = *static_cast<Animations const*>(animations.get());
+  dynamic_cast<NAnimationNode&>(node).SetAnimations(copy);
 }
 
 void NAnimationNode::SetFrame(double frame) const {
@@ -95,15 +110,20 @@ void NAnimationNode::SetFrame(double frame) const {
 }
 
 bool NAnimationNode::AddAnimation(NAnimationContext const& context, NKeyFrameAnimation& curve) {
-  if (!m_block->animations.try_emplace(context, &curve).second) return false;
+  auto& animations = m_block->animations;
+  if (animations.count(context) != 0) return false;
+  events::detail::NContentsChange change(GetRecorder(), animations);
+  animations.try_emplace(context, &curve);
   m_block->parts.reset();
+  change.Record(*this, animations, &ApplyAnimations,
+                2 * animations.size() * sizeof(Animations::value_type));
   return true;
 }
 
 void NAnimationNode::ClearAnimations() {
-  m_block->parts.reset();
   // The curves and targets may end here: the map is empty by then.
-  Animations().swap(m_block->animations);
+  Animations none;
+  SetAnimations(none);
 }
 
 NAnimationNode::Animations const& NAnimationNode::GetAnimations() const noexcept {

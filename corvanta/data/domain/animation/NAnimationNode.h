@@ -53,6 +53,10 @@ class CORVANTA_API NAnimationNode : public NNode {
  private:
   struct Block;
 
+  void SetAnimations(Animations& animations);
+  static void ApplyAnimations(core::reference_countable::NReferenceCountable& node,
+                              std::shared_ptr<void const> const& animations);
+
   void AcceptImpl(NNodeWatcher& visitor) const override { visitor.Visit(*this); }
   void AcceptImpl(NNodeModifier& visitor) override { visitor.Visit(*this); }
 

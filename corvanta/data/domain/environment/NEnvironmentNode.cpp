@@ -1,7 +1,9 @@
 #include "corvanta/data/domain/environment/NEnvironmentNode.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
+#include <utility>
 
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/reference_countable/hold.h"
@@ -14,6 +16,7 @@
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeNode.h"
 #include "corvanta/data/environment_map/NEnvironmentMap.h"
 #include "corvanta/data/environment_map/detail/NRotationTransform.h"
+#include "corvanta/data/events/detail/NModelRecorder.h"
 
 namespace corvanta::data::domain::environment {
 
@@ -80,11 +83,33 @@ std::set<NSceneGraphPath<NSceneGraphLightNode>> const& NEnvironmentNode::GetLigh
 }
 
 bool NEnvironmentNode::AddLight(NSceneGraphPath<NSceneGraphLightNode> const& light) {
-  return m_block->contents.lights.insert(light).second;
+  if (m_block->contents.lights.count(light) != 0) return false;
+  EditContents([&](Contents& contents) { contents.lights.insert(light); });
+  return true;
 }
 
 bool NEnvironmentNode::RemoveLight(NSceneGraphPath<NSceneGraphLightNode> const& light) {
-  return m_block->contents.lights.erase(light) == 1;
+  if (m_block->contents.lights.count(light) == 0) return false;
+  EditContents([&](Contents& contents) { contents.lights.erase(light); });
+  return true;
+}
+
+/// Changes what no signal tells of.
+template <class Edit>
+void NEnvironmentNode::EditContents(Edit const& edit) {
+  Contents& contents = m_block->contents;
+  events::detail::NContentsChange change(GetRecorder(), contents);
+  edit(contents);
+  std::size_t const count = contents.lights.size() + contents.lightEnvs.size();
+  change.Record(*this, contents, &ApplyContents, 2 * (sizeof(Contents) + count * 100));
+}
+
+void NEnvironmentNode::ApplyContents(core::reference_countable::NReferenceCountable& environment,
+                                     std::shared_ptr<void const> const& contents) {
+  Contents copy = *static_cast<Contents const*>(contents.get());
+  dynamic_cast<NEnvironmentNode&>(environment).EditContents([&](Contents& edited) {
+    std::swap(edited, copy);
+  });
 }
 
 std::vector<NNodeReference<NLightEnvNode>> const& NEnvironmentNode::GetLightEnvs() const noexcept {
@@ -92,21 +117,43 @@ std::vector<NNodeReference<NLightEnvNode>> const& NEnvironmentNode::GetLightEnvs
 }
 
 bool NEnvironmentNode::AddLightEnv(NNodeReference<NLightEnvNode> const& lightEnv) {
+  return AddLightEnv(lightEnv, static_cast<unsigned int>(m_block->contents.lightEnvs.size()));
+}
+
+bool NEnvironmentNode::AddLightEnv(NNodeReference<NLightEnvNode> const& lightEnv,
+                                   unsigned int index) {
+  auto const& lightEnvs = m_block->contents.lightEnvs;
+  bool const isListed = std::find(lightEnvs.begin(), lightEnvs.end(), lightEnv) != lightEnvs.end();
+  if (isListed || !lightEnv.Get() || index > lightEnvs.size()) return false;
+  InsertLightEnv(lightEnv, index);
+  return true;
+}
+
+/// Also one that has gone, of which nobody is notified.
+void NEnvironmentNode::InsertLightEnv(NNodeReference<NLightEnvNode> const& lightEnv,
+                                      unsigned int index) {
   auto& lightEnvs = m_block->contents.lightEnvs;
   boost::intrusive_ptr<NLightEnvNode> const node = lightEnv.Get();
-  if (!node || std::find(lightEnvs.begin(), lightEnvs.end(), lightEnv) != lightEnvs.end()) {
-    return false;
-  }
-  lightEnvs.push_back(lightEnv);
+  auto const entry = lightEnvs.insert(std::next(lightEnvs.begin(), index), lightEnv);
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) recorder->OnLightEnv(true, *this, index, *entry);
+  if (!node) return;
   EnvironmentEvents::NotifyObservers(
       [&](events::environment::NListener& listener) { listener.SignalAddLightEnv(*this, *node); });
-  return true;
 }
 
 bool NEnvironmentNode::RemoveLightEnv(NNodeReference<NLightEnvNode> const& lightEnv) {
   // The argument may be the entry itself.
   NNodeReference<NLightEnvNode> const removed = lightEnv;
-  if (std::erase(m_block->contents.lightEnvs, removed) == 0) return false;
+  auto& lightEnvs = m_block->contents.lightEnvs;
+  auto const found = std::find(lightEnvs.begin(), lightEnvs.end(), removed);
+  if (found == lightEnvs.end()) return false;
+  auto const index = static_cast<unsigned int>(found - lightEnvs.begin());
+  lightEnvs.erase(found);
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) recorder->OnLightEnv(false, *this, index, removed);
   boost::intrusive_ptr<NLightEnvNode> const node = removed.Get();
   if (node) {
     EnvironmentEvents::NotifyObservers([&](events::environment::NListener& listener) {
@@ -125,7 +172,19 @@ NNodeReference<NImageNode> const& NEnvironmentNode::Get2DImageRef() const noexce
 }
 
 void NEnvironmentNode::Set2DImage(NNodeReference<NImageNode> const& image) {
+  auto const previous = m_block->contents.image;
   m_block->contents.image = image;
+  core::detail::NChangeScope const change(GetRecorder());
+  Record(events::NRK_BACKDROP, previous, m_block->contents.image);
+}
+
+void NEnvironmentNode::Record(events::NReferenceKind kind,
+                              core::node::detail::NNodeReferenceImpl const& previous,
+                              core::node::detail::NNodeReferenceImpl const& now) {
+  auto* const recorder = GetRecorder();
+  if (recorder == nullptr) return;
+  recorder->OnReference(*this, kind, events::detail::NAnyReference(previous),
+                        events::detail::NAnyReference(now));
 }
 
 NEnvironmentMap& NEnvironmentNode::GetEnvironmentMap() const noexcept { return *m_block->map; }
@@ -140,7 +199,10 @@ NNodeReference<NSceneGraphModelNode> const& NEnvironmentNode::GetEnvironmentMapM
 }
 
 void NEnvironmentNode::SetEnvironmentMapModel(NNodeReference<NSceneGraphModelNode> const& model) {
+  auto const previous = m_block->contents.mapModel;
   m_block->contents.mapModel = model;
+  core::detail::NChangeScope const change(GetRecorder());
+  Record(events::NRK_ENVIRONMENT_MAP_MODEL, previous, m_block->contents.mapModel);
 }
 
 boost::intrusive_ptr<NGeometryNode> NEnvironmentNode::GetFloorGeometry() const {
@@ -152,7 +214,10 @@ NNodeReference<NGeometryNode> const& NEnvironmentNode::GetFloorGeometryRef() con
 }
 
 void NEnvironmentNode::SetFloorGeometry(NNodeReference<NGeometryNode> const& geometry) {
+  auto const previous = m_block->contents.floorGeometry;
   m_block->contents.floorGeometry = geometry;
+  core::detail::NChangeScope const change(GetRecorder());
+  Record(events::NRK_FLOOR_GEOMETRY, previous, m_block->contents.floorGeometry);
   EnvironmentEvents::NotifyObservers(
       [&](events::environment::NListener& listener) { listener.SignalFloorGeometryChange(*this); });
 }
@@ -166,7 +231,10 @@ NNodeReference<NImageNode> const& NEnvironmentNode::GetFloorImageRef() const noe
 }
 
 void NEnvironmentNode::SetFloorImage(NNodeReference<NImageNode> const& image) {
+  auto const previous = m_block->contents.floorImage;
   m_block->contents.floorImage = image;
+  core::detail::NChangeScope const change(GetRecorder());
+  Record(events::NRK_FLOOR_IMAGE, previous, m_block->contents.floorImage);
   EnvironmentEvents::NotifyObservers(
       [&](events::environment::NListener& listener) { listener.SignalFloorImageChange(*this); });
 }
@@ -181,26 +249,41 @@ void NEnvironmentNode::CopyTo(NEnvironmentNode& target) const {
   auto const mapImage = m_block->map->GetImageRef();
   Introduction const introduction(target, tree);
 
+  core::detail::NChangeGroup const group(target.GetRecorder());
   CopyNodeTo(target);
   target.SetSceneGraph(tree);
-  Contents& contents = target.m_block->contents;
-  contents.lights.swap(copied.lights);
-  contents.lightEnvs.swap(copied.lightEnvs);
-  contents.image = copied.image;
+  target.EditContents([&](Contents& contents) {
+    contents.lights.swap(copied.lights);
+    contents.lightEnvs.swap(copied.lightEnvs);
+    contents.image = copied.image;
+  });
   target.m_block->map->SetImageType(mapType);
   target.m_block->map->SetImage(mapImage);
-  contents.mapModel = copied.mapModel;
-  contents.floorGeometry = copied.floorGeometry;
-  contents.floorImage = copied.floorImage;
+  target.EditContents([&](Contents& contents) {
+    contents.mapModel = copied.mapModel;
+    contents.floorGeometry = copied.floorGeometry;
+    contents.floorImage = copied.floorImage;
+  });
 }
 
-void NEnvironmentNode::OnImageChange(NEnvironmentMap const&) {
+void NEnvironmentNode::OnImageChange(NEnvironmentMap const& map) {
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) {
+    recorder->OnReference(*this, events::NRK_ENVIRONMENT_MAP_IMAGE, map.GetPreviousImageRef(),
+                          map.GetImageRef());
+  }
   EnvironmentMapEvents::NotifyObservers([&](events::environment_map_change::NListener& listener) {
     listener.SignalImageChange(*this);
   });
 }
 
-void NEnvironmentNode::OnImageTypeChange(NEnvironmentMap const&) {
+void NEnvironmentNode::OnImageTypeChange(NEnvironmentMap const& map) {
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) {
+    recorder->OnEnvironmentMapType(*this, map.GetPreviousImageType(), map.GetImageType());
+  }
   EnvironmentMapEvents::NotifyObservers([&](events::environment_map_change::NListener& listener) {
     listener.SignalImageTypeChange(*this);
   });

@@ -11,11 +11,16 @@
 #include "corvanta/data/domain/scenegraph/NSceneGraphPath.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeHost.h"
 #include "corvanta/data/environment_map/NEnvironmentMapListener.h"
+#include "corvanta/data/events/NReferenceKind.h"
 #include "corvanta/data/events/environment/NListener.h"
 #include "corvanta/data/events/environment_map_change/NListener.h"
 
 namespace corvanta::data::environment_map {
 class NEnvironmentMap;
+}
+
+namespace corvanta::data::history::detail {
+class NChangeAccess;
 }
 
 namespace corvanta::data::domain::environment {
@@ -74,6 +79,10 @@ class CORVANTA_API NEnvironmentNode
   /// Raises: SignalAddLightEnv.
   /// Fails: false if the reference is listed already, or resolves to nothing.
   bool AddLightEnv(core::node::NNodeReference<light_env::NLightEnvNode> const& lightEnv);
+  /// The same, before the one now at `index`.
+  /// Fails: false also for an index beyond the size.
+  bool AddLightEnv(core::node::NNodeReference<light_env::NLightEnvNode> const& lightEnv,
+                   unsigned int index);
   /// Raises: SignalRemoveLightEnv, if the node is still there.
   /// Fails: false if it isn't listed.
   bool RemoveLightEnv(core::node::NNodeReference<light_env::NLightEnvNode> const& lightEnv);
@@ -111,7 +120,17 @@ class CORVANTA_API NEnvironmentNode
   void CopyTo(NEnvironmentNode& target) const;
 
  private:
+  friend class history::detail::NChangeAccess;
   struct Block;
+
+  void InsertLightEnv(core::node::NNodeReference<light_env::NLightEnvNode> const& lightEnv,
+                      unsigned int index);
+  void Record(events::NReferenceKind kind, core::node::detail::NNodeReferenceImpl const& previous,
+              core::node::detail::NNodeReferenceImpl const& now);
+  template <class Edit>
+  void EditContents(Edit const& edit);
+  static void ApplyContents(core::reference_countable::NReferenceCountable& environment,
+                            std::shared_ptr<void const> const& contents);
 
   void AcceptImpl(NNodeWatcher& visitor) const override { visitor.Visit(*this); }
   void AcceptImpl(NNodeModifier& visitor) override { visitor.Visit(*this); }

@@ -10,6 +10,7 @@
 #include "corvanta/data/domain/geometry/NGeometryDomain.h"
 #include "corvanta/data/domain/geometry/detail/NGeometryCache.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
+#include "corvanta/data/events/detail/NModelRecorder.h"
 
 namespace corvanta::data::domain::geometry {
 
@@ -81,6 +82,12 @@ void NGeometryNode::OnSurfaceChange(NSurface const& surface, NGeometryChangeType
   auto const held = core::reference_countable::Hold(*this);
   // A surface that changes sees to the caches itself.
   if (type != NGCT_SURFACE_CHANGED) DropCache();
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder != nullptr && type != NGCT_SURFACE_CHANGED) {
+    recorder->OnSurface(type == NGCT_SURFACE_ADDED, const_cast<NGeometryNode&>(*this),
+                        const_cast<NSurface&>(surface));
+  }
   try {
     NotifyObservers([&](NGeometryChangeListener& listener) {
       listener.OnGeometryChange(*this, surface, type);
@@ -108,6 +115,7 @@ void NGeometryNode::CopyTo(NGeometryNode& target) const {
     clones.back().first->AddOwnerNode(target);
   }
   auto const held = core::reference_countable::Hold(target);
+  core::detail::NChangeGroup const group(target.GetRecorder());
   CopyNodeTo(target);
   for (auto& [clone, entry] : clones) {
     target.Enter(*clone, std::move(entry));

@@ -11,6 +11,7 @@
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
 #include "corvanta/data/domain/geometry/NPolygonSurface.h"
 #include "corvanta/data/domain/geometry/detail/NGeometryCache.h"
+#include "corvanta/data/events/detail/NModelRecorder.h"
 
 namespace corvanta::data::domain::geometry {
 
@@ -26,7 +27,8 @@ struct NSurface::Arrays {
 };
 
 struct NSurface::Block {
-  Arrays arrays;
+  // Never changed: clones and records of a change share them.
+  std::shared_ptr<Arrays const> arrays = std::make_shared<Arrays const>();
   // A node that has gone stays in here, and is skipped.
   std::set<core::node::NNodeReference<NGeometryNode const>> owners;
 };
@@ -50,20 +52,20 @@ NSurface::NSurface() : m_creationNumber(++g_lastCreationNumber), m_block(new Blo
 
 NSurface::~NSurface() = default;
 
-std::vector<XYZ> const& NSurface::GetCoords() const noexcept { return m_block->arrays.coords; }
+std::vector<XYZ> const& NSurface::GetCoords() const noexcept { return m_block->arrays->coords; }
 
-std::vector<XYZ> const& NSurface::GetNormals() const noexcept { return m_block->arrays.normals; }
+std::vector<XYZ> const& NSurface::GetNormals() const noexcept { return m_block->arrays->normals; }
 
 std::vector<unsigned int> const& NSurface::GetIndices() const noexcept {
-  return m_block->arrays.indices;
+  return m_block->arrays->indices;
 }
 
 NSurface::UVWs const* NSurface::GetUVWs(NUVWMappingID id) const noexcept {
-  auto const found = m_block->arrays.uvws.find(id);
-  return found == m_block->arrays.uvws.end() ? nullptr : &found->second;
+  auto const found = m_block->arrays->uvws.find(id);
+  return found == m_block->arrays->uvws.end() ? nullptr : &found->second;
 }
 
-NSurface::UVWsMap const& NSurface::GetUVWsMap() const noexcept { return m_block->arrays.uvws; }
+NSurface::UVWsMap const& NSurface::GetUVWsMap() const noexcept { return m_block->arrays->uvws; }
 
 bool NSurface::Assign(std::vector<float> const& coords, std::vector<float> const& normals,
                       std::vector<unsigned int> const& indices, UVWsMap const& uvws) {
@@ -74,7 +76,7 @@ bool NSurface::Assign(std::vector<float> const& coords, std::vector<float> const
   for (auto const& [id, set] : uvws) {
     if (set.size() == vertexCount) made.uvws.emplace_hint(made.uvws.end(), id, set);
   }
-  Replace(made);
+  Replace(std::make_shared<Arrays const>(std::move(made)));
   return true;
 }
 
@@ -89,30 +91,40 @@ bool NSurface::Assign(float const* coords, float const* normals, unsigned long v
   UVWs& flat = made.uvws[material::texture_mapping::NUVWID_FLAT];
   flat.resize(vertexCount);
   for (unsigned long i = 0; i != vertexCount; ++i) flat[i] = {uvs[2 * i], uvs[2 * i + 1], 0.0f};
-  Replace(made);
+  Replace(std::make_shared<Arrays const>(std::move(made)));
   return true;
 }
 
-/// The old arrays go with the caller's `made`, when the listeners have run.
-void NSurface::Replace(Arrays& made) {
+/// The old arrays go when the listeners have run.
+void NSurface::Replace(std::shared_ptr<Arrays const> made) {
   // A handler may take the surface out of its nodes, and so end it.
   auto const held = core::reference_countable::Hold(*this);
   std::vector<core::node::NNodeReference<NGeometryNode const>> const owners(m_block->owners.begin(),
                                                                             m_block->owners.end());
-  std::swap(m_block->arrays, made);
+  m_block->arrays.swap(made);
   auto const forEachOwner = [&](auto call) {
     for (auto const& owner : owners) {
       auto const node = owner.Get();
       if (node && m_block->owners.count(owner) != 0) call(*node);
     }
   };
+  // As a rule all owners are of one document. Others take the change in at once.
+  std::vector<events::detail::NModelRecorder*> recorders;
+  forEachOwner([&](NGeometryNode const& node) {
+    auto* const recorder = node.GetRecorder();
+    bool const isNew =
+        recorder != nullptr && std::count(recorders.begin(), recorders.end(), recorder) == 0;
+    if (isNew) recorders.push_back(recorder);
+  });
+  core::detail::NChangeScope const change(recorders.empty() ? nullptr : recorders.front());
+  for (auto* const recorder : recorders) Record(*recorder, made);
   // No listener of one node picks by the index that another has of the old arrays.
   forEachOwner([&](NGeometryNode const& node) {
     auto& cache = detail::NGeometryCache::Of(node);
     if (!cache) return;
-    auto const& now = m_block->arrays;
+    Arrays const& now = *m_block->arrays;
     bool const isSameTopology =
-        now.coords.size() == made.coords.size() && now.indices == made.indices;
+        now.coords.size() == made->coords.size() && now.indices == made->indices;
     if (!isSameTopology || !cache->OnCoordsChange(*this)) cache.reset();
   });
   try {
@@ -123,6 +135,24 @@ void NSurface::Replace(Arrays& made) {
         [this](NGeometryNode const& node) { node.MarkModels(*this, NGCT_SURFACE_CHANGED); });
     throw;
   }
+}
+
+void NSurface::Record(events::detail::NModelRecorder& recorder,
+                      std::shared_ptr<Arrays const> const& previous) {
+  auto const countBytes = [](Arrays const& arrays) {
+    std::size_t bytes = (arrays.coords.size() + arrays.normals.size()) * sizeof(XYZ) +
+                        arrays.indices.size() * sizeof(unsigned int);
+    for (auto const& [id, set] : arrays.uvws) bytes += set.size() * sizeof(UVW);
+    return bytes;
+  };
+  core::detail::NChangeScope const change(&recorder);
+  recorder.OnContents(*this, {previous, m_block->arrays, &ApplyArrays,
+                              countBytes(*previous) + countBytes(*m_block->arrays)});
+}
+
+void NSurface::ApplyArrays(core::reference_countable::NReferenceCountable& surface,
+                           std::shared_ptr<void const> const& arrays) {
+  dynamic_cast<NSurface&>(surface).Replace(std::static_pointer_cast<Arrays const>(arrays));
 }
 
 bool NSurface::AddOwnerNode(NGeometryNode const& node) {

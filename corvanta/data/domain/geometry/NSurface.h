@@ -14,6 +14,10 @@
 #include "corvanta/data/structs/XYZ.h"
 #include "corvanta/export.h"
 
+namespace corvanta::data::events::detail {
+class NModelRecorder;
+}
+
 namespace corvanta::data::domain::geometry {
 
 /// Vertex and index arrays of a piece of a shape, assigned as a whole and never in parts.
@@ -70,7 +74,11 @@ class CORVANTA_API NSurface : public core::reference_countable::NReferenceCounta
   struct Arrays;
   struct Block;
 
-  void Replace(Arrays& made);
+  void Replace(std::shared_ptr<Arrays const> made);
+  void Record(events::detail::NModelRecorder& recorder,
+              std::shared_ptr<Arrays const> const& previous);
+  static void ApplyArrays(core::reference_countable::NReferenceCountable& surface,
+                          std::shared_ptr<void const> const& arrays);
   bool AddOwnerNode(NGeometryNode const& node);
   bool RemoveOwnerNode(NGeometryNode const& node);
 

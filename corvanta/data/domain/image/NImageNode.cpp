@@ -9,6 +9,7 @@
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/domain_types.h"
 #include "corvanta/data/domain/image/NImageDomain.h"
+#include "corvanta/data/events/detail/NModelRecorder.h"
 #include "corvanta/data/resource/image/create_image.h"
 
 namespace corvanta::data::domain::image {
@@ -43,13 +44,23 @@ void NImageNode::SetImageLocator(NLocator const& locator) {
   // Who is asked for the pass of an archive may let go of the node, and edit it.
   auto const held = core::reference_countable::Hold(*this);
   NLocator const judged = locator;
-  m_block->locator = NLocator(judged);
+  core::detail::NChangeGroup const group(GetRecorder());
+  ExchangeLocator(NLocator(judged));
   m_block->AN_FORMAT_HINT.Set(resource::image::LocatorToFormat(judged));
 }
 
 void NImageNode::SetImageLocator(NLocator&& locator, resource::image::NImageFormat format) {
-  m_block->locator = std::move(locator);
+  auto const held = core::reference_countable::Hold(*this);
+  core::detail::NChangeGroup const group(GetRecorder());
+  ExchangeLocator(std::move(locator));
   m_block->AN_FORMAT_HINT.Set(format);
+}
+
+void NImageNode::ExchangeLocator(NLocator&& locator) {
+  NLocator const previous = std::exchange(m_block->locator, std::move(locator));
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) recorder->OnLocator(*this, previous, m_block->locator);
 }
 
 boost::intrusive_ptr<resource::image::NImage> NImageNode::GetImage() const {
@@ -68,8 +79,9 @@ std::wstring NImageNode::GetImageError() const {
 void NImageNode::CopyTo(NImageNode& target) const {
   auto const held = core::reference_countable::Hold(target);
   NLocator locator = m_block->locator;
+  core::detail::NChangeGroup const group(target.GetRecorder());
   CopyNodeTo(target);
-  target.m_block->locator = std::move(locator);
+  target.ExchangeLocator(std::move(locator));
 }
 
 NImageDomain::NImageDomain(core::domain::NDomainManager const* manager,

@@ -9,6 +9,10 @@
 #include "corvanta/data/resource/image/NImage.h"
 #include "corvanta/data/resource/image/NImageFormat.h"
 
+namespace corvanta::data::history::detail {
+class NChangeAccess;
+}
+
 namespace corvanta::data::domain::image {
 
 #define CORVANTA_ROWS_CONSTANTS
@@ -46,7 +50,10 @@ class CORVANTA_API NImageNode : public NNode {
   void CopyTo(NImageNode& target) const;
 
  private:
+  friend class history::detail::NChangeAccess;
   struct Block;
+
+  void ExchangeLocator(core::locator::NLocator&& locator);
 
   void AcceptImpl(NNodeWatcher& visitor) const override { visitor.Visit(*this); }
   void AcceptImpl(NNodeModifier& visitor) override { visitor.Visit(*this); }

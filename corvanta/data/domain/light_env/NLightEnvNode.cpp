@@ -9,6 +9,7 @@
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/domain_types.h"
 #include "corvanta/data/domain/light_env/NLightEnvDomain.h"
+#include "corvanta/data/events/detail/NModelRecorder.h"
 
 namespace corvanta::data::domain::light_env {
 
@@ -65,8 +66,38 @@ void NLightEnvNode::Enter(boost::intrusive_ptr<NLamp> const& lamp) {
     TakeOut(*lamp);
     throw;
   }
+  core::detail::NChangeScope const change(GetRecorder());
+  Record(true, *lamp);
   lamp->SetName(lamp->GetName());
   if (lamp->GetOwner() == this) SignalLampChange(*lamp, events::light_env::NLET_LAMP_CREATED);
+}
+
+/// Takes in a lamp that was here, at the place that it had.
+/// Raises: its creation.
+void NLightEnvNode::PutBack(NLamp& lamp, unsigned int index) {
+  auto const held = core::reference_countable::Hold(*this);
+  boost::intrusive_ptr<NLamp> const entry(&lamp);
+  auto& lamps = m_block->lamps;
+  auto const place = static_cast<std::ptrdiff_t>(std::min<std::size_t>(index, lamps.size()));
+  lamps.insert(lamps.begin() + place, entry);
+  try {
+    AddUnderFreeName(lamp);
+  } catch (...) {
+    TakeOut(lamp);
+    throw;
+  }
+  lamp.m_owner = this;
+  core::detail::NChangeScope const change(GetRecorder());
+  Record(true, lamp);
+  SignalLampChange(lamp, events::light_env::NLET_LAMP_CREATED);
+}
+
+void NLightEnvNode::Record(bool isAdded, NLamp& lamp) {
+  auto* const recorder = GetRecorder();
+  if (recorder == nullptr) return;
+  auto const& lamps = m_block->lamps;
+  auto const index = std::find(lamps.begin(), lamps.end(), &lamp) - lamps.begin();
+  recorder->OnLamp(isAdded, *this, lamp, static_cast<unsigned int>(index));
 }
 
 bool NLightEnvNode::DeleteLamp(boost::intrusive_ptr<NLamp> const& lamp) {
@@ -75,6 +106,8 @@ bool NLightEnvNode::DeleteLamp(boost::intrusive_ptr<NLamp> const& lamp) {
   auto const& lamps = m_block->lamps;
   if (std::find(lamps.begin(), lamps.end(), deleted) == lamps.end()) return false;
   auto const held = core::reference_countable::Hold(*this);
+  core::detail::NChangeScope const change(GetRecorder());
+  Record(false, *deleted);
   core::detail::ScopeExit const takeOut([&] { TakeOut(*deleted); });
   SignalLampChange(*deleted, events::light_env::NLET_LAMP_DELETED);
   return true;
@@ -119,6 +152,7 @@ void NLightEnvNode::CopyTo(NLightEnvNode& target) const {
     copies.push_back(
         {target.PrepareLamp(name, copies.size()), name, core::attribute::NAttributeValues(*lamp)});
   }
+  core::detail::NChangeGroup const group(target.GetRecorder());
   CopyNodeTo(target);
   for (auto& [lamp, name, values] : copies) {
     target.Enter(lamp);
@@ -135,10 +169,19 @@ void NLightEnvNode::OnSetName(core::name::NNamespace const&,
 }
 
 void NLightEnvNode::LampNameChanged(NLamp const* lamp) {
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder != nullptr && lamp->GetPreviousName() != lamp->GetName()) {
+    recorder->OnSetName(const_cast<NLamp&>(*lamp), lamp->GetPreviousName());
+  }
   SignalLampChange(*lamp, events::light_env::NLET_LAMP_RENAMED);
 }
 
-void NLightEnvNode::LampAttributeChanged(NLamp const* lamp, core::attribute::NAttribute const&) {
+void NLightEnvNode::LampAttributeChanged(NLamp const* lamp,
+                                         core::attribute::NAttribute const& attribute) {
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder != nullptr) recorder->OnAttribute(const_cast<NLamp&>(*lamp), attribute);
   SignalLampChange(*lamp, events::light_env::NLET_LAMP_ATTRIBUTE_CHANGED);
 }
 

@@ -13,6 +13,10 @@
 #include "corvanta/data/events/light_env/NListener.h"
 #include "corvanta/vx_math/Matrix.h"
 
+namespace corvanta::data::history::detail {
+class NChangeAccess;
+}
+
 namespace corvanta::data::domain::light_env {
 
 #define CORVANTA_ROWS_CONSTANTS
@@ -53,6 +57,7 @@ class CORVANTA_API NLightEnvNode
   void CopyTo(NLightEnvNode& target) const;
 
  private:
+  friend class history::detail::NChangeAccess;
   friend class NLamp;
   struct Block;
 
@@ -66,6 +71,8 @@ class CORVANTA_API NLightEnvNode
   void SignalLampChange(NLamp const& lamp, events::light_env::NLampEventType type);
   boost::intrusive_ptr<NLamp> PrepareLamp(std::wstring const& name, std::size_t others);
   void Enter(boost::intrusive_ptr<NLamp> const& lamp);
+  void PutBack(NLamp& lamp, unsigned int index);
+  void Record(bool isAdded, NLamp& lamp);
   void TakeOut(NLamp& lamp) noexcept;
 
   std::unique_ptr<Block> const m_block;

@@ -9,6 +9,7 @@
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/material/detail/usage.h"
 #include "corvanta/data/environment_map/detail/NRotationTransform.h"
+#include "corvanta/data/events/detail/NModelRecorder.h"
 
 namespace corvanta::data::domain::material {
 
@@ -62,7 +63,10 @@ bool NMaterialNode::AddTexture(TextureReference const& texture,
                                texture_mapping::NTextureMapping& mapping, unsigned int index) {
   TextureList& textures = m_block->textures;
   if (index > textures.size()) return false;
-  textures.emplace(std::next(textures.begin(), index), texture, &mapping);
+  auto const entry = textures.emplace(std::next(textures.begin(), index), texture, &mapping);
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) recorder->OnTexture(true, *this, index, entry->first, &mapping);
   MaterialEvents::NotifyObservers(
       [&](events::material::NListener& listener) { listener.SignalAddTexture(*this, index); });
   return true;
@@ -74,8 +78,11 @@ void NMaterialNode::ReplaceTexture(TextureReference const& oldTexture,
   auto const found = std::find_if(textures.begin(), textures.end(),
                                   [&](auto const& entry) { return entry.first == oldTexture; });
   if (found == textures.end()) return;
+  events::detail::NContentsChange change(GetRecorder(), textures);
   found->first = newTexture;
   textures.splice(textures.end(), textures, found);
+  change.Record(*this, textures, &ApplyTextures,
+                2 * textures.size() * sizeof(TextureList::value_type));
 }
 
 bool NMaterialNode::RemoveTexture(unsigned int index) {
@@ -85,13 +92,33 @@ bool NMaterialNode::RemoveTexture(unsigned int index) {
   removed.splice(removed.begin(), textures, std::next(textures.begin(), index));
   boost::intrusive_ptr<texture::NTextureNode> const texture = removed.front().first.Get();
   auto const& mapping = removed.front().second;
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) recorder->OnTexture(false, *this, index, removed.front().first, mapping.get());
   MaterialEvents::NotifyObservers([&](events::material::NListener& listener) {
     listener.SignalRemoveTexture(*this, texture, mapping);
   });
   return true;
 }
 
-void NMaterialNode::RemoveAllTextures() { m_block->textures.clear(); }
+void NMaterialNode::RemoveAllTextures() {
+  TextureList none;
+  SetTextures(none);
+}
+
+/// The old ones are the caller's then.
+void NMaterialNode::SetTextures(TextureList& textures) {
+  events::detail::NContentsChange change(GetRecorder(), m_block->textures);
+  m_block->textures.swap(textures);
+  change.Record(*this, m_block->textures, &ApplyTextures,
+                (m_block->textures.size() + textures.size()) * sizeof(TextureList::value_type));
+}
+
+void NMaterialNode::ApplyTextures(core::reference_countable::NReferenceCountable& material,
+                                  std::shared_ptr<void const> const& textures) {
+  TextureList copy = *static_cast<TextureList const*>(textures.get());
+  dynamic_cast<NMaterialNode&>(material).SetTextures(copy);
+}
 
 NEnvironmentMap& NMaterialNode::GetEnvironmentMap() const noexcept {
   return *m_block->environmentMap;
@@ -100,17 +127,29 @@ NEnvironmentMap& NMaterialNode::GetEnvironmentMap() const noexcept {
 void NMaterialNode::SetEnvironmentMap(core::node::NNodeReference<image::NImageNode> const& image,
                                       environment_map::NEnvironmentMapImageType type) {
   auto const held = core::reference_countable::Hold(*this);
+  core::detail::NChangeGroup const group(GetRecorder());
   m_block->environmentMap->SetImage(image);
   m_block->environmentMap->SetImageType(type);
 }
 
-void NMaterialNode::OnImageChange(NEnvironmentMap const&) {
+void NMaterialNode::OnImageChange(NEnvironmentMap const& map) {
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) {
+    recorder->OnReference(*this, events::NRK_ENVIRONMENT_MAP_IMAGE, map.GetPreviousImageRef(),
+                          map.GetImageRef());
+  }
   EnvironmentMapEvents::NotifyObservers([&](events::environment_map_change::NListener& listener) {
     listener.SignalImageChange(*this);
   });
 }
 
-void NMaterialNode::OnImageTypeChange(NEnvironmentMap const&) {
+void NMaterialNode::OnImageTypeChange(NEnvironmentMap const& map) {
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) {
+    recorder->OnEnvironmentMapType(*this, map.GetPreviousImageType(), map.GetImageType());
+  }
   EnvironmentMapEvents::NotifyObservers([&](events::environment_map_change::NListener& listener) {
     listener.SignalImageTypeChange(*this);
   });
@@ -127,7 +166,10 @@ void NMaterialNode::SetBrdfTextureLocator(core::locator::NLocator const& locator
 
 void NMaterialNode::SetBrdfTextureLocator(core::locator::NLocator&& stored,
                                           core::locator::NLocator const& told) {
-  m_block->brdfTextureLocator = std::move(stored);
+  stored = std::exchange(m_block->brdfTextureLocator, std::move(stored));
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) recorder->OnLocator(*this, stored, told);
   MaterialEvents::NotifyObservers([&](events::material::NListener& listener) {
     listener.SignalSetBrdfTextureLocator(*this, told);
   });
@@ -140,8 +182,9 @@ void NMaterialNode::CopyTo(NMaterialNode& target) const {
   auto const imageType = m_block->environmentMap->GetImageType();
   auto const locator = m_block->brdfTextureLocator;
   auto stored = locator;
+  core::detail::NChangeGroup const group(target.GetRecorder());
   CopyNodeTo(target);
-  if (&target != this) target.m_block->textures.swap(textures);
+  if (&target != this) target.SetTextures(textures);
   target.m_block->environmentMap->SetImageType(imageType);
   target.m_block->environmentMap->SetImage(image);
   target.SetBrdfTextureLocator(std::move(stored), locator);

@@ -87,6 +87,9 @@ class CORVANTA_API NMaterialNode
   struct Block;
 
   void SetBrdfTextureLocator(core::locator::NLocator&& stored, core::locator::NLocator const& told);
+  void SetTextures(TextureList& textures);
+  static void ApplyTextures(core::reference_countable::NReferenceCountable& material,
+                            std::shared_ptr<void const> const& textures);
 
   void AcceptImpl(NNodeWatcher& visitor) const override { visitor.Visit(*this); }
   void AcceptImpl(NNodeModifier& visitor) override { visitor.Visit(*this); }

@@ -10,6 +10,7 @@
 #include "corvanta/data/domain/projection/NProjectionDomain.h"
 #include "corvanta/data/domain/projection/NProjectionNodeError.h"
 #include "corvanta/data/error_code/error_code.h"
+#include "corvanta/data/events/detail/NModelRecorder.h"
 #include "corvanta/vx_math/euler_angles.h"
 
 namespace corvanta::data::domain::projection {
@@ -126,6 +127,7 @@ void NProjectionNode::ConvertTangent(float& tx, float& ty, float& tz, float& bx,
 
 void NProjectionNode::OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) {
   auto const held = core::reference_countable::Hold(*this);
+  core::detail::NChangeScope const change(GetRecorder());
   auto const effects = core::attribute::detail::GetNameEffects(attribute.GetNameIndex());
   {
     // Listeners run before the cache is marked, and the marking happens also when one throws.

@@ -1,8 +1,11 @@
 #include "corvanta/data/domain/scene/NSceneNode.h"
 
+#include <utility>
+
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/environment/NEnvironmentNode.h"
+#include "corvanta/data/events/detail/NModelRecorder.h"
 
 namespace corvanta::data::domain::scene {
 
@@ -35,7 +38,13 @@ core::node::NNodeReference<NEnvironmentNode> const& NSceneNode::GetEnvironmentRe
 
 void NSceneNode::SetEnvironment(core::node::NNodeReference<NEnvironmentNode> const& environment) {
   boost::intrusive_ptr<NEnvironmentNode> const old = GetEnvironment();
+  auto const previous = m_block->environment;
   m_block->environment = environment;
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) {
+    recorder->OnReference(*this, events::NRK_ENVIRONMENT, previous, m_block->environment);
+  }
   SceneEvents::NotifyObservers(
       [&](events::scene::NListener& listener) { listener.SignalEnvironmentChange(*this, old); });
 }

@@ -51,6 +51,12 @@ bool IsValid(NSceneGraphPath<T> const& path) {
   return detail::IsValid(path);
 }
 
+/// See detail::GetState.
+template <class T>
+core::node::NReferenceState GetState(NSceneGraphPath<T> const& path) {
+  return detail::GetState(path);
+}
+
 /// See detail::GetPathRelation.
 template <class T, class U>
 SGPathRelation GetPathRelation(NSceneGraphPath<T> const& first, NSceneGraphPath<U> const& second) {

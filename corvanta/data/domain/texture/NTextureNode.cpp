@@ -1,10 +1,13 @@
 #include "corvanta/data/domain/texture/NTextureNode.h"
 
+#include <utility>
+
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/domain_types.h"
 #include "corvanta/data/domain/texture/NTextureDomain.h"
+#include "corvanta/data/events/detail/NModelRecorder.h"
 
 namespace corvanta::data::domain::texture {
 
@@ -35,7 +38,11 @@ boost::intrusive_ptr<image::NImageNode> NTextureNode::GetImage() const {
 ImageReference const& NTextureNode::GetImageRef() const { return m_block->image; }
 
 void NTextureNode::SetImage(ImageReference const& image) {
+  ImageReference const previous = m_block->image;
   m_block->image = image;
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) recorder->OnReference(*this, events::NRK_TEXTURE_IMAGE, previous, m_block->image);
   NotifyObservers(
       [&](events::texture::NListener& listener) { listener.SignalTextureImageChange(*this); });
 }
@@ -43,8 +50,13 @@ void NTextureNode::SetImage(ImageReference const& image) {
 void NTextureNode::CopyTo(NTextureNode& target) const {
   auto const held = core::reference_countable::Hold(target);
   ImageReference const image = m_block->image;
+  auto* const recorder = target.GetRecorder();
+  core::detail::NChangeGroup const group(recorder);
   CopyNodeTo(target);
+  ImageReference const previous = target.m_block->image;
   target.m_block->image = image;
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) recorder->OnReference(target, events::NRK_TEXTURE_IMAGE, previous, image);
 }
 
 NTextureDomain::NTextureDomain(core::domain::NDomainManager const* manager,

@@ -10,6 +10,10 @@ class NAttribute;
 class NAttributeHost;
 }  // namespace corvanta::core::attribute
 
+namespace corvanta::data::events::detail {
+class NModelRecorder;
+}
+
 namespace corvanta::data::events::attribute_change {
 
 /// Is notified of every attribute that was set with notification. The new value is in place.
@@ -44,8 +48,15 @@ class CORVANTA_API NMultiplexer final : public core::observer::NObservable<NMult
     NotifyObservers([&](NListener& listener) { listener.OnAttributeChange(host, attribute); });
   }
 
+  /// Whoever records the changes of the nodes that hold this multiplexer, of every kind; null
+  /// without one. Isn't owned.
+  detail::NModelRecorder* GetRecorder() const noexcept { return m_recorder; }
+  void SetRecorder(detail::NModelRecorder* recorder) noexcept { m_recorder = recorder; }
+
  private:
   ~NMultiplexer() override;
+
+  detail::NModelRecorder* m_recorder = nullptr;
 };
 
 }  // namespace corvanta::data::events::attribute_change

@@ -145,6 +145,16 @@ bool IsValid(NSceneGraphPathImpl const& path) {
   return current != nullptr;
 }
 
+core::node::NReferenceState GetState(NSceneGraphPathImpl const& path) {
+  std::vector<core::node::NReferenceState> states{path.GetItemRef().GetState(),
+                                                  path.GetTreeRef().GetState()};
+  for (auto const& point : path.GetCheckPoints()) states.push_back(point.GetState());
+  for (auto const state : states) {
+    if (state != core::node::NRS_RESOLVED) return state;
+  }
+  return IsValid(path) ? core::node::NRS_RESOLVED : core::node::NRS_NO_LONGER_BELOW;
+}
+
 namespace {
 
 /// Whether `wanted` is the path's item or stands above it, below `stop` or there.

@@ -62,6 +62,11 @@ class CORVANTA_API NSceneGraphPathImpl {
 /// Raises: reading a reference's tree may subscribe late, with that event.
 CORVANTA_API bool IsValid(NSceneGraphPathImpl const& path);
 
+/// Whether the path is valid, and why not: something in it was never set or has gone, or all is
+/// there and the item doesn't connect to the root.
+/// Raises: as IsValid.
+CORVANTA_API core::node::NReferenceState GetState(NSceneGraphPathImpl const& path);
+
 /// How two paths stand to each other. The same item shown twice is told apart by the check points.
 /// Fails: SGPR_UNRELATED where something that both share has gone.
 CORVANTA_API SGPathRelation GetPathRelation(NSceneGraphPathImpl const& first,

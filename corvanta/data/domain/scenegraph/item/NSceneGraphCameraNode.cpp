@@ -1,9 +1,12 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphCameraNode.h"
 
+#include <utility>
+
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/camera/NCameraNode.h"
 #include "corvanta/data/domain/detail/attribute_effects.h"
+#include "corvanta/data/events/detail/NModelRecorder.h"
 
 namespace corvanta::data::domain::scenegraph::item {
 
@@ -40,7 +43,11 @@ NNodeReference<NCameraNode> const& NSceneGraphCameraNode::GetCameraRef() const {
 }
 
 void NSceneGraphCameraNode::SetCameraNode(NNodeReference<NCameraNode> const& camera) {
+  NNodeReference<NCameraNode> const previous = m_block->camera;
   m_block->camera = camera;
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) recorder->OnReference(*this, events::NRK_CAMERA, previous, m_block->camera);
 }
 
 wchar_t const* NSceneGraphCameraNode::GetSceneGraphItemTypeImpl() const { return SGIT_CAMERA; }

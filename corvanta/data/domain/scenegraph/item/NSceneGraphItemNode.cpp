@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 #include <vector>
 
 #include "corvanta/core/detail/scope_exit.h"
@@ -11,6 +12,7 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/data/domain/scenegraph/item/detail/block.h"
 #include "corvanta/data/domain/scenegraph/item/detail/default_name.h"
+#include "corvanta/data/events/detail/NModelRecorder.h"
 #include "corvanta/vx_math/TransformInfo.h"
 #include "corvanta/vx_math/euler_angles.h"
 
@@ -74,6 +76,7 @@ Matrix const& NSceneGraphItemNode::GetTransform() const {
 }
 
 void NSceneGraphItemNode::OnAttributeChangeImpl(core::attribute::NAttribute const& attribute) {
+  core::detail::NChangeScope const change(GetRecorder());
   // Listeners run before the caches are marked, and the marking happens also when one throws.
   core::detail::ScopeExit const mark([this, &attribute] {
     auto const effects = core::attribute::detail::GetNameEffects(attribute.GetNameIndex());
@@ -85,23 +88,31 @@ void NSceneGraphItemNode::OnAttributeChangeImpl(core::attribute::NAttribute cons
 
 bool NSceneGraphItemNode::AddChild(NSceneGraphItemNode& child) {
   if (IsChild(child) || child.m_block->parent != nullptr || IsOrStandsBelow(child)) return false;
-  Insert(child, m_block->children.end());
+  Insert(child, m_block->children.end(), this);
   return true;
 }
 
 bool NSceneGraphItemNode::AddChild(NSceneGraphItemNode& child, unsigned int index) {
   if (index >= m_block->children.size()) return AddChild(child);
   if (IsChild(child) || child.GetDomain() != GetDomain() || IsOrStandsBelow(child)) return false;
-  Insert(child, std::next(m_block->children.begin(), index));
+  Insert(child, std::next(m_block->children.begin(), index), this);
   return true;
 }
 
 bool NSceneGraphItemNode::IsChild(NSceneGraphItemNode const& child) const {
+  return child.m_block->listCount != 0 && FindChild(child) != m_block->children.cend();
+}
+
+/// The end of the list for an item that is no child.
+NSceneGraphItemNode::Children::const_iterator NSceneGraphItemNode::FindChild(
+    NSceneGraphItemNode const& child) const {
   Block const& block = *m_block;
-  if (child.m_block->listCount == 0) return false;
-  if (block.childIndex) return block.childIndex->count(&child) != 0;
-  return std::any_of(block.children.begin(), block.children.end(),
-                     [&child](auto const& entry) { return entry.get() == &child; });
+  if (block.childIndex) {
+    auto const entry = block.childIndex->find(&child);
+    return entry == block.childIndex->end() ? block.children.cend() : entry->second;
+  }
+  return std::find_if(block.children.cbegin(), block.children.cend(),
+                      [&child](auto const& entry) { return entry.get() == &child; });
 }
 
 /// Visits what stands below an item by its parent links, one entry of a list of children a step.
@@ -154,7 +165,8 @@ bool NSceneGraphItemNode::IsOrStandsBelow(NSceneGraphItemNode const& item) const
   return false;
 }
 
-void NSceneGraphItemNode::Insert(NSceneGraphItemNode& child, Children::const_iterator before) {
+void NSceneGraphItemNode::Insert(NSceneGraphItemNode& child, Children::const_iterator before,
+                                 NSceneGraphItemNode* newParent) {
   Block& block = *m_block;
   if (!block.childIndex && block.children.size() + 1 >= kIndexFrom) {
     auto index = std::make_unique<Block::ChildIndex>();
@@ -169,9 +181,12 @@ void NSceneGraphItemNode::Insert(NSceneGraphItemNode& child, Children::const_ite
   entry.front().reset(&child);
   block.children.splice(before, entry);
   ++child.m_block->listCount;
-  if (child.m_block->parent != nullptr) NChildIndex::Drop(*child.m_block->parent);
-  child.m_block->parent = this;
-  if (block.boxIndex) {
+  NSceneGraphItemNode* const previousParent = std::exchange(child.m_block->parent, newParent);
+  if (previousParent != nullptr) NChildIndex::Drop(*previousParent);
+  if (newParent != this) {
+    NChildIndex::Drop(*this);
+    if (newParent != nullptr) NChildIndex::Drop(*newParent);
+  } else if (block.boxIndex) {
     auto const place = std::prev(before);
     NChildIndex::OnInsert(*this, child,
                           place == block.children.begin() ? nullptr : std::prev(place)->get(),
@@ -179,27 +194,41 @@ void NSceneGraphItemNode::Insert(NSceneGraphItemNode& child, Children::const_ite
   }
   DirtyBoundingBox();
   boost::intrusive_ptr<NSceneGraphItemNode> const held(&child);
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) {
+    NSceneGraphItemNode* const next = before == block.children.cend() ? nullptr : before->get();
+    recorder->OnChild(true, *this, child, next, previousParent);
+  }
   NotifyObservers([&](auto& listener) { listener.SignalAddChild(*this, child); });
 }
 
 bool NSceneGraphItemNode::RemoveChild(NSceneGraphItemNode& child) {
   if (!IsChild(child)) return false;
+  TakeOut(child, nullptr);
+  return true;
+}
+
+void NSceneGraphItemNode::TakeOut(NSceneGraphItemNode& child, NSceneGraphItemNode* newParent) {
   Block& block = *m_block;
   boost::intrusive_ptr<NSceneGraphItemNode> const held(&child);
   NChildIndex::OnRemove(*this, child);
+  auto const next = block.children.erase(FindChild(child));
   if (block.childIndex) {
-    auto const entry = block.childIndex->find(&child);
-    block.children.erase(entry->second);
-    block.childIndex->erase(entry);
+    block.childIndex->erase(&child);
     if (block.children.size() < kIndexFrom / 2) block.childIndex.reset();
-  } else {
-    block.children.remove(held);
   }
   --child.m_block->listCount;
-  child.m_block->parent = nullptr;
+  NSceneGraphItemNode* const previousParent = std::exchange(child.m_block->parent, newParent);
+  if (newParent != nullptr) NChildIndex::Drop(*newParent);
   DirtyBoundingBox();
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) {
+    recorder->OnChild(false, *this, child, next == block.children.end() ? nullptr : next->get(),
+                      previousParent);
+  }
   NotifyObservers([&](auto& listener) { listener.SignalRemoveChild(*this, child); });
-  return true;
 }
 
 NSceneGraphItemNode::Children const& NSceneGraphItemNode::GetChildren() const {

@@ -15,6 +15,9 @@
 namespace corvanta::data::domain::scenegraph::detail {
 class NItemAccess;
 }
+namespace corvanta::data::history::detail {
+class NChangeAccess;
+}
 
 namespace corvanta::data::domain::scenegraph::item {
 
@@ -108,6 +111,7 @@ class CORVANTA_API NSceneGraphItemNode
   void RemoveStrayReferrers() const noexcept;
 
  private:
+  friend class history::detail::NChangeAccess;
   friend class scenegraph::detail::NItemAccess;
   friend class NSceneGraphReferenceNode;
   friend class tree::NSceneGraphTreeNode;
@@ -120,7 +124,10 @@ class CORVANTA_API NSceneGraphItemNode
 
   bool IsChild(NSceneGraphItemNode const& child) const;
   bool IsOrStandsBelow(NSceneGraphItemNode const& item) const;
-  void Insert(NSceneGraphItemNode& child, Children::const_iterator before);
+  Children::const_iterator FindChild(NSceneGraphItemNode const& child) const;
+  void Insert(NSceneGraphItemNode& child, Children::const_iterator before,
+              NSceneGraphItemNode* newParent);
+  void TakeOut(NSceneGraphItemNode& child, NSceneGraphItemNode* newParent);
   void ExtendByChild(VX_Math::Box3& box, NSceneGraphItemNode const& child,
                      VX_Math::Matrix const& accumulated, VX_Math::Matrix const& base) const;
   bool IsReferrer(NSceneGraphReferenceNode const& reference) const;

@@ -1,5 +1,7 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 
+#include <utility>
+
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/observer/detail/removal_count.h"
 #include "corvanta/core/reference_countable/hold.h"
@@ -8,6 +10,7 @@
 #include "corvanta/data/domain/geometry/NSurface.h"
 #include "corvanta/data/domain/material/NMaterialNode.h"
 #include "corvanta/data/domain/material/detail/usage.h"
+#include "corvanta/data/events/detail/NModelRecorder.h"
 
 namespace corvanta::data::domain::scenegraph::item {
 
@@ -72,10 +75,13 @@ void NSceneGraphModelNode::SetGeometryNode(NNodeReference<NGeometryNode> const& 
   if (oldGeometry) {
     oldGeometry->RemoveObserver(static_cast<geometry::NGeometryChangeListener&>(*this));
   }
-  m_block->geometry = given;
+  NNodeReference<NGeometryNode> const previous = std::exchange(m_block->geometry, given);
   m_block->observedAt = Block::kNever;
   m_block->isGeometryBoxDirty = true;
   DirtyBoundingBox();
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) recorder->OnReference(*this, events::NRK_GEOMETRY, previous, given);
   ModelEvents::NotifyObservers(
       [&](auto& listener) { listener.SignalGeometryChange(*this, oldGeometry); });
 }
@@ -104,7 +110,10 @@ void NSceneGraphModelNode::SetMaterial(NNodeReference<NMaterialNode> const& mate
   NNodeReference<NMaterialNode> const given = material;
   auto const oldMaterial = GetMaterialNode();
   RemoveMaterial();
-  m_block->material = given;
+  NNodeReference<NMaterialNode> const previous = std::exchange(m_block->material, given);
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) recorder->OnReference(*this, events::NRK_MATERIAL, previous, given);
   ModelEvents::NotifyObservers(
       [&](auto& listener) { listener.SignalMaterialChange(*this, oldMaterial); });
 }
@@ -147,6 +156,7 @@ void NSceneGraphModelNode::CopyTo(NSceneGraphModelNode& target) const {
   NNodeReference<NMaterialNode> const material = m_block->material;
   material::detail::NUse use(target.GetDomainManager(), material);
   auto const held = core::reference_countable::Hold(target);
+  core::detail::NChangeGroup const group(target.GetRecorder());
   NSceneGraphItemNode::CopyTo(target);
   target.SetGeometryNode(geometry);
   target.SetMaterial(material, use);

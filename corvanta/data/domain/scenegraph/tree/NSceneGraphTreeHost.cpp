@@ -1,6 +1,9 @@
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeHost.h"
 
+#include <utility>
+
 #include "corvanta/core/reference_countable/hold.h"
+#include "corvanta/data/events/detail/NModelRecorder.h"
 
 namespace corvanta::data::domain::scenegraph::tree {
 
@@ -34,7 +37,11 @@ void NSceneGraphTreeHost::SetSceneGraph(NNodeReference<NSceneGraphTreeNode> cons
   if (oldTree && oldTree != newTree) {
     oldTree->RemoveObserver(static_cast<NSceneGraphTreeListener&>(*this));
   }
-  m_tree = given;
+  auto const previous = std::exchange(m_tree, given);
+  auto* const node = dynamic_cast<NNode*>(this);
+  auto* const recorder = node == nullptr ? nullptr : node->GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) recorder->OnReference(*node, events::NRK_TREE, previous, given);
   OnSceneGraphTreeChange(oldTree);
 }
 

@@ -13,6 +13,7 @@
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeDomain.h"
 #include "corvanta/data/domain/scenegraph/tree/NSceneGraphTreeListener.h"
 #include "corvanta/data/domain/scenegraph/tree/bounding_box.h"
+#include "corvanta/data/events/detail/NModelRecorder.h"
 #include "corvanta/vx_math/Quaternion.h"
 
 namespace corvanta::data::domain::scenegraph::tree {
@@ -60,6 +61,9 @@ void NSceneGraphTreeNode::SetRoot(NNodeReference<NSceneGraphItemNode> const& roo
   auto const held = core::reference_countable::Hold(*this);
   NNodeReference<NSceneGraphItemNode> const old = m_block->root;
   m_block->root = root;
+  auto* const recorder = GetRecorder();
+  core::detail::NChangeScope const change(recorder);
+  if (recorder) recorder->OnReference(*this, events::NRK_ROOT, old, m_block->root);
   auto const oldForHosts = old.Get();
   {
     // A host that a listener's exception, or its edit, keeps from being notified is forgotten all
@@ -96,6 +100,7 @@ void NSceneGraphTreeNode::SetIsTessellated(bool isTessellated) {
 void NSceneGraphTreeNode::CopyTo(NSceneGraphTreeNode& target) const {
   NNodeReference<NSceneGraphItemNode> const root = m_block->root;
   auto const held = core::reference_countable::Hold(target);
+  core::detail::NChangeGroup const group(target.GetRecorder());
   CopyNodeTo(target);
   target.SetRoot(root);
 }
@@ -104,6 +109,7 @@ void NSceneGraphTreeNode::OnAttributeChangeImpl(core::attribute::NAttribute cons
   bool const isControl = core::attribute::detail::GetNameEffects(attribute.GetNameIndex()) &
                          domain::detail::NAE_CONTROL;
   auto const held = core::reference_countable::Hold(*this);
+  core::detail::NChangeScope const change(GetRecorder());
   // Listeners run before the caches are marked, here and in the hosts. When one throws, the rest
   // isn't notified, but what the library keeps is marked.
   try {
