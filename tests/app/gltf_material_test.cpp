@@ -187,6 +187,10 @@ TEST(GltfMaterialTest, TexturesKeepTheirUsesAndFactors) {
   // Metal only where the picture says so.
   EXPECT_EQ(full.At("diffuse.r"), 1.0);
 
+  json const coat = {{"clearcoatFactor", 1}, {"clearcoatTexture", kPicture}};
+  json const coated = {{"extensions", {{"KHR_materials_clearcoat", coat}}}};
+  EXPECT_THAT(Made(coated).GetNotes(), ElementsAre(HasSubstr("texture of clear coat")));
+
   json const unlit = {{"KHR_materials_unlit", json::object()}};
   EXPECT_THAT(
       Made({{"pbrMetallicRoughness", {{"baseColorTexture", kPicture}}}, {"extensions", unlit}})

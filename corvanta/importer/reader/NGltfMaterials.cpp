@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <numeric>
 #include <tuple>
+#include <utility>
 
 #include "corvanta/core/text/message.h"
 #include "corvanta/data/domain/material/NMaterialOptions.h"
@@ -177,6 +179,18 @@ void ForEachMapping(tinygltf::Primitive const& primitive, Use const& use) {
   }
 }
 
+// Whether an extension varies over the surface what materials have once.
+bool HasUnseenTexture(tinygltf::Material const& material) {
+  constexpr std::pair<char const*, char const*> kTextures[] = {
+      {"KHR_materials_clearcoat", "clearcoatTexture"},
+      {"KHR_materials_transmission", "transmissionTexture"},
+      {"KHR_materials_specular", "specularTexture"}};
+  return std::any_of(std::begin(kTextures), std::end(kTextures), [&](auto const& each) {
+    auto const* const extension = FindExtension(material.extensions, each.first);
+    return extension != nullptr && GetWhole(extension->Get(each.second), "index") >= 0;
+  });
+}
+
 NTextureWrap GetWrap(int mode) {
   if (mode == TINYGLTF_TEXTURE_WRAP_MIRRORED_REPEAT) return NTextureWrap::NTW_MIRROR;
   return mode == TINYGLTF_TEXTURE_WRAP_CLAMP_TO_EDGE ? NTextureWrap::NTW_CLAMP
@@ -286,6 +300,7 @@ void NGltfMaterials::AddMaterial(tinygltf::Material const& source,
   neutral::NMaterial material{};
   material.name = m_writer.AddText(source.name);
   SetSurface(source, material);
+  m_unseenCount += HasUnseenTexture(source);
   std::vector<neutral::NTexture> textures;
   for (Reference const& each : references) {
     if (each.texture == kVertexColors) {
@@ -348,10 +363,18 @@ std::vector<NUvSet> NGltfMaterials::GetUvSets(tinygltf::Primitive const& primiti
 }
 
 std::vector<std::string> NGltfMaterials::GetNotes() const {
-  auto const count =
-      static_cast<std::size_t>(std::count(m_isMapped.begin(), m_isMapped.end(), false));
-  if (count == 0) return {};
-  return {core::text::Plural(count, "variant changes no material", "variants change no material")};
+  std::vector<std::string> notes;
+  auto const note = [&notes](std::size_t count, char const* one, char const* many) {
+    if (count != 0) notes.push_back(core::text::Plural(count, one, many));
+  };
+  note(static_cast<std::size_t>(std::count(m_isMapped.begin(), m_isMapped.end(), false)),
+       "variant changes no material", "variants change no material");
+  note(
+      m_unseenCount,
+      "material has a texture of clear coat, transmission or specular strength, which was left out",
+      "materials have textures of clear coat, transmission or specular strength, which were left "
+      "out");
+  return notes;
 }
 
 }  // namespace corvanta::importer::reader

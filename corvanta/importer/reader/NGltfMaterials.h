@@ -73,6 +73,7 @@ class NGltfMaterials {
   std::size_t m_variantCount = 0;
   std::vector<bool> m_isMapped;  // of each variant, whether a primitive has a material for it
   std::uint32_t m_default = neutral::kNone;
+  std::size_t m_unseenCount = 0;  // those with a texture of an extension that isn't drawn
 };
 
 }  // namespace corvanta::importer::reader
