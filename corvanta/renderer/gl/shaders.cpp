@@ -32,9 +32,12 @@ std::string MakeHead(NSurfaceKey const& key) {
     used |= 1u << key.coords[i];
     head += std::string("#define ") + kCoordsNames[slot] + ' ' + kCoordsNames[key.coords[i]] + '\n';
   }
+  head += "#define EACH_COORDS(F)";
   for (unsigned i = 0; i != kCoordsCount; ++i) {
-    if ((used >> i & 1u) != 0) head += "#define COORDS" + std::to_string(i) + '\n';
+    if ((used >> i & 1u) == 0) continue;
+    head += std::string(" F(") + kCoordsNames[i] + ", coords" + std::to_string(i) + ')';
   }
+  head += '\n';
   if (key.hasLocalLamps) head += "#define LOCAL_LAMPS\n";
   return head + "#define DIRECTIONAL_COUNT " + std::to_string(key.directionalCount) + '\n';
 }
@@ -57,24 +60,11 @@ uniform vec2 depthRange;
 
 out vec3 worldPosition;
 out vec3 worldNormal;
-#ifdef COORDS0
-out vec2 colorCoords;
-#endif
-#ifdef COORDS1
-out vec2 bumpCoords;
-#endif
+#define DECLARE(name, from) out vec2 name;
+EACH_COORDS(DECLARE)
 #ifdef BUMP_MAP
 out vec3 worldTangent;
 out vec3 worldBinormal;
-#endif
-#ifdef COORDS2
-out vec2 specularCoords;
-#endif
-#ifdef COORDS3
-out vec2 emissiveCoords;
-#endif
-#ifdef COORDS4
-out vec2 opacityCoords;
 #endif
 #ifdef FLECKS
 out vec3 fleckPosition;  // moves and turns with the model
@@ -84,24 +74,11 @@ void main() {
   vec4 global = world * vec4(position, 1.0);
   worldPosition = global.xyz;
   worldNormal = normalWorld * normal;
-#ifdef COORDS0
-  colorCoords = coords0;
-#endif
-#ifdef COORDS1
-  bumpCoords = coords1;
-#endif
+#define PASS(name, from) name = from;
+  EACH_COORDS(PASS)
 #ifdef BUMP_MAP
   worldTangent = mat3(world) * tangent;
   worldBinormal = mat3(world) * binormal;
-#endif
-#ifdef COORDS2
-  specularCoords = coords2;
-#endif
-#ifdef COORDS3
-  emissiveCoords = coords3;
-#endif
-#ifdef COORDS4
-  opacityCoords = coords4;
 #endif
 #ifdef FLECKS
   fleckPosition = position * vec3(length(world[0].xyz), length(world[1].xyz), length(world[2].xyz));
@@ -139,24 +116,11 @@ const float kFleckPower = 64.0;
 
 in vec3 worldPosition;
 in vec3 worldNormal;
-#ifdef COORDS0
-in vec2 colorCoords;
-#endif
-#ifdef COORDS1
-in vec2 bumpCoords;
-#endif
+#define DECLARE(name, from) in vec2 name;
+EACH_COORDS(DECLARE)
 #ifdef BUMP_MAP
 in vec3 worldTangent;
 in vec3 worldBinormal;
-#endif
-#ifdef COORDS2
-in vec2 specularCoords;
-#endif
-#ifdef COORDS3
-in vec2 emissiveCoords;
-#endif
-#ifdef COORDS4
-in vec2 opacityCoords;
 #endif
 #ifdef FLECKS
 in vec3 fleckPosition;
