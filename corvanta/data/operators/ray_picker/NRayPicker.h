@@ -44,7 +44,10 @@ struct CORVANTA_API PickRecord {
 /// Raises: reading trees and geometries may subscribe late.
 /// Fails: a visit throws NSceneGraphWalkError beyond the budget of scenegraph/walk_budget.h; then,
 /// and when a listener throws, the picker is as it was before the visit.
-/// Cost: boxes prune the walk; the triangles of a mesh that is picked often are indexed.
+/// Cost: boxes prune the walk. Of an item with 64 children or more the ray finds by an index those
+/// that it may meet; the index is made at the first pick and kept up to date with the boxes. Hidden
+/// children, references, and models with children are looked at one by one. The triangles of a mesh
+/// that is picked often are indexed.
 class CORVANTA_API NRayPicker : public domain::NNodeWatcher {
  public:
   NRayPicker();
