@@ -4,6 +4,7 @@
 
 #include "corvanta/importer/NImportError.h"
 #include "corvanta/importer/NUpAxis.h"
+#include "corvanta/importer/deform/NDeformer.h"
 #include "corvanta/importer/formats.h"
 #include "corvanta/importer/import.h"
 #include "corvanta/importer/limits.h"

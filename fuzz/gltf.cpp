@@ -56,6 +56,7 @@ void Check(std::vector<std::uint64_t> const& block, std::vector<std::uint64_t> c
     NSceneView const other(std::as_bytes(std::span(again)));
     Require(AreSame<char>(scene, other) && AreSame<NTriple>(scene, other) &&
                 AreSame<NTriangle>(scene, other) && AreSame<std::uint32_t>(scene, other) &&
+                AreSame<NInfluence>(scene, other) && AreSame<NOffset>(scene, other) &&
                 scene.Get<NNode>().size() == other.Get<NNode>().size(),
             "a file says the same twice");
     for (NAnimation const& animation : scene.Get<NAnimation>()) {

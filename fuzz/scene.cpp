@@ -48,6 +48,12 @@ void Build(NSceneView const& scene) {
   importer::NAnimations const animations(target, scene, hierarchy, *tree, effort);
   Require(animations.GetNodes().size() == scene.Get<NAnimation>().size(),
           "each animation has a node");
+  auto const& deformer = hierarchy.GetDeformations().GetDeformer();
+  if (!deformer) return;
+  for (auto const& animation : animations.GetNodes()) {
+    animation->SetFrame(static_cast<double>(animation->GetEndFrame()));
+    deformer->Update();
+  }
 }
 
 }  // namespace

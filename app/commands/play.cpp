@@ -1,4 +1,6 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <exception>
 #include <filesystem>
@@ -38,7 +40,8 @@ Without --timeline and --tour the first animation is played, or the tour where
 there is none. A frame is a line: the seconds since the begin, the moment of
 what is played, how many items moved, and how many events a listener of the
 document received. It ends with the run; with --repeat after two, or when
---seconds are over; by Ctrl-C, with the frames that are done.
+--seconds are over; by Ctrl-C, with the frames that are done. With --repeat a
+frame at the end of a run shows the begin of the next one, also the last.
 
 The pictures of -o are seen by the tour's camera or, for an animation, by one
 that shows the whole scene as it is in that frame. --csv has a row for each
@@ -46,12 +49,18 @@ frame and a column for each attribute that is animated; for the tour, the
 camera's global position, its interest and its up. --plot draws these over time.
 What was in these files stays until all is played.
 
-  corvanta play model.glb -o frames/%04d.png)";
+  corvanta play model.glb -o frames/%04d.png
+
+Other tools make one file of the frames, where 25 is the --fps and 4 are
+hundredths of a second:
+  ffmpeg -framerate 25 -i frames/%04d.png -pix_fmt yuv420p video.mp4
+  ffmpeg -framerate 25 -i frames/%04d.png animation.gif
+  convert -delay 4 -loop 0 frames/*.png animation.gif)";
 
 struct Options {
   std::string file, csv, plot, frames, camera;
   std::string size = "800x600";
-  std::optional<unsigned> timeline;
+  std::string timeline;
   bool isTour = false;
   NPace pace;
   bool isReverse = false;
@@ -60,6 +69,14 @@ struct Options {
 
 // Times are sums of steps; nobody means what stands behind the microseconds.
 double Rounded(double seconds) { return std::round(seconds * 1e6) / 1e6; }
+
+/// The whole number that a text is.
+std::optional<std::size_t> ParseNumber(std::string const& text) {
+  std::size_t number = 0;
+  char const* const end = text.data() + text.size();
+  auto const [rest, fault] = std::from_chars(text.data(), end, number);
+  return fault == std::errc() && rest == end ? std::optional(number) : std::nullopt;
+}
 
 class Play {
  public:
@@ -100,7 +117,7 @@ class Play {
 
  private:
   bool IsTour() const {
-    return m_options.isTour || (!m_options.timeline && m_model.animations.empty());
+    return m_options.isTour || (m_options.timeline.empty() && m_model.animations.empty());
   }
 
   /// Fails: null, with the reason printed.
@@ -110,15 +127,31 @@ class Play {
     if (IsTour()) {
       return std::make_unique<NTourPlayer>(stage, m_model, m_options.isReverse, repeats);
     }
-    unsigned const number = m_options.timeline.value_or(1);
-    if (number <= animations.size()) {
-      return std::make_unique<NTimeLinePlayer>(*animations[number - 1], m_options.isReverse,
-                                               repeats);
+    auto const number = FindAnimation();
+    if (number < animations.size()) {
+      return std::make_unique<NTimeLinePlayer>(*animations[number], m_options.isReverse, repeats,
+                                               m_model.deformer);
     }
-    PrintError(m_options.file,
-               "no animation " + std::to_string(number) + ", the file has " +
-                   (animations.empty() ? "none" : std::to_string(animations.size())));
+    PrintError(
+        m_options.file,
+        "no animation " +
+            (ParseNumber(m_options.timeline) ? m_options.timeline : Quoted(m_options.timeline)) +
+            ", the file has " + (animations.empty() ? "none" : std::to_string(animations.size())));
     return nullptr;
+  }
+
+  /// The place of the animation that is to be played.
+  /// Fails: a place behind all.
+  std::size_t FindAnimation() const {
+    std::string const& wanted = m_options.timeline;
+    if (wanted.empty()) return 0;
+    auto const& animations = m_model.animations;
+    auto const named =
+        std::find_if(animations.begin(), animations.end(), [&wanted](auto const& animation) {
+          return core::text::ToNarrow(animation->GetName()) == wanted;
+        });
+    if (named != animations.end()) return static_cast<std::size_t>(named - animations.begin());
+    return ParseNumber(wanted).value_or(0) - std::size_t{1};
   }
 
   /// Gives the exit status.
@@ -236,8 +269,10 @@ bool IsSamePlace(std::string const& a, std::string const& b) {
 
 /// What the options can't be together or at all; empty if they can be.
 std::string FindFault(Options const& options) {
-  if (options.timeline && options.isTour) return "--timeline and --tour exclude each other";
-  if (options.timeline == 0u) return "--timeline: animations are counted from 1";
+  if (!options.timeline.empty() && options.isTour)
+    return "--timeline and --tour exclude each other";
+  if (ParseNumber(options.timeline) == std::size_t{0})
+    return "--timeline: animations are counted from 1";
   if (!(options.pace.fps > 0.0 && options.pace.fps <= 1e6)) {
     return "--fps needs a number above 0, up to a million";
   }
@@ -263,9 +298,10 @@ void AddPlay(CLI::App& program, int& status) {
   CLI::App* const command =
       program.add_subcommand("play", "Play an animation of a file, or lead a camera through it.");
   command->add_option("FILE", options->file, "Model file")->required();
-  command->add_option("--timeline", options->timeline, "Play the Nth animation, from 1")
-      ->check(CLI::NonNegativeNumber)
-      ->option_text("N");
+  command
+      ->add_option("--timeline", options->timeline,
+                   "Play the first animation of that name, or else the Nth, from 1")
+      ->option_text("NAME|N");
   command->add_flag(
       "--tour", options->isTour,
       "Lead a camera from one camera of the file to the next, two seconds at each, or "

@@ -141,6 +141,9 @@ class Render {
         others.push_back(text);
       }
     }
+    for (importer::NImportedModel const& model : m_models) {
+      if (model.deformer && !m_options.assignments.empty()) model.deformer->Update();
+    }
     return others;
   }
 
@@ -206,8 +209,8 @@ class Render {
   void PlayTo(double seconds) {
     for (importer::NImportedModel const& model : m_models) {
       if (model.animations.empty()) continue;
-      m_players.push_back(
-          std::make_unique<NTimeLinePlayer>(*model.animations.front(), false, false));
+      m_players.push_back(std::make_unique<NTimeLinePlayer>(*model.animations.front(), false, false,
+                                                            model.deformer));
       m_players.back()->Begin();
       m_players.back()->Advance(seconds);
     }
@@ -253,9 +256,8 @@ class Render {
 
   void NoteWhatIsMissing(NStagePreview& preview) const {
     // A camera that shows all shows something, and to look costs nearly as much as to draw.
-    constexpr std::size_t kMany = 300'000;
     bool const showsAll = m_options.camera.empty() && m_options.assignments.empty();
-    if (!showsAll || CountDrawnTriangles(preview) < kMany) {
+    if (!showsAll || !IsLarge(preview)) {
       std::string const reason = FindEmptiness(m_document, preview);
       if (!reason.empty()) PrintNote(m_options.output, "the picture is empty: " + reason);
     }

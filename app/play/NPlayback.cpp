@@ -14,8 +14,10 @@ NPlayback::NPlayback(data::document::NDocument& document, NPlayer& player, NPace
   double const length = player.GetLength();
   m_seconds = pace.seconds.value_or(pace.repeats ? 2.0 * length : length);
   if (!pace.repeats) m_seconds = std::min(m_seconds, length);
-  // What rounding leaves over is no frame.
-  m_frameCount = 1 + static_cast<std::size_t>(std::max(0.0, std::ceil(m_seconds * m_fps - 1e-6)));
+  // What rounding leaves over is no frame: files hold floats.
+  double const frames = m_seconds * m_fps;
+  m_frameCount =
+      1 + static_cast<std::size_t>(std::max(0.0, std::ceil(frames - 1e-6 - 2e-7 * frames)));
   document.GetEvents().AddObserver(*m_counter);
 }
 
@@ -60,6 +62,10 @@ std::size_t NPlayback::CountMoved(std::vector<double> const& before,
 }
 
 NPlayer::~NPlayer() = default;
+
+bool NPlayer::IsReached(double step, double left) {
+  return left > 0.0 && std::abs(step - left) <= 1e-6 + 1e-12 * left;
+}
 
 NEventCounter::~NEventCounter() = default;
 

@@ -36,11 +36,15 @@ class NPlayer {
 
   /// Moves the document to the moment where the direction begins.
   virtual void Begin() = 0;
-  /// Moves it on.
+  /// Moves it on. An end that is reached but for rounding is reached; where it repeats, that is the
+  /// begin of the next run.
   /// Units: seconds, 0 or more.
   virtual void Advance(double seconds) = 0;
 
  protected:
+  /// Whether a step ends where `left` is left, but for what rounding makes of sums of steps.
+  static bool IsReached(double step, double left);
+
   std::vector<Channel> m_channels;
 };
 

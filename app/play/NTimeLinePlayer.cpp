@@ -1,5 +1,7 @@
 #include "app/play/NTimeLinePlayer.h"
 
+#include <utility>
+
 #include "corvanta/core/text/convert.h"
 
 namespace corvanta::app {
@@ -7,10 +9,12 @@ namespace corvanta::app {
 using core::text::ToNarrow;
 using data::domain::animation::NAnimationNode;
 
-NTimeLinePlayer::NTimeLinePlayer(NAnimationNode& animation, bool isReverse, bool repeats)
+NTimeLinePlayer::NTimeLinePlayer(NAnimationNode& animation, bool isReverse, bool repeats,
+                                 std::shared_ptr<importer::NDeformer> deformer)
     : m_animation(&animation),
       m_timeline(
-          new data::timeline::NTimeLine(core::node::NNodeReference<NAnimationNode>(animation))) {
+          new data::timeline::NTimeLine(core::node::NNodeReference<NAnimationNode>(animation))),
+      m_deformer(std::move(deformer)) {
   m_timeline->SetIsReverseFlag(isReverse);
   m_timeline->SetRepeatsFlag(repeats);
   for (auto const& [context, curve] : animation.GetAnimations()) {
@@ -47,8 +51,20 @@ double NTimeLinePlayer::GetMoment() const {
 void NTimeLinePlayer::Begin() {
   m_timeline->SetCurrentFrame(static_cast<double>(
       m_timeline->IsReverse() ? m_animation->GetEndFrame() : m_animation->GetStartFrame()));
+  if (m_deformer) m_deformer->Update();
 }
 
-void NTimeLinePlayer::Advance(double seconds) { Update(*m_timeline, seconds); }
+void NTimeLinePlayer::Advance(double seconds) {
+  double const start = static_cast<double>(m_animation->GetStartFrame());
+  double const end = static_cast<double>(m_animation->GetEndFrame());
+  double const frame = m_timeline->GetCurrentFrame();
+  bool const isReverse = m_timeline->IsReverse();
+  if (IsReached(seconds * m_animation->GetFps(), isReverse ? frame - start : end - frame)) {
+    m_timeline->SetCurrentFrame(m_timeline->Repeats() == isReverse ? end : start);
+  } else {
+    Update(*m_timeline, seconds);
+  }
+  if (m_deformer) m_deformer->Update();
+}
 
 }  // namespace corvanta::app

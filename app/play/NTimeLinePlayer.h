@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/intrusive_ptr.hpp>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -9,13 +10,16 @@
 #include "corvanta/core/attribute/NAttributeHost.h"
 #include "corvanta/data/domain/animation/NAnimationNode.h"
 #include "corvanta/data/timeline/NTimeLine.h"
+#include "corvanta/importer/deform/NDeformer.h"
 
 namespace corvanta::app {
 
 /// Plays an animation node by a timeline. Its channels are the attributes that curves move.
 class NTimeLinePlayer : public NPlayer {
  public:
-  NTimeLinePlayer(data::domain::animation::NAnimationNode& animation, bool isReverse, bool repeats);
+  /// `deformer` follows each move; null where there is none.
+  NTimeLinePlayer(data::domain::animation::NAnimationNode& animation, bool isReverse, bool repeats,
+                  std::shared_ptr<importer::NDeformer> deformer = nullptr);
 
   std::vector<double> Sample() const override;
   std::string GetTitle() const override;
@@ -29,6 +33,7 @@ class NTimeLinePlayer : public NPlayer {
   boost::intrusive_ptr<data::timeline::NTimeLine> const m_timeline;
   std::vector<boost::intrusive_ptr<core::attribute::NAttributeHost>> m_hosts;
   std::vector<core::attribute::NAttribute const*> m_attributes;  // of the hosts
+  std::shared_ptr<importer::NDeformer> const m_deformer;
 };
 
 }  // namespace corvanta::app

@@ -33,7 +33,10 @@ constexpr char const* kAttributes[] = {"position.x", "position.y", "position.z",
 
 NTourPlayer::NTourPlayer(NStage& stage, importer::NImportedModel const& model, bool isReverse,
                          bool repeats)
-    : m_stage(stage), m_camera(stage.GetView().GetCamera()), m_isReverse(isReverse) {
+    : m_stage(stage),
+      m_camera(stage.GetView().GetCamera()),
+      m_isReverse(isReverse),
+      m_repeats(repeats) {
   auto const camera = m_camera.GetNode();
   auto const lens = camera->GetCameraNode();
   // Where the file's cameras lie on their side, so does this one.
@@ -82,6 +85,9 @@ void NTourPlayer::Begin() {
 }
 
 void NTourPlayer::Advance(double seconds) {
+  constexpr double kBeyond = 1e-9;  // seconds: an end itself is still the end
+  double const left = m_isReverse ? GetMoment() : GetLength() - GetMoment();
+  if (m_repeats && IsReached(seconds, left)) seconds = left + kBeyond;
   m_presentation->GetEngine().Update(Args(m_stage), m_isReverse ? -seconds : seconds);
 }
 

@@ -31,6 +31,7 @@ class NTourPlayer : public NPlayer {
   NOverview::Camera const m_camera;
   boost::intrusive_ptr<data::animation::NAnimation> m_presentation;
   bool const m_isReverse;
+  bool const m_repeats;
 };
 
 }  // namespace corvanta::app

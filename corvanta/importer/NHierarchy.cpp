@@ -35,6 +35,7 @@ NHierarchy::NHierarchy(NImportTarget& target, neutral::NSceneView const& scene,
       m_materials(materials),
       m_crease(crease),
       m_variants(scene, materials),
+      m_deformations(target, scene, crease),
       m_isLightPlaced(scene.Get<neutral::NLight>().size()),
       m_isCameraPlaced(scene.Get<neutral::NCamera>().size()),
       m_geometries(scene.Get<neutral::NMesh>().size()),
@@ -69,6 +70,7 @@ void NHierarchy::Build(tree::NSceneGraphTreeNode& tree, NEffort& effort, bool is
   tree.SetRoot(NNodeReference<Item>(*root));
   std::stable_sort(m_cameras.begin(), m_cameras.end(),
                    [](auto const& a, auto const& b) { return a.first < b.first; });
+  m_deformations.Bind(m_items);
   AimCameras(tree);
 }
 
@@ -78,8 +80,11 @@ NHierarchy::ItemPointer NHierarchy::QueryItem(std::uint64_t number) const {
 
 NHierarchy::Content NHierarchy::TakeContent(neutral::NNode const& node) {
   Content content;
-  for (std::uint32_t const mesh : m_scene.Get(node.meshes)) {
-    if (GetGeometry(mesh)) content.meshes.push_back(mesh);
+  auto const meshes = m_scene.Get(node.meshes), skins = m_scene.Get(node.skins);
+  for (std::size_t i = 0; i != meshes.size(); ++i) {
+    if (!HasTriangles(meshes[i])) continue;
+    content.meshes.push_back(meshes[i]);
+    content.skins.push_back(skins.empty() ? neutral::kNone : skins[i]);
   }
   for (std::uint32_t const light : m_scene.Get(node.lights)) {
     m_isLightPlaced[light] = true;
@@ -104,7 +109,7 @@ NHierarchy::ItemPointer NHierarchy::CreateItem(neutral::NNode const& node) {
   ItemPointer item;
   bool const isOne = content.Count() == 1;
   if (isOne && !content.meshes.empty()) {
-    item = CreateModel(content.meshes.front());
+    item = CreateModel(content, 0);
   } else if (isOne && !content.lights.empty() &&
              GetPlace(Get<neutral::NLight>(content.lights.front())) == unmoved) {
     item = CreateLight(content.lights.front());
@@ -115,8 +120,9 @@ NHierarchy::ItemPointer NHierarchy::CreateItem(neutral::NNode const& node) {
     item = m_target.Create<item::NSceneGraphGroupNode>(m_target.GetDocument().GetItems());
     SetName(*item, m_scene.GetText(node.name));
     Place(*item, transform, node);
-    for (std::uint32_t const mesh : content.meshes) {
-      AddBelow(*item, CreateModel(mesh), Get<neutral::NMesh>(mesh).name, unmoved);
+    for (std::size_t i = 0; i != content.meshes.size(); ++i) {
+      AddBelow(*item, CreateModel(content, i), Get<neutral::NMesh>(content.meshes[i]).name,
+               unmoved);
     }
     for (std::uint32_t const light : content.lights) {
       auto const& source = Get<neutral::NLight>(light);
@@ -140,9 +146,13 @@ void NHierarchy::AddBelow(Item& group, ItemPointer const& item, neutral::NText c
   group.AddChild(*item);
 }
 
-NHierarchy::ItemPointer NHierarchy::CreateModel(std::size_t mesh) {
+// That of the mesh `i` of what is `m_items`' next.
+NHierarchy::ItemPointer NHierarchy::CreateModel(Content const& content, std::size_t i) {
+  std::size_t const mesh = content.meshes[i];
   auto const model = m_target.Create<item::NSceneGraphModelNode>(m_target.GetDocument().GetItems());
-  model->SetGeometryNode(NNodeReference<data::domain::geometry::NGeometryNode>(*GetGeometry(mesh)));
+  auto geometry = m_deformations.AddModel(*model, mesh, content.skins[i], m_items.size());
+  if (!geometry) geometry = GetGeometry(mesh);
+  model->SetGeometryNode(NNodeReference<data::domain::geometry::NGeometryNode>(*geometry));
   model->SetMaterial(NNodeReference<data::domain::material::NMaterialNode>(
       *m_materials.GetMaterial(Get<neutral::NMesh>(mesh).material)));
   m_variants.AddModel(mesh, *model);
@@ -187,16 +197,18 @@ void NHierarchy::AimCameras(tree::NSceneGraphTreeNode const& tree) {
   }
 }
 
+bool NHierarchy::HasTriangles(std::size_t mesh) {
+  if (Get<neutral::NMesh>(mesh).triangles.count != 0) return true;
+  if (!m_hasNoTriangles[mesh]) ++m_meshesWithoutTriangles;
+  m_hasNoTriangles[mesh] = true;
+  return false;
+}
+
 boost::intrusive_ptr<data::domain::geometry::NGeometryNode> NHierarchy::GetGeometry(
     std::size_t mesh) {
   auto& node = m_geometries[mesh];
-  if (node || m_hasNoTriangles[mesh]) return node;
+  if (node) return node;
   auto const surface = CreateSurface(m_scene, Get<neutral::NMesh>(mesh), m_crease);
-  if (!surface) {
-    m_hasNoTriangles[mesh] = true;
-    ++m_meshesWithoutTriangles;
-    return node;
-  }
   node = m_target.Create(m_target.GetDocument().GetGeometries());
   SetName(*node, m_scene.GetText(Get<neutral::NMesh>(mesh).name));
   node->AddSurface(*surface);
@@ -221,6 +233,8 @@ std::vector<std::string> NHierarchy::GetNotes() const {
   note(CountFalse(m_isLightPlaced) + CountFalse(m_isCameraPlaced),
        "light or camera stands at no node and was left out",
        "lights or cameras stand at no node and were left out");
+  auto const more = m_deformations.GetNotes();
+  notes.insert(notes.end(), more.begin(), more.end());
   return notes;
 }
 

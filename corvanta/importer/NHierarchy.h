@@ -18,6 +18,7 @@
 #include "corvanta/importer/NMaterials.h"
 #include "corvanta/importer/NVariants.h"
 #include "corvanta/importer/animation/NEffort.h"
+#include "corvanta/importer/deform/NDeformations.h"
 #include "corvanta/importer/neutral/NSceneView.h"
 
 namespace corvanta::importer {
@@ -48,6 +49,7 @@ class CORVANTA_API NHierarchy {
       std::uint64_t number) const;
 
   NVariants const& GetVariants() const { return m_variants; }
+  NDeformations const& GetDeformations() const { return m_deformations; }
 
   /// What the file holds and the scene can't, in UTF-8.
   std::vector<std::string> GetNotes() const;
@@ -59,6 +61,7 @@ class CORVANTA_API NHierarchy {
   // What a node of the file holds: numbers in the scene's lists.
   struct Content {
     std::vector<std::uint32_t> meshes;
+    std::vector<std::uint32_t> skins;  // one a mesh; neutral::kNone for none
     std::vector<std::uint32_t> lights;
     std::vector<std::uint32_t> cameras;
     std::size_t Count() const { return meshes.size() + lights.size() + cameras.size(); }
@@ -71,13 +74,14 @@ class CORVANTA_API NHierarchy {
 
   Content TakeContent(neutral::NNode const& node);
   ItemPointer CreateItem(neutral::NNode const& node);
-  ItemPointer CreateModel(std::size_t mesh);
+  ItemPointer CreateModel(Content const& content, std::size_t i);
   ItemPointer CreateLight(std::size_t light);
   ItemPointer CreateCamera(std::size_t camera);
   void AddBelow(Item& group, ItemPointer const& item, neutral::NText const& name,
                 VX_Math::Matrix const& place);
   void Place(Item& item, VX_Math::Matrix const& transform, neutral::NNode const& node);
   void AimCameras(data::domain::scenegraph::tree::NSceneGraphTreeNode const& tree);
+  bool HasTriangles(std::size_t mesh);
   boost::intrusive_ptr<data::domain::geometry::NGeometryNode> GetGeometry(std::size_t mesh);
 
   NImportTarget& m_target;
@@ -85,6 +89,7 @@ class CORVANTA_API NHierarchy {
   NMaterials& m_materials;
   std::optional<double> const m_crease;
   NVariants m_variants;
+  NDeformations m_deformations;
   std::vector<bool> m_isLightPlaced;
   std::vector<bool> m_isCameraPlaced;
   std::vector<boost::intrusive_ptr<data::domain::geometry::NGeometryNode>> m_geometries;

@@ -46,7 +46,7 @@ class CORVANTA_API NImportTarget {
   template <class Creation>
   auto Add(Creation const& create) {
     m_nodes.emplace_back();
-    auto const node = create();
+    auto node = create();
     m_nodes.back() = node;
     return node;
   }

@@ -64,6 +64,7 @@ NImportedModel ImportModel(data::document::NDocument& document, std::string cons
   NAnimations const animations(target, scene, hierarchy, *result.tree, effort);
   for (auto const& [number, camera] : hierarchy.GetCameras()) result.cameras.push_back(camera);
   result.animations = animations.GetNodes();
+  result.deformer = hierarchy.GetDeformations().GetDeformer();
   result.variants = hierarchy.GetVariants().GetNames();
   result.switches = hierarchy.GetVariants().GetSwitches();
   auto const isBuilt = Clock::now();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <boost/intrusive_ptr.hpp>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,6 +13,7 @@
 #include "corvanta/data/switches/NMaterialSwitch.h"
 #include "corvanta/export.h"
 #include "corvanta/importer/NUpAxis.h"
+#include "corvanta/importer/deform/NDeformer.h"
 
 namespace corvanta::importer {
 
@@ -31,6 +33,9 @@ struct NImportedModel {
   std::vector<std::string> files;  // that were read for it, without pictures
   double readMilliseconds = 0.0;
   double buildMilliseconds = 0.0;
+  // To be updated whenever an animation has moved items, or somebody else has; null where neither
+  // bones nor morph targets move a vertex.
+  std::shared_ptr<NDeformer> deformer;
 };
 
 /// What becomes of a model file where it can't say it itself.

@@ -40,8 +40,12 @@ class Joiner {
     NTriple normal;
   };
 
-  Joiner(Arrays const& mesh, NCornerNormals const& normals)
+  // `keepsApart`: whether vertices of the mesh stay apart that have all alike; `joinsNone`: whether
+  // all corners do.
+  Joiner(Arrays const& mesh, NCornerNormals const& normals, bool keepsApart, bool joinsNone)
       : m_mesh(mesh),
+        m_keepsApart(keepsApart),
+        m_joinsNone(joinsNone),
         m_ownNumbers(mesh.positions.size(), neutral::kNone),
         m_numbering(normals.GetMostDistinct()) {
     std::size_t corner = 0;
@@ -62,6 +66,11 @@ class Joiner {
       return;
     }
     Vertex const wanted{vertex, normals.Get(corner)};
+    if (m_joinsNone) {
+      m_indices.push_back(static_cast<unsigned>(m_vertices.size()));
+      m_vertices.push_back(wanted);
+      return;
+    }
     auto const [number, isNew] = m_numbering.Take(
         Hash(wanted), [&](std::uint32_t known) { return Equal(m_vertices[known], wanted); });
     if (isNew) m_vertices.push_back(wanted);
@@ -69,13 +78,15 @@ class Joiner {
     m_indices.push_back(number);
   }
   std::size_t Hash(Vertex const& vertex) const {
-    std::size_t hash = Mix(Mix(0, m_mesh.positions[vertex.number]), vertex.normal);
+    std::size_t const begin = m_keepsApart ? vertex.number : 0;
+    std::size_t hash = Mix(Mix(begin, m_mesh.positions[vertex.number]), vertex.normal);
     for (auto const& uvs : m_mesh.uvs) hash = Mix(hash, uvs[vertex.number]);
     return hash;
   }
   bool Equal(Vertex const& a, Vertex const& b) const {
     if (a.normal != b.normal) return false;
     if (a.number == b.number) return true;
+    if (m_keepsApart) return false;
     for (auto const& uvs : m_mesh.uvs) {
       if (uvs[a.number] != uvs[b.number]) return false;
     }
@@ -83,11 +94,17 @@ class Joiner {
   }
 
   Arrays const& m_mesh;
+  bool const m_keepsApart;
+  bool const m_joinsNone;
   std::vector<std::uint32_t> m_ownNumbers;  // by the mesh's vertices
   NNumbering m_numbering;
   std::vector<Vertex> m_vertices;
   std::vector<unsigned> m_indices;
 };
+
+double GetCrease(neutral::NMesh const& mesh, std::optional<double> crease) {
+  return crease.value_or(mesh.isFlat != 0 ? 0.0 : kUsualCrease);
+}
 
 void Append(std::vector<float>& floats, NTriple const& v) {
   floats.insert(floats.end(), v.begin(), v.end());
@@ -95,20 +112,27 @@ void Append(std::vector<float>& floats, NTriple const& v) {
 
 }  // namespace
 
+bool IsFaceted(neutral::NMesh const& mesh, std::optional<double> crease) {
+  return mesh.normals.count == 0 && GetCrease(mesh, crease) == 0.0;
+}
+
 boost::intrusive_ptr<geometry::NSurface> CreateSurface(neutral::NSceneView const& scene,
                                                        neutral::NMesh const& source,
-                                                       std::optional<double> crease) {
+                                                       std::optional<double> crease,
+                                                       std::vector<std::uint32_t>* vertices) {
   Arrays const mesh(scene, source);
   if (mesh.triangles.empty()) return nullptr;
   NCornerNormals const cornerNormals(mesh.positions, mesh.normals, mesh.triangles,
-                                     crease.value_or(source.isFlat != 0 ? 0.0 : kUsualCrease));
-  Joiner const joined(mesh, cornerNormals);
+                                     GetCrease(source, crease));
+  Joiner const joined(mesh, cornerNormals, vertices != nullptr,
+                      vertices != nullptr && IsFaceted(source, crease));
 
   std::vector<float> coords;
   std::vector<float> normals;
   for (Joiner::Vertex const& vertex : joined.GetVertices()) {
     Append(coords, mesh.positions[vertex.number]);
     Append(normals, vertex.normal);
+    if (vertices != nullptr) vertices->push_back(vertex.number);
   }
   std::map<NUVWMappingID, std::vector<data::structs::UVW>> uvws;
   for (unsigned set = 0; set != mesh.uvs.size(); ++set) {

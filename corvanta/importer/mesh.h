@@ -1,7 +1,9 @@
 #pragma once
 
 #include <boost/intrusive_ptr.hpp>
+#include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "corvanta/data/domain/geometry/NPolygonSurface.h"
 #include "corvanta/export.h"
@@ -21,12 +23,18 @@ constexpr unsigned GetMappingId(unsigned channel) { return channel + 2; }
 /// are those of a face that they contradict. Faces meet in a crease where they are turned by more
 /// than `crease`; without it, all do in a mesh whose format wants flat faces, and in others those
 /// that are turned by more than kUsualCrease.
+///
+/// With `vertices`, no two vertices of the mesh become one, nor any of a mesh that is faceted, and
+/// it gets the mesh's vertex of each of the surface.
 /// Units: degrees.
 /// Fails: null without triangles.
 CORVANTA_API boost::intrusive_ptr<data::domain::geometry::NSurface> CreateSurface(
     neutral::NSceneView const& scene, neutral::NMesh const& mesh,
-    std::optional<double> crease = std::nullopt);
+    std::optional<double> crease = std::nullopt, std::vector<std::uint32_t>* vertices = nullptr);
 
 inline constexpr double kUsualCrease = 60.0;
+
+/// Whether all faces are flat because the mesh has no normals.
+CORVANTA_API bool IsFaceted(neutral::NMesh const& mesh, std::optional<double> crease);
 
 }  // namespace corvanta::importer

@@ -39,7 +39,7 @@ CORVANTA_API std::wstring FindChildProgram(std::wstring const& name);
 /// Starting a program takes as long as loading its libraries does.
 class CORVANTA_API NChildProcess {
  public:
-  static constexpr std::size_t kMostMessage = 64 * 1024;
+  static constexpr std::size_t kMostMessage = 65536;
   static constexpr std::size_t kMostDescriptors = 4;
 
   /// Starts the program at the path `program`, in a process group of its own, with the socket as

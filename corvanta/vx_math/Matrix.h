@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <type_traits>
 
 #include "corvanta/export.h"
@@ -34,8 +35,10 @@ class CORVANTA_API Matrix {
     return m_values[4 * row + column];
   }
   /// The four floats of a row; the next row follows on.
-  constexpr float* operator[](int row) noexcept { return m_values + 4 * row; }
-  constexpr float const* operator[](int row) const noexcept { return m_values + 4 * row; }
+  constexpr float* operator[](int row) noexcept { return &m_values[4 * std::ptrdiff_t{row}]; }
+  constexpr float const* operator[](int row) const noexcept {
+    return &m_values[4 * std::ptrdiff_t{row}];
+  }
 
   /// All sixteen floats, row after row.
   constexpr float* data() noexcept { return m_values; }

@@ -177,7 +177,7 @@ void MakeAnimation(neutral::NSceneWriter& writer, double ticksPerSecond, double 
         {writer.AddText(node), node == "n" ? 0 : neutral::kNone, writer.Add(keys), {}, {}});
   }
   writer.Get<neutral::NAnimation>().push_back(
-      {{}, ticksPerSecond, duration, writer.Add(channels), 0, 0});
+      {{}, ticksPerSecond, duration, writer.Add(channels), 0, {}, {}});
 }
 
 TEST(AnimationsTest, RangesAreWholeFramesAndTimesAreSeconds) {

@@ -98,7 +98,7 @@ TEST(GltfAnimationTest, AStepFiresInTheFrameOfItsTime) {
         app::NTimeLinePlayer player(*model.animations.at(0), isReverse, false);
         app::NPlayback playback(document, player, {static_cast<double>(rate), {}, false});
         int lateCount = 0;
-        playback.Run([&](app::NFrame const& frame) {
+        playback.Run([&, tenths = tenths](app::NFrame const& frame) {
           double const keys = frame.moment * 10 / tenths;
           double const expected = std::floor(keys + 1e-5);
           lateCount += std::abs(model.tree->GetRoot()->GetTranslationX() - expected) > 1e-9;
@@ -165,7 +165,9 @@ TEST(GltfAnimationTest, LeavesOutWhatCannotBeRead) {
   channel["target"] = {{"path", "scale"}};
   file["animations"][0]["channels"].push_back(channel);
   Played const played(file.dump());
-  EXPECT_THAT(played.GetNotes(), ElementsAre(HasSubstr("1 animation channel can't be read")));
+  EXPECT_THAT(
+      played.GetNotes(),
+      ElementsAre(HasSubstr("1 animation channel can't be played and was left out: \"some\"")));
   EXPECT_EQ(played.GetItemCount(), 1u);
   EXPECT_EQ(played.At(1, "part", L"translation.x"), 0);
   EXPECT_NEAR(played.At(1, "part", L"scale.x"), 3, 1e-9);

@@ -51,7 +51,10 @@ class PlayTest : public ProgramTest {
 
   // The column of translation.x, behind the times.
   std::vector<double> PlaySlide(std::string const& options) const {
-    Table const table = PlayTable("model.gltf --timeline 1 " + options);
+    return PlaySlide("model.gltf", options);
+  }
+  std::vector<double> PlaySlide(std::string const& file, std::string const& options) const {
+    Table const table = PlayTable(file + " --timeline slide " + options);
     auto const column = static_cast<std::size_t>(
         std::find(table[0].begin(), table[0].end(), "part.translation.x") - table[0].begin());
     std::vector<double> values;
@@ -83,6 +86,28 @@ TEST_F(PlayTest, PlaysInBothDirectionsAndRoundTheEnds) {
   }
   EXPECT_EQ(PlayTable("model.gltf --fps 2")[2][0], "0.5");
   EXPECT_EQ(PlaySlide("").size(), 51u);
+}
+
+// Whatever the steps add up to: a run that repeats ends where it begins.
+TEST_F(PlayTest, ARepeatedRunEndsWhereItBegins) {
+  for (double const length : {0.7, 1.1, 2.3}) {
+    m_files.Write("slide.gltf",
+                  AddAnimation(MakeGltf({Triangle()}, {{{"name", "part"}, {"mesh", 0}}}), "slide",
+                               {{0,
+                                 "translation",
+                                 {0, static_cast<float>(length)},
+                                 {0, 0, 0, static_cast<float>(length), 0, 0}}}));
+    for (int const fps : {7, 10, 60}) {
+      for (bool const isReverse : {false, true}) {
+        std::vector<double> const values =
+            PlaySlide("slide.gltf",
+                      "--repeat --fps " + std::to_string(fps) + (isReverse ? " --reverse" : ""));
+        EXPECT_NEAR(values.back(), isReverse ? length : 0, 1e-6)
+            << length << ' ' << fps << ' ' << isReverse;
+        EXPECT_EQ(values.back(), values.front());
+      }
+    }
+  }
 }
 
 TEST_F(PlayTest, CountsItemsAndEvents) {
@@ -131,7 +156,7 @@ TEST_F(PlayTest, RefusesInOneLineAndLeavesFilesAlone) {
   ExpectRefused("play model.gltf",
                 {{"--timeline 3", "no animation 3, the file has 2", "model.gltf", 1},
                  {"--timeline 0", "counted from 1"},
-                 {"--timeline one", ""},
+                 {"--timeline one", "no animation \"one\", the file has 2", "model.gltf", 1},
                  {"--timeline 1 --tour", "exclude"},
                  {"--fps 0", "--fps"},
                  {"--fps nan", "--fps"},

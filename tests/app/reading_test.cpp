@@ -376,6 +376,13 @@ neutral::NSceneWriter MakeWhole() {
   mesh.uvs[0] = writer.Add(std::vector<neutral::NTriple>(3));
   mesh.uvSetCount = 1;
   mesh.triangles = writer.Add(std::vector<neutral::NTriangle>{{0, 1, 2}});
+  mesh.influences = writer.Add(std::vector<neutral::NInfluence>{{0, 0, 0.5f}, {2, 1, 1.0f}});
+  auto const offsets = writer.Add(std::vector<neutral::NOffset>{{1, {0, 0, 1}, {}}});
+  mesh.targets = writer.Add(std::vector<neutral::NMorphTarget>{{offsets}});
+  auto const joints = writer.Add(std::vector<neutral::NJoint>{{0, {}}, {1, {}}});
+  writer.Get<neutral::NSkin>().push_back({joints});
+  child.skins = writer.Add(first);
+  child.weights = writer.Add(std::vector<float>{0.25f});
   writer.Get<neutral::NMesh>().push_back(mesh);
   neutral::NMaterial material{};
   material.textures = writer.Add(std::vector<neutral::NTexture>{{0, 0, 0}, {1, 1, 0}});
@@ -389,8 +396,10 @@ neutral::NSceneWriter MakeWhole() {
   auto const moves = writer.Add(std::vector<neutral::NTripleKey>{{0, {}}, {1, {1, 0, 0}}});
   auto const turns =
       writer.Add(std::vector<neutral::NTurnKey>{{0, {0, 0, 0, 1}}, {1, {0, 1, 0, 0}}});
+  auto const grows = writer.Add(std::vector<neutral::NWeightKey>{{0, 0}, {1, 1}});
+  auto const weights = writer.Add(std::vector<neutral::NWeightChannel>{{{}, 1, 0, grows}});
   auto const channels = writer.Add(std::vector<neutral::NChannel>{{{}, 1, moves, turns, {}}});
-  writer.Get<neutral::NAnimation>().push_back({{}, 25, 2, channels, 0, 0});
+  writer.Get<neutral::NAnimation>().push_back({{}, 25, 2, channels, 0, {}, weights});
   writer.Get<neutral::NText>().push_back(writer.AddText("note"));
   return writer;
 }

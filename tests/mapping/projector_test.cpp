@@ -101,8 +101,9 @@ TEST(Projectors, GiveTangentFrames) {
 /// By `kind`: of ordinary size, a small integer, one of those that are treated apart, any bits.
 float MakeFloat(std::mt19937_64& random, std::size_t kind) {
   constexpr float kInfinity = std::numeric_limits<float>::infinity();
-  constexpr float kApart[] = {0.0f,       -0.0f,         1.0f,   -1.0f,           kInfinity,
-                              -kInfinity, std::nanf(""), 1e-45f, 1.17549435e-38f, 3e38f};
+  constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+  constexpr float kApart[] = {0.0f,       -0.0f, 1.0f,   -1.0f,           kInfinity,
+                              -kInfinity, kNaN,  1e-45f, 1.17549435e-38f, 3e38f};
   auto const bits = static_cast<std::uint32_t>(random());
   switch (kind) {
     case 0:

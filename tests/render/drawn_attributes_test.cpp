@@ -29,8 +29,6 @@ namespace texture_mapping = domain::material::texture_mapping;
 using core::attribute::NAttribute;
 using core::attribute::NAttributeHost;
 using core::variant::NVariant;
-using Material = boost::intrusive_ptr<domain::material::NMaterialNode>;
-using Image = boost::intrusive_ptr<domain::image::NImageNode>;
 
 /// A scene in which each attribute that is drawn changes some pixel: balls above a floor in the
 /// built-in environment, with a material that has everything, textures, a projection, lamps of all
@@ -38,6 +36,8 @@ using Image = boost::intrusive_ptr<domain::image::NImageNode>;
 class DrawnAttributesTest : public World {
  protected:
   using Environment = domain::environment::NEnvironmentNode;
+  using Material = boost::intrusive_ptr<domain::material::NMaterialNode>;
+  using Image = boost::intrusive_ptr<domain::image::NImageNode>;
 
   void SetUp() override {
 #ifndef CORVANTA_WITH_FREEIMAGE

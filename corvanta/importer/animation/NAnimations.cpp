@@ -53,6 +53,7 @@ NAnimations::NAnimations(NImportTarget& target, neutral::NSceneView const& scene
   }
   for (auto const& source : scene.Get<neutral::NAnimation>()) {
     m_nodes.push_back(CreateNode(tree, source));
+    if (m_unreadCount == 0) m_firstUnread = scene.GetString(source.firstUnread);
     m_unreadCount += source.unreadChannelCount;
   }
 }
@@ -69,6 +70,9 @@ NAnimations::Range NAnimations::GetRange(neutral::NAnimation const& source) cons
     extent.Add(m_scene.Get(channel.positions));
     extent.Add(m_scene.Get(channel.rotations));
     extent.Add(m_scene.Get(channel.scales));
+  }
+  for (neutral::NWeightChannel const& channel : m_scene.Get(source.weights)) {
+    extent.Add(m_scene.Get(channel.keys));
   }
   if (extent.last > 0.0) {
     // What rounding adds to a whole number of frames isn't another frame.
@@ -93,10 +97,12 @@ NAnimations::NodePointer NAnimations::CreateNode(
   for (neutral::NChannel const& channel : m_scene.Get(source.channels)) {
     AddChannel(*node, channel, range, curves);
   }
+  for (neutral::NWeightChannel const& channel : m_scene.Get(source.weights)) {
+    AddWeights(*node, channel, range, curves);
+  }
   for (NMovableCamera const& camera : m_cameras) {
     AddCameraCurves(*node, tree, camera, curves, m_effort);
   }
-  m_morphCount += source.meshChannelCount;
   m_idleCount += node->GetAnimations().empty();
   return node;
 }
@@ -129,6 +135,27 @@ void NAnimations::AddChannel(data::domain::animation::NAnimationNode& node,
                    AddCurves(node, entry->target, kScale, scales)};
 }
 
+void NAnimations::AddWeights(data::domain::animation::NAnimationNode& node,
+                             neutral::NWeightChannel const& source, Range const& range,
+                             NCurvesByItem& curves) {
+  auto const item = m_hierarchy.QueryItem(source.node);
+  std::wstring const name = NDeformer::GetWeightName(source.target);
+  if (!item || item->QueryAttribute(name) == nullptr) {
+    if (m_strayCount++ == 0) m_firstStray = m_scene.GetString(source.nodeName);
+    return;
+  }
+  NNumberKeys const keys =
+      ReadKeys(m_scene.Get(source.keys), range.ticksPerSecond, range.fps, m_faults);
+  if (keys.empty()) return;
+  m_effort.AddKeys(keys.size());
+  NItemCurves const* entry = curves.Find(*item);
+  if (entry == nullptr) entry = curves.Add(*item);
+  boost::intrusive_ptr const curve(new data::operators::animation::NKeyFrameAnimation);
+  for (NKey<1> const& key : keys) curve->AddKey({key.time, key.values[0], 0});
+  data::domain::animation::NAnimationContext const context(name, entry->target);
+  m_doubledCount += !node.AddAnimation(context, *curve);
+}
+
 std::vector<std::string> NAnimations::GetNotes() const {
   std::vector<std::string> notes;
   auto const note = [&notes](std::size_t count, char const* one, char const* many) {
@@ -143,10 +170,9 @@ std::vector<std::string> NAnimations::GetNotes() const {
        "animation keys aren't finite or stand too late, and were left out");
   note(m_faults.unsorted, "animation key stood behind a later one and was put in order",
        "animation keys stood behind later ones and were put in order");
-  note(m_unreadCount, "animation channel can't be read and was left out",
-       "animation channels can't be read and were left out");
-  note(m_morphCount, "animation channel changes a mesh and was left out",
-       "animation channels change meshes and were left out");
+  note(m_unreadCount, "animation channel can't be played and was left out: ",
+       "animation channels can't be played and were left out; the first is ");
+  if (m_unreadCount != 0) notes.back() += m_firstUnread;
   note(m_idleCount, "animation moves nothing", "animations move nothing");
   return notes;
 }

@@ -17,8 +17,8 @@
 namespace corvanta::importer {
 
 /// The animations of a model file as animation nodes: a curve for each attribute of translation,
-/// rotation and scale of the items that move, and for interest and up of the cameras that move with
-/// them.
+/// rotation and scale of the items that move, for the weights of their morph targets, and for
+/// interest and up of the cameras that move with them.
 ///
 /// A node's rate is the file's own where that is from 10 to 240 a second, otherwise 30, raised a
 /// little so that the range from 0 to the end is a whole number of frames. Before the first key and
@@ -53,6 +53,9 @@ class CORVANTA_API NAnimations {
   void AddChannel(data::domain::animation::NAnimationNode& node, neutral::NChannel const& source,
                   Range const& range, NCurvesByItem& curves);
 
+  void AddWeights(data::domain::animation::NAnimationNode& node,
+                  neutral::NWeightChannel const& source, Range const& range, NCurvesByItem& curves);
+
   NImportTarget& m_target;
   neutral::NSceneView const& m_scene;
   NHierarchy const& m_hierarchy;
@@ -64,8 +67,8 @@ class CORVANTA_API NAnimations {
   std::string m_firstStray;
   std::size_t m_doubledCount = 0;  // channels of a node that has one
   std::size_t m_idleCount = 0;     // animations that move nothing
-  std::size_t m_morphCount = 0;    // channels that change meshes
-  std::size_t m_unreadCount = 0;   // channels that couldn't be read
+  std::size_t m_unreadCount = 0;   // channels that the reader left out
+  std::string m_firstUnread;
 };
 
 }  // namespace corvanta::importer

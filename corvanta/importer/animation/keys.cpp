@@ -10,6 +10,8 @@ namespace {
 
 constexpr double kLatest = 1e6;  // seconds: eleven days
 
+std::array<double, 1> GetValues(neutral::NWeightKey const& key) { return {key.value}; }
+
 std::array<double, 3> GetValues(neutral::NTripleKey const& key) {
   return {key.value[0], key.value[1], key.value[2]};
 }
@@ -91,6 +93,11 @@ double GetTimeTolerance(double frames) { return 1e-4 + 2e-7 * std::abs(frames); 
 NTripleKeys ReadKeys(std::span<neutral::NTripleKey const> keys, double ticksPerSecond, double fps,
                      NKeyFaults& faults) {
   return Read<3>(keys, ticksPerSecond, fps, faults);
+}
+
+NNumberKeys ReadKeys(std::span<neutral::NWeightKey const> keys, double ticksPerSecond, double fps,
+                     NKeyFaults& faults) {
+  return Read<1>(keys, ticksPerSecond, fps, faults);
 }
 
 NTurnKeys ReadKeys(std::span<neutral::NTurnKey const> keys, double ticksPerSecond, double fps,

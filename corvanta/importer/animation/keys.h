@@ -16,6 +16,7 @@ struct NKey {
   double time;
   std::array<double, N> values;
 };
+using NNumberKeys = std::vector<NKey<1>>;
 using NTripleKeys = std::vector<NKey<3>>;
 /// Rotations: quaternions of length 1, the vector part first.
 using NTurnKeys = std::vector<NKey<4>>;
@@ -39,6 +40,8 @@ CORVANTA_API double GetTimeTolerance(double frames);
 /// GetTimeTolerance. Keys between the two go.
 /// Units: `ticksPerSecond` of the file, times of the result in frames of `fps`.
 CORVANTA_API NTripleKeys ReadKeys(std::span<neutral::NTripleKey const> keys, double ticksPerSecond,
+                                  double fps, NKeyFaults& faults);
+CORVANTA_API NNumberKeys ReadKeys(std::span<neutral::NWeightKey const> keys, double ticksPerSecond,
                                   double fps, NKeyFaults& faults);
 CORVANTA_API NTurnKeys ReadKeys(std::span<neutral::NTurnKey const> keys, double ticksPerSecond,
                                 double fps, NKeyFaults& faults);

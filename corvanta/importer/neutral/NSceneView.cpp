@@ -31,6 +31,9 @@ class Checker {
     ForEach<NChannel>();
     ForEach<NText>();
     ForEach<NVariant>();
+    ForEach<NSkin>();
+    ForEach<NJoint>();
+    ForEach<NWeightChannel>();
     Require(Count<NVariant>() <= kMostVariants, "it has too many variants");
     CheckHierarchy();
   }
@@ -74,6 +77,35 @@ class Checker {
     UseNumbers<NLight>(node.lights);
     UseNumbers<NCamera>(node.cameras);
     Require(AreFinite(node.transform), "a transform isn't finite");
+    Use(node.skins);
+    Require(node.skins.count == 0 || node.skins.count == node.meshes.count, "a node lacks skins");
+    for (std::uint32_t const skin : m_scene.Get(node.skins)) {
+      Require(skin == kNone || skin < Count<NSkin>(), "a skin isn't there");
+    }
+    Use(node.weights);
+  }
+
+  void Check(NSkin const& skin) { Use(skin.joints); }
+  void Check(NJoint const& joint) {
+    Require(joint.node == kNone || joint.node < Count<NNode>(), "a joint has no node");
+    Require(AreFinite(joint.bind), "a joint's transform isn't finite");
+  }
+  void CheckDeformation(NMesh const& mesh) {
+    std::size_t const count = mesh.positions.count;
+    Use(mesh.influences);
+    for (NInfluence const& influence : m_scene.Get(mesh.influences)) {
+      Require(influence.vertex < count, "a joint holds no vertex");
+      Require(influence.weight > 0.0f && std::isfinite(influence.weight), "a weight is none");
+    }
+    Use(mesh.targets);
+    Require(mesh.targets.count <= kMostTargets, "a mesh has too many targets");
+    for (NMorphTarget const& target : m_scene.Get(mesh.targets)) {
+      Use(target.offsets);
+      for (NOffset const& offset : m_scene.Get(target.offsets)) {
+        Require(offset.vertex < count, "a target moves no vertex");
+        Require(AreFinite(offset.position) && AreFinite(offset.normal), "an offset isn't finite");
+      }
+    }
   }
 
   void Check(NMesh const& mesh) {
@@ -102,6 +134,7 @@ class Checker {
     auto const positions = m_scene.Get(mesh.positions);
     Require(std::all_of(positions.begin(), positions.end(), &AreFinite<3>),
             "a position isn't finite");
+    CheckDeformation(mesh);
   }
 
   void Check(NMaterial const& material) {
@@ -123,6 +156,13 @@ class Checker {
   void Check(NAnimation const& animation) {
     Use(animation.name);
     Use(animation.channels);
+    Use(animation.firstUnread);
+    Use(animation.weights);
+  }
+  void Check(NWeightChannel const& channel) {
+    Use(channel.nodeName);
+    Use(channel.keys);
+    Require(channel.node == kNone || channel.node < Count<NNode>(), "a channel has no node");
   }
   void Check(NChannel const& channel) {
     Use(channel.nodeName);

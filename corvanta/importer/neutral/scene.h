@@ -35,6 +35,7 @@ inline constexpr std::uint32_t kNone = 0xFFFFFFFF;
 inline constexpr std::size_t kMostItems = 2'000'000;
 inline constexpr std::size_t kMostUvSets = 8;
 inline constexpr std::size_t kMostVariants = 256;
+inline constexpr std::size_t kMostTargets = 4096;  // of a mesh
 
 /// The nodes stand level by level: behind the root its children, behind these the children of the
 /// first of them, and so on.
@@ -43,6 +44,8 @@ struct NNode {
   std::array<float, 16> transform;
   NNumbers meshes, lights, cameras;
   std::uint64_t childCount;
+  NNumbers skins;         // none, or one a mesh; kNone for a mesh without
+  NRange<float> weights;  // of the morph targets of its meshes; those that aren't there are 0
 };
 
 /// A choice of materials for the whole scene.
@@ -54,6 +57,30 @@ struct NVariantUse {
   std::uint32_t material;
 };
 
+/// What a joint of a skin has of a vertex.
+struct NInfluence {
+  std::uint32_t vertex;
+  std::uint32_t joint;  // a place in a skin, which may have fewer
+  float weight;         // above 0
+};
+struct NJoint {
+  std::uint32_t node;          // kNone if the scene doesn't have it
+  std::array<float, 16> bind;  // from the frame of the mesh to that of the joint
+};
+/// Moves the meshes that stand with it at a node, whose own place then counts for nothing.
+struct NSkin {
+  NRange<NJoint> joints;
+};
+
+/// What a morph target adds to a vertex where its weight is 1.
+struct NOffset {
+  std::uint32_t vertex;
+  NTriple position, normal;
+};
+struct NMorphTarget {
+  NRange<NOffset> offsets;
+};
+
 struct NMesh {
   NText name;
   std::uint64_t material;
@@ -62,8 +89,10 @@ struct NMesh {
   std::array<NRange<NTriple>, kMostUvSets> uvs;
   std::uint64_t uvSetCount;
   NRange<NTriangle> triangles;
-  NRange<NVariantUse> variants;  // those in which its material is another one
-  std::uint64_t isFlat;          // whether faces without normals are flat
+  NRange<NVariantUse> variants;   // those in which its material is another one
+  std::uint64_t isFlat;           // whether faces without normals are flat
+  NRange<NInfluence> influences;  // in any order
+  NRange<NMorphTarget> targets;
 };
 
 template <class T>
@@ -130,6 +159,19 @@ struct NTurnKey {
   std::array<float, 4> value;  // a quaternion, the vector part first
 };
 
+struct NWeightKey {
+  double time;
+  double value;
+};
+
+/// The weight of a morph target of the meshes at a node.
+struct NWeightChannel {
+  NText nodeName;
+  std::uint32_t node;  // kNone if the scene doesn't have it
+  std::uint32_t target;
+  NRange<NWeightKey> keys;
+};
+
 struct NChannel {
   NText nodeName;
   std::uint64_t node;  // kNone if the scene doesn't have it
@@ -143,14 +185,16 @@ struct NAnimation {
   double ticksPerSecond;  // 0 where the file doesn't say
   double duration;        // ticks
   NRange<NChannel> channels;
-  std::uint64_t meshChannelCount;    // those that change meshes, which aren't here
-  std::uint64_t unreadChannelCount;  // those that couldn't be read
+  std::uint64_t unreadChannelCount;  // those that aren't here
+  NText firstUnread;                 // which is the first of them, and why
+  NRange<NWeightChannel> weights;
 };
 
 /// Every kind of element that a scene has an array of.
 using NElements = std::tuple<char, std::uint8_t, std::uint32_t, NTriple, NTriangle, NTripleKey,
                              NTurnKey, NTexture, NNode, NMesh, NMaterial, NPicture, NLight, NCamera,
-                             NChannel, NAnimation, NText, NVariant, NVariantUse>;
+                             NChannel, NAnimation, NText, NVariant, NVariantUse, float, NInfluence,
+                             NJoint, NSkin, NOffset, NMorphTarget, NWeightKey, NWeightChannel>;
 
 template <class T, class... Kinds>
 constexpr std::size_t FindKind(std::tuple<Kinds...> const*) {
@@ -164,7 +208,7 @@ inline constexpr std::size_t kKind = FindKind<T>(static_cast<NElements const*>(n
 
 /// The block begins with this; the arrays follow, each at a multiple of eight.
 struct NHeader {
-  static constexpr std::uint64_t kMark = 0x3265'6E65'6373'7663;  // "cvscene2"
+  static constexpr std::uint64_t kMark = 0x3365'6E65'6373'7663;  // "cvscene3"
 
   struct Array {
     std::uint64_t offset;  // bytes from the beginning

@@ -176,6 +176,7 @@ void NAssimpConverter::AddMesh(aiMesh const& source) {
           *to++ = {face->mIndices[0], face->mIndices[1], face->mIndices[2]};
         }
       });
+  m_deformations.AddTo(source, mesh);
   m_writer.Get<neutral::NMesh>().push_back(mesh);
 }
 
@@ -273,14 +274,17 @@ void NAssimpConverter::AddNodes() {
   for (unsigned i = 0; i != m_scene.mNumCameras; ++i) {
     cameras.emplace(ToString(m_scene.mCameras[i]->mName), i);
   }
-  std::vector<aiNode const*> nodes{m_scene.mRootNode};
-  for (std::size_t i = 0; i != nodes.size(); ++i) {
-    aiNode const& node = *nodes[i];
+  bool const needsNames = m_scene.mNumAnimations != 0 ||
+                          std::any_of(m_scene.mMeshes, m_scene.mMeshes + m_scene.mNumMeshes,
+                                      [](aiMesh const* mesh) { return mesh->mNumBones != 0; });
+  m_nodes = {m_scene.mRootNode};
+  for (std::size_t i = 0; i != m_nodes.size(); ++i) {
+    aiNode const& node = *m_nodes[i];
     AddNode(node, lights, cameras);
-    nodes.insert(nodes.end(), node.mChildren, node.mChildren + node.mNumChildren);
-    if (m_scene.mNumAnimations == 0) continue;
-    m_nodesByName.emplace(ToString(node.mName), static_cast<std::uint32_t>(i));
+    m_nodes.insert(m_nodes.end(), node.mChildren, node.mChildren + node.mNumChildren);
+    if (needsNames) m_nodesByName.emplace(ToString(node.mName), static_cast<std::uint32_t>(i));
   }
+  m_deformations.AddSkins(m_nodesByName);
 }
 
 void NAssimpConverter::AddNode(aiNode const& source, ByName& lights, ByName& cameras) {
@@ -294,6 +298,7 @@ void NAssimpConverter::AddNode(aiNode const& source, ByName& lights, ByName& cam
   node.lights = m_writer.Add(Take(lights, name));
   node.cameras = m_writer.Add(Take(cameras, name));
   node.childCount = source.mNumChildren;
+  m_deformations.SetUp(source, node);
   m_writer.Get<neutral::NNode>().push_back(node);
 }
 
@@ -310,9 +315,10 @@ void NAssimpConverter::AddAnimation(aiAnimation const& source) {
   for (unsigned i = 0; i != source.mNumChannels; ++i) {
     channels.push_back(GetChannel(*source.mChannels[i]));
   }
+  auto const weights = m_deformations.AddChannels(source, m_nodesByName, m_nodes);
   m_writer.Get<neutral::NAnimation>().push_back(
       {AddText(source.mName), source.mTicksPerSecond, source.mDuration, m_writer.Add(channels),
-       source.mNumMeshChannels + source.mNumMorphMeshChannels, 0});
+       weights.faultCount, m_writer.AddText(weights.firstFault), m_writer.Add(weights.weights)});
 }
 
 }  // namespace corvanta::importer::reader

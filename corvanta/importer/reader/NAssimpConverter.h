@@ -4,10 +4,10 @@
 
 #include <map>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "corvanta/importer/neutral/NSceneWriter.h"
+#include "corvanta/importer/reader/NAssimpDeformations.h"
 
 namespace corvanta::importer::reader {
 
@@ -18,9 +18,14 @@ class NAssimpConverter {
   /// Requires: `scene` passed CheckScene, its faces are triangles, and it stays until `writer` has
   /// written.
   NAssimpConverter(aiScene const& scene, bool multipliesColor, neutral::NSceneWriter& writer)
-      : m_scene(scene), m_multipliesColor(multipliesColor), m_writer(writer) {}
+      : m_scene(scene),
+        m_multipliesColor(multipliesColor),
+        m_writer(writer),
+        m_deformations(scene, writer) {}
 
   void Convert();
+  /// What the neutral form can't say, in UTF-8.
+  std::vector<std::string> GetNotes() const { return m_deformations.GetNotes(); }
 
  private:
   using ByName = std::multimap<std::string, unsigned>;
@@ -42,10 +47,12 @@ class NAssimpConverter {
   aiScene const& m_scene;
   bool const m_multipliesColor;
   neutral::NSceneWriter& m_writer;
+  NAssimpDeformations m_deformations;
   std::map<std::string, std::uint32_t> m_pictures;  // those outside of the file
   // The numbers of nodes in the neutral form; of several of one name, that of the uppermost and
   // first.
-  std::unordered_map<std::string, std::uint32_t> m_nodesByName;
+  NAssimpDeformations::NodesByName m_nodesByName;
+  std::vector<aiNode const*> m_nodes;  // by these numbers
 };
 
 }  // namespace corvanta::importer::reader

@@ -2,8 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
-#include <map>
+#include <iterator>
+#include <string_view>
+#include <system_error>
+#include <tuple>
 #include <utility>
 
 #include "corvanta/importer/NImportError.h"
@@ -12,6 +16,7 @@ namespace corvanta::importer::reader {
 
 namespace {
 
+constexpr char kPointer[] = "KHR_animation_pointer";
 constexpr double kMilliseconds = 1000.0;
 constexpr double kTolerance = 1e-4;   // of what a spline spans
 constexpr double kMostParts = 256.0;  // between two keys
@@ -145,34 +150,110 @@ std::array<double, N> Rest(std::vector<double> const& values, std::array<double,
   return rest;
 }
 
+// The node and the path of "/nodes/3/rotation". Fails: -1.
+std::pair<int, std::string> ParsePointer(std::string const& text) {
+  constexpr std::string_view kNodes = "/nodes/";
+  if (text.compare(0, kNodes.size(), kNodes) != 0) return {-1, ""};
+  char const* const begin = text.data() + kNodes.size();
+  char const* const end = text.data() + text.size();
+  int node = -1;
+  auto const [rest, fault] = std::from_chars(begin, end, node);
+  if (fault != std::errc() || rest == end || *rest != '/') return {-1, ""};
+  std::string const path(rest + 1, end);
+  for (char const* const known : {"translation", "rotation", "scale", "weights"}) {
+    if (path == known) return {node, path};
+  }
+  return {-1, ""};
+}
+
 }  // namespace
 
 NGltfAnimations::NGltfAnimations(tinygltf::Model const& model, NGltfAccessors const& accessors)
     : m_model(model), m_accessors(accessors) {
-  for (auto const& animation : model.animations) m_animations.push_back(ReadAnimation(animation));
+  for (std::size_t i = 0; i != model.animations.size(); ++i) {
+    auto const& animation = model.animations[i];
+    m_animations.push_back(ReadAnimation(animation, GetName(animation.name, "animations", i)));
+  }
 }
 
-NGltfAnimations::Animation NGltfAnimations::ReadAnimation(tinygltf::Animation const& animation) {
+NGltfAnimations::Animation NGltfAnimations::ReadAnimation(tinygltf::Animation const& animation,
+                                                          std::string const& name) const {
   Animation result;
-  std::map<int, Channel> byNode;
-  for (auto const& source : animation.channels) {
-    if (source.target_path == "weights") ++result.meshChannelCount;
-    if (source.target_node < 0 || source.target_path == "weights") continue;
+  std::map<int, Channel> channels;
+  WeightsByNode weights;
+  for (std::size_t i = 0; i != animation.channels.size(); ++i) {
     try {
-      if (!IsIn(m_model.nodes, source.target_node) || !IsIn(animation.samplers, source.sampler)) {
-        throw NImportError("a channel of what isn't there");
-      }
-      auto const& sampler = animation.samplers[static_cast<std::size_t>(source.sampler)];
-      auto const known = byNode.find(source.target_node);
-      Channel channel = known == byNode.end() ? CreateChannel(source.target_node) : known->second;
-      ReadSampler(sampler, source.target_path, channel);
-      byNode.insert_or_assign(source.target_node, std::move(channel));
-    } catch (NImportError const&) {
-      ++result.faultCount;
+      ReadChannel(animation, animation.channels[i], channels, weights);
+    } catch (NImportError const& error) {
+      if (result.faultCount++ != 0) continue;
+      result.firstFault = '"' + name + "\", channel " + std::to_string(i) + ": " + error.what();
     }
   }
-  for (auto& [node, channel] : byNode) result.channels.push_back(std::move(channel));
+  for (auto& [node, channel] : channels) result.channels.push_back(std::move(channel));
+  for (auto& [node, list] : weights) {
+    std::move(list.begin(), list.end(), std::back_inserter(result.weights));
+  }
   return result;
+}
+
+void NGltfAnimations::ReadChannel(tinygltf::Animation const& animation,
+                                  tinygltf::AnimationChannel const& source,
+                                  std::map<int, Channel>& channels, WeightsByNode& weights) const {
+  int node = source.target_node;
+  std::string path = source.target_path;
+  if (auto const* const pointer = FindExtension(source.target_extensions, kPointer)) {
+    auto const& place = pointer->Get("pointer");
+    std::string const text = place.IsString() ? place.Get<std::string>() : "";
+    std::tie(node, path) = ParsePointer(text);
+    if (node < 0) throw NImportError("a pointer to \"" + text + '"');
+  }
+  if (node < 0) return;  // means nothing
+  if (!IsIn(m_model.nodes, node) || !IsIn(animation.samplers, source.sampler)) {
+    throw NImportError("it is of what isn't there");
+  }
+  auto const& sampler = animation.samplers[static_cast<std::size_t>(source.sampler)];
+  if (path == "weights") {
+    weights.insert_or_assign(node, ReadWeights(sampler, node));
+    return;
+  }
+  auto const known = channels.find(node);
+  Channel channel = known == channels.end() ? CreateChannel(node) : known->second;
+  ReadSampler(sampler, path, channel);
+  channels.insert_or_assign(node, std::move(channel));
+}
+
+std::vector<NGltfAnimations::Weights> NGltfAnimations::ReadWeights(
+    tinygltf::AnimationSampler const& sampler, int node) const {
+  int const mesh = m_model.nodes[static_cast<std::size_t>(node)].mesh;
+  std::size_t count = 0;
+  if (IsIn(m_model.meshes, mesh)) {
+    for (auto const& primitive : m_model.meshes[static_cast<std::size_t>(mesh)].primitives) {
+      count = std::max(count, primitive.targets.size());
+    }
+  }
+  if (count == 0) throw NImportError("weights of a node without morph targets");
+  bool const isCubic = sampler.interpolation == "CUBICSPLINE";
+  auto const times = ReadNumbers(sampler.input, 1);
+  auto const values = ReadNumbers(sampler.output, 1);
+  std::size_t const rows = times.size() * (isCubic ? 3 : 1);
+  if (values.size() % count != 0 || values.size() / count != rows) {
+    throw NImportError("a sampler whose times and values don't match");
+  }
+  std::vector<Weights> weights;
+  for (std::size_t target = 0; target != std::min(count, neutral::kMostTargets); ++target) {
+    std::vector<float> own(rows);
+    for (std::size_t row = 0; row != rows; ++row) own[row] = values[row * count + target];
+    weights.push_back({node, static_cast<std::uint32_t>(target), {}});
+    Sampler<1> const linear(times, own, isCubic);
+    for (auto const& [seconds, value] : linear.GetKeys(sampler.interpolation == "STEP")) {
+      weights.back().keys.push_back({seconds * kMilliseconds, value[0]});
+    }
+  }
+  return weights;
+}
+
+std::vector<float> NGltfAnimations::ReadNumbers(int accessor, std::size_t width) const {
+  return m_accessors.GetNumbers(accessor, width, NGltfAccessors::kFractions).GetAll();
 }
 
 void NGltfAnimations::ReadSampler(tinygltf::AnimationSampler const& sampler,
@@ -180,11 +261,8 @@ void NGltfAnimations::ReadSampler(tinygltf::AnimationSampler const& sampler,
   bool const isStep = sampler.interpolation == "STEP";
   bool const isCubic = sampler.interpolation == "CUBICSPLINE";
   bool const isTurn = path == "rotation";
-  auto const read = [this](int accessor, std::size_t width) {
-    return m_accessors.GetNumbers(accessor, width, NGltfAccessors::kFractions).GetAll();
-  };
-  auto const times = read(sampler.input, 1);
-  auto const values = read(sampler.output, isTurn ? 4 : 3);
+  auto const times = ReadNumbers(sampler.input, 1);
+  auto const values = ReadNumbers(sampler.output, isTurn ? 4 : 3);
   if (isTurn) {
     SetKeys(Sampler<4>(times, values, isCubic).GetKeys(isStep), channel.rotations);
   } else if (path == "translation") {

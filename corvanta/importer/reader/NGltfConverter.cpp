@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "corvanta/core/text/message.h"
 #include "corvanta/importer/NImportError.h"
 #include "corvanta/importer/reader/NGltfAnimations.h"
 
@@ -30,11 +29,13 @@ NGltfConverter::NGltfConverter(tinygltf::Model const& model, neutral::NSceneWrit
       m_accessors(model),
       m_nodes(model),
       m_materials(model, m_accessors, writer),
-      m_meshes(model, m_accessors, m_materials, writer) {}
+      m_deformations(model, m_accessors, writer),
+      m_meshes(model, m_accessors, m_materials, m_deformations, writer) {}
 
 void NGltfConverter::Convert() {
   for (auto const& light : m_model.lights) AddLight(light);
   for (auto const& camera : m_model.cameras) AddCamera(camera);
+  m_deformations.AddSkins(m_nodes);
   auto const& places = m_nodes.GetPlaces();
   for (NGltfNodes::Place const& place : places) {
     bool const isFile = place.node >= 0;
@@ -111,7 +112,7 @@ void NGltfConverter::AddNode(tinygltf::Node const& source, std::size_t number,
     auto const& primitives = m_meshes.GetPrimitives(static_cast<std::size_t>(source.mesh));
     node.meshes = m_writer.Add(primitives);
     m_itemCount += primitives.size();
-    m_skinCount += source.skin >= 0;
+    m_deformations.SetUp(source, node);
   }
   node.lights = AddOne<neutral::NLight>(source, GetLight(source));
   node.cameras = AddOne<neutral::NCamera>(source, source.camera);
@@ -127,32 +128,40 @@ void NGltfConverter::AddAnimations() {
   for (std::size_t i = 0; i != m_model.animations.size(); ++i) {
     auto const& source = animations.GetAnimations()[i];
     std::vector<neutral::NChannel> channels;
+    std::vector<neutral::NWeightChannel> weights;
     double duration = 0.0;
     auto const take = [&duration](auto const& keys) {
       if (!keys.empty()) duration = std::max(duration, keys.back().time);
     };
+    auto const addName = [this](std::size_t node) {
+      return m_writer.AddText(GetName(m_model.nodes[node].name, "nodes", node));
+    };
     for (auto const& channel : source.channels) {
       auto const node = static_cast<std::size_t>(channel.node);
-      channels.push_back({m_writer.AddText(GetName(m_model.nodes[node].name, "nodes", node)),
-                          m_nodes.GetFirstPlace(node), m_writer.Add(channel.positions),
-                          m_writer.Add(channel.rotations), m_writer.Add(channel.scales)});
+      channels.push_back({addName(node), m_nodes.GetFirstPlace(node),
+                          m_writer.Add(channel.positions), m_writer.Add(channel.rotations),
+                          m_writer.Add(channel.scales)});
       take(channel.positions);
       take(channel.rotations);
       take(channel.scales);
     }
-    m_writer.Get<neutral::NAnimation>().push_back({m_writer.AddText(m_model.animations[i].name),
-                                                   1000.0, duration, m_writer.Add(channels),
-                                                   source.meshChannelCount, source.faultCount});
+    for (auto const& channel : source.weights) {
+      auto const node = static_cast<std::size_t>(channel.node);
+      weights.push_back(
+          {addName(node), m_nodes.GetFirstPlace(node), channel.target, m_writer.Add(channel.keys)});
+      take(channel.keys);
+    }
+    m_writer.Get<neutral::NAnimation>().push_back(
+        {m_writer.AddText(m_model.animations[i].name), 1000.0, duration, m_writer.Add(channels),
+         source.faultCount, m_writer.AddText(source.firstFault), m_writer.Add(weights)});
   }
 }
 
 std::vector<std::string> NGltfConverter::GetNotes() const {
-  std::vector<std::string> notes = m_materials.GetNotes();
-  auto const more = m_meshes.GetNotes();
-  notes.insert(notes.end(), more.begin(), more.end());
-  if (m_skinCount != 0) {
-    notes.push_back(core::text::Plural(m_skinCount, "mesh has a skin, which was left out",
-                                       "meshes have skins, which were left out"));
+  std::vector<std::string> notes = m_nodes.GetNotes();
+  for (auto const& more :
+       {m_materials.GetNotes(), m_meshes.GetNotes(), m_deformations.GetNotes()}) {
+    notes.insert(notes.end(), more.begin(), more.end());
   }
   return notes;
 }

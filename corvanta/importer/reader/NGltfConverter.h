@@ -6,6 +6,7 @@
 
 #include "corvanta/importer/neutral/NSceneWriter.h"
 #include "corvanta/importer/reader/NGltfAccessors.h"
+#include "corvanta/importer/reader/NGltfDeformations.h"
 #include "corvanta/importer/reader/NGltfMaterials.h"
 #include "corvanta/importer/reader/NGltfMeshes.h"
 #include "corvanta/importer/reader/NGltfNodes.h"
@@ -38,9 +39,9 @@ class NGltfConverter {
   NGltfAccessors const m_accessors;
   NGltfNodes const m_nodes;
   NGltfMaterials m_materials;
+  NGltfDeformations m_deformations;
   NGltfMeshes m_meshes;
   std::size_t m_itemCount = 0;
-  std::size_t m_skinCount = 0;
 };
 
 }  // namespace corvanta::importer::reader

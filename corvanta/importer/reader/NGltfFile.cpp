@@ -10,10 +10,12 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <string_view>
+#include <utility>
 
 #include "corvanta/importer/NImportError.h"
 #include "corvanta/importer/escape.h"
 #include "corvanta/importer/reader/NFiles.h"
+#include "corvanta/importer/reader/gltf_pointers.h"
 
 namespace corvanta::importer::reader {
 
@@ -22,7 +24,8 @@ namespace {
 constexpr std::size_t kMostNotes = 10;
 constexpr std::size_t kMostChars = 200;  // of a line: some quote a whole buffer
 
-constexpr std::array<std::string_view, 14> kHonoured{"KHR_draco_mesh_compression",
+constexpr std::array<std::string_view, 15> kHonoured{"KHR_animation_pointer",
+                                                     "KHR_draco_mesh_compression",
                                                      "KHR_lights_punctual",
                                                      "KHR_materials_clearcoat",
                                                      "KHR_materials_emissive_strength",
@@ -37,9 +40,9 @@ constexpr std::array<std::string_view, 14> kHonoured{"KHR_draco_mesh_compression
                                                      "KHR_xmp_json_ld",
                                                      "EXT_texture_webp"};
 // A file may require these, and is still the same model without them.
-constexpr std::array<std::string_view, 6> kSpared{
+constexpr std::array<std::string_view, 5> kSpared{
     "KHR_materials_anisotropy", "KHR_materials_dispersion", "KHR_materials_iridescence",
-    "KHR_materials_sheen",      "KHR_materials_volume",     "KHR_animation_pointer"};
+    "KHR_materials_sheen", "KHR_materials_volume"};
 
 template <std::size_t N>
 bool IsOne(std::string const& extension, std::array<std::string_view, N> const& names) {
@@ -133,7 +136,9 @@ bool NGltfFile::IsGltf(std::filesystem::path const& path) {
 }
 
 NGltfFile::NGltfFile(NFileOpener& opener, std::filesystem::path const& path) {
-  std::string const bytes = ReadFile(opener, path.string());
+  std::string bytes = ReadFile(opener, path.string());
+  if (std::string pointed = GetWithPointedNodes(bytes); !pointed.empty())
+    bytes = std::move(pointed);
   bool const isBinary = bytes.compare(0, 4, "glTF") == 0;
   m_isOld = isBinary && ReadWord(bytes, 4) == 1;
   if (m_isOld) return;

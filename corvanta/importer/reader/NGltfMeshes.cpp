@@ -100,6 +100,12 @@ std::vector<std::uint32_t> const& NGltfMeshes::GetPrimitives(std::size_t number)
   return entry->second;
 }
 
+std::shared_ptr<NGltfDeformations::Vertices const> NGltfMeshes::GetUsed(
+    std::shared_ptr<Source const> const& source) {
+  if (!source->isReduced) return nullptr;
+  return {source, &source->vertices};
+}
+
 std::uint32_t NGltfMeshes::AddPrimitive(tinygltf::Primitive const& primitive,
                                         std::string const& name) {
   neutral::NMesh mesh{};
@@ -107,10 +113,10 @@ std::uint32_t NGltfMeshes::AddPrimitive(tinygltf::Primitive const& primitive,
   mesh.material = m_materials.GetNumber(primitive.material);
   mesh.isFlat = 1;
   mesh.variants = m_writer.Add(m_materials.GetVariants(primitive));
-  m_morphedCount += !primitive.targets.empty();
   if (IsSurface(primitive.mode)) {
     auto const source = Read(primitive);
     CheckIndices(*source);
+    m_deformations.AddTo(primitive, GetUsed(source), source->GetVertexCount(), mesh);
     m_unrepeatedCount += !m_materials.Repeats(primitive.material) && source->LeavesTexture();
     auto const reserve = [&](auto const& write) {
       return m_writer.Reserve<NTriple>(source->GetVertexCount(), [source, write](NTriple* to) {
@@ -240,8 +246,6 @@ std::vector<std::string> NGltfMeshes::GetNotes() const {
        "meshes have vertex colours, which were left out");
   note(m_unrepeatedCount, "mesh has a texture that doesn't repeat, and does here",
        "meshes have textures that don't repeat, and do here");
-  note(m_morphedCount, "mesh has morph targets, which were left out",
-       "meshes have morph targets, which were left out");
   return notes;
 }
 

@@ -9,6 +9,7 @@
 
 #include "corvanta/importer/neutral/NSceneWriter.h"
 #include "corvanta/importer/reader/NGltfAccessors.h"
+#include "corvanta/importer/reader/NGltfDeformations.h"
 #include "corvanta/importer/reader/NGltfMaterials.h"
 #include "corvanta/importer/reader/gltf_model.h"
 
@@ -21,8 +22,13 @@ class NGltfMeshes {
  public:
   /// Requires: all of these stay until `writer` has written.
   NGltfMeshes(tinygltf::Model const& model, NGltfAccessors const& accessors,
-              NGltfMaterials& materials, neutral::NSceneWriter& writer)
-      : m_model(model), m_accessors(accessors), m_materials(materials), m_writer(writer) {}
+              NGltfMaterials& materials, NGltfDeformations& deformations,
+              neutral::NSceneWriter& writer)
+      : m_model(model),
+        m_accessors(accessors),
+        m_materials(materials),
+        m_deformations(deformations),
+        m_writer(writer) {}
 
   /// The neutral form's numbers of what the file's mesh `number` draws; made at the first call.
   /// Fails: throws NImportError for a mesh with an index that names no vertex, a vertex that isn't
@@ -38,19 +44,22 @@ class NGltfMeshes {
   std::uint32_t AddPrimitive(tinygltf::Primitive const& primitive, std::string const& name);
   std::shared_ptr<Source> Read(tinygltf::Primitive const& primitive) const;
   void ReadUvs(tinygltf::Primitive const& primitive, Source& source) const;
+  // Null for all that the accessors have.
+  static std::shared_ptr<NGltfDeformations::Vertices const> GetUsed(
+      std::shared_ptr<Source const> const& source);
   void CheckIndices(Source& source);
   void Reduce(Source& source);
 
   tinygltf::Model const& m_model;
   NGltfAccessors const& m_accessors;
   NGltfMaterials& m_materials;
+  NGltfDeformations& m_deformations;
   neutral::NSceneWriter& m_writer;
   std::map<std::size_t, std::vector<std::uint32_t>> m_primitives;
   std::vector<std::uint32_t> m_newNumbers;  // of vertices, while a primitive is reduced
   bool m_hasTriangles = false;
   std::size_t m_coloredCount = 0;  // primitives whose vertex colours would be seen
   std::size_t m_unrepeatedCount = 0;
-  std::size_t m_morphedCount = 0;
 };
 
 }  // namespace corvanta::importer::reader

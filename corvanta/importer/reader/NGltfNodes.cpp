@@ -4,6 +4,7 @@
 #include <cmath>
 #include <string>
 
+#include "corvanta/core/text/message.h"
 #include "corvanta/importer/NImportError.h"
 
 namespace corvanta::importer::reader {
@@ -12,6 +13,7 @@ NGltfNodes::NGltfNodes(tinygltf::Model const& model)
     : m_model(model), m_first(model.nodes.size(), neutral::kNone) {
   std::vector<int> const tops = FindTops();
   if (tops.empty()) throw NImportError("no root node");
+  CutCycles(tops);
   Check(tops);
   if (tops.size() != 1) m_places.push_back({-1, tops.size()});
   auto const add = [this](std::vector<int> const& numbers) {
@@ -47,6 +49,53 @@ std::vector<int> NGltfNodes::FindTops() const {
   return tops;
 }
 
+void NGltfNodes::CutCycles(std::vector<int> const& tops) {
+  enum State : char { kNew, kOpen, kDone };
+  struct Visit {
+    int node;
+    std::size_t next;  // child
+  };
+  std::vector<State> states(m_model.nodes.size(), kNew);
+  std::map<int, std::vector<std::size_t>> cuts;  // places of children
+  std::vector<Visit> path;
+  auto const enter = [&](int node) {
+    states[static_cast<std::size_t>(node)] = kOpen;
+    path.push_back({node, 0});
+  };
+  for (int const top : tops) {
+    if (IsIn(m_model.nodes, top) && states[static_cast<std::size_t>(top)] == kNew) enter(top);
+    while (!path.empty()) {
+      auto const [node, next] = path.back();
+      auto const& children = m_model.nodes[static_cast<std::size_t>(node)].children;
+      if (next == children.size()) {
+        states[static_cast<std::size_t>(node)] = kDone;
+        path.pop_back();
+        continue;
+      }
+      ++path.back().next;
+      int const child = children[next];
+      if (!IsIn(m_model.nodes, child)) continue;
+      State const state = states[static_cast<std::size_t>(child)];
+      if (state == kOpen) cuts[node].push_back(next);
+      if (state == kNew) enter(child);
+    }
+  }
+  for (auto const& [node, places] : cuts) {
+    auto const& children = m_model.nodes[static_cast<std::size_t>(node)].children;
+    auto& mended = m_mended[node];
+    for (std::size_t i = 0; i != children.size(); ++i) {
+      if (!std::binary_search(places.begin(), places.end(), i)) mended.push_back(children[i]);
+    }
+    m_cutCount += places.size();
+  }
+}
+
+std::vector<std::string> NGltfNodes::GetNotes() const {
+  if (m_cutCount == 0) return {};
+  return {core::text::Plural(m_cutCount, "node stands below itself, and was left out there",
+                             "nodes stand below themselves, and were left out there")};
+}
+
 void NGltfNodes::Check(std::vector<int> const& tops) const {
   std::size_t const count = m_model.nodes.size();
   std::vector<std::size_t> listings(count);  // by nodes that the scene shows, not yet counted
@@ -72,8 +121,7 @@ void NGltfNodes::Check(std::vector<int> const& tops) const {
       ++listings[static_cast<std::size_t>(child)];
     }
   }
-  // A node comes after all that list it; one that stands below itself never does.
-  std::size_t const shownCount = open.size();
+  // A node comes after all that list it.
   open.erase(
       std::remove_if(open.begin(), open.end(),
                      [&](int node) { return listings[static_cast<std::size_t>(node)] != 0; }),
@@ -88,7 +136,6 @@ void NGltfNodes::Check(std::vector<int> const& tops) const {
       if (--listings[at] == 0) open.push_back(child);
     }
   }
-  if (open.size() != shownCount) throw NImportError("a node stands below itself");
   if (total > static_cast<double>(neutral::kMostItems)) {
     throw NImportError("more than " + std::to_string(neutral::kMostItems) + " items");
   }

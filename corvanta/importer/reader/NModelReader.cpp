@@ -58,8 +58,10 @@ NModelReader::NModelReader(NFileOpener& opener, std::filesystem::path const& pat
   } else {
     auto const& assimp = m_sources->assimp.emplace(opener, path);
     m_writer.SetUp(GetUp(path, assimp.GetScene()));
-    NAssimpConverter(assimp.GetScene(), MultipliesColor(path), m_writer).Convert();
+    NAssimpConverter converter(assimp.GetScene(), MultipliesColor(path), m_writer);
+    converter.Convert();
     add(assimp.GetNotes());
+    add(converter.GetNotes());
   }
   for (std::string const& note : notes) {
     neutral::NText const text = m_writer.AddText(note);

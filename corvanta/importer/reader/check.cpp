@@ -64,6 +64,26 @@ void CheckFaces(aiMesh const& mesh) {
   }
 }
 
+void CheckDeformation(aiMesh const& mesh) {
+  if (!HoldsAll(mesh.mBones, mesh.mNumBones))
+    Refuse("mesh", mesh.mName, "fewer bones than it says");
+  for (unsigned i = 0; i != mesh.mNumBones; ++i) {
+    if (!Holds(mesh.mBones[i]->mWeights, mesh.mBones[i]->mNumWeights)) {
+      Refuse("mesh", mesh.mName, "a bone without its weights");
+    }
+  }
+  if (!HoldsAll(mesh.mAnimMeshes, mesh.mNumAnimMeshes)) {
+    Refuse("mesh", mesh.mName, "fewer morph targets than it says");
+  }
+  for (unsigned i = 0; i != mesh.mNumAnimMeshes; ++i) {
+    aiAnimMesh const& target = *mesh.mAnimMeshes[i];
+    if ((target.mVertices != nullptr && !Holds(target.mVertices, target.mNumVertices)) ||
+        (target.mNormals != nullptr && !Holds(target.mNormals, target.mNumVertices))) {
+      Refuse("mesh", mesh.mName, "a morph target without its vertices");
+    }
+  }
+}
+
 void CheckMesh(aiScene const& scene, aiMesh const& mesh) {
   if (mesh.mMaterialIndex >= scene.mNumMaterials) {
     Refuse("mesh", mesh.mName, "a material that isn't there");
@@ -84,6 +104,7 @@ void CheckMesh(aiScene const& scene, aiMesh const& mesh) {
       Refuse("mesh", mesh.mName, "vertex " + std::to_string(i) + " isn't finite");
     }
   }
+  CheckDeformation(mesh);
   CheckFaces(mesh);
 }
 
@@ -133,6 +154,17 @@ void CheckKeys(aiNodeAnim const& channel) {
   }
 }
 
+void CheckKeys(aiMeshMorphAnim const& channel) {
+  bool const hasKeys = Holds(channel.mKeys, channel.mNumKeys);
+  if (!hasKeys ||
+      !std::all_of(channel.mKeys, channel.mKeys + channel.mNumKeys, [](aiMeshMorphKey const& key) {
+        return Holds(key.mValues, key.mNumValuesAndWeights) &&
+               Holds(key.mWeights, key.mNumValuesAndWeights);
+      })) {
+    Refuse("animation of", channel.mName, "fewer keys than it says");
+  }
+}
+
 void CheckPicture(aiTexture const& picture) {
   bool const isPacked = picture.mHeight == 0;
   if (!isPacked && std::max(picture.mWidth, picture.mHeight) > kMostPixels) {
@@ -156,11 +188,16 @@ void CheckLists(aiScene const& scene) {
   for (unsigned i = 0; i != scene.mNumTextures; ++i) CheckPicture(*scene.mTextures[i]);
   for (unsigned i = 0; i != scene.mNumAnimations; ++i) {
     aiAnimation const& animation = *scene.mAnimations[i];
-    if (!HoldsAll(animation.mChannels, animation.mNumChannels)) {
+    if (!HoldsAll(animation.mChannels, animation.mNumChannels) ||
+        !HoldsAll(animation.mMorphMeshChannels, animation.mNumMorphMeshChannels) ||
+        !HoldsAll(animation.mMeshChannels, animation.mNumMeshChannels)) {
       Refuse("animation", animation.mName, "a channel that isn't there");
     }
     std::for_each(animation.mChannels, animation.mChannels + animation.mNumChannels,
                   [](aiNodeAnim const* channel) { CheckKeys(*channel); });
+    std::for_each(animation.mMorphMeshChannels,
+                  animation.mMorphMeshChannels + animation.mNumMorphMeshChannels,
+                  [](aiMeshMorphAnim const* channel) { CheckKeys(*channel); });
   }
 }
 

@@ -101,7 +101,8 @@ class CORVANTA_API NObservableImpl {
     Delivery(Delivery const&) = delete;
     Delivery& operator=(Delivery const&) = delete;
     ~Delivery() {
-      if (--state.deliveries == 0) Finish();
+      state.deliveries -= 1u;
+      if (state.deliveries == 0u) Finish();
     }
     void Finish() noexcept;
 

@@ -45,7 +45,7 @@ void AddUse(NDomainManager const& manager, MaterialReference const& material) {
   }
 }
 
-void RemoveUse(NDomainManager const* manager, MaterialReference const& material) {
+void RemoveUse(NDomainManager const* manager, MaterialReference const& material) noexcept {
   Table& table = GetTable();
   boost::lock_guard<boost::mutex> const lock(table.mutex);
   auto const first =

@@ -19,7 +19,7 @@ CORVANTA_API void AddUse(core::domain::NDomainManager const& manager,
 /// Counts one model less, also for a material that has gone. Without a manager it does so for every
 /// manager. A count of 0 stays 0.
 CORVANTA_API void RemoveUse(core::domain::NDomainManager const* manager,
-                            MaterialReference const& material);
+                            MaterialReference const& material) noexcept;
 /// A model that is counted ahead of showing the material, so that no memory is needed then.
 class CORVANTA_API NUse {
  public:
