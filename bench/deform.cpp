@@ -112,7 +112,7 @@ BENCHMARK(Morph);
 
 void Write(benchmark::State& state) {
   Scene const scene(true);
-  std::vector<float> const numbers(3 * kCount, 0.5f);
+  std::vector<float> const numbers(std::size_t{3} * kCount, 0.5f);
   auto& surface = scene.GetSurface();
   for (auto _ : state) {
     surface.Assign(numbers, numbers, surface.GetIndices(), surface.GetUVWsMap());

@@ -85,6 +85,7 @@
 #include "corvanta/data/domain/light_env/NLightEnvNode.h"
 #include "corvanta/data/domain/material/NMaterialDomain.h"
 #include "corvanta/data/domain/material/NMaterialNode.h"
+#include "corvanta/data/domain/material/NMaterialOptions.h"
 #include "corvanta/data/domain/material/texture_mapping/NProjectionMapping.h"
 #include "corvanta/data/domain/material/texture_mapping/NTextureMapping.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"

@@ -40,9 +40,10 @@ void Build(NSceneView const& scene) {
   data::document::NDocument document;
   importer::NImportTarget target(document);
   importer::NEffort effort;
-  importer::NPictures pictures(target, scene, "/nowhere");
+  importer::NVertexColors const colors(scene);
+  importer::NPictures pictures(target, scene, colors, "/nowhere");
   importer::NMaterials materials(target, scene, pictures);
-  importer::NHierarchy hierarchy(target, scene, materials);
+  importer::NHierarchy hierarchy(target, scene, materials, colors);
   auto const tree = document.GetTrees().CreateNode(core::node::NNodeID());
   hierarchy.Build(*tree, effort);
   importer::NAnimations const animations(target, scene, hierarchy, *tree, effort);

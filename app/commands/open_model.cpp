@@ -46,6 +46,7 @@ void PrintNotes(std::string const& file, std::vector<std::string> const& notes) 
 }
 
 std::string CheckUnit(std::string const& text) {
+  if (text == "auto") return "";
   double unit = 0.0;
   bool const isNumber = CLI::detail::lexical_cast(text, unit) && IsInFloatRange(unit);
   // Below that a float's inverse is none.
@@ -57,6 +58,11 @@ std::string CheckCrease(std::string const& text) {
   double angle = 0.0;
   bool const isNumber = CLI::detail::lexical_cast(text, angle);
   return isNumber && angle >= 0.0 && angle <= 180.0 ? "" : "needs degrees from 0 to 180";
+}
+
+void SetUnit(std::string const& text) {
+  double unit = 1.0;
+  GetOptions().unit = CLI::detail::lexical_cast(text, unit) ? std::optional(unit) : std::nullopt;
 }
 
 void SetUp(std::string const& axis) {
@@ -83,11 +89,12 @@ void AddAxisOptions(CLI::App& command) {
       ->excludes(up)
       ->group(kGroup);
   command
-      .add_option_function<double>(
-          "--unit", [](double const& unit) { GetOptions().unit = unit; },
-          "Length of the files' unit in the scene, such as 0.001 for millimetres in metres")
+      .add_option_function<std::string>(
+          "--unit", &SetUnit,
+          "Length of the files' unit in the scene, such as 0.001 for millimetres in metres; auto "
+          "takes metres, as an FBX file says")
       ->check(CLI::Validator(&CheckUnit, ""))
-      ->option_text("NUMBER")
+      ->option_text("NUMBER|auto")
       ->group(kGroup);
   command
       .add_option_function<double>(

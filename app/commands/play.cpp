@@ -49,10 +49,10 @@ frame and a column for each attribute that is animated; for the tour, the
 camera's global position, its interest and its up. --plot draws these over time.
 What was in these files stays until all is played.
 
-  corvanta play model.glb -o frames/%04d.png
-
-Other tools make one file of the frames, where 25 is the --fps and 4 are
+Other tools make one file of the pictures, where 25 is the --fps and 4 are
 hundredths of a second:
+
+  corvanta play model.glb -o frames/%04d.png
   ffmpeg -framerate 25 -i frames/%04d.png -pix_fmt yuv420p video.mp4
   ffmpeg -framerate 25 -i frames/%04d.png animation.gif
   convert -delay 4 -loop 0 frames/*.png animation.gif)";
@@ -301,7 +301,7 @@ void AddPlay(CLI::App& program, int& status) {
   command
       ->add_option("--timeline", options->timeline,
                    "Play the first animation of that name, or else the Nth, from 1")
-      ->option_text("NAME|N");
+      ->option_text("N|NAME");
   command->add_flag(
       "--tour", options->isTour,
       "Lead a camera from one camera of the file to the next, two seconds at each, or "

@@ -123,6 +123,7 @@ class Render {
     auto const tree = CreateCommonTree(m_document, trees);
     // What the files hold is set before cameras and lights are fitted to it.
     std::vector<std::string> const ofStage = AssignWhatIsThere();
+    if (!m_options.assignments.empty()) UpdateDeformers();
     m_stage = std::make_unique<NStage>(m_document, tree, m_options.lights);
     int status = Assign(ofStage);
     if (status == NS_DONE) status = Prepare(*m_stage, tree);
@@ -141,9 +142,6 @@ class Render {
         others.push_back(text);
       }
     }
-    for (importer::NImportedModel const& model : m_models) {
-      if (model.deformer && !m_options.assignments.empty()) model.deformer->Update();
-    }
     return others;
   }
 
@@ -158,10 +156,17 @@ class Render {
     return NS_DONE;
   }
 
+  void UpdateDeformers() const {
+    for (importer::NImportedModel const& model : m_models) {
+      if (model.deformer) model.deformer->Update();
+    }
+  }
+
   static void Assign(NAssignment const& assignment, std::string const& text) {
     bool const isNew = assignment.attribute->GetValue() != assignment.value;
     assignment.attribute->SetValue(assignment.value, true);
-    if (!renderer::IsDrawn(*assignment.node, assignment.attribute->GetName())) {
+    std::wstring const& name = assignment.attribute->GetName();
+    if (!renderer::IsDrawn(*assignment.node, name) && !importer::NDeformer::IsWeightName(name)) {
       PrintNote("--set " + text, "pictures don't depend on this attribute");
     } else if (!isNew) {
       PrintNote("--set " + text, "it has this value already");
@@ -182,9 +187,7 @@ class Render {
     }
     if (m_options.isWireframe) stage.SetWired();
     if (m_options.showsFloor) stage.GetEnvironment().SetFloorIsVisibleFlag(true);
-    if (m_options.background == "none") {
-      stage.HideBackground();
-    } else if (!m_options.background.empty()) {
+    if (!m_options.background.empty() && m_options.background != "none") {
       stage.SetBackground(*ParseColor(m_options.background));
     }
     if (m_options.time) PlayTo(*m_options.time);
@@ -228,6 +231,7 @@ class Render {
                                                                      : renderer::NSM_MONO;
       NStagePreview preview(m_document, stage, m_size[0], m_size[1], stereo);
       preview.SetShowsEdgesFlag(m_options.showsEdges);
+      preview.SetHasBackgroundFlag(m_options.background != "none");
       if (m_options.orbit != 0) return DrawAround(stage, preview);
       if (!m_options.output.empty() && !Write(m_options.output, preview.TakePicture())) {
         return NS_FILE;
@@ -356,6 +360,9 @@ std::string FindFault(Options const& options) {
   if (options.output.empty() && options.ids.empty() && !options.reportsClip) {
     return "one of -o, --ids and --clip-report is needed";
   }
+  if (options.background == "none" && !FindPictureFault(options.output, true).empty()) {
+    return "--background none needs a .png, which can be transparent";
+  }
   if (options.orbit != 0) return FindOrbitFault(options);
   std::string fault = FindPictureFault(options.output);
   if (!fault.empty()) return "-o " + options.output + ": " + fault;
@@ -375,7 +382,7 @@ void AddLook(CLI::App& command, Options& options) {
   command
       .add_option("--background", options.background,
                   "Colour behind the models, of 0 to 255 each, or black, white, grey, red, green, "
-                  "blue, sky; none leaves the picture of the environment out")
+                  "blue, sky; none leaves it transparent")
       ->check(CLI::Validator(&CheckColor, ""))
       ->option_text("R,G,B");
   command

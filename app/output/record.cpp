@@ -8,6 +8,8 @@
 #include <memory>
 #include <set>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 #include "app/output/text.h"
 #include "corvanta/core/domain/NDomainBase.h"
@@ -54,18 +56,34 @@ void Link(NRecord& record, char const* key, boost::intrusive_ptr<Node> const& no
   record[key] = {{"name", ToNarrow(node->GetName())}, {"id", ToNarrow(node->GetID().ToString())}};
 }
 
+/// The lines and points of a surface that has nothing else, as the renderer draws it.
+std::pair<std::size_t, std::size_t> CountLines(std::vector<unsigned> const& indices) {
+  std::pair<std::size_t, std::size_t> counts;
+  for (std::size_t i = 0; i + 2 < indices.size(); i += 3) {
+    unsigned const a = indices[i], b = indices[i + 1], c = indices[i + 2];
+    if (a != b && b != c && a != c) return {};
+    ++(a == b && b == c ? counts.second : counts.first);
+  }
+  return counts;
+}
+
 void Describe(domain::geometry::NGeometryNode const& node, NRecord& record) {
   std::size_t vertexCount = 0;
-  std::size_t triangleCount = 0;
+  std::size_t triangleCount = 0, lineCount = 0, pointCount = 0;
   std::set<unsigned> sets;
   for (auto const& surface : node.GetSurfaces()) {
     vertexCount += surface->GetCoords().size();
-    triangleCount += surface->GetIndices().size() / 3;
+    auto const [lines, points] = CountLines(surface->GetIndices());
+    lineCount += lines;
+    pointCount += points;
+    triangleCount += surface->GetIndices().size() / 3 - lines - points;
     for (auto const& [id, uvws] : surface->GetUVWsMap()) sets.insert(static_cast<unsigned>(id));
   }
   record["surfaces"] = node.GetSurfaces().size();
   record["vertices"] = vertexCount;
   record["triangles"] = triangleCount;
+  if (lineCount != 0) record["lines"] = lineCount;
+  if (pointCount != 0) record["points"] = pointCount;
   record["uvwSets"] = sets;
 }
 

@@ -25,6 +25,8 @@ class NStagePreview {
 
   /// Whether pictures show the edges of all triangles as dark lines.
   void SetShowsEdgesFlag(bool showsEdges) { m_preview.SetShowsEdgesFlag(showsEdges); }
+  /// Without a background, pictures have opacities.
+  void SetHasBackgroundFlag(bool hasBackground) { m_preview.SetHasBackgroundFlag(hasBackground); }
   renderer::NRenderer const& GetRenderer() const { return m_preview.GetRenderer(); }
 
  private:

@@ -29,12 +29,14 @@ std::size_t CountFalse(std::vector<bool> const& flags) {
 }  // namespace
 
 NHierarchy::NHierarchy(NImportTarget& target, neutral::NSceneView const& scene,
-                       NMaterials& materials, std::optional<double> crease)
+                       NMaterials& materials, NVertexColors const& colors,
+                       std::optional<double> crease)
     : m_target(target),
       m_scene(scene),
       m_materials(materials),
+      m_colors(colors),
       m_crease(crease),
-      m_variants(scene, materials),
+      m_variants(scene, materials, colors),
       m_deformations(target, scene, crease),
       m_isLightPlaced(scene.Get<neutral::NLight>().size()),
       m_isCameraPlaced(scene.Get<neutral::NCamera>().size()),
@@ -150,11 +152,12 @@ void NHierarchy::AddBelow(Item& group, ItemPointer const& item, neutral::NText c
 NHierarchy::ItemPointer NHierarchy::CreateModel(Content const& content, std::size_t i) {
   std::size_t const mesh = content.meshes[i];
   auto const model = m_target.Create<item::NSceneGraphModelNode>(m_target.GetDocument().GetItems());
-  auto geometry = m_deformations.AddModel(*model, mesh, content.skins[i], m_items.size());
+  auto geometry = m_deformations.AddModel(*model, mesh, content.skins[i], m_items.size(),
+                                          m_colors.GetCornerColors(mesh));
   if (!geometry) geometry = GetGeometry(mesh);
   model->SetGeometryNode(NNodeReference<data::domain::geometry::NGeometryNode>(*geometry));
   model->SetMaterial(NNodeReference<data::domain::material::NMaterialNode>(
-      *m_materials.GetMaterial(Get<neutral::NMesh>(mesh).material)));
+      *m_materials.GetMaterial(Get<neutral::NMesh>(mesh).material, m_colors.Has(mesh))));
   m_variants.AddModel(mesh, *model);
   return model;
 }
@@ -208,7 +211,8 @@ boost::intrusive_ptr<data::domain::geometry::NGeometryNode> NHierarchy::GetGeome
     std::size_t mesh) {
   auto& node = m_geometries[mesh];
   if (node) return node;
-  auto const surface = CreateSurface(m_scene, Get<neutral::NMesh>(mesh), m_crease);
+  auto const surface = CreateSurface(m_scene, Get<neutral::NMesh>(mesh), m_crease, nullptr,
+                                     m_colors.GetCornerColors(mesh));
   node = m_target.Create(m_target.GetDocument().GetGeometries());
   SetName(*node, m_scene.GetText(Get<neutral::NMesh>(mesh).name));
   node->AddSurface(*surface);

@@ -33,7 +33,7 @@ class CORVANTA_API NHierarchy {
 
   /// `crease` is that of CreateSurface.
   NHierarchy(NImportTarget& target, neutral::NSceneView const& scene, NMaterials& materials,
-             std::optional<double> crease = std::nullopt);
+             NVertexColors const& colors, std::optional<double> crease = std::nullopt);
 
   /// Makes the items and sets the root of `tree`, with `isXUp` below one that turns x to y.
   /// Fails: throws NImportError for more cameras at such depths than NEffort has left.
@@ -87,6 +87,7 @@ class CORVANTA_API NHierarchy {
   NImportTarget& m_target;
   neutral::NSceneView const& m_scene;
   NMaterials& m_materials;
+  NVertexColors const& m_colors;
   std::optional<double> const m_crease;
   NVariants m_variants;
   NDeformations m_deformations;

@@ -4,6 +4,7 @@
 #include <tuple>
 
 #include "corvanta/core/text/message.h"
+#include "corvanta/data/domain/material/NMaterialOptions.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
 #include "corvanta/data/domain/texture/NTextureNode.h"
 #include "corvanta/data/domain/texture/NTextureUse.h"
@@ -17,6 +18,7 @@ namespace {
 namespace domain = data::domain;
 namespace texture_mapping = data::domain::material::texture_mapping;
 using enum data::domain::texture::NTextureUse;
+using Nodes = std::vector<boost::intrusive_ptr<domain::material::NMaterialNode>>;
 
 void SetColors(neutral::NMaterial const& source, domain::material::NMaterialNode& node) {
   // Nobody means black by saying nothing.
@@ -65,16 +67,21 @@ NMaterials::NMaterials(NImportTarget& target, neutral::NSceneView const& scene, 
     : m_target(target),
       m_scene(scene),
       m_pictures(pictures),
-      m_nodes(scene.Get<neutral::NMaterial>().size()) {}
+      m_nodes{Nodes(scene.Get<neutral::NMaterial>().size()),
+              Nodes(scene.Get<neutral::NMaterial>().size())} {}
 
-boost::intrusive_ptr<domain::material::NMaterialNode> NMaterials::GetMaterial(std::size_t index) {
-  auto& node = m_nodes[index];
+boost::intrusive_ptr<domain::material::NMaterialNode> NMaterials::GetMaterial(std::size_t index,
+                                                                              bool isColored) {
+  auto& node = m_nodes[isColored ? 1 : 0][index];
   if (node) return node;
   auto const& source = m_scene.Get<neutral::NMaterial>()[index];
   node = m_target.Create(m_target.GetDocument().GetMaterials());
   SetName(*node, m_scene.GetText(source.name));
   SetColors(source, *node);
   SetSurface(source, *node);
+  if (source.isOneSided != 0) {
+    node->SetType(static_cast<domain::material::NMaterialType>(domain::material::NMO_ONE_SIDED));
+  }
   // The attribute is 1 for what lets nothing through. Nobody models what is never seen: formats and
   // exporters disagree on which end means opaque.
   if (source.opacity.isSet != 0) {
@@ -82,7 +89,7 @@ boost::intrusive_ptr<domain::material::NMaterialNode> NMaterials::GetMaterial(st
     node->SetTransparency(isVisible ? source.opacity.value : 1.0);
     m_invisibleCount += !isVisible;
   }
-  AddTextures(source, *node);
+  AddTextures(source, *node, isColored);
   return node;
 }
 
@@ -95,22 +102,23 @@ std::vector<std::string> NMaterials::GetNotes() const {
 
 // Readers may name a picture twice for one use.
 void NMaterials::AddTextures(neutral::NMaterial const& source,
-                             domain::material::NMaterialNode& node) {
+                             domain::material::NMaterialNode& node, bool isColored) {
   std::set<std::tuple<domain::image::NImageNode const*, unsigned, unsigned>> taken;
   for (neutral::NTexture const& entry : m_scene.Get(source.textures)) {
+    bool const isOfVertices = entry.picture == neutral::kNone;
+    if (isOfVertices && !isColored) continue;
     auto const image = m_pictures.GetImage(entry.picture);
     if (!taken.emplace(image.get(), entry.uvSet, entry.use).second) continue;
 
     auto const texture = m_target.Create(m_target.GetDocument().GetTextures());
     texture->SetName(image->GetName());
     texture->SetType(static_cast<domain::texture::NTextureType>(entry.use));
-    if (entry.use == NTU_HEIGHT || entry.use == NTU_NORMAL) {
-      texture->SetBumpScale(source.bumpScale.isSet != 0 ? source.bumpScale.value : 1.0f);
-    }
+    texture->SetBumpScale(entry.scale);
+    texture->SetOperationType(static_cast<domain::texture::NTextureOperationType>(entry.operation));
     texture->SetImage(core::node::NNodeReference<domain::image::NImageNode>(*image));
     boost::intrusive_ptr<texture_mapping::NUVWMapping> const mapping(
-        new texture_mapping::NUVWMapping(
-            static_cast<texture_mapping::NUVWMappingType>(GetMappingId(entry.uvSet))));
+        new texture_mapping::NUVWMapping(static_cast<texture_mapping::NUVWMappingType>(
+            isOfVertices ? kColorsMappingId : GetMappingId(entry.uvSet))));
     node.AddTexture(core::node::NNodeReference<domain::texture::NTextureNode>(*texture), *mapping,
                     static_cast<unsigned>(node.GetTextures().size()));
   }

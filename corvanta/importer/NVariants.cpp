@@ -8,8 +8,9 @@
 
 namespace corvanta::importer {
 
-NVariants::NVariants(neutral::NSceneView const& scene, NMaterials& materials)
-    : m_scene(scene), m_materials(materials) {
+NVariants::NVariants(neutral::NSceneView const& scene, NMaterials& materials,
+                     NVertexColors const& colors)
+    : m_scene(scene), m_materials(materials), m_colors(colors) {
   auto const meshes = scene.Get<neutral::NMesh>();
   auto const count = static_cast<std::size_t>(
       std::count_if(meshes.begin(), meshes.end(),
@@ -25,11 +26,12 @@ void NVariants::AddModel(std::size_t number,
   auto const& mesh = m_scene.Get<neutral::NMesh>()[number];
   if (mesh.variants.count == 0) return;
   auto& choice = m_switches[number];
-  if (!choice) choice = CreateSwitch(mesh);
+  if (!choice) choice = CreateSwitch(number);
   choice->AddModel(model);
 }
 
-NVariants::SwitchPointer NVariants::CreateSwitch(neutral::NMesh const& mesh) const {
+NVariants::SwitchPointer NVariants::CreateSwitch(std::size_t number) const {
+  auto const& mesh = m_scene.Get<neutral::NMesh>()[number];
   std::vector<std::uint64_t> chosen(m_scene.Get<neutral::NVariant>().size(), mesh.material);
   for (neutral::NVariantUse const& use : m_scene.Get(mesh.variants)) {
     chosen[use.variant] = use.material;
@@ -37,7 +39,7 @@ NVariants::SwitchPointer NVariants::CreateSwitch(neutral::NMesh const& mesh) con
   SwitchPointer const choice(new data::switches::NMaterialSwitch);
   SetName(*choice, m_scene.GetText(mesh.name));
   for (unsigned i = 0; i != chosen.size(); ++i) {
-    choice->AddMaterial(*m_materials.GetMaterial(chosen[i]), i);
+    choice->AddMaterial(*m_materials.GetMaterial(chosen[i], m_colors.Has(number)), i);
   }
   return choice;
 }

@@ -21,7 +21,7 @@ class CORVANTA_API NVariants {
   using SwitchPointer = boost::intrusive_ptr<data::switches::NMaterialSwitch>;
 
   /// Fails: throws NImportError where the meshes have more than neutral::kMostItems choices.
-  NVariants(neutral::NSceneView const& scene, NMaterials& materials);
+  NVariants(neutral::NSceneView const& scene, NMaterials& materials, NVertexColors const& colors);
 
   /// Tells of a model of the scene's mesh `number`.
   void AddModel(std::size_t number, data::domain::scenegraph::item::NSceneGraphModelNode& model);
@@ -32,10 +32,11 @@ class CORVANTA_API NVariants {
   std::vector<SwitchPointer> GetSwitches() const;
 
  private:
-  SwitchPointer CreateSwitch(neutral::NMesh const& mesh) const;
+  SwitchPointer CreateSwitch(std::size_t number) const;
 
   neutral::NSceneView const& m_scene;
   NMaterials& m_materials;
+  NVertexColors const& m_colors;
   std::map<std::size_t, SwitchPointer> m_switches;  // by meshes
 };
 

@@ -13,6 +13,7 @@
 #include "corvanta/importer/NImportTarget.h"
 #include "corvanta/importer/NMaterials.h"
 #include "corvanta/importer/NPictures.h"
+#include "corvanta/importer/NVertexColors.h"
 #include "corvanta/importer/animation/NAnimations.h"
 #include "corvanta/importer/neutral/NSceneView.h"
 #include "corvanta/importer/process/NReadModel.h"
@@ -45,9 +46,10 @@ NImportedModel ImportModel(data::document::NDocument& document, std::string cons
   auto const isRead = Clock::now();
 
   NImportTarget target(document);
-  NPictures pictures(target, scene, path.parent_path());
+  NVertexColors const colors(scene);
+  NPictures pictures(target, scene, colors, path.parent_path());
   NMaterials materials(target, scene, pictures);
-  NHierarchy hierarchy(target, scene, materials, options.crease);
+  NHierarchy hierarchy(target, scene, materials, colors, options.crease);
   NImportedModel result;
   result.file = file;
   result.files = read.GetFiles();
@@ -55,7 +57,7 @@ NImportedModel ImportModel(data::document::NDocument& document, std::string cons
   result.tree->SetName(core::text::ToWide(path.stem().string()));
   // Cameras are aimed by where their items stand in the scene.
   NUpAxis const up = options.up.value_or(scene.GetUp());
-  result.tree->SetUnit(options.unit);
+  result.tree->SetUnit(options.unit.value_or(scene.GetUnit()));
   if (up == NUA_Z) {
     result.tree->SetCoordConversion(data::domain::scenegraph::tree::CCV_ZUP_TO_YUP);
   }
@@ -76,6 +78,7 @@ NImportedModel ImportModel(data::document::NDocument& document, std::string cons
   Append(result.notes, readNotes);
   Append(result.notes, pictures.GetNotes());
   Append(result.notes, materials.GetNotes());
+  Append(result.notes, colors.GetNotes());
   Append(result.notes, hierarchy.GetNotes());
   Append(result.notes, animations.GetNotes());
   result.readMilliseconds = Milliseconds(start, isRead);

@@ -43,8 +43,9 @@ struct NImportOptions {
   /// The axis of the file that points up, and y in the scene: X, Y or Z. Without it, what the file
   /// or its format says.
   std::optional<NUpAxis> up{};
-  /// Units: length of the file's unit in the scene's.
-  double unit = 1.0;
+  /// Units: length of the file's unit in the scene's; without it in metres, as the file says, and 1
+  /// where it doesn't.
+  std::optional<double> unit = 1.0;
   /// Where faces meet in a crease; see CreateSurface. Units: degrees.
   std::optional<double> crease{};
 };

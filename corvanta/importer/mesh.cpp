@@ -38,16 +38,19 @@ class Joiner {
   struct Vertex {
     std::uint32_t number;  // the mesh's
     NTriple normal;
+    std::array<float, 2> color;  // where the picture of colours has it
   };
 
   // `keepsApart`: whether vertices of the mesh stay apart that have all alike; `joinsNone`: whether
   // all corners do.
-  Joiner(Arrays const& mesh, NCornerNormals const& normals, bool keepsApart, bool joinsNone)
+  Joiner(Arrays const& mesh, NCornerNormals const& normals, bool keepsApart, bool joinsNone,
+         NCornerColors const& getColor)
       : m_mesh(mesh),
         m_keepsApart(keepsApart),
         m_joinsNone(joinsNone),
+        m_getColor(getColor),
         m_ownNumbers(mesh.positions.size(), neutral::kNone),
-        m_numbering(normals.GetMostDistinct()) {
+        m_numbering(getColor ? 3 * mesh.triangles.size() : normals.GetMostDistinct()) {
     std::size_t corner = 0;
     for (neutral::NTriangle const& triangle : mesh.triangles) {
       for (std::uint32_t const vertex : triangle) Take(vertex, normals, corner++);
@@ -59,13 +62,14 @@ class Joiner {
 
  private:
   void Take(std::uint32_t vertex, NCornerNormals const& normals, std::size_t corner) {
-    bool const isOwn = normals.IsOwn(corner);
+    bool const isOwn = normals.IsOwn(corner) && !m_getColor;
     // One with its own normal is looked up once.
     if (isOwn && m_ownNumbers[vertex] != neutral::kNone) {
       m_indices.push_back(m_ownNumbers[vertex]);
       return;
     }
-    Vertex const wanted{vertex, normals.Get(corner)};
+    Vertex const wanted{vertex, normals.Get(corner),
+                        m_getColor ? m_getColor(corner) : std::array<float, 2>{}};
     if (m_joinsNone) {
       m_indices.push_back(static_cast<unsigned>(m_vertices.size()));
       m_vertices.push_back(wanted);
@@ -81,10 +85,10 @@ class Joiner {
     std::size_t const begin = m_keepsApart ? vertex.number : 0;
     std::size_t hash = Mix(Mix(begin, m_mesh.positions[vertex.number]), vertex.normal);
     for (auto const& uvs : m_mesh.uvs) hash = Mix(hash, uvs[vertex.number]);
-    return hash;
+    return m_getColor ? Mix(Mix(hash, vertex.color[0]), vertex.color[1]) : hash;
   }
   bool Equal(Vertex const& a, Vertex const& b) const {
-    if (a.normal != b.normal) return false;
+    if (a.normal != b.normal || a.color != b.color) return false;
     if (a.number == b.number) return true;
     if (m_keepsApart) return false;
     for (auto const& uvs : m_mesh.uvs) {
@@ -96,6 +100,7 @@ class Joiner {
   Arrays const& m_mesh;
   bool const m_keepsApart;
   bool const m_joinsNone;
+  NCornerColors const& m_getColor;
   std::vector<std::uint32_t> m_ownNumbers;  // by the mesh's vertices
   NNumbering m_numbering;
   std::vector<Vertex> m_vertices;
@@ -119,13 +124,14 @@ bool IsFaceted(neutral::NMesh const& mesh, std::optional<double> crease) {
 boost::intrusive_ptr<geometry::NSurface> CreateSurface(neutral::NSceneView const& scene,
                                                        neutral::NMesh const& source,
                                                        std::optional<double> crease,
-                                                       std::vector<std::uint32_t>* vertices) {
+                                                       std::vector<std::uint32_t>* vertices,
+                                                       NCornerColors const& getColor) {
   Arrays const mesh(scene, source);
   if (mesh.triangles.empty()) return nullptr;
   NCornerNormals const cornerNormals(mesh.positions, mesh.normals, mesh.triangles,
                                      GetCrease(source, crease));
   Joiner const joined(mesh, cornerNormals, vertices != nullptr,
-                      vertices != nullptr && IsFaceted(source, crease));
+                      vertices != nullptr && IsFaceted(source, crease), getColor);
 
   std::vector<float> coords;
   std::vector<float> normals;
@@ -136,12 +142,20 @@ boost::intrusive_ptr<geometry::NSurface> CreateSurface(neutral::NSceneView const
   }
   std::map<NUVWMappingID, std::vector<data::structs::UVW>> uvws;
   for (unsigned set = 0; set != mesh.uvs.size(); ++set) {
-    auto const id = mesh.uvs.size() == 1 ? data::domain::material::texture_mapping::NUVWID_FLAT
-                                         : static_cast<NUVWMappingID>(GetMappingId(set));
+    auto const id = mesh.uvs.size() == 1 && !getColor
+                        ? data::domain::material::texture_mapping::NUVWID_FLAT
+                        : static_cast<NUVWMappingID>(GetMappingId(set));
     auto& uvw = uvws[id];
     for (Joiner::Vertex const& vertex : joined.GetVertices()) {
       NTriple const& v = mesh.uvs[set][vertex.number];
       uvw.push_back({v[0], v[1], v[2]});
+    }
+  }
+
+  if (getColor) {
+    auto& uvw = uvws[static_cast<NUVWMappingID>(kColorsMappingId)];
+    for (Joiner::Vertex const& vertex : joined.GetVertices()) {
+      uvw.push_back({vertex.color[0], vertex.color[1], 0.0f});
     }
   }
 

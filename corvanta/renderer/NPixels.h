@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "corvanta/export.h"
@@ -9,7 +10,8 @@
 namespace corvanta::renderer {
 
 /// A picture as bytes: three a pixel, red, green and blue, with the transfer function of sRGB; rows
-/// from the top, without a gap between them.
+/// from the top, without a gap between them. It may have an opacity for each pixel beside these,
+/// which doesn't darken them.
 class NPixels {
  public:
   NPixels(unsigned width, unsigned height)
@@ -22,9 +24,15 @@ class NPixels {
     return m_bytes.data() + std::size_t{3} * m_width * y;
   }
 
+  bool HasOpacities() const { return !m_opacities.empty(); }
+  /// A byte a pixel, as the rows of the picture.
+  std::vector<unsigned char> const& GetOpacities() const { return m_opacities; }
+  /// Requires: as many as there are pixels.
+  void SetOpacities(std::vector<unsigned char> opacities) { m_opacities = std::move(opacities); }
+
  private:
   unsigned m_width, m_height;
-  std::vector<unsigned char> m_bytes;
+  std::vector<unsigned char> m_bytes, m_opacities;
 };
 
 /// The picture as the bytes of a PNG file; the same picture gives the same bytes.

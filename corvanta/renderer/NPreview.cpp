@@ -136,7 +136,9 @@ struct NPreview::Block {
     if (!target) target = std::make_unique<NTarget>(context, width, height, kind);
     auto const [left, top, viewWidth, viewHeight] = GetViewport(NSS_BOTH);
     // What the view doesn't draw over is from the picture before.
-    if (left + top != 0 || viewWidth != width || viewHeight != height) target->Clear();
+    if (left + top != 0 || viewWidth != width || viewHeight != height) {
+      target->Clear(hasBackground ? 1.0f : 0.0f);
+    }
     return *target;
   }
 
@@ -171,6 +173,7 @@ struct NPreview::Block {
   boost::intrusive_ptr<data::view::NView> const view;
   unsigned const width, height;
   NStereoMode const stereo;
+  bool hasBackground = true;
   NRenderer renderer;
   std::unique_ptr<NTarget> picture, numbers;
 };
@@ -193,7 +196,8 @@ void NPreview::Update() { m_block->renderer.Update(*m_block->GetScene()); }
 NPixels NPreview::TakePicture() {
   Block& block = *m_block;
   NContextScope const scope(block.context);
-  return block.Draw(NTarget::NTK_PICTURE, block.GetParts()).target.ReadPicture();
+  NTarget const& target = block.Draw(NTarget::NTK_PICTURE, block.GetParts()).target;
+  return block.hasBackground ? target.ReadPicture() : target.ReadTransparentPicture();
 }
 
 std::vector<std::uint32_t> NPreview::TakeNumbers() {
@@ -222,6 +226,11 @@ NRenderer const& NPreview::GetRenderer() const { return m_block->renderer; }
 
 void NPreview::SetShowsEdgesFlag(bool showsEdges) {
   m_block->renderer.SetShowsEdgesFlag(showsEdges);
+}
+
+void NPreview::SetHasBackgroundFlag(bool hasBackground) {
+  m_block->hasBackground = hasBackground;
+  m_block->renderer.SetHasBackgroundFlag(hasBackground);
 }
 
 NContext const& NPreview::GetContext() const { return m_block->context; }

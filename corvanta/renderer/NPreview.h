@@ -72,6 +72,8 @@ class CORVANTA_API NPreview {
   NRenderer const& GetRenderer() const;
   /// See NRenderer.
   void SetShowsEdgesFlag(bool showsEdges);
+  /// See NRenderer; without a background, pictures have opacities.
+  void SetHasBackgroundFlag(bool hasBackground);
   NContext const& GetContext() const;
 
  private:

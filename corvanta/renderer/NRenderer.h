@@ -63,6 +63,9 @@ class CORVANTA_API NRenderer {
 
   /// Whether the pictures from now on show the edges of all triangles as dark lines.
   void SetShowsEdgesFlag(bool showsEdges);
+  /// Whether the environment is drawn behind the models. Without it, the alpha of a pixel of a
+  /// picture is how much of it is covered, and nothing glows.
+  void SetHasBackgroundFlag(bool hasBackground);
 
   NUploads GetUploads() const;
   /// The nodes of the pictures that were needed so far and can't be read; the library's placeholder

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <exception>
 #include <string>
+#include <utility>
 
 #include "corvanta/renderer/NRenderError.h"
 #include "corvanta/renderer/gl/NContextScope.h"
@@ -113,31 +114,61 @@ void NTarget::Bind() const { glBindFramebuffer(GL_FRAMEBUFFER, m_block->frame.Ge
 
 unsigned NTarget::GetFrame() const { return m_block->frame.Get(); }
 
-void NTarget::Clear() const {
+void NTarget::Clear(float opacity) const {
   Bind();
   glDisable(GL_SCISSOR_TEST);
-  glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
+  glClearColor(0.0f, 0.0f, 0.0f, opacity);
   glClear(GL_COLOR_BUFFER_BIT);
 }
 
-NPixels NTarget::ReadPicture() const {
+void NTarget::ReadLight(
+    std::function<void(unsigned y, std::vector<float> const& light)> const& row) const {
   Block const& block = *m_block;
-  NContextScope const scope(block.context);
   auto const width = static_cast<GLint>(block.width);
   auto const height = static_cast<GLint>(block.height);
   // It would hold for the copy too.
   glDisable(GL_SCISSOR_TEST);
-  glBindFramebuffer(GL_READ_FRAMEBUFFER, m_block->frame.Get());
-  glBindFramebuffer(GL_DRAW_FRAMEBUFFER, m_block->resolvedFrame.Get());
+  glBindFramebuffer(GL_READ_FRAMEBUFFER, block.frame.Get());
+  glBindFramebuffer(GL_DRAW_FRAMEBUFFER, block.resolvedFrame.Get());
   glBlitFramebuffer(0, 0, width, height, 0, 0, width, height, GL_COLOR_BUFFER_BIT, GL_NEAREST);
-  glBindFramebuffer(GL_READ_FRAMEBUFFER, m_block->resolvedFrame.Get());
-  NPixels pixels(m_block->width, m_block->height);
-  std::vector<float> row(std::size_t{3} * m_block->width);
-  TurnRows(m_block->height, [&](unsigned from, unsigned to) {
-    glReadPixels(0, static_cast<GLint>(from), width, 1, GL_RGB, GL_FLOAT, row.data());
-    std::transform(row.begin(), row.end(), pixels.GetRow(to), &Encode);
+  glBindFramebuffer(GL_READ_FRAMEBUFFER, block.resolvedFrame.Get());
+  std::vector<float> light(std::size_t{4} * block.width);
+  TurnRows(block.height, [&](unsigned from, unsigned to) {
+    glReadPixels(0, static_cast<GLint>(from), width, 1, GL_RGBA, GL_FLOAT, light.data());
+    row(to, light);
   });
-  m_block->Check("read");
+  block.Check("read");
+}
+
+NPixels NTarget::ReadPicture() const {
+  NContextScope const scope(m_block->context);
+  NPixels pixels(m_block->width, m_block->height);
+  ReadLight([&pixels](unsigned y, std::vector<float> const& light) {
+    unsigned char* to = pixels.GetRow(y);
+    for (std::size_t i = 0; i != light.size(); i += 4) {
+      to = std::transform(&light[i], &light[i] + 3, to, &Encode);
+    }
+  });
+  return pixels;
+}
+
+NPixels NTarget::ReadTransparentPicture() const {
+  NContextScope const scope(m_block->context);
+  NPixels pixels(m_block->width, m_block->height);
+  std::vector<unsigned char> opacities(std::size_t{m_block->width} * m_block->height);
+  ReadLight([&](unsigned y, std::vector<float> const& light) {
+    unsigned char* to = pixels.GetRow(y);
+    unsigned char* opacity = &opacities[std::size_t{m_block->width} * y];
+    for (std::size_t i = 0; i != light.size(); i += 4) {
+      float const covered = std::clamp(light[i + 3], 0.0f, 1.0f);
+      *opacity++ = static_cast<unsigned char>(std::lround(covered * 255.0f));
+      // The light of what is covered alone.
+      for (std::size_t c = 0; c != 3; ++c) {
+        *to++ = Encode(covered > 0.0f ? light[i + c] / covered : 0.0f);
+      }
+    }
+  });
+  pixels.SetOpacities(std::move(opacities));
   return pixels;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -40,6 +41,10 @@ class CORVANTA_API NTarget {
   /// Requires: NTK_PICTURE.
   /// Fails: throws NRenderError where the driver gives up; so do the others.
   NPixels ReadPicture() const;
+  /// The picture with opacities: how much of each pixel was covered, where it was drawn without a
+  /// background.
+  /// Requires: as ReadPicture.
+  NPixels ReadTransparentPicture() const;
   /// The number that each pixel was given, red the highest byte; rows from the top.
   /// Requires: NTK_NUMBERS.
   std::vector<std::uint32_t> ReadNumbers() const;
@@ -59,7 +64,10 @@ class CORVANTA_API NTarget {
   unsigned GetFrame() const;
   /// Makes all of it black, or 0.
   /// Requires: a scope of the context.
-  void Clear() const;
+  void Clear(float opacity = 1.0f) const;
+  /// Calls `row(y, light)` for each row from the top: four floats a pixel, linear light and alpha.
+  /// Requires: a scope of the context; NTK_PICTURE.
+  void ReadLight(std::function<void(unsigned y, std::vector<float> const& light)> const& row) const;
 
   std::unique_ptr<Block> m_block;
 };

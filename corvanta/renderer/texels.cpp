@@ -16,7 +16,7 @@ namespace {
 
 using Bytes = std::span<unsigned char const>;
 
-constexpr unsigned kMostSide = 16384;
+constexpr unsigned kMostSide = 65536;
 
 std::uint32_t Word(Bytes bytes, std::size_t at) {
   std::uint32_t word = 0;
@@ -206,7 +206,37 @@ class DirectDrawSurface {
   Bytes m_bytes;
 };
 
+/// The means of neighbours: of `rows` rows of `count` groups of `width` numbers, those of groups 2
+/// i and 2 i + 1. The last of an odd count stays.
+template <class Number>
+std::vector<Number> Halve(std::vector<Number> const& from, std::size_t rows, std::size_t count,
+                          std::size_t width) {
+  std::size_t const halved = (count + 1) / 2;
+  std::vector<Number> to(from.empty() ? 0 : rows * halved * width);
+  for (std::size_t i = 0; i != to.size(); ++i) {
+    std::size_t const row = i / (halved * width), group = i / width % halved, k = i % width;
+    std::size_t const first = (row * count + 2 * group) * width + k;
+    std::size_t const second = 2 * group + 1 < count ? first + width : first;
+    to[i] = static_cast<Number>((from[first] + from[second]) / 2);
+  }
+  return to;
+}
+
 }  // namespace
+
+void Shrink(NTexels& texels, unsigned mostSide) {
+  while (texels.width > mostSide) {
+    texels.bytes = Halve(texels.bytes, texels.height, texels.width, 4);
+    texels.floats = Halve(texels.floats, texels.height, texels.width, 4);
+    texels.width = (texels.width + 1) / 2;
+  }
+  while (texels.height > mostSide) {
+    std::size_t const row = std::size_t{4} * texels.width;
+    texels.bytes = Halve(texels.bytes, 1, texels.height, row);
+    texels.floats = Halve(texels.floats, 1, texels.height, row);
+    texels.height = (texels.height + 1) / 2;
+  }
+}
 
 std::vector<NTexels> ReadTexels(data::resource::image::NImage const& image,
                                 std::wstring const& extension) {

@@ -25,4 +25,8 @@ struct NTexels {
 std::vector<NTexels> ReadTexels(data::resource::image::NImage const& image,
                                 std::wstring const& extension);
 
+/// Halves the sides that are longer than `mostSide` until none is; pixels become the means of
+/// neighbours.
+void Shrink(NTexels& texels, unsigned mostSide);
+
 }  // namespace corvanta::renderer

@@ -156,6 +156,21 @@ TEST(AssimpDeformTest, MorphTargetsAreMovedByTheNameOfNodeOrMesh) {
   }
 }
 
+// Where the targets hold ways, and where the weights mean nothing.
+TEST(AssimpDeformTest, TargetsAreReadAsTheirFormatMeansThem) {
+  for (auto const& [isRelative, hasWeights, expected] :
+       {std::tuple(true, true, Points{{0, 0, 1}, {1.5f, 0, 0}, {0, 1.5f, 0}}),
+        std::tuple(false, false, Points{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}})}) {
+    auto const scene = MakeMorphed("head");
+    if (isRelative) scene->mMeshes[0]->mMethod = aiMorphingMethod_MORPH_RELATIVE;
+    neutral::NSceneWriter writer;
+    importer::reader::NAssimpConverter(*scene, false, writer, hasWeights).Convert();
+    Built built(writer);
+    built.hierarchy.Build(*built.tree, built.effort);
+    EXPECT_EQ(GetPoints(built.document, L"head"), expected);
+  }
+}
+
 TEST(AssimpDeformTest, NothingOfBonesAndTargetsIsTrusted) {
   struct Row {
     char const* reason;

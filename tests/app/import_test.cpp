@@ -349,7 +349,8 @@ TEST_F(ImportTest, EachTextureFindsItsOwnUvSet) {
                              {{"images", {{{"uri", "color.png"}}, {{"uri", "my%20light.png"}}}},
                               {"textures", {{{"source", 0}}, {{"source", 1}}}},
                               {"materials",
-                               {{{"pbrMetallicRoughness", {{"baseColorTexture", {{"index", 0}}}}},
+                               {{{"pbrMetallicRoughness",
+                                  {{"baseColorTexture", {{"index", 0}}}, {"metallicFactor", 0}}},
                                  {"emissiveTexture", {{"index", 1}, {"texCoord", 1}}}}}}}));
   auto const material = Find<item::NSceneGraphModelNode>(L"two")->GetMaterialNode();
   ASSERT_EQ(material->GetTextures().size(), 2u);

@@ -106,7 +106,6 @@ std::vector<BadFile> BadFiles() {
       {"empty.obj", "", ""},
       {"text.txt", "hello", ""},
       {"broken.gltf", "{\"asset\":", ""},
-      {"points.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\n", "no faces"},
       {"nothing.gltf", MakeGltf({}, json::array({{{"name", "a"}}})), "no faces"},
       {"no_root.gltf", R"({"asset":{"version":"2.0"}})", ""},
       {"beyond.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 9\n", "out of range"},
@@ -160,7 +159,7 @@ TEST_F(InfoTest, EveryCommandPassesTheNotesOnOnce) {
   json gltf = json::parse(MakeGltf(
       {Triangle(), Triangle(), Triangle()},
       {{{"name", "only"}, {"mesh", 0}, {"children", {1, 2}}}, {{"mesh", 1}}, {{"mesh", 2}}}));
-  for (int const lines : {1, 2}) gltf["meshes"][lines]["primitives"][0]["mode"] = 3;
+  for (int const lines : {1, 2}) gltf["meshes"][lines]["primitives"][0]["mode"] = 7;
   m_files.Write("flat.gltf", gltf.dump());
   std::string const note =
       "corvanta: flat.gltf: note: 2 meshes have no triangles and were left out\n";

@@ -385,7 +385,8 @@ neutral::NSceneWriter MakeWhole() {
   child.weights = writer.Add(std::vector<float>{0.25f});
   writer.Get<neutral::NMesh>().push_back(mesh);
   neutral::NMaterial material{};
-  material.textures = writer.Add(std::vector<neutral::NTexture>{{0, 0, 0}, {1, 1, 0}});
+  material.textures =
+      writer.Add(std::vector<neutral::NTexture>{{0, 0, 0, 0, 1.0f}, {1, 1, 0, 0, 1.0f}});
   writer.Get<neutral::NMaterial>().push_back(material);
   neutral::NBytes const bytes = writer.Add(std::vector<std::uint8_t>(5));
   neutral::NText const own = writer.AddText("own");
@@ -421,9 +422,10 @@ TEST(ReadingTest, ADamagedBlockIsRefusedOrHarmless) {
         NDocument document;
         importer::NImportTarget target(document);
         importer::NEffort effort;
-        importer::NPictures pictures(target, scene, files.GetFolder());
+        importer::NVertexColors const colors(scene);
+        importer::NPictures pictures(target, scene, colors, files.GetFolder());
         importer::NMaterials materials(target, scene, pictures);
-        importer::NHierarchy hierarchy(target, scene, materials);
+        importer::NHierarchy hierarchy(target, scene, materials, colors);
         auto const tree = document.GetTrees().CreateNode(core::node::NNodeID());
         hierarchy.Build(*tree, effort);
         importer::NAnimations const animations(target, scene, hierarchy, *tree, effort);

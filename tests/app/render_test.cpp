@@ -144,6 +144,7 @@ TEST_F(RenderTest, RefusesInOneLineAndLeavesNothing) {
                         "--stereo --hmd", "--time soon", "--time nan", "--ids a.png"});
   ExpectRefused("render model.gltf", {{"-o a.gif", "not as .gif"},
                                       {"--ids a.jpg", ".png is needed"},
+                                      {"-o a.jpg --background none", "needs a .png"},
                                       {"-o - --ids -", "the same file"}});
   // Before anything is read.
   ExpectRefused("render none.gltf", {{"-o missing/a.png", "no folder \"missing\"", "a.png", 1}});

@@ -104,6 +104,89 @@ TEST(TriangleIndex, MissesOnlyPhantoms) {
   EXPECT_GT(agreed, 500);
 }
 
+/// A mesh of bumps, some of its triangles moved by `shift`.
+void Assign(NPolygonSurface& surface, float shift, unsigned missing = 0) {
+  constexpr unsigned kSide = 60;
+  std::vector<float> coords;
+  std::vector<unsigned> indices;
+  for (unsigned i = 0; i != kSide * kSide; ++i) {
+    auto const x = static_cast<float>(i % kSide) / 30 - 1,
+               y = static_cast<float>(i / kSide) / 30 - 1;
+    float const z = 0.3f * std::sin(7 * x + 3 * shift) * std::cos(5 * y);
+    coords.insert(coords.end(), {x + (i % 3 == 0 ? 0.1f * shift : 0), y, z});
+    if (i % kSide == kSide - 1 || i / kSide == kSide - 1) continue;
+    indices.insert(indices.end(), {i, i + 1, i + kSide, i + 1, i + kSide + 1, i + kSide});
+  }
+  indices.resize(indices.size() - 3 * missing);
+  surface.Assign(coords, coords, indices, {});
+}
+
+TEST(TriangleIndex, TakesOverOtherCoordinates) {
+  Random random;
+  std::uniform_real_distribution<float> any(-1, 1);
+  auto const surface = New<NPolygonSurface>();
+  Assign(*surface, 0);
+  NTriangleIndex index(*surface);
+  auto const all = [](float) { return true; };
+  int hits = 0;
+  for (int step = 1; step != 8; ++step) {
+    Assign(*surface, 0.1f * static_cast<float>(step));
+    ASSERT_TRUE(index.Refit(*surface));
+    for (int i = 0; i != 300; ++i) {
+      Vec3 const o(any(random), any(random), 4 * any(random));
+      Vec3 const d = Vec3(any(random), any(random), any(random)) - o;
+      double const expected = FindLeastHitExhaustively(*surface, o, d, all);
+      ASSERT_EQ(index.FindLeast(o, d, all), expected) << "step " << step << ", ray " << i;
+      if (expected < std::numeric_limits<double>::max()) ++hits;
+    }
+  }
+  EXPECT_GT(hits, 500);
+  auto const assignWith = [&](float x) {
+    std::vector<float> coords;
+    for (XYZ const& point : surface->GetCoords()) {
+      coords.insert(coords.end(), {point.x, point.y, point.z});
+    }
+    for (std::size_t i = 0; i < coords.size(); i += 33) coords[i] = x * static_cast<float>(i % 7);
+    surface->Assign(coords, coords, surface->GetIndices(), {});
+  };
+  assignWith(20);
+  EXPECT_FALSE(index.Refit(*surface)) << "triangles all over the place";
+  NTriangleIndex another(*surface);
+  assignWith(static_cast<float>(kNaN));
+  EXPECT_FALSE(another.Refit(*surface)) << "not finite";
+}
+
+TEST(PickIndex, IsKeptWhileOnlyCoordinatesChange) {
+  using data::operators::ray_picker::detail::FindLeastHit;
+  using data::operators::ray_picker::detail::NPickIndex;
+  NDocument document;
+  auto const geometry = document.GetGeometries().CreateNode();
+  auto const surface = New<NPolygonSurface>();
+  Assign(*surface, 0);
+  geometry->AddSurface(*surface);
+  auto const all = [](float) { return true; };
+  Vec3 const o(0.31f, 0.17f, 3), d(0, 0.1f, -1);
+  // How many picks loop over all triangles before the index serves.
+  auto const countLoops = [&] {
+    for (int picks = 0;; ++picks) {
+      EXPECT_EQ(FindLeastHit(*geometry, *surface, o, d, all),
+                FindLeastHitExhaustively(*surface, o, d, all));
+      auto const* const index = NPickIndex::Query(*geometry);
+      if (index != nullptr && index->GetIndex() != nullptr) return picks;
+    }
+  };
+  EXPECT_EQ(countLoops(), 8);
+  EXPECT_EQ(countLoops(), 0);
+  Assign(*surface, 0.2f);
+  EXPECT_EQ(NPickIndex::Query(*geometry)->GetIndex(), nullptr);
+  EXPECT_EQ(countLoops(), 2);
+  Assign(*surface, 0.2f, 1);
+  EXPECT_EQ(countLoops(), 8) << "other triangles";
+  auto const second = New<NPolygonSurface>();
+  geometry->AddSurface(*second);
+  EXPECT_EQ(countLoops(), 8) << "another surface";
+}
+
 TEST(TriangleIndex, ServesOnlyRaysWithinItsBounds) {
   float const nan = static_cast<float>(kNaN);
   for (auto const& [o, d] : std::vector<std::pair<Vec3, Vec3>>{{{2e9f, 0, 0}, {1, 0, 0}},

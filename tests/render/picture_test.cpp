@@ -5,10 +5,10 @@
 
 #include "corvanta/data/domain/light_env/NLamp.h"
 #include "corvanta/data/domain/light_env/NLightEnvNode.h"
+#include "corvanta/data/domain/material/NMaterialOptions.h"
 #include "corvanta/data/domain/material/texture_mapping/NProjectionMapping.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
 #include "corvanta/data/domain/texture/NTextureUse.h"
-#include "corvanta/renderer/NMaterialOptions.h"
 #include "tests/render/world.h"
 #include "tests/support/temporary_files.h"
 
@@ -18,19 +18,6 @@ namespace {
 namespace light_env = data::domain::light_env;
 namespace texture = data::domain::texture;
 namespace texture_mapping = data::domain::material::texture_mapping;
-using Color = std::array<int, 3>;
-
-/// The byte of a value of linear light.
-int Encode(double linear) {
-  double const value =
-      linear <= 0.0031308 ? 12.92 * linear : 1.055 * std::pow(linear, 1 / 2.4) - 0.055;
-  return static_cast<int>(std::lround(255 * std::clamp(value, 0.0, 1.0)));
-}
-
-/// Filtering spreads a little of each pixel of a texture.
-void ExpectColor(Color const& color, Color const& expected) {
-  for (std::size_t c = 0; c != 3; ++c) EXPECT_NEAR(color[c], expected[c], 16);
-}
 
 /// A white wall from -4 to 4 in x and y at z = 0, with texture coordinates from 0 to 1, in a black
 /// environment. The camera at z = 12 sees 8.7 units of its height.
@@ -58,13 +45,6 @@ class PictureTest : public World {
     surface->Assign(coords, normals, 4, indices, 6, uvs);
     geometry->AddSurface(*surface);
     m_wall->SetGeometryNode(geometry);
-  }
-
-  static void SetColor(core::attribute::NAttributeHost& host, std::wstring const& name, double r,
-                       double g, double b) {
-    host.QueryAttribute(name + L".r")->SetValue(r, true);
-    host.QueryAttribute(name + L".g")->SetValue(g, true);
-    host.QueryAttribute(name + L".b")->SetValue(b, true);
   }
 
   boost::intrusive_ptr<light_env::NLamp> AddLamp(std::wstring const& type, double x, double y,
@@ -124,20 +104,6 @@ class PictureTest : public World {
     m_material->AddTexture(texture, *used, 0);
   }
 
-  /// The pixel where a point of the wall is seen.
-  Color At(renderer::NPixels const& picture, float x, float y) const {
-    VX_Math::Vec3 position(x, y, 0);
-    GetViewpoint().GetViewProjection().MultVecMatrix(position, position);
-    auto const column = static_cast<unsigned>((position.x + 1) / 2 * kWidth);
-    auto const row = static_cast<unsigned>((1 - position.y) / 2 * kHeight);
-    unsigned char const* const pixel = picture.GetRow(row) + 3 * column;
-    return {pixel[0], pixel[1], pixel[2]};
-  }
-  Color GetMiddle() {
-    auto const picture = DrawPicture();
-    unsigned char const* const pixel = picture.GetRow(kHeight / 2) + 3 * (kWidth / 2);
-    return {pixel[0], pixel[1], pixel[2]};
-  }
   int GreyAt(renderer::NPixels const& picture, float x, float y) const {
     return At(picture, x, y)[0];
   }
@@ -339,6 +305,17 @@ TEST_F(PictureTest, TheFloorIsSeenAndShadowsFallOnIt) {
   int const lit = seen(-2.5f);
   EXPECT_GT(lit, 60);
   EXPECT_LT(seen(2), lit - 30);
+  // A soft shadow lets as much light through, but for its edge.
+  lamp->SetShadowSoftness(0);
+  int const dark = seen(2);
+  std::set<int> sharp, soft;
+  for (float x = 2; x < 5; x += 0.06f) sharp.insert(seen(x));
+  lamp->SetShadowSoftness(2);
+  EXPECT_NEAR(seen(2), dark, 1);
+  EXPECT_EQ(seen(-2.5f), lit);
+  for (float x = 2; x < 5; x += 0.06f) soft.insert(seen(x));
+  EXPECT_LE(sharp.size(), 5u);
+  EXPECT_GE(soft.size(), sharp.size() + 3);
   m_environment->SetFloorShowsShadowFlag(false);
   EXPECT_EQ(seen(2), lit);
 }
@@ -363,6 +340,109 @@ TEST_F(PictureTest, WhatIsBrighterThanWhiteGlows) {
   m_environment->SetHdrExposure(-2);
   EXPECT_EQ(GreyAt(DrawPicture(), 1.1f, 0), 0);
   EXPECT_NEAR(GreyAt(DrawPicture(), 0, 0), Encode(0.75), 1);
+}
+
+TEST_F(PictureTest, AStarGlaresAlongItsDiagonals) {
+  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  m_wall->SetScaleX(0.05);
+  m_wall->SetScaleY(0.05);
+  m_lamps->SetLampsCoefficient(3);
+  m_environment->SetHdrBloom(0);
+  EXPECT_EQ(GreyAt(DrawPicture(), 0.5f, 0.5f), 0);
+  m_environment->SetHdrStar(600);
+  auto const picture = DrawPicture();
+  for (float const side : {-1.0f, 1.0f}) {
+    EXPECT_GT(GreyAt(picture, 0.5f, side * 0.5f), 40);
+    EXPECT_NEAR(GreyAt(picture, 0.5f, side * 0.5f), GreyAt(picture, -0.5f, side * 0.5f), 12);
+    EXPECT_LT(GreyAt(picture, 0.9f * side, 0), 10);
+    EXPECT_LT(GreyAt(picture, 0, 0.9f * side), 10);
+  }
+  EXPECT_GT(GreyAt(picture, 0.5f, 0.5f), GreyAt(picture, 0.7f, 0.7f));
+  EXPECT_EQ(GreyAt(picture, 1.4f, 1.4f), 0);
+}
+
+TEST_F(PictureTest, AutomaticExposureMakesTheMiddleGrey) {
+  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  m_environment->SetHdrBloom(0);
+  m_environment->SetAutoExposureIsEnabledFlag(true);
+  for (double const strength : {0.01, 1.0, 40.0}) {
+    SCOPED_TRACE(strength);
+    m_lamps->SetLampsCoefficient(strength);
+    EXPECT_NEAR(GetMiddle()[0], Encode(0.18), 1);
+  }
+  m_environment->SetRelativeExposure(1);
+  EXPECT_NEAR(GetMiddle()[0], Encode(0.36), 1);
+  // The mean is that of the logarithms, of what is covered: half of it is 16 times as bright.
+  auto const other = Add<item::NSceneGraphModelNode>(m_root.get());
+  other->SetGeometryNode(m_wall->GetGeometryNode());
+  other->SetMaterial(m_document.GetMaterials().CreateNode(NNodeID()));
+  SetColor(*other->GetMaterialNode(), L"diffuse", 1 / 16.0, 1 / 16.0, 1 / 16.0);
+  m_lens->SetProjectionType(data::domain::camera::NPT_ORTHOGRAPHIC);
+  m_wall->SetTranslationX(-4);
+  other->SetTranslationX(4);
+  m_environment->SetRelativeExposure(0);
+  auto const picture = DrawPicture();
+  EXPECT_NEAR(GreyAt(picture, -1, 0), Encode(0.18 * 4), 2);
+  EXPECT_NEAR(GreyAt(picture, 1, 0), Encode(0.18 / 4), 2);
+}
+
+TEST_F(PictureTest, DiffuseLightHasAWeightOfItsOwn) {
+  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  SetColor(*m_material, L"diffuse", 0.5, 0.5, 0.5);
+  SetColor(*m_material, L"emissive", 0.1, 0.1, 0.1);
+  m_environment->SetHdrDiffuse(0.5);
+  EXPECT_NEAR(GetMiddle()[0], Encode(0.1 + 0.25), 1);
+}
+
+/// A floor before the wall's lower half, at right angles.
+TEST_F(PictureTest, CornersAreOccluded) {
+  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  SetColor(*m_material, L"diffuse", 0.5, 0.5, 0.5);
+  auto const floor = Add<item::NSceneGraphModelNode>(m_root.get());
+  floor->SetGeometryNode(m_wall->GetGeometryNode());
+  floor->SetMaterial(m_material);
+  floor->SetRotationX(-90);
+  floor->SetTranslationY(-1);
+  floor->SetTranslationZ(4);
+  // Of the diagonal, 14 units.
+  m_environment->SetSSAORadius(0.08);
+  m_environment->SetSSAODepthFalloff(1);
+  auto const get = [this](double contrast) {
+    m_environment->SetSSAOEnabled(contrast > 0);
+    m_environment->SetSSAOContrast(contrast);
+    auto const picture = DrawPicture();
+    return std::array{GreyAt(picture, 1, -0.8f), GreyAt(picture, 1, -0.4f), GreyAt(picture, 1, 1)};
+  };
+  auto const plain = get(0), once = get(1), twice = get(2);
+  EXPECT_EQ(plain, (std::array{Encode(0.5), Encode(0.5), Encode(0.5)}));
+  // A plane hides nothing of itself, and a corner less with the distance.
+  EXPECT_EQ(once[2], plain[2]);
+  EXPECT_LT(once[0], once[1]);
+  EXPECT_LT(once[1], plain[1]);
+  // Less than half of what is around is hidden.
+  EXPECT_GT(Decode(once[0]) / 0.5, 0.6);
+  EXPECT_LT(Decode(once[0]) / 0.5, 0.9);
+  EXPECT_NEAR(Decode(twice[0]) / 0.5, std::pow(Decode(once[0]) / 0.5, 2), 0.01);
+}
+
+TEST_F(PictureTest, WithoutABackgroundAPictureIsTransparent) {
+  AddLamp(light_env::LAMP_TYPE_DIRECTIONAL, 0, 0, 0);
+  SetColor(*m_environment, L"color", 0, 0, 1);
+  m_wall->SetScaleX(0.5);
+  m_renderer->SetHasBackgroundFlag(false);
+  auto const get = [this](float x) {
+    NTarget const target(*m_context, kWidth, kHeight, NTarget::NTK_PICTURE);
+    m_renderer->DrawPicture(*m_scene, GetViewpoint(), target, {0, 0, kWidth, kHeight});
+    auto const picture = target.ReadTransparentPicture();
+    auto const color = At(picture, x, 0);
+    return std::array{color[0], color[2], int{picture.GetOpacities()[IndexOf(x, 0)]}};
+  };
+  EXPECT_EQ(get(0), (std::array{255, 255, 255}));
+  EXPECT_EQ(get(3), (std::array{0, 0, 0}));
+  // Its colour isn't darkened by how little covers it.
+  m_material->SetTransparency(0.25);
+  EXPECT_NEAR(get(0)[2], 64, 1);
+  EXPECT_NEAR(get(0)[0], 255, 1);
 }
 
 TEST_F(PictureTest, RoughSurfacesThrowLightBackWhereItComesFrom) {
@@ -426,7 +506,7 @@ TEST_F(PictureTest, FlecksGlitterWhereTheyAreTiltedToTheLamp) {
 
 TEST_F(PictureTest, OneSidedModelsAreSeenFromTheFrontAlone) {
   AddLamp(light_env::LAMP_TYPE_POINT, 0, 0, 12);
-  m_material->SetType(data::domain::material::NMaterialType(renderer::NMO_ONE_SIDED));
+  m_material->SetType(data::domain::material::NMaterialType(data::domain::material::NMO_ONE_SIDED));
   struct Row {
     double rotation, scale;
     bool isSeen;

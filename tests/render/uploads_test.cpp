@@ -1,7 +1,9 @@
 #include <algorithm>
+#include <functional>
 
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
 #include "corvanta/data/internal/built_in_images.h"
+#include "tests/out_of_memory/failing_allocations.h"
 #include "tests/render/world.h"
 
 namespace corvanta::render_tests {
@@ -111,6 +113,30 @@ TEST_F(UploadsTest, WhatChangesWhileNoTreeIsShownIsUploadedWithTheNext) {
   m_scene->SetSceneGraph(m_tree);
   ExpectMore(1, 1, 1);
   EXPECT_EQ(m_renderer->GetItems().size(), 2u);
+}
+
+TEST_F(UploadsTest, WhatFailsIsTakenOverByTheNextUpdate) {
+  auto const& surface = *m_ball->GetSurfaces().begin();
+  std::function<void()> const changes[] = {
+      [&] { m_material->SetTransparency(0.5); },
+      [&] {
+        surface->Assign({0, 0, 0, 1, 0, 0, 0, 1, 0}, {0, 0, 1, 0, 0, 1, 0, 0, 1}, {0, 1, 2}, {});
+      },
+      [&] { m_group->SetIsVisibleFlag(false); },
+  };
+  for (auto const& change : changes) {
+    change();
+    int const failures = out_of_memory::FailEverywhere(
+        [&] { m_renderer->Update(*m_scene); },
+        [&] { EXPECT_TRUE(m_renderer->GetItems().empty() || m_renderer->GetItems().size() == 2); });
+    EXPECT_GT(failures, 0);
+    auto const numbers = DrawNumbers();
+    auto const picture = DrawPicture();
+    m_renderer = std::make_unique<renderer::NRenderer>(*m_context, m_document.GetEvents());
+    EXPECT_EQ(DrawNumbers(), numbers);
+    auto const anew = DrawPicture();
+    EXPECT_TRUE(std::equal(anew.GetRow(0), anew.GetRow(kHeight), picture.GetRow(0)));
+  }
 }
 
 TEST_F(UploadsTest, BrokenTrianglesDrawNothingAndHarmNothingElse) {

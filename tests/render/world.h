@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <memory>
 #include <vector>
@@ -29,6 +31,33 @@ using Group = boost::intrusive_ptr<item::NSceneGraphGroupNode>;
 using Model = boost::intrusive_ptr<item::NSceneGraphModelNode>;
 using Geometry = boost::intrusive_ptr<data::domain::geometry::NGeometryNode>;
 using Tree = boost::intrusive_ptr<data::domain::scenegraph::tree::NSceneGraphTreeNode>;
+
+using Color = std::array<int, 3>;
+
+/// The byte of a value of linear light.
+inline int Encode(double linear) {
+  double const value =
+      linear <= 0.0031308 ? 12.92 * linear : 1.055 * std::pow(linear, 1 / 2.4) - 0.055;
+  return static_cast<int>(std::lround(255 * std::clamp(value, 0.0, 1.0)));
+}
+
+/// The linear light of a byte.
+inline double Decode(int byte) {
+  double const value = byte / 255.0;
+  return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+}
+
+/// Filtering spreads a little of each pixel of a texture.
+inline void ExpectColor(Color const& color, Color const& expected, int tolerance = 16) {
+  for (std::size_t c = 0; c != 3; ++c) EXPECT_NEAR(color[c], expected[c], tolerance) << c;
+}
+
+inline void SetColor(core::attribute::NAttributeHost& host, std::wstring const& name, double r,
+                     double g, double b) {
+  host.QueryAttribute(name + L".r")->SetValue(r, true);
+  host.QueryAttribute(name + L".g")->SetValue(g, true);
+  host.QueryAttribute(name + L".b")->SetValue(b, true);
+}
 
 /// A document with a scene whose tree has a group as its root, a camera below it, and a renderer.
 /// A test on a machine that can't draw is skipped.
@@ -125,6 +154,24 @@ class World : public testing::Test {
     NTarget const target(*m_context, kWidth, kHeight, NTarget::NTK_PICTURE);
     m_renderer->DrawPicture(*m_scene, GetViewpoint(), target, {0, 0, kWidth, kHeight});
     return target.ReadPicture();
+  }
+
+  /// The pixel where a point of the plane z = 0 is seen.
+  std::size_t IndexOf(float x, float y) const {
+    VX_Math::Vec3 position(x, y, 0);
+    GetViewpoint().GetViewProjection().MultVecMatrix(position, position);
+    auto const column = static_cast<std::size_t>((position.x + 1) / 2 * kWidth);
+    auto const row = static_cast<std::size_t>((1 - position.y) / 2 * kHeight);
+    return row * kWidth + column;
+  }
+  Color At(renderer::NPixels const& picture, float x, float y) const {
+    unsigned char const* const pixel = picture.GetRow(0) + 3 * IndexOf(x, y);
+    return {pixel[0], pixel[1], pixel[2]};
+  }
+  Color GetMiddle() {
+    auto const picture = DrawPicture();
+    unsigned char const* const pixel = picture.GetRow(kHeight / 2) + 3 * (kWidth / 2);
+    return {pixel[0], pixel[1], pixel[2]};
   }
 
   data::document::NDocument m_document;

@@ -1,12 +1,30 @@
 #include "corvanta/core/attribute/NAttribute.h"
 
+#include <atomic>
 #include <utility>
 
 #include "corvanta/core/attribute/NAttributeHost.h"
+#include "corvanta/core/attribute/detail/silent_writes.h"
 
 namespace corvanta::core::attribute {
 
 using variant::NVariant;
+
+namespace {
+
+std::atomic<std::uint64_t> g_silentWrites{0};
+
+void NoteSilentWrite(detail::NNameIndex name) noexcept {
+  if (detail::GetNameEffects(name) & detail::kCountsSilentWrites) {
+    g_silentWrites.fetch_add(1, std::memory_order_relaxed);
+  }
+}
+
+}  // namespace
+
+std::uint64_t detail::GetSilentWriteCount() noexcept {
+  return g_silentWrites.load(std::memory_order_relaxed);
+}
 
 NAttribute::~NAttribute() {
   if (m_kind == variant::NVK_STRING) delete m_string;
@@ -35,14 +53,16 @@ std::wstring NAttribute::GetString() const {
   return m_kind == variant::NVK_STRING ? *m_string : std::wstring();
 }
 
-void NAttribute::SetValue(NVariant const& value, bool notify) {
-  Store(NVariant(value));
-  if (notify) GetHost().AttributeChanged(*this);
-}
+void NAttribute::SetValue(NVariant const& value, bool notify) { SetValue(NVariant(value), notify); }
 
 void NAttribute::SetValue(NVariant&& value, bool notify) {
+  bool const isFirst = m_kind == variant::NVK_NONE && m_long == 0;
   Store(std::move(value));
-  if (notify) GetHost().AttributeChanged(*this);
+  if (notify) {
+    GetHost().AttributeChanged(*this);
+  } else if (!isFirst) {
+    NoteSilentWrite(m_name);
+  }
 }
 
 bool NAttribute::Try(NVariant const& value, bool notify) {
@@ -72,7 +92,7 @@ void NAttribute::Store(NVariant&& value) noexcept {
       m_string = value.ReleaseText();
       break;
     default:
-      m_long = 0;
+      m_long = 1;  // 0 only before the first value
       break;
   }
 }

@@ -37,7 +37,7 @@ bool NDeformations::Take(neutral::NMesh const& mesh, std::uint32_t skin, bool is
 
 NDeformations::GeometryPointer NDeformations::AddModel(
     data::domain::scenegraph::item::NSceneGraphModelNode& model, std::size_t number,
-    std::uint32_t skin, std::size_t node) {
+    std::uint32_t skin, std::size_t node, NCornerColors const& getColor) {
   auto const& mesh = m_scene.Get<neutral::NMesh>()[number];
   if (mesh.influences.count == 0) skin = neutral::kNone;
   if (skin == neutral::kNone && mesh.targets.count == 0) return nullptr;
@@ -45,7 +45,7 @@ NDeformations::GeometryPointer NDeformations::AddModel(
   if (!Take(mesh, skin, shape == nullptr)) return nullptr;
 
   std::vector<std::uint32_t> vertices;
-  auto const surface = CreateSurface(m_scene, mesh, m_crease, &vertices);
+  auto const surface = CreateSurface(m_scene, mesh, m_crease, &vertices, getColor);
   if (!shape) {
     shape = std::make_shared<NShape const>(m_scene, mesh, *surface, vertices,
                                            IsFaceted(mesh, m_crease));

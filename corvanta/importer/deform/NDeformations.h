@@ -15,6 +15,7 @@
 #include "corvanta/export.h"
 #include "corvanta/importer/NImportTarget.h"
 #include "corvanta/importer/deform/NDeformer.h"
+#include "corvanta/importer/mesh.h"
 #include "corvanta/importer/neutral/NSceneView.h"
 
 namespace corvanta::importer {
@@ -34,10 +35,11 @@ class CORVANTA_API NDeformations {
                 std::optional<double> crease, std::size_t mostCopied = 20'000'000);
 
   /// A geometry for a model of the scene's mesh `mesh` at the scene's node `node`, where `skin` may
-  /// be neutral::kNone. Requires: the mesh has triangles.
+  /// be neutral::kNone; `getColor` is that of CreateSurface. Requires: the mesh has triangles.
   /// Fails: null where nothing moves it, or it would be too much.
   GeometryPointer AddModel(data::domain::scenegraph::item::NSceneGraphModelNode& model,
-                           std::size_t mesh, std::uint32_t skin, std::size_t node);
+                           std::size_t mesh, std::uint32_t skin, std::size_t node,
+                           NCornerColors const& getColor);
 
   /// Leads the models to their bones and weights, and moves them there.
   /// `items` are by the scene's nodes, and stand in their tree.

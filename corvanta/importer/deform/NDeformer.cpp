@@ -70,9 +70,13 @@ class NDeformer::Places {
   std::unordered_map<Item const*, Known> m_known;
 };
 
+constexpr wchar_t kWeightPrefix[] = L"morph.";
+
 std::wstring NDeformer::GetWeightName(std::size_t target) {
-  return L"morph." + std::to_wstring(target);
+  return kWeightPrefix + std::to_wstring(target);
 }
+
+bool NDeformer::IsWeightName(std::wstring const& name) { return name.starts_with(kWeightPrefix); }
 
 NDeformer::NDeformer() = default;
 NDeformer::~NDeformer() = default;

@@ -27,6 +27,7 @@ class CORVANTA_API NDeformer {
 
   /// The attribute with the weight of a target; a double.
   static std::wstring GetWeightName(std::size_t target);
+  static bool IsWeightName(std::wstring const& name);
 
   NDeformer();
   NDeformer(NDeformer const&) = delete;

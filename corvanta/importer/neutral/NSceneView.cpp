@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "corvanta/data/domain/material/NMaterialOptions.h"
 #include "corvanta/data/domain/texture/NTextureUse.h"
 #include "corvanta/importer/NImportError.h"
 
@@ -112,9 +113,11 @@ class Checker {
     Use(mesh.name);
     Use(mesh.positions);
     Use(mesh.normals);
+    Use(mesh.colors);
     Use(mesh.triangles);
     std::size_t const count = mesh.positions.count;
     Require(mesh.normals.count == 0 || mesh.normals.count == count, "a mesh lacks normals");
+    Require(mesh.colors.count == 0 || mesh.colors.count == count, "a mesh lacks colours");
     Require(mesh.uvSetCount <= kMostUvSets, "a mesh has too many texture coordinates");
     for (std::size_t i = 0; i != mesh.uvSetCount; ++i) {
       Use(mesh.uvs[i]);
@@ -141,8 +144,12 @@ class Checker {
     Use(material.name);
     Use(material.textures);
     for (NTexture const& texture : m_scene.Get(material.textures)) {
-      Require(texture.picture < Count<NPicture>(), "a texture has no picture");
+      Require(texture.picture == kNone || texture.picture < Count<NPicture>(),
+              "a texture has no picture");
       Require(texture.use <= data::domain::texture::NTU_OTHER, "a texture has no use");
+      Require(texture.operation <= data::domain::material::kMostOperation &&
+                  std::isfinite(texture.scale),
+              "a texture's operation isn't one");
     }
   }
 
@@ -206,6 +213,7 @@ NSceneView::NSceneView(std::span<std::byte const> block)
     : m_block(block), m_header(reinterpret_cast<NHeader const*>(block.data())) {
   Require(block.size() >= sizeof(NHeader) && m_header->mark == NHeader::kMark, "it isn't a scene");
   Require(m_header->up <= NUA_Z, "its up axis isn't one");
+  Require(m_header->unit >= 1e-9 && m_header->unit <= 1e9, "its unit isn't one");
   constexpr auto kSizes = GetSizes(static_cast<NElements const*>(nullptr));
   for (std::size_t i = 0; i != kSizes.size(); ++i) {
     auto const& array = m_header->arrays[i];

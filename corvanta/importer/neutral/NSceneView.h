@@ -28,6 +28,8 @@ class CORVANTA_API NSceneView {
     return {reinterpret_cast<T const*>(m_block.data() + array.offset), array.count};
   }
   NUpAxis GetUp() const { return static_cast<NUpAxis>(m_header->up); }
+  /// Units: metres.
+  double GetUnit() const { return m_header->unit; }
   template <class T>
   std::span<T const> Get(NRange<T> const& range) const {
     return Get<T>().subspan(range.first, range.count);

@@ -13,6 +13,7 @@ constexpr std::size_t RoundUp(std::size_t size) { return (size + 7) / 8 * 8; }
 std::pair<NHeader, std::size_t> NSceneWriter::Lay() const {
   NHeader header;
   header.up = m_up;
+  header.unit = m_unit;
   std::size_t size = RoundUp(sizeof(NHeader));
   auto const lay = [&]<class T>(std::vector<T> const& stored) {
     auto& array = header.arrays[kKind<T>];

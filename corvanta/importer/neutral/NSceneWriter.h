@@ -48,6 +48,8 @@ class NSceneWriter {
 
   /// Y, unless it is set.
   void SetUp(NUpAxis up) { m_up = up; }
+  /// 1, unless it is set. Units: metres. Requires: from 1e-9 to 1e9.
+  void SetUnit(double unit) { m_unit = unit; }
 
   /// Units: bytes.
   std::size_t GetSize() const { return Lay().second; }
@@ -72,6 +74,7 @@ class NSceneWriter {
   std::pair<NHeader, std::size_t> Lay() const;
 
   NUpAxis m_up = NUA_Y;
+  double m_unit = 1.0;
   Arrays<NElements>::Stored m_stored;
   Arrays<NElements>::Lates m_late;
 };

@@ -25,6 +25,7 @@ struct NRange {
 
 using NText = NRange<char>;  // UTF-8, as far as the file is
 using NTriple = std::array<float, 3>;
+using NTexel = std::array<std::uint8_t, 4>;  // display values (sRGB) and an opacity
 using NTriangle = std::array<std::uint32_t, 3>;
 using NBytes = NRange<std::uint8_t>;
 using NNumbers = NRange<std::uint32_t>;
@@ -81,6 +82,8 @@ struct NMorphTarget {
   NRange<NOffset> offsets;
 };
 
+/// A line is the triangle of its first and twice its second end, a point that of thrice itself; a
+/// mesh has either these alone or none of them.
 struct NMesh {
   NText name;
   std::uint64_t material;
@@ -88,6 +91,7 @@ struct NMesh {
   NRange<NTriple> normals;  // none, or one a position
   std::array<NRange<NTriple>, kMostUvSets> uvs;
   std::uint64_t uvSetCount;
+  NRange<NTexel> colors;  // none, or one a position; see NTexture
   NRange<NTriangle> triangles;
   NRange<NVariantUse> variants;   // those in which its material is another one
   std::uint64_t isFlat;           // whether faces without normals are flat
@@ -105,20 +109,25 @@ struct NMaybe {
   }
 };
 
+/// A picture of a material. One of kNone stands for the colours of a mesh's vertices, where it has
+/// some.
 struct NTexture {
   std::uint32_t use;  // an NTextureUse
   std::uint32_t picture;
   std::uint32_t uvSet;
+  std::uint32_t operation;  // of the texture's node; see NMaterialOptions.h
+  float scale;              // of heights, normals, metalness, roughness or occlusion
 };
 
 /// What isn't set is the importer's to choose.
 struct NMaterial {
   NText name;
   NMaybe<NTriple> diffuse, ambient, specular, emissive;
-  NMaybe<float> shininess, opacity, bumpScale;
+  NMaybe<float> shininess, opacity;
   NMaybe<float> roughness, refractiveIndex, clearcoatIndex;
   NMaybe<float> reflection;  // a factor of the mirrored surroundings
   NRange<NTexture> textures;
+  std::uint64_t isOneSided;  // whether its back faces aren't seen
 };
 
 /// A picture in the file itself has bytes and an extension that says how to decode them; the name
@@ -191,10 +200,11 @@ struct NAnimation {
 };
 
 /// Every kind of element that a scene has an array of.
-using NElements = std::tuple<char, std::uint8_t, std::uint32_t, NTriple, NTriangle, NTripleKey,
-                             NTurnKey, NTexture, NNode, NMesh, NMaterial, NPicture, NLight, NCamera,
-                             NChannel, NAnimation, NText, NVariant, NVariantUse, float, NInfluence,
-                             NJoint, NSkin, NOffset, NMorphTarget, NWeightKey, NWeightChannel>;
+using NElements =
+    std::tuple<char, std::uint8_t, std::uint32_t, NTriple, NTexel, NTriangle, NTripleKey, NTurnKey,
+               NTexture, NNode, NMesh, NMaterial, NPicture, NLight, NCamera, NChannel, NAnimation,
+               NText, NVariant, NVariantUse, float, NInfluence, NJoint, NSkin, NOffset,
+               NMorphTarget, NWeightKey, NWeightChannel>;
 
 template <class T, class... Kinds>
 constexpr std::size_t FindKind(std::tuple<Kinds...> const*) {
@@ -217,6 +227,7 @@ struct NHeader {
 
   std::uint64_t mark = kMark;
   std::uint64_t up = NUA_Y;  // an NUpAxis
+  double unit = 1.0;         // metres
   std::array<Array, std::tuple_size_v<NElements>> arrays{};
 };
 

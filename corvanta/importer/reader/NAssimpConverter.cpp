@@ -11,6 +11,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "corvanta/data/domain/material/NMaterialOptions.h"
 #include "corvanta/data/domain/texture/NTextureUse.h"
 
 namespace corvanta::importer::reader {
@@ -45,11 +46,28 @@ constexpr std::array<std::pair<aiTextureType, NTextureUse>, 17> kUses{{
     {aiTextureType_UNKNOWN, NTU_OTHER},
 }};
 
+using enum data::domain::material::NColorOperation;
+using data::domain::material::MakeOperation;
+using data::domain::material::NTextureWrap;
+
+NTextureWrap GetWrap(aiTextureMapMode mode) {
+  if (mode == aiTextureMapMode_Mirror) return NTextureWrap::NTW_MIRROR;
+  return mode == aiTextureMapMode_Clamp ? NTextureWrap::NTW_CLAMP : NTextureWrap::NTW_REPEAT;
+}
+
 // What Assimp puts where an OBJ file gives no colour.
 constexpr NTriple kUnsaid{0.6f, 0.6f, 0.6f};
 
 NTriple ToTriple(aiVector3D const& v) { return {v.x, v.y, v.z}; }
 NTriple ToTriple(aiColor3D const& c) { return {c.r, c.g, c.b}; }
+
+// Files have them as they are shown. Their opacities are often nothing.
+neutral::NTexel ToTexel(aiColor4D const& color) {
+  auto const toByte = [](float part) {
+    return static_cast<std::uint8_t>(255.0f * (part > 0.0f ? std::min(part, 1.0f) : 0.0f) + 0.5f);
+  };
+  return {toByte(color.r), toByte(color.g), toByte(color.b), 255};
+}
 
 std::string ToString(aiString const& text) {
   return std::string(text.data, strnlen(text.data, std::min<std::size_t>(text.length, MAXLEN)));
@@ -134,6 +152,10 @@ void NAssimpConverter::Convert() {
   auto const forEach = [](auto* const* list, unsigned count, auto const& add) {
     for (unsigned i = 0; i != count; ++i) add(*list[i]);
   };
+  m_isColored.resize(m_scene.mNumMaterials);
+  forEach(m_scene.mMeshes, m_scene.mNumMeshes, [this](auto& mesh) {
+    if (mesh.HasVertexColors(0)) m_isColored[mesh.mMaterialIndex] = true;
+  });
   // The pictures in the file come first: materials name them by their numbers.
   forEach(m_scene.mTextures, m_scene.mNumTextures, [this](auto& picture) { AddPicture(picture); });
   forEach(m_scene.mMaterials, m_scene.mNumMaterials,
@@ -166,18 +188,38 @@ void NAssimpConverter::AddMesh(aiMesh const& source) {
   for (std::size_t set = 0; set != mesh.uvSetCount; ++set) {
     mesh.uvs[set] = addTriples(source.mTextureCoords[set]);
   }
-  auto const isTriangle = [](aiFace const& face) { return face.mNumIndices == 3; };
-  aiFace const* const end = source.mFaces + source.mNumFaces;
-  auto const triangleCount = std::count_if<aiFace const*>(source.mFaces, end, isTriangle);
-  mesh.triangles = m_writer.Reserve<neutral::NTriangle>(
-      static_cast<std::size_t>(triangleCount), [=, &source](neutral::NTriangle* to) {
-        for (aiFace const* face = source.mFaces; face != end; ++face) {
-          if (!isTriangle(*face)) continue;
-          *to++ = {face->mIndices[0], face->mIndices[1], face->mIndices[2]};
-        }
-      });
+  if (source.HasVertexColors(0)) {
+    aiColor4D const* const colors = source.mColors[0];
+    mesh.colors = m_writer.Reserve<neutral::NTexel>(count, [colors, count](neutral::NTexel* to) {
+      std::transform(colors, colors + count, to, &ToTexel);
+    });
+  }
+  if (source.mNumFaces == 0) {
+    // A cloud of points.
+    mesh.triangles = m_writer.Reserve<neutral::NTriangle>(count, [count](neutral::NTriangle* to) {
+      for (std::uint32_t i = 0; i != count; ++i) to[i] = {i, i, i};
+    });
+  } else {
+    AddFaces(source, mesh);
+  }
   m_deformations.AddTo(source, mesh);
   m_writer.Get<neutral::NMesh>().push_back(mesh);
+}
+
+void NAssimpConverter::AddFaces(aiMesh const& source, neutral::NMesh& mesh) {
+  auto const isDrawn = [](aiFace const& face) {
+    return face.mNumIndices >= 1 && face.mNumIndices <= 3;
+  };
+  aiFace const* const end = source.mFaces + source.mNumFaces;
+  auto const count = std::count_if<aiFace const*>(source.mFaces, end, isDrawn);
+  mesh.triangles = m_writer.Reserve<neutral::NTriangle>(
+      static_cast<std::size_t>(count), [=, &source](neutral::NTriangle* to) {
+        for (aiFace const* face = source.mFaces; face != end; ++face) {
+          if (!isDrawn(*face)) continue;
+          unsigned const last = face->mNumIndices - 1;
+          *to++ = {face->mIndices[0], face->mIndices[std::min(last, 1u)], face->mIndices[last]};
+        }
+      });
 }
 
 void NAssimpConverter::AddMaterial(aiMaterial const& source) {
@@ -192,12 +234,16 @@ void NAssimpConverter::AddMaterial(aiMaterial const& source) {
   GetColor(source, AI_MATKEY_COLOR_EMISSIVE, material.emissive);
   GetNumber(source, AI_MATKEY_SHININESS, material.shininess);
   GetNumber(source, AI_MATKEY_OPACITY, material.opacity);
-  GetNumber(source, AI_MATKEY_BUMPSCALING, material.bumpScale);
-  auto const textures = GetTextures(source);
+  auto textures = GetTextures(source);
   // Many exporters write black, or what an application has there without the texture.
-  bool const hasPicture = std::any_of(textures.begin(), textures.end(), [](auto const& texture) {
+  bool hasPicture = std::any_of(textures.begin(), textures.end(), [](auto const& texture) {
     return texture.use == static_cast<std::uint32_t>(NTU_COLOR);
   });
+  if (!hasPicture && m_isColored[m_writer.Get<neutral::NMaterial>().size()]) {
+    hasPicture = true;
+    textures.push_back({static_cast<std::uint32_t>(NTU_COLOR), neutral::kNone, 0,
+                        static_cast<std::uint32_t>(NCO_IGNORE_ALPHA), 1.0f});
+  }
   if (hasPicture && (!m_multipliesColor || material.diffuse.value == kUnsaid)) {
     material.diffuse.isSet = 0;
   }
@@ -206,13 +252,27 @@ void NAssimpConverter::AddMaterial(aiMaterial const& source) {
 }
 
 std::vector<neutral::NTexture> NAssimpConverter::GetTextures(aiMaterial const& source) {
+  neutral::NMaybe<float> bumpScale{};
+  GetNumber(source, AI_MATKEY_BUMPSCALING, bumpScale);
   std::vector<neutral::NTexture> textures;
   for (auto const& [type, use] : kUses) {
     for (unsigned i = 0; i != source.GetTextureCount(type); ++i) {
       aiString file;
       unsigned uvSet = 0;
-      if (source.GetTexture(type, i, &file, nullptr, &uvSet) != AI_SUCCESS) continue;
-      textures.push_back({static_cast<std::uint32_t>(use), GetPicture(file), uvSet});
+      std::array<aiTextureMapMode, 3> modes{};
+      if (source.GetTexture(type, i, &file, nullptr, &uvSet, nullptr, nullptr, modes.data()) !=
+          AI_SUCCESS) {
+        continue;
+      }
+      int flags = 0;
+      source.Get(AI_MATKEY_TEXFLAGS(type, i), flags);
+      bool const isOpaque = use == NTU_COLOR && (flags & aiTextureFlags_IgnoreAlpha) != 0;
+      long const operation = MakeOperation(isOpaque ? NCO_IGNORE_ALPHA : NCO_MULTIPLY,
+                                           GetWrap(modes[0]), GetWrap(modes[1]));
+      bool const isBump = use == NTU_HEIGHT || use == NTU_NORMAL;
+      textures.push_back({static_cast<std::uint32_t>(use), GetPicture(file), uvSet,
+                          static_cast<std::uint32_t>(operation),
+                          isBump && bumpScale.isSet != 0 ? bumpScale.value : 1.0f});
     }
   }
   return textures;

@@ -15,13 +15,15 @@ namespace corvanta::importer::reader {
 class NAssimpConverter {
  public:
   /// `multipliesColor`: whether in this format a material's colour counts beside its picture.
+  /// `hasWeights`: whether in this format the weights of morph targets are those at rest.
   /// Requires: `scene` passed CheckScene, its faces are triangles, and it stays until `writer` has
   /// written.
-  NAssimpConverter(aiScene const& scene, bool multipliesColor, neutral::NSceneWriter& writer)
+  NAssimpConverter(aiScene const& scene, bool multipliesColor, neutral::NSceneWriter& writer,
+                   bool hasWeights = true)
       : m_scene(scene),
         m_multipliesColor(multipliesColor),
         m_writer(writer),
-        m_deformations(scene, writer) {}
+        m_deformations(scene, hasWeights, writer) {}
 
   void Convert();
   /// What the neutral form can't say, in UTF-8.
@@ -31,6 +33,7 @@ class NAssimpConverter {
   using ByName = std::multimap<std::string, unsigned>;
 
   void AddMesh(aiMesh const& mesh);
+  void AddFaces(aiMesh const& source, neutral::NMesh& mesh);
   void AddMaterial(aiMaterial const& material);
   std::vector<neutral::NTexture> GetTextures(aiMaterial const& material);
   void AddPicture(aiTexture const& picture);
@@ -48,6 +51,7 @@ class NAssimpConverter {
   bool const m_multipliesColor;
   neutral::NSceneWriter& m_writer;
   NAssimpDeformations m_deformations;
+  std::vector<bool> m_isColored;  // of each material, whether a mesh of it has vertex colours
   std::map<std::string, std::uint32_t> m_pictures;  // those outside of the file
   // The numbers of nodes in the neutral form; of several of one name, that of the uppermost and
   // first.

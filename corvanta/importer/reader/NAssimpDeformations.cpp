@@ -39,19 +39,20 @@ void ForEachInfluence(aiMesh const& mesh, Use const& use) {
   }
 }
 
-// The arrays of a target stand in the place of the mesh's.
-NTriple GetOffset(aiVector3D const* target, aiVector3D const* mesh, unsigned i) {
+// The arrays of a target stand in the place of the mesh's, unless they are relative.
+NTriple GetOffset(aiVector3D const* target, aiVector3D const* mesh, bool isRelative, unsigned i) {
   if (target == nullptr || mesh == nullptr) return {};
-  aiVector3D const way = target[i] - mesh[i];
+  aiVector3D const way = isRelative ? target[i] : target[i] - mesh[i];
   bool const isFinite = std::isfinite(way.x) && std::isfinite(way.y) && std::isfinite(way.z);
   return isFinite ? NTriple{way.x, way.y, way.z} : NTriple{};
 }
 
 template <class Use>
 void ForEachOffset(aiMesh const& mesh, aiAnimMesh const& target, Use const& use) {
+  bool const isRelative = mesh.mMethod == aiMorphingMethod_MORPH_RELATIVE;
   for (unsigned i = 0; i != mesh.mNumVertices; ++i) {
-    neutral::NOffset const offset{i, GetOffset(target.mVertices, mesh.mVertices, i),
-                                  GetOffset(target.mNormals, mesh.mNormals, i)};
+    neutral::NOffset const offset{i, GetOffset(target.mVertices, mesh.mVertices, isRelative, i),
+                                  GetOffset(target.mNormals, mesh.mNormals, isRelative, i)};
     if (offset.position != NTriple{} || offset.normal != NTriple{}) use(offset);
   }
 }
@@ -91,6 +92,7 @@ void NAssimpDeformations::AddTo(aiMesh const& source, neutral::NMesh& mesh) {
   std::vector<neutral::NMorphTarget> targets;
   std::size_t const targetCount =
       std::min<std::size_t>(source.mNumAnimMeshes, neutral::kMostTargets);
+  m_surplusCount += source.mNumAnimMeshes - targetCount;
   for (std::size_t i = 0; i != targetCount; ++i) {
     targets.push_back(AddTarget(source, *source.mAnimMeshes[i]));
   }
@@ -104,7 +106,7 @@ neutral::NMorphTarget NAssimpDeformations::AddTarget(aiMesh const& mesh, aiAnimM
   }
   std::size_t count = 0;
   ForEachOffset(mesh, target, [&count](auto const&) { ++count; });
-  return {m_writer.Reserve<neutral::NOffset>(count, [&](neutral::NOffset* to) {
+  return {m_writer.Reserve<neutral::NOffset>(count, [&mesh, &target](neutral::NOffset* to) {
     ForEachOffset(mesh, target, [&to](neutral::NOffset const& offset) { *to++ = offset; });
   })};
 }
@@ -120,7 +122,7 @@ void NAssimpDeformations::SetUp(aiNode const& source, neutral::NNode& node) {
   if (std::any_of(skins.begin(), skins.end(), [](auto skin) { return skin != neutral::kNone; })) {
     node.skins = m_writer.Add(skins);
   }
-  if (morphed == nullptr) return;
+  if (morphed == nullptr || !m_hasWeights) return;
   std::vector<float> weights;
   for (unsigned i = 0; i != morphed->mNumAnimMeshes; ++i) {
     weights.push_back(morphed->mAnimMeshes[i]->mWeight);
@@ -187,9 +189,15 @@ NAssimpDeformations::Channels NAssimpDeformations::AddChannels(
 }
 
 std::vector<std::string> NAssimpDeformations::GetNotes() const {
-  if (m_unlikeCount == 0) return {};
-  return {core::text::Plural(m_unlikeCount, "morph target has another length, and was left out",
-                             "morph targets have another length, and were left out")};
+  std::vector<std::string> notes;
+  auto const note = [&notes](std::size_t count, char const* one, char const* many) {
+    if (count != 0) notes.push_back(core::text::Plural(count, one, many));
+  };
+  note(m_unlikeCount, "morph target has another length, and was left out",
+       "morph targets have another length, and were left out");
+  note(m_surplusCount, "morph target is beyond the 4096th of its mesh, and was left out",
+       "morph targets are beyond the 4096th of their mesh, and were left out");
+  return notes;
 }
 
 }  // namespace corvanta::importer::reader

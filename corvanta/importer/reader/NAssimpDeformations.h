@@ -18,9 +18,13 @@ class NAssimpDeformations {
   /// Numbers of nodes in the neutral form.
   using NodesByName = std::unordered_map<std::string, std::uint32_t>;
 
+  /// `hasWeights`: whether the weights of its targets are those at rest; else these are 0.
   /// Requires: `scene` passed CheckScene, and it stays until `writer` has written.
-  NAssimpDeformations(aiScene const& scene, neutral::NSceneWriter& writer)
-      : m_scene(scene), m_writer(writer), m_skins(scene.mNumMeshes, neutral::kNone) {}
+  NAssimpDeformations(aiScene const& scene, bool hasWeights, neutral::NSceneWriter& writer)
+      : m_scene(scene),
+        m_hasWeights(hasWeights),
+        m_writer(writer),
+        m_skins(scene.mNumMeshes, neutral::kNone) {}
 
   /// Gives `mesh` what moves the vertices of `source`, the scene's next mesh.
   void AddTo(aiMesh const& source, neutral::NMesh& mesh);
@@ -46,11 +50,13 @@ class NAssimpDeformations {
                                        std::vector<aiNode const*> const& nodes) const;
 
   aiScene const& m_scene;
+  bool const m_hasWeights;
   neutral::NSceneWriter& m_writer;
   std::vector<std::uint32_t> m_skins;  // by meshes
   std::vector<aiMesh const*> m_skinned;
   std::size_t m_meshCount = 0;
-  std::size_t m_unlikeCount = 0;  // morph targets of another length
+  std::size_t m_unlikeCount = 0;   // morph targets of another length
+  std::size_t m_surplusCount = 0;  // morph targets beyond the most
 };
 
 }  // namespace corvanta::importer::reader

@@ -50,6 +50,16 @@ class NLog {
   };
 };
 
+// Whether a mesh has lines or points beside faces; parted, these are meshes of their own.
+bool HasMixedMesh(aiScene const& scene) {
+  return std::any_of(scene.mMeshes, scene.mMeshes + scene.mNumMeshes, [](aiMesh const* mesh) {
+    auto const isFace = [](aiFace const& face) { return face.mNumIndices >= 3; };
+    aiFace const* const end = mesh->mFaces + mesh->mNumFaces;
+    auto const count = std::count_if<aiFace const*>(mesh->mFaces, end, isFace);
+    return count != 0 && static_cast<unsigned>(count) != mesh->mNumFaces;
+  });
+}
+
 }  // namespace
 
 NAssimpFile::NAssimpFile(NFileOpener& opener, std::filesystem::path const& path)
@@ -74,8 +84,9 @@ void NAssimpFile::Read(NFileOpener& opener, std::filesystem::path const& path) {
   }
   CheckScene(*m_importer->GetScene());
 
+  unsigned const parting = HasMixedMesh(*m_importer->GetScene()) ? aiProcess_SortByPType : 0u;
   m_scene = m_importer->ApplyPostProcessing(aiProcess_Triangulate | aiProcess_GenUVCoords |
-                                            aiProcess_TransformUVCoords);
+                                            aiProcess_TransformUVCoords | parting);
   if (m_scene == nullptr) throw NImportError(m_importer->GetErrorString());
 }
 

@@ -51,7 +51,7 @@ void NGltfConverter::Convert() {
   bool const isEmpty = m_model.meshes.empty() && m_model.lights.empty() &&
                        m_model.cameras.empty() && places.size() == 1;
   if (isEmpty || (!m_model.meshes.empty() && !m_meshes.HasTriangles())) {
-    throw NImportError("no faces");
+    throw NImportError("no faces, lines or points");
   }
   AddAnimations();
 }

@@ -142,8 +142,10 @@ void NGltfDeformations::AddTo(tinygltf::Primitive const& primitive,
     ++m_unheldCount;
   }
   std::vector<neutral::NMorphTarget> targets;
-  for (auto const& source : primitive.targets) {
-    if (targets.size() == neutral::kMostTargets) break;
+  std::size_t const targetCount = std::min(primitive.targets.size(), neutral::kMostTargets);
+  m_surplusCount += primitive.targets.size() - targetCount;
+  for (std::size_t i = 0; i != targetCount; ++i) {
+    auto const& source = primitive.targets[i];
     auto const target = std::make_shared<Target>();
     target->corners = corners;
     try {
@@ -206,6 +208,8 @@ std::vector<std::string> NGltfDeformations::GetNotes() const {
        "meshes have joints and weights that can't be read, and stand still");
   note(m_unlikeCount, "morph target can't be read or has another length, and was left out",
        "morph targets can't be read or have another length, and were left out");
+  note(m_surplusCount, "morph target is beyond the 4096th of its mesh, and was left out",
+       "morph targets are beyond the 4096th of their mesh, and were left out");
   note(m_uncoloredCount, "morph target changes colours or texture coordinates, which stay",
        "morph targets change colours or texture coordinates, which stay");
   return notes;

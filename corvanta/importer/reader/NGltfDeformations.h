@@ -52,6 +52,7 @@ class NGltfDeformations {
   std::size_t m_unheldCount = 0;     // primitives whose joints or weights can't be read
   std::size_t m_unlikeCount = 0;     // morph targets that can't be read or have another length
   std::size_t m_uncoloredCount = 0;  // morph targets that change something else
+  std::size_t m_surplusCount = 0;    // morph targets beyond the most
   std::size_t m_missingCount = 0;    // nodes whose skin isn't there
 };
 

@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "corvanta/core/text/message.h"
+#include "corvanta/data/domain/material/NMaterialOptions.h"
 #include "corvanta/data/domain/texture/NTextureUse.h"
 #include "corvanta/importer/NImportError.h"
 #include "corvanta/importer/reader/gltf_surface.h"
@@ -16,6 +17,10 @@ namespace {
 
 using data::domain::texture::NTextureUse;
 using enum data::domain::texture::NTextureUse;
+using enum data::domain::material::NColorOperation;
+using data::domain::material::kNearest;
+using data::domain::material::MakeOperation;
+using data::domain::material::NTextureWrap;
 
 // How to decode a picture, by its first bytes: what files say of it is often wrong.
 char const* GetExtension(unsigned char const* bytes, std::size_t size) {
@@ -33,11 +38,15 @@ char const* GetExtension(unsigned char const* bytes, std::size_t size) {
   return "";
 }
 
+constexpr int kVertexColors = -2;
+
 // A texture of a material, as the file names it.
 struct Reference {
   NTextureUse use;
-  int texture;
+  int texture;  // kVertexColors where a mesh's own colours take its place
   NUvSet set;
+  long combination = NCO_MULTIPLY;
+  double scale = 1.0;
 };
 
 template <class Info>
@@ -60,6 +69,12 @@ Reference MakeReference(NTextureUse use, Info const& info) {
   return reference;
 }
 
+Reference MakeReference(NTextureUse use, tinygltf::TextureInfo const& info, double scale) {
+  Reference reference = MakeReference(use, info);
+  reference.scale = scale;
+  return reference;
+}
+
 // A texture that an extension has.
 Reference MakeReference(NTextureUse use, tinygltf::Value const& extension, char const* key) {
   tinygltf::TextureInfo info;
@@ -72,32 +87,72 @@ Reference MakeReference(NTextureUse use, tinygltf::Value const& extension, char 
   return MakeReference(use, info);
 }
 
+// The texture that gives a surface its colour and its opacity.
+Reference GetColorReference(tinygltf::Material const& material, NGltfSurface const& surface) {
+  if (!surface.isSpecularGlossiness) {
+    return MakeReference(NTU_COLOR, material.pbrMetallicRoughness.baseColorTexture);
+  }
+  return MakeReference(NTU_COLOR, material.extensions.at("KHR_materials_pbrSpecularGlossiness"),
+                       "diffuseTexture");
+}
+
+void AddOpacity(NGltfSurface const& surface, Reference const& color,
+                std::vector<Reference>& references) {
+  if (surface.cutOff == 0) return;
+  references.push_back(color);
+  references.back().use = NTU_OPACITY;
+  references.back().combination = surface.cutOff;
+}
+
+// What a metal reflects has its colour; of what isn't one the extension says it.
+void AddSpecular(tinygltf::Material const& material, NGltfSurface const& surface,
+                 Reference const& color, std::vector<Reference>& references) {
+  auto const* const extension = FindExtension(material.extensions, "KHR_materials_specular");
+  if (surface.metalness >= 0.5) {
+    references.push_back(color);
+    references.back().use = NTU_SPECULAR;
+    references.back().combination = NCO_MULTIPLY;
+  } else if (extension != nullptr) {
+    references.push_back(MakeReference(NTU_SPECULAR, *extension, "specularColorTexture"));
+  }
+}
+
 std::vector<Reference> GetReferences(tinygltf::Material const& material) {
   auto const& pbr = material.pbrMetallicRoughness;
   NGltfSurface const surface = GetSurface(material);
+  Reference color = GetColorReference(material, surface);
+  if (color.texture < 0) color = {NTU_COLOR, kVertexColors, {}};
+  color.combination = surface.isBlended ? NCO_MULTIPLY : NCO_IGNORE_ALPHA;
   std::vector<Reference> references;
-  if (surface.isSpecularGlossiness) {
-    auto const& extension = material.extensions.at("KHR_materials_pbrSpecularGlossiness");
-    references = {MakeReference(NTU_COLOR, extension, "diffuseTexture"),
-                  MakeReference(NTU_SPECULAR, extension, "specularGlossinessTexture")};
-  } else {
-    references = {MakeReference(NTU_COLOR, pbr.baseColorTexture),
-                  MakeReference(NTU_METALNESS, pbr.metallicRoughnessTexture),
-                  MakeReference(NTU_ROUGHNESS, pbr.metallicRoughnessTexture)};
-  }
   if (surface.isUnlit) {
     // The colour is emitted; as a colour of its own the picture says where the surface is.
-    references = {MakeReference(NTU_EMISSIVE, pbr.baseColorTexture)};
-    if (material.alphaMode != "OPAQUE") {
-      references.push_back(MakeReference(NTU_COLOR, pbr.baseColorTexture));
-    }
+    references = {color};
+    references.back().use = NTU_EMISSIVE;
+    if (surface.isBlended) references.push_back(color);
+    AddOpacity(surface, color, references);
   } else {
+    references = {color};
+    AddOpacity(surface, color, references);
+    if (surface.isSpecularGlossiness) {
+      references.push_back(
+          MakeReference(NTU_SPECULAR, material.extensions.at("KHR_materials_pbrSpecularGlossiness"),
+                        "specularGlossinessTexture"));
+    } else {
+      auto const& both = pbr.metallicRoughnessTexture;
+      references.push_back(MakeReference(NTU_METALNESS, both, surface.metalness));
+      references.push_back(MakeReference(NTU_ROUGHNESS, both, surface.roughness));
+      if (both.index < 0) AddSpecular(material, surface, color, references);
+    }
     references.push_back(MakeReference(NTU_EMISSIVE, material.emissiveTexture));
     references.push_back(MakeReference(NTU_NORMAL, material.normalTexture));
+    references.back().scale = material.normalTexture.scale;
     references.push_back(MakeReference(NTU_LIGHTMAP, material.occlusionTexture));
+    references.back().scale = material.occlusionTexture.strength;
   }
   references.erase(std::remove_if(references.begin(), references.end(),
-                                  [](Reference const& each) { return each.texture < 0; }),
+                                  [](Reference const& each) {
+                                    return each.texture < 0 && each.texture != kVertexColors;
+                                  }),
                    references.end());
   return references;
 }
@@ -122,14 +177,16 @@ void ForEachMapping(tinygltf::Primitive const& primitive, Use const& use) {
   }
 }
 
-// How a texture goes on outside its borders; the neutral form has but one way.
-bool Repeats(tinygltf::Model const& model, int texture) {
-  if (!IsIn(model.textures, texture)) return true;
-  int const sampler = model.textures[static_cast<std::size_t>(texture)].sampler;
-  if (!IsIn(model.samplers, sampler)) return true;
-  auto const& source = model.samplers[static_cast<std::size_t>(sampler)];
-  return source.wrapS == TINYGLTF_TEXTURE_WRAP_REPEAT &&
-         source.wrapT == TINYGLTF_TEXTURE_WRAP_REPEAT;
+NTextureWrap GetWrap(int mode) {
+  if (mode == TINYGLTF_TEXTURE_WRAP_MIRRORED_REPEAT) return NTextureWrap::NTW_MIRROR;
+  return mode == TINYGLTF_TEXTURE_WRAP_CLAMP_TO_EDGE ? NTextureWrap::NTW_CLAMP
+                                                     : NTextureWrap::NTW_REPEAT;
+}
+
+long GetOperation(long combination, tinygltf::Sampler const& sampler) {
+  long const operation = MakeOperation(combination, GetWrap(sampler.wrapS), GetWrap(sampler.wrapT));
+  bool const isNearest = sampler.magFilter == TINYGLTF_TEXTURE_FILTER_NEAREST;
+  return isNearest ? operation | kNearest : operation;
 }
 
 }  // namespace
@@ -151,6 +208,7 @@ void NGltfMaterials::AddVariants() {
   if (m_variantCount > neutral::kMostVariants) {
     throw NImportError("more than " + std::to_string(neutral::kMostVariants) + " variants");
   }
+  m_isMapped.resize(m_variantCount);
   for (std::size_t i = 0; i != m_variantCount; ++i) {
     auto const& variant = variants.Get(static_cast<int>(i));
     std::string const name = variant.IsObject() && variant.Get("name").IsString()
@@ -167,6 +225,7 @@ std::vector<neutral::NVariantUse> NGltfMaterials::GetVariants(
   ForEachMapping(primitive, [&](int variant, int material) {
     if (variant < 0 || static_cast<std::size_t>(variant) >= m_variantCount) return;
     uses.push_back({static_cast<std::uint32_t>(variant), GetNumber(material)});
+    m_isMapped[static_cast<std::size_t>(variant)] = true;
   });
   return uses;
 }
@@ -193,6 +252,7 @@ void NGltfMaterials::ShareUvSets() {
   for (std::size_t i = 0; i != m_sets.size(); ++i) {
     std::size_t const group = find(i);
     for (Reference const& each : GetReferences(m_model.materials[i])) {
+      if (each.texture == kVertexColors) continue;
       auto& sets = shared[group];
       if (std::find(sets.begin(), sets.end(), each.set) == sets.end()) sets.push_back(each.set);
       if (!(each.set.transform == NTextureTransform())) isTransformed[group] = true;
@@ -226,10 +286,12 @@ void NGltfMaterials::AddMaterial(tinygltf::Material const& source,
   neutral::NMaterial material{};
   material.name = m_writer.AddText(source.name);
   SetSurface(source, material);
-  m_cutCount += source.alphaMode == "MASK";
-  m_varyingCount += source.pbrMetallicRoughness.metallicRoughnessTexture.index >= 0;
   std::vector<neutral::NTexture> textures;
   for (Reference const& each : references) {
+    if (each.texture == kVertexColors) {
+      textures.push_back({static_cast<std::uint32_t>(each.use), neutral::kNone, 0,
+                          static_cast<std::uint32_t>(each.combination), 1.0f});
+    }
     if (!IsIn(m_model.textures, each.texture)) continue;
     auto const& texture = m_model.textures[static_cast<std::size_t>(each.texture)];
     int picture = texture.source;
@@ -238,9 +300,15 @@ void NGltfMaterials::AddMaterial(tinygltf::Material const& source,
     }
     if (!IsIn(m_model.images, picture)) continue;
     auto const set = std::find(sets.begin(), sets.end(), each.set);
-    textures.push_back(
-        {static_cast<std::uint32_t>(each.use), static_cast<std::uint32_t>(picture),
-         static_cast<std::uint32_t>(sets.empty() ? each.set.texCoord : set - sets.begin())});
+    auto const uvSet = sets.empty() ? each.set.texCoord : set - sets.begin();
+    tinygltf::Sampler sampler;
+    if (IsIn(m_model.samplers, texture.sampler)) {
+      sampler = m_model.samplers[static_cast<std::size_t>(texture.sampler)];
+    }
+    textures.push_back({static_cast<std::uint32_t>(each.use), static_cast<std::uint32_t>(picture),
+                        static_cast<std::uint32_t>(uvSet),
+                        static_cast<std::uint32_t>(GetOperation(each.combination, sampler)),
+                        static_cast<float>(each.scale)});
   }
   material.textures = m_writer.Add(textures);
   m_writer.Get<neutral::NMaterial>().push_back(material);
@@ -262,15 +330,8 @@ bool NGltfMaterials::HasColorTexture(int material) const {
   if (!IsIn(m_model.materials, material)) return false;
   auto const references = GetReferences(m_model.materials[static_cast<std::size_t>(material)]);
   return std::any_of(references.begin(), references.end(), [](Reference const& each) {
-    return each.use == NTU_COLOR || each.use == NTU_EMISSIVE;
-  });
-}
-
-bool NGltfMaterials::Repeats(int material) const {
-  if (!IsIn(m_model.materials, material)) return true;
-  auto const references = GetReferences(m_model.materials[static_cast<std::size_t>(material)]);
-  return std::all_of(references.begin(), references.end(), [this](Reference const& each) {
-    return reader::Repeats(m_model, each.texture);
+    bool const isColor = each.use == NTU_COLOR || each.use == NTU_EMISSIVE;
+    return isColor && each.texture != kVertexColors;
   });
 }
 
@@ -287,15 +348,10 @@ std::vector<NUvSet> NGltfMaterials::GetUvSets(tinygltf::Primitive const& primiti
 }
 
 std::vector<std::string> NGltfMaterials::GetNotes() const {
-  std::vector<std::string> notes;
-  auto const note = [&notes](std::size_t count, char const* one, char const* many) {
-    if (count != 0) notes.push_back(core::text::Plural(count, one, many));
-  };
-  note(m_varyingCount, "material has a texture of metalness and roughness, which was left out",
-       "materials have textures of metalness and roughness, which were left out");
-  note(m_cutCount, "material is cut out by its texture's alpha, which is blended instead",
-       "materials are cut out by their textures' alpha, which is blended instead");
-  return notes;
+  auto const count =
+      static_cast<std::size_t>(std::count(m_isMapped.begin(), m_isMapped.end(), false));
+  if (count == 0) return {};
+  return {core::text::Plural(count, "variant changes no material", "variants change no material")};
 }
 
 }  // namespace corvanta::importer::reader

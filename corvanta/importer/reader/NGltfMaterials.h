@@ -50,8 +50,6 @@ class NGltfMaterials {
   /// Fails: throws NImportError for one that isn't there.
   std::uint32_t GetNumber(int material);
   bool HasColorTexture(int material) const;
-  /// Whether all its textures go on outside their borders as the neutral form has it.
-  bool Repeats(int material) const;
   /// The sets of coordinates that a primitive needs, in the order of the numbers by which its
   /// material names them.
   std::vector<NUvSet> GetUvSets(tinygltf::Primitive const& primitive) const;
@@ -73,9 +71,8 @@ class NGltfMaterials {
   neutral::NSceneWriter& m_writer;
   std::vector<std::vector<NUvSet>> m_sets;  // of each material; none where those of the mesh do
   std::size_t m_variantCount = 0;
+  std::vector<bool> m_isMapped;  // of each variant, whether a primitive has a material for it
   std::uint32_t m_default = neutral::kNone;
-  std::size_t m_varyingCount = 0;  // those with a texture of metalness and roughness
-  std::size_t m_cutCount = 0;      // those of the alpha mode "MASK"
 };
 
 }  // namespace corvanta::importer::reader

@@ -9,8 +9,34 @@
 
 namespace corvanta::importer::reader {
 
+using neutral::NTexel;
 using neutral::NTriangle;
 using neutral::NTriple;
+
+namespace {
+
+std::uint8_t ToByte(float part) {
+  return static_cast<std::uint8_t>(255.0f * (part > 0.0f ? std::min(part, 1.0f) : 0.0f) + 0.5f);
+}
+
+// The display value of a part of linear light: IEC 61966-2-1.
+std::uint8_t EncodeLight(float part) {
+  constexpr std::size_t kLast = 16383;
+  static std::vector<std::uint8_t> const table = [] {
+    std::vector<std::uint8_t> bytes;
+    for (std::size_t i = 0; i <= kLast; ++i) {
+      double const value = static_cast<double>(i) / static_cast<double>(kLast);
+      double const shown =
+          value <= 0.0031308 ? 12.92 * value : 1.055 * std::pow(value, 1 / 2.4) - 0.055;
+      bytes.push_back(static_cast<std::uint8_t>(std::lround(255.0 * shown)));
+    }
+    return bytes;
+  }();
+  float const inside = part > 0.0f ? std::min(part, 1.0f) : 0.0f;
+  return table[static_cast<std::size_t>(inside * static_cast<float>(kLast) + 0.5f)];
+}
+
+}  // namespace
 
 // What a primitive draws.
 struct NGltfMeshes::Source {
@@ -19,9 +45,12 @@ struct NGltfMeshes::Source {
     NTextureTransform transform;
   };
 
+  static constexpr int kNoMode = -1;  // nothing can be drawn
+
   int mode = TINYGLTF_MODE_TRIANGLES;
   NGltfNumbers positions;
   std::optional<NGltfNumbers> normals;
+  std::optional<NGltfNumbers> colors;
   std::vector<Uvs> uvs;
   std::optional<NGltfIndices> indices;
   std::size_t triangleCount = 0;
@@ -33,20 +62,23 @@ struct NGltfMeshes::Source {
 
   std::size_t GetVertexCount() const { return isReduced ? vertices.size() : positions.GetCount(); }
   std::size_t GetVertex(std::size_t i) const { return isReduced ? vertices[i] : i; }
+  static NTriangle MakeLine(std::uint32_t from, std::uint32_t to) { return {from, to, to}; }
   std::uint32_t GetIndex(std::size_t i) const {
     return indices ? indices->Get(i) : static_cast<std::uint32_t>(i);
   }
 
-  // Whether a texture is seen outside its borders.
-  bool LeavesTexture() const {
-    constexpr float kRounding = 1e-3f;
-    auto const isIn = [](float value) { return value >= -kRounding && value <= 1.0f + kRounding; };
-    for (Uvs const& set : uvs) {
-      for (std::size_t i = 0; i != GetVertexCount(); ++i) {
-        std::size_t const vertex = GetVertex(i);
-        auto const uv = set.transform.Apply(set.numbers.Get(vertex, 0), set.numbers.Get(vertex, 1));
-        if (!isIn(uv[0]) || !isIn(uv[1])) return true;
-      }
+  NTexel GetColor(std::size_t vertex) const {
+    NTexel color{255, 255, 255, 255};
+    for (std::size_t k = 0; k != std::min<std::size_t>(colors->GetWidth(), 4); ++k) {
+      float const part = colors->Get(vertex, k);
+      color[k] = k != 3 ? EncodeLight(part) : ToByte(part);
+    }
+    return color;
+  }
+  bool HasColors() const {
+    constexpr NTexel kWhite{255, 255, 255, 255};
+    for (std::size_t i = 0; i != GetVertexCount(); ++i) {
+      if (GetColor(GetVertex(i)) != kWhite) return true;
     }
     return false;
   }
@@ -54,7 +86,17 @@ struct NGltfMeshes::Source {
   template <class Use>
   void ForEachTriangle(Use const& use) const {
     std::size_t const count = indices ? indices->GetCount() : positions.GetCount();
-    if (mode == TINYGLTF_MODE_TRIANGLES) {
+    if (mode == TINYGLTF_MODE_POINTS) {
+      for (std::size_t i = 0; i != count; ++i)
+        use(NTriangle{GetIndex(i), GetIndex(i), GetIndex(i)});
+    } else if (mode == TINYGLTF_MODE_LINE) {
+      for (std::size_t i = 0; i + 1 < count; i += 2) use(MakeLine(GetIndex(i), GetIndex(i + 1)));
+    } else if (mode == TINYGLTF_MODE_LINE_STRIP || mode == TINYGLTF_MODE_LINE_LOOP) {
+      for (std::size_t i = 0; i + 1 < count; ++i) use(MakeLine(GetIndex(i), GetIndex(i + 1)));
+      if (mode == TINYGLTF_MODE_LINE_LOOP && count > 2) {
+        use(MakeLine(GetIndex(count - 1), GetIndex(0)));
+      }
+    } else if (mode == TINYGLTF_MODE_TRIANGLES) {
       for (std::size_t i = 0; i + 2 < count; i += 3) {
         use(NTriangle{GetIndex(i), GetIndex(i + 1), GetIndex(i + 2)});
       }
@@ -73,9 +115,7 @@ struct NGltfMeshes::Source {
 
 namespace {
 
-bool IsSurface(int mode) {
-  return mode >= TINYGLTF_MODE_TRIANGLES && mode <= TINYGLTF_MODE_TRIANGLE_FAN;
-}
+bool IsMode(int mode) { return mode >= TINYGLTF_MODE_POINTS && mode <= TINYGLTF_MODE_TRIANGLE_FAN; }
 
 int FindAttribute(tinygltf::Primitive const& primitive, std::string const& name) {
   auto const found = primitive.attributes.find(name);
@@ -113,11 +153,10 @@ std::uint32_t NGltfMeshes::AddPrimitive(tinygltf::Primitive const& primitive,
   mesh.material = m_materials.GetNumber(primitive.material);
   mesh.isFlat = 1;
   mesh.variants = m_writer.Add(m_materials.GetVariants(primitive));
-  if (IsSurface(primitive.mode)) {
+  if (IsMode(primitive.mode)) {
     auto const source = Read(primitive);
     CheckIndices(*source);
     m_deformations.AddTo(primitive, GetUsed(source), source->GetVertexCount(), mesh);
-    m_unrepeatedCount += !m_materials.Repeats(primitive.material) && source->LeavesTexture();
     auto const reserve = [&](auto const& write) {
       return m_writer.Reserve<NTriple>(source->GetVertexCount(), [source, write](NTriple* to) {
         std::size_t const count = source->GetVertexCount();
@@ -147,8 +186,16 @@ std::uint32_t NGltfMeshes::AddPrimitive(tinygltf::Primitive const& primitive,
       }
     });
     m_hasTriangles |= source->triangleCount != 0;
-    m_coloredCount += FindAttribute(primitive, "COLOR_0") >= 0 &&
-                      !m_materials.HasColorTexture(primitive.material);
+    if (source->colors && source->HasColors()) {
+      if (m_materials.HasColorTexture(primitive.material)) {
+        ++m_coloredCount;
+      } else {
+        mesh.colors = m_writer.Reserve<NTexel>(source->GetVertexCount(), [source](NTexel* to) {
+          std::size_t const count = source->GetVertexCount();
+          for (std::size_t i = 0; i != count; ++i) to[i] = source->GetColor(source->GetVertex(i));
+        });
+      }
+    }
   }
   auto& meshes = m_writer.Get<neutral::NMesh>();
   meshes.push_back(mesh);
@@ -166,7 +213,7 @@ std::shared_ptr<NGltfMeshes::Source> NGltfMeshes::Read(tinygltf::Primitive const
     throw NImportError("it can't be unpacked");
   }
   if (positions < 0) {
-    source->mode = TINYGLTF_MODE_POINTS;  // nothing can be drawn
+    source->mode = Source::kNoMode;
     return source;
   }
   source->positions = m_accessors.GetNumbers(positions, 3, NGltfAccessors::kAnyIntegers);
@@ -174,6 +221,10 @@ std::shared_ptr<NGltfMeshes::Source> NGltfMeshes::Read(tinygltf::Primitive const
   if (int const normals = FindAttribute(primitive, "NORMAL"); normals >= 0) {
     source->normals = m_accessors.GetNumbers(normals, 3, NGltfAccessors::kAnyIntegers);
     if (source->normals->GetCount() < count) throw NImportError("fewer normals than vertices");
+  }
+  if (int const colors = FindAttribute(primitive, "COLOR_0"); colors >= 0) {
+    source->colors = m_accessors.GetNumbers(colors, 3, NGltfAccessors::kAnyIntegers);
+    if (source->colors->GetCount() < count) throw NImportError("fewer colours than vertices");
   }
   if (primitive.indices >= 0) source->indices = m_accessors.GetIndices(primitive.indices);
   ReadUvs(primitive, *source);
@@ -242,10 +293,8 @@ std::vector<std::string> NGltfMeshes::GetNotes() const {
   auto const note = [&notes](std::size_t count, char const* one, char const* many) {
     if (count != 0) notes.push_back(core::text::Plural(count, one, many));
   };
-  note(m_coloredCount, "mesh has vertex colours, which were left out",
-       "meshes have vertex colours, which were left out");
-  note(m_unrepeatedCount, "mesh has a texture that doesn't repeat, and does here",
-       "meshes have textures that don't repeat, and do here");
+  note(m_coloredCount, "mesh has vertex colours beside a picture, which were left out",
+       "meshes have vertex colours beside a picture, which were left out");
   return notes;
 }
 

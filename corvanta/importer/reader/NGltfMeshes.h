@@ -16,8 +16,7 @@
 namespace corvanta::importer::reader {
 
 /// Puts the meshes of a glTF 2 file into the neutral form, a primitive each. Strips and fans become
-/// triangles; of a primitive that draws points or lines nothing but its name is there. A primitive
-/// has those vertices alone that it uses.
+/// triangles, strips and loops of lines lines. A primitive has those vertices alone that it uses.
 class NGltfMeshes {
  public:
   /// Requires: all of these stay until `writer` has written.
@@ -59,7 +58,6 @@ class NGltfMeshes {
   std::vector<std::uint32_t> m_newNumbers;  // of vertices, while a primitive is reduced
   bool m_hasTriangles = false;
   std::size_t m_coloredCount = 0;  // primitives whose vertex colours would be seen
-  std::size_t m_unrepeatedCount = 0;
 };
 
 }  // namespace corvanta::importer::reader

@@ -24,6 +24,13 @@ bool MultipliesColor(std::filesystem::path const& path) {
   return extension == ".obj" || extension == ".x";
 }
 
+// Of an FBX file they are 1 where a shape is the only one of its channel, whatever it says.
+bool HasWeights(std::filesystem::path const& path) {
+  std::string extension = path.extension().string();
+  boost::algorithm::to_lower(extension);
+  return extension != ".fbx";
+}
+
 // Collada's own axis is in its transforms already.
 NUpAxis GetUp(std::filesystem::path const& path, aiScene const& scene) {
   std::string extension = path.extension().string();
@@ -33,6 +40,19 @@ NUpAxis GetUp(std::filesystem::path const& path, aiScene const& scene) {
   bool const isSaid = extension == ".fbx" && scene.mMetaData != nullptr &&
                       scene.mMetaData->Get("UpAxis", axis) && axis >= 0 && axis <= 2;
   return isSaid ? static_cast<NUpAxis>(axis) : NUA_Y;
+}
+
+// Only FBX says it, in centimetres.
+double GetUnit(std::filesystem::path const& path, aiScene const& scene) {
+  std::string extension = path.extension().string();
+  boost::algorithm::to_lower(extension);
+  if (extension != ".fbx" || scene.mMetaData == nullptr) return 1.0;
+  double centimetres = 0.0;
+  float narrow = 0.0f;
+  if (scene.mMetaData->Get("UnitScaleFactor", narrow)) centimetres = static_cast<double>(narrow);
+  scene.mMetaData->Get("UnitScaleFactor", centimetres);
+  double const metres = centimetres / 100.0;
+  return metres >= 1e-9 && metres <= 1e9 ? metres : 1.0;
 }
 
 }  // namespace
@@ -58,7 +78,9 @@ NModelReader::NModelReader(NFileOpener& opener, std::filesystem::path const& pat
   } else {
     auto const& assimp = m_sources->assimp.emplace(opener, path);
     m_writer.SetUp(GetUp(path, assimp.GetScene()));
-    NAssimpConverter converter(assimp.GetScene(), MultipliesColor(path), m_writer);
+    m_writer.SetUnit(GetUnit(path, assimp.GetScene()));
+    NAssimpConverter converter(assimp.GetScene(), MultipliesColor(path), m_writer,
+                               HasWeights(path));
     converter.Convert();
     add(assimp.GetNotes());
     add(converter.GetNotes());

@@ -98,6 +98,9 @@ void CheckMesh(aiScene const& scene, aiMesh const& mesh) {
       Refuse("mesh", mesh.mName, "fewer texture coordinates than vertices");
     }
   }
+  if (mesh.mColors[0] != nullptr && !Holds(mesh.mColors[0], count)) {
+    Refuse("mesh", mesh.mName, "fewer colours than vertices");
+  }
   for (unsigned i = 0; i != count; ++i) {
     aiVector3D const& point = mesh.mVertices[i];
     if (!std::isfinite(point.x) || !std::isfinite(point.y) || !std::isfinite(point.z)) {
@@ -108,9 +111,11 @@ void CheckMesh(aiScene const& scene, aiMesh const& mesh) {
   CheckFaces(mesh);
 }
 
-bool HasFaces(aiMesh const& mesh) {
+// A mesh without faces is a cloud of points.
+bool IsDrawn(aiMesh const& mesh) {
+  if (mesh.mNumFaces == 0) return mesh.mNumVertices != 0;
   return std::any_of(mesh.mFaces, mesh.mFaces + mesh.mNumFaces,
-                     [](aiFace const& face) { return face.mNumIndices >= 3; });
+                     [](aiFace const& face) { return face.mNumIndices != 0; });
 }
 
 void CheckNode(aiScene const& scene, aiNode const& node) {
@@ -210,9 +215,11 @@ void CheckScene(aiScene const& scene) {
 
   bool const isEmpty = scene.mNumMeshes == 0 && scene.mNumLights == 0 && scene.mNumCameras == 0 &&
                        scene.mRootNode->mNumChildren == 0;
-  bool const hasFaces = std::any_of(scene.mMeshes, scene.mMeshes + scene.mNumMeshes,
-                                    [](aiMesh const* mesh) { return HasFaces(*mesh); });
-  if (isEmpty || (scene.mNumMeshes != 0 && !hasFaces)) throw NImportError("no faces");
+  bool const isDrawn = std::any_of(scene.mMeshes, scene.mMeshes + scene.mNumMeshes,
+                                   [](aiMesh const* mesh) { return IsDrawn(*mesh); });
+  if (isEmpty || (scene.mNumMeshes != 0 && !isDrawn)) {
+    throw NImportError("no faces, lines or points");
+  }
   CheckHierarchy(scene);
 }
 

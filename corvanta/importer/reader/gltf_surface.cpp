@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <cmath>
 
+#include "corvanta/data/domain/material/NMaterialOptions.h"
+
 namespace corvanta::importer::reader {
 
 namespace {
 
+using data::domain::material::kMostCutOff;
 using neutral::NTriple;
 
 constexpr char kSpecularGlossiness[] = "KHR_materials_pbrSpecularGlossiness";
@@ -100,9 +103,10 @@ Reflection ReadSpecularGlossiness(tinygltf::Value const& source) {
 Reflection ReadMetallicRoughness(tinygltf::Material const& material) {
   auto const& pbr = material.pbrMetallicRoughness;
   NTriple const base = GetTriple(pbr.baseColorFactor, 1.0f);
+  // Where a texture says what is metal, the material's own colours are those of what isn't.
   bool const isVarying = pbr.metallicRoughnessTexture.index >= 0;
   double const metalness = isVarying ? 0.0 : Part(pbr.metallicFactor);
-  double const roughness = Part(pbr.roughnessFactor) * (isVarying ? 0.5 : 1.0);
+  double const roughness = Part(pbr.roughnessFactor);
 
   double const index = GetExtension(material, "KHR_materials_ior", "ior", 1.5);
   double reflectance = GetReflectance(std::isfinite(index) && index >= 1.0 ? index : 1.5);
@@ -119,6 +123,13 @@ Reflection ReadMetallicRoughness(tinygltf::Material const& material) {
   return reflection;
 }
 
+// The factor of the alpha is part of it.
+long GetCutOff(double cutOff, double alpha) {
+  if (!(cutOff > 0.0)) return 0;
+  double const share = std::min(cutOff / std::max(alpha, 1e-6), 1.0);
+  return static_cast<long>(std::ceil(share * static_cast<double>(kMostCutOff) - 1e-6));
+}
+
 double GetOpacity(tinygltf::Material const& material, Reflection const& reflection) {
   double const own = material.alphaMode == "BLEND" ? reflection.opacity : 1.0;
   double const transmission =
@@ -133,8 +144,19 @@ double GetOpacity(tinygltf::Material const& material, Reflection const& reflecti
 }  // namespace
 
 NGltfSurface GetSurface(tinygltf::Material const& material) {
-  return {material.extensions.count("KHR_materials_unlit") != 0,
-          FindExtension(material.extensions, kSpecularGlossiness) != nullptr};
+  auto const& pbr = material.pbrMetallicRoughness;
+  auto const* const glossy = FindExtension(material.extensions, kSpecularGlossiness);
+  NGltfSurface surface{material.extensions.count("KHR_materials_unlit") != 0,
+                       glossy != nullptr,
+                       material.alphaMode == "BLEND",
+                       0,
+                       Part(pbr.metallicFactor),
+                       Part(pbr.roughnessFactor)};
+  if (material.alphaMode == "MASK") {
+    auto const factor = glossy != nullptr ? GetList(*glossy, "diffuseFactor") : pbr.baseColorFactor;
+    surface.cutOff = GetCutOff(material.alphaCutoff, factor.size() == 4 ? Part(factor[3]) : 1.0);
+  }
+  return surface;
 }
 
 void SetSurface(tinygltf::Material const& material, neutral::NMaterial& to) {
@@ -144,7 +166,7 @@ void SetSurface(tinygltf::Material const& material, neutral::NMaterial& to) {
           ? ReadSpecularGlossiness(*FindExtension(material.extensions, kSpecularGlossiness))
           : ReadMetallicRoughness(material);
   to.opacity = static_cast<float>(GetOpacity(material, reflection));
-  to.bumpScale = static_cast<float>(material.normalTexture.scale);
+  to.isOneSided = material.doubleSided ? 0 : 1;
   if (kind.isUnlit) {
     NTriple const black{};
     to.diffuse = black;

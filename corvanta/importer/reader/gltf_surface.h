@@ -9,6 +9,11 @@ namespace corvanta::importer::reader {
 struct NGltfSurface {
   bool isUnlit = false;
   bool isSpecularGlossiness = false;
+  bool isBlended = false;
+  /// Of the mode MASK, what the colour texture's alpha * 255 has at least where the surface is
+  /// seen; 0 where all of it is.
+  long cutOff = 0;
+  double metalness = 0.0, roughness = 1.0;  // the factors
 };
 NGltfSurface GetSurface(tinygltf::Material const& material);
 

@@ -28,6 +28,7 @@ constexpr Switch kSwitches[] = {
     {GL_POLYGON_OFFSET_FILL, false},
     {GL_POLYGON_OFFSET_LINE, false},
     {GL_PRIMITIVE_RESTART, false},
+    {GL_PROGRAM_POINT_SIZE, false},
     {GL_RASTERIZER_DISCARD, false},
     {GL_SAMPLE_ALPHA_TO_COVERAGE, false},
     {GL_SAMPLE_ALPHA_TO_ONE, false},
@@ -119,6 +120,8 @@ NGlState::NGlState()
   glGetFloatv(GL_COLOR_CLEAR_VALUE, m_clearColor.data());
   glGetFloatv(GL_DEPTH_RANGE, m_depthRange.data());
   glGetFloatv(GL_DEPTH_CLEAR_VALUE, &m_clearDepth);
+  glGetFloatv(GL_LINE_WIDTH, &m_lineWidth);
+  glGetFloatv(GL_POINT_SIZE, &m_pointSize);
   glGetFloatv(GL_POLYGON_OFFSET_FACTOR, &m_polygonOffset[0]);
   glGetFloatv(GL_POLYGON_OFFSET_UNITS, &m_polygonOffset[1]);
   glGetBooleanv(GL_DEPTH_WRITEMASK, &m_depthMask);
@@ -167,6 +170,8 @@ void NGlState::Restore() const {
   glDepthRange(static_cast<double>(m_depthRange[0]), static_cast<double>(m_depthRange[1]));
   glClearDepth(static_cast<double>(m_clearDepth));
   glClearStencil(m_clearStencil);
+  glLineWidth(m_lineWidth);
+  glPointSize(m_pointSize);
   glPolygonOffset(m_polygonOffset[0], m_polygonOffset[1]);
   glPolygonMode(GL_FRONT_AND_BACK, GetEnumerator(m_polygonMode[0]));
   glDepthFunc(GetEnumerator(m_depthFunction));
@@ -206,6 +211,7 @@ void NGlState::SetDrawingState() {
   glBlendFuncSeparate(GL_ONE, GL_ONE_MINUS_SRC_ALPHA, GL_ZERO, GL_ONE_MINUS_SRC_ALPHA);
   glCullFace(GL_BACK);
   glFrontFace(GL_CCW);
+  glLineWidth(1.0f);
   if (HasClipControl()) glClipControl(GL_LOWER_LEFT, GL_ZERO_TO_ONE);
 }
 

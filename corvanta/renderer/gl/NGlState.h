@@ -38,7 +38,7 @@ class NGlState {
   std::array<GLint, 4> m_viewport, m_scissor;
   std::array<GLfloat, 4> m_clearColor;
   std::array<GLfloat, 2> m_depthRange, m_polygonOffset;
-  GLfloat m_clearDepth;
+  GLfloat m_clearDepth, m_lineWidth, m_pointSize;
   GLint m_clearStencil, m_depthFunction, m_readClamp, m_culledFace, m_frontFace;
   GLboolean m_depthMask;
   std::array<StencilFace, 2> m_stencil;  // front, back

@@ -11,6 +11,14 @@ namespace corvanta::renderer {
 /// Requires: a context is current.
 inline bool HasClipControl() { return epoxy_gl_version() >= 45; }
 
+/// Whether lines can be wider than a pixel.
+/// Requires: as HasClipControl.
+inline bool AreLinesWide() {
+  GLint flags = 0;
+  glGetIntegerv(GL_CONTEXT_FLAGS, &flags);
+  return (flags & GL_CONTEXT_FLAG_FORWARD_COMPATIBLE_BIT) == 0;
+}
+
 /// How a depth from 0 to 1 becomes that of the clip space: a factor, and a share of w.
 /// Requires: as HasClipControl.
 inline std::array<float, 2> GetDepthRange() {
@@ -43,6 +51,7 @@ class NGlObject {
 using NGlBuffer = NGlObject<glGenBuffers, glDeleteBuffers>;
 using NGlFramebuffer = NGlObject<glGenFramebuffers, glDeleteFramebuffers>;
 using NGlRenderbuffer = NGlObject<glGenRenderbuffers, glDeleteRenderbuffers>;
+using NGlSampler = NGlObject<glGenSamplers, glDeleteSamplers>;
 using NGlTexture = NGlObject<glGenTextures, glDeleteTextures>;
 using NGlVertexArray = NGlObject<glGenVertexArrays, glDeleteVertexArrays>;
 

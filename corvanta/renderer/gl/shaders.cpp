@@ -7,15 +7,33 @@ namespace {
 constexpr char kVersion[] = "#version 330 core\n";
 
 constexpr char const* kFeatureNames[] = {
-    "COLOR_MAP",  "BUMP_MAP",   "SPECULAR_MAP", "EMISSIVE_MAP", "OPACITY_MAP",  "BOUNDS", "LIT",
-    "HIGHLIGHTS", "REFLECTION", "IRRADIANCE",   "CUBE",         "CONTRAST",     "ROUGH",  "COAT",
-    "FLECKS",     "BLEND",      "MASK",         "WIREFRAME",    "TONE_MAPPING", "GAMMA",  "GLOW"};
+    "COLOR_MAP",     "BUMP_MAP",      "SPECULAR_MAP",  "EMISSIVE_MAP",    "OPACITY_MAP",
+    "METALNESS_MAP", "ROUGHNESS_MAP", "OCCLUSION_MAP", "METAL_ROUGHNESS", "BOUNDS",
+    "LIT",           "HIGHLIGHTS",    "REFLECTION",    "IRRADIANCE",      "CUBE",
+    "CONTRAST",      "ROUGH",         "COAT",          "FLECKS",          "BLEND",
+    "MASK",          "WIREFRAME",     "TONE_MAPPING",  "GAMMA",           "GLOW",
+    "LINES"};
+
+// The coordinates of the textures, of which the first five have their own.
+constexpr char const* kCoordsNames[] = {"colorCoords",     "bumpCoords",     "specularCoords",
+                                        "emissiveCoords",  "opacityCoords",  "metalnessCoords",
+                                        "roughnessCoords", "occlusionCoords"};
 
 std::string MakeHead(NSurfaceKey const& key) {
   std::string head = kVersion;
   unsigned bit = 0;
   for (char const* const name : kFeatureNames) {
     if ((key.features >> bit++ & 1u) != 0) head += std::string("#define ") + name + '\n';
+  }
+  unsigned used = key.features & ((1u << kCoordsCount) - 1);
+  for (std::size_t i = 0; i != key.coords.size(); ++i) {
+    std::size_t const slot = kCoordsCount + i;
+    if ((key.features >> slot & 1u) == 0) continue;
+    used |= 1u << key.coords[i];
+    head += std::string("#define ") + kCoordsNames[slot] + ' ' + kCoordsNames[key.coords[i]] + '\n';
+  }
+  for (unsigned i = 0; i != kCoordsCount; ++i) {
+    if ((used >> i & 1u) != 0) head += "#define COORDS" + std::to_string(i) + '\n';
   }
   if (key.hasLocalLamps) head += "#define LOCAL_LAMPS\n";
   return head + "#define DIRECTIONAL_COUNT " + std::to_string(key.directionalCount) + '\n';
@@ -39,21 +57,23 @@ uniform vec2 depthRange;
 
 out vec3 worldPosition;
 out vec3 worldNormal;
-#ifdef COLOR_MAP
+#ifdef COORDS0
 out vec2 colorCoords;
 #endif
-#ifdef BUMP_MAP
+#ifdef COORDS1
 out vec2 bumpCoords;
+#endif
+#ifdef BUMP_MAP
 out vec3 worldTangent;
 out vec3 worldBinormal;
 #endif
-#ifdef SPECULAR_MAP
+#ifdef COORDS2
 out vec2 specularCoords;
 #endif
-#ifdef EMISSIVE_MAP
+#ifdef COORDS3
 out vec2 emissiveCoords;
 #endif
-#ifdef OPACITY_MAP
+#ifdef COORDS4
 out vec2 opacityCoords;
 #endif
 #ifdef FLECKS
@@ -64,21 +84,23 @@ void main() {
   vec4 global = world * vec4(position, 1.0);
   worldPosition = global.xyz;
   worldNormal = normalWorld * normal;
-#ifdef COLOR_MAP
+#ifdef COORDS0
   colorCoords = coords0;
 #endif
-#ifdef BUMP_MAP
+#ifdef COORDS1
   bumpCoords = coords1;
+#endif
+#ifdef BUMP_MAP
   worldTangent = mat3(world) * tangent;
   worldBinormal = mat3(world) * binormal;
 #endif
-#ifdef SPECULAR_MAP
+#ifdef COORDS2
   specularCoords = coords2;
 #endif
-#ifdef EMISSIVE_MAP
+#ifdef COORDS3
   emissiveCoords = coords3;
 #endif
-#ifdef OPACITY_MAP
+#ifdef COORDS4
   opacityCoords = coords4;
 #endif
 #ifdef FLECKS
@@ -117,21 +139,23 @@ const float kFleckPower = 64.0;
 
 in vec3 worldPosition;
 in vec3 worldNormal;
-#ifdef COLOR_MAP
+#ifdef COORDS0
 in vec2 colorCoords;
 #endif
-#ifdef BUMP_MAP
+#ifdef COORDS1
 in vec2 bumpCoords;
+#endif
+#ifdef BUMP_MAP
 in vec3 worldTangent;
 in vec3 worldBinormal;
 #endif
-#ifdef SPECULAR_MAP
+#ifdef COORDS2
 in vec2 specularCoords;
 #endif
-#ifdef EMISSIVE_MAP
+#ifdef COORDS3
 in vec2 emissiveCoords;
 #endif
-#ifdef OPACITY_MAP
+#ifdef COORDS4
 in vec2 opacityCoords;
 #endif
 #ifdef FLECKS
@@ -163,6 +187,10 @@ uniform sampler2D bumpMap;
 uniform sampler2D specularMap;
 uniform sampler2D emissiveMap;
 uniform sampler2D opacityMap;
+uniform sampler2D metalnessMap;
+uniform sampler2D roughnessMap;
+uniform sampler2D occlusionMap;
+uniform vec3 dataScales;  // of metalness, roughness, occlusion
 
 uniform int lampCount;
 uniform int lampType[16];
@@ -174,7 +202,8 @@ uniform float lampRange[16];
 uniform int lampAttenuation[16];
 
 uniform float reflection;  // a factor of the reflected environment
-uniform vec4 fresnel;      // along the normal, at a grazing angle; a factor and a constant for both
+uniform vec3 mirror;           // what is reflected along the normal
+uniform vec3 fresnel;          // at a grazing angle; a factor and a constant for both
 uniform float reflectionLod;
 uniform float environmentContrast;
 uniform float irradiance;      // a factor of the light from the environment
@@ -184,9 +213,31 @@ uniform mat3 environmentRotation;
 uniform samplerCube environmentCube;
 uniform sampler2D environmentImage;
 
+uniform float diffuseWeight;
 uniform float exposure;
 uniform float gamma;
 uniform float white;
+
+// What roughness makes of the surface: the factors of the formula for rough surfaces, the exponent
+// of the highlight, the blur of what is mirrored.
+#ifdef ROUGHNESS_MAP
+vec2 roughFactors;
+float exponent;
+float mirrorLod;
+float mostMirrored;
+
+void SetRoughness(float r) {
+  float square = r * r;
+  roughFactors = vec2(1.0 - 0.5 * square / (square + 0.33), 0.45 * square / (square + 0.09));
+  exponent = clamp(2.0 / max(square * square, 1e-6) - 2.0, 0.01, 10000.0);
+  mirrorLod = 8.0 * r;
+  mostMirrored = 1.0 - r;
+}
+#else
+#define roughFactors rough
+#define exponent power
+#define mirrorLod reflectionLod
+#endif
 
 // Whether a texture covers this position.
 bool Covers(int slot, vec2 coords) {
@@ -288,7 +339,7 @@ float Scatter(vec3 n, vec3 l, vec3 toViewpoint, float cosine) {
 #ifdef ROUGH
   float seen = max(dot(n, toViewpoint), 0.0);
   float s = dot(l, toViewpoint) - cosine * seen;
-  return cosine * (rough.x + rough.y * (s > 0.0 ? s / max(max(cosine, seen), 1e-4) : s));
+  return cosine * (roughFactors.x + roughFactors.y * (s > 0.0 ? s / max(max(cosine, seen), 1e-4) : s));
 #else
   return cosine;
 #endif
@@ -321,7 +372,7 @@ vec3 Highlight(vec3 specularColor, vec3 n, vec3 fleck, vec3 l, vec3 toViewpoint,
   float cosineToHalf = max(dot(n, halfway), 0.0);
   vec3 light = vec3(0.0);
 #ifdef HIGHLIGHTS
-  light += specularColor * pow(cosineToHalf, power);
+  light += specularColor * pow(cosineToHalf, exponent);
 #endif
 #ifdef FLECKS
   light += fleckColor * pow(max(dot(fleck, halfway), 0.0), kFleckPower);
@@ -379,6 +430,33 @@ void main() {
   vec3 specularTexel = texture(specularMap, specularCoords).rgb;
   if (Covers(2, specularCoords)) specularColor *= specularTexel;
 #endif
+  vec3 mirrored = mirror;
+#ifdef SPECULAR_MAP
+  if (Covers(2, specularCoords)) mirrored *= specularTexel;
+#endif
+#ifdef METALNESS_MAP
+  vec3 metalTexel = texture(metalnessMap, metalnessCoords).rgb;
+  if (Covers(5, metalnessCoords)) {
+    float metalness = clamp(dataScales.x * metalTexel.b, 0.0, 1.0);
+    specularColor = mix(specularColor, diffuseColor, metalness);
+    mirrored = mix(mirrored, diffuseColor, metalness);
+    diffuseColor *= 1.0 - metalness;
+  }
+#endif
+#ifdef ROUGHNESS_MAP
+#ifdef METAL_ROUGHNESS
+  float roughTexel = metalTexel.g;
+#else
+  float roughTexel = texture(roughnessMap, roughnessCoords).g;
+#endif
+  SetRoughness(clamp(dataScales.y * (Covers(6, roughnessCoords) ? roughTexel : 1.0), 0.0, 1.0));
+#endif
+  float open = 1.0;
+#ifdef OCCLUSION_MAP
+  float occlusionTexel = texture(occlusionMap, occlusionCoords).r;
+  if (Covers(7, occlusionCoords)) open = mix(1.0, occlusionTexel, dataScales.z);
+  ambientColor *= open;
+#endif
   vec3 emission = emissive;
 #ifdef EMISSIVE_MAP
   vec3 emissiveTexel = texture(emissiveMap, emissiveCoords).rgb;
@@ -419,17 +497,26 @@ void main() {
 #endif
 #endif
 #ifdef IRRADIANCE
-  arriving += irradiance * Irradiance(n);
+  arriving += open * irradiance * Irradiance(n);
 #endif
-  vec3 diffuseLight = ambientColor + emission + diffuseColor * arriving;
+#ifdef LINES
+  vec3 diffuseLight = emission + diffuseColor;
+#else
+  vec3 diffuseLight = ambientColor + emission + diffuseColor * (diffuseWeight * arriving);
+#endif
 #ifdef COAT
   float coat = Schlick(coatReflectance, dot(n, toViewpoint));
   diffuseLight *= 1.0 - coat;
 #endif
 #ifdef REFLECTION
-  float mirrored = mix(fresnel.x, fresnel.y, pow(1.0 - clamp(dot(n, toViewpoint), 0.0, 1.0), 5.0));
+  vec3 grazing = vec3(fresnel.x);
+#ifdef ROUGHNESS_MAP
+  // A rough surface never mirrors all: S. Lagarde, Memo on Fresnel equations, 2013.
+  grazing = max(vec3(mostMirrored), mirrored);
+#endif
+  mirrored = mix(mirrored, grazing, pow(1.0 - clamp(dot(n, toViewpoint), 0.0, 1.0), 5.0));
   vec3 direction = reflect(-toViewpoint, n);
-  vec3 image = reflection * max(fresnel.w + fresnel.z * mirrored, 0.0) * SampleEnvironment(direction, reflectionLod);
+  vec3 image = open * reflection * max(fresnel.z + fresnel.y * mirrored, 0.0) * SampleEnvironment(direction, mirrorLod);
 #ifdef COAT
   image = (1.0 - coat) * image + reflection * coat * SampleEnvironment(direction, 0.0);
 #endif
@@ -489,12 +576,18 @@ void main() {
 }
 )";
 
-char const* const kBackgroundFragmentShader = R"(#version 330 core
+std::string MakeBackgroundFragmentShader(NBackgroundKey const& key) {
+  std::string head = kVersion;
+  head += "#define PROJECTION ";
+  head += std::to_string(key.projection);
+  head += '\n';
+  if (key.mapsTones) head += "#define TONE_MAPPING\n";
+  if (key.hasGamma) head += "#define GAMMA\n";
+  return head + R"(
 in vec2 clipPosition;
 out vec4 result;
 uniform mat4 clipToWorld;  // without the camera's position
 uniform bool isPerspective;
-uniform int environmentProjection;  // 3: a picture that fills the view
 uniform mat3 environmentRotation;
 uniform samplerCube environmentCube;
 uniform sampler2D environmentImage;
@@ -503,29 +596,35 @@ uniform float gamma;
 uniform float white;
 
 void main() {
+#if PROJECTION == 3
+  vec3 c = texture(environmentImage, 0.5 + 0.5 * clipPosition).rgb;
+#else
   vec4 near = clipToWorld * vec4(clipPosition, 0.0, 1.0);
   vec4 far = clipToWorld * vec4(clipPosition, 1.0, 1.0);
   vec3 direction = near.xyz / near.w;
   if (!isPerspective) direction = far.xyz / far.w - direction;
   vec3 d = normalize(environmentRotation * direction);
-  vec3 c;
-  if (environmentProjection == 0) {
-    c = texture(environmentCube, d).rgb;
-  } else if (environmentProjection == 1) {
-    c = textureLod(environmentImage, vec2(atan(d.x, -d.z) / 6.2831853 + 0.5, asin(d.y) / 3.1415927 + 0.5), 0.0).rgb;
-  } else if (environmentProjection == 2) {
-    float sine = length(d.xy);
-    vec2 around = sine > 0.0 ? d.xy / sine : vec2(0.0);
-    c = textureLod(environmentImage, 0.5 + around * acos(clamp(-d.z, -1.0, 1.0)) / 6.2831853, 0.0).rgb;
-  } else {
-    c = texture(environmentImage, 0.5 + 0.5 * clipPosition).rgb;
-  }
+#if PROJECTION == 0
+  vec3 c = texture(environmentCube, d).rgb;
+#elif PROJECTION == 1
+  vec3 c = textureLod(environmentImage, vec2(atan(d.x, -d.z) / 6.2831853 + 0.5, asin(d.y) / 3.1415927 + 0.5), 0.0).rgb;
+#else
+  float sine = length(d.xy);
+  vec2 around = sine > 0.0 ? d.xy / sine : vec2(0.0);
+  vec3 c = textureLod(environmentImage, 0.5 + around * acos(clamp(-d.z, -1.0, 1.0)) / 6.2831853, 0.0).rgb;
+#endif
+#endif
   c = max(c * exposure, 0.0);
-  if (white > 0.0) c = c * (1.0 + c / (white * white)) / (1.0 + c);
+#ifdef TONE_MAPPING
+  c = c * (1.0 + c / (white * white)) / (1.0 + c);
+#endif
+#ifdef GAMMA
   c = pow(c, vec3(1.0 / gamma));
+#endif
   // As with a surface, alpha is what is above white.
   result = vec4(min(c, 1.0), max(max(c.r, max(c.g, c.b)) - 1.0, 0.0));
 }
 )";
+}
 
 }  // namespace corvanta::renderer

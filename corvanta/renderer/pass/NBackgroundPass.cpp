@@ -4,21 +4,9 @@
 
 namespace corvanta::renderer {
 
-NBackgroundPass::NBackgroundPass()
-    : m_program(kBackgroundVertexShader, kBackgroundFragmentShader),
-      m_clipToWorld(m_program.GetUniform("clipToWorld")),
-      m_isPerspective(m_program.GetUniform("isPerspective")),
-      m_projection(m_program.GetUniform("environmentProjection")),
-      m_rotation(m_program.GetUniform("environmentRotation")),
-      m_exposure(m_program.GetUniform("exposure")),
-      m_gamma(m_program.GetUniform("gamma")),
-      m_white(m_program.GetUniform("white")) {
-  SetEnvironmentUnits(m_program);
-}
-
 void NBackgroundPass::Draw(NPicture const& picture,
                            data::domain::environment::NEnvironmentNode const& environment,
-                           NTextures& textures) const {
+                           NTextures& textures) {
   if (auto const image = environment.Get2DImage()) {
     NEnvironmentTexture texture;
     texture.projection = NEP_SCREEN;
@@ -35,20 +23,27 @@ void NBackgroundPass::Draw(NPicture const& picture,
 }
 
 void NBackgroundPass::Draw(NViewpoint const& viewpoint, NEnvironmentTexture const& texture,
-                           NExposure const& exposure) const {
+                           NExposure const& exposure) {
   if (!texture.Exists()) return;
-  m_program.Use();
+  NBackgroundKey const key{texture.projection, exposure.white > 0.0f, exposure.gamma != 1.0f};
+  auto found = m_programs.find(key);
+  if (found == m_programs.end()) {
+    found = m_programs.try_emplace(key, kBackgroundVertexShader, MakeBackgroundFragmentShader(key))
+                .first;
+    SetEnvironmentUnits(found->second);
+  }
+  NProgram const& program = found->second;
+  program.Use();
   // What is infinitely far looks the same from everywhere.
   VX_Math::Matrix rotation = viewpoint.view;
   for (int axis = 0; axis != 3; ++axis) rotation(3, axis) = 0.0f;
   VX_Math::Matrix const clipToWorld = (rotation * viewpoint.projection).Inverse();
-  glUniformMatrix4fv(m_clipToWorld, 1, GL_FALSE, clipToWorld[0]);
-  glUniform1i(m_isPerspective, viewpoint.position[3] != 0.0f);
-  glUniform1i(m_projection, texture.projection);
-  SetMatrix3(m_rotation, texture.rotation);
-  glUniform1f(m_exposure, exposure.factor);
-  glUniform1f(m_gamma, exposure.gamma);
-  glUniform1f(m_white, exposure.white);
+  glUniformMatrix4fv(program.GetUniform("clipToWorld"), 1, GL_FALSE, clipToWorld[0]);
+  glUniform1i(program.GetUniform("isPerspective"), viewpoint.position[3] != 0.0f);
+  SetMatrix3(program.GetUniform("environmentRotation"), texture.rotation);
+  glUniform1f(program.GetUniform("exposure"), exposure.factor);
+  glUniform1f(program.GetUniform("gamma"), exposure.gamma);
+  glUniform1f(program.GetUniform("white"), exposure.white);
   BindEnvironmentTexture(texture);
   glBindVertexArray(m_noVertices.Get());
   glDisable(GL_DEPTH_TEST);

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <map>
+
 #include "corvanta/renderer/gl/NProgram.h"
+#include "corvanta/renderer/gl/shaders.h"
 #include "corvanta/renderer/pass/NPicture.h"
 
 namespace corvanta::renderer {
@@ -10,19 +13,15 @@ namespace corvanta::renderer {
 class NBackgroundPass {
  public:
   /// Fails: as NProgram.
-  NBackgroundPass();
-
   void Draw(NPicture const& picture, data::domain::environment::NEnvironmentNode const& environment,
-            NTextures& textures) const;
+            NTextures& textures);
 
  private:
   void Draw(NViewpoint const& viewpoint, NEnvironmentTexture const& texture,
-            NExposure const& exposure) const;
+            NExposure const& exposure);
 
-  NProgram m_program;
+  std::map<NBackgroundKey, NProgram> m_programs;
   NGlVertexArray m_noVertices;  // the shader makes them
-  GLint const m_clipToWorld, m_isPerspective, m_projection, m_rotation;
-  GLint const m_exposure, m_gamma, m_white;
 };
 
 }  // namespace corvanta::renderer

@@ -53,28 +53,49 @@ void NInstances::Upload(std::vector<NFlatInstance> const& instances) {
   m_isFlat = true;
 }
 
-void NInstances::Draw(std::vector<NMeshPart> const& parts, std::size_t first,
-                      std::size_t count) const {
-  auto const instances = static_cast<GLsizei>(count);
+void NInstances::Draw(std::vector<NMeshPart> const& parts, std::size_t first, std::size_t count,
+                      bool areTriangles) {
   for (NMeshPart const& part : parts) {
-    if (part.count == 0) continue;
+    if (part.count == 0 || part.IsOfTriangles() != areTriangles) continue;
     glBindVertexArray(part.vertexArray);
-    glBindBuffer(GL_ARRAY_BUFFER, m_buffer.Get());
-    std::size_t const stride = m_isFlat ? sizeof(NFlatInstance) : sizeof(NSurfaceInstance);
-    SetRows(kWorld, 4, 4, stride, first * stride);
-    if (m_isFlat) {
-      SetRows(kColor, 1, 4, stride, first * stride + offsetof(NFlatInstance, color));
-      // The program doesn't read them, and their buffer may have become shorter.
-      glDisableVertexAttribArray(kNormalWorld + 1);
-      glDisableVertexAttribArray(kNormalWorld + 2);
-    } else {
-      SetRows(kNormalWorld, 3, 3, stride, first * stride + offsetof(NSurfaceInstance, normals));
+    std::size_t const triangles =
+        std::max<std::size_t>(static_cast<std::size_t>(part.count) / 3, 1);
+    std::size_t const most = std::max<std::size_t>(NDrawQueue::kMostTriangles / triangles, 1);
+    for (std::size_t done = 0; done < count; done += most) {
+      DrawPart(part, first + done, std::min(most, count - done));
     }
+  }
+}
+
+void NInstances::SetInstances(std::size_t first) const {
+  glBindBuffer(GL_ARRAY_BUFFER, m_buffer.Get());
+  std::size_t const stride = m_isFlat ? sizeof(NFlatInstance) : sizeof(NSurfaceInstance);
+  SetRows(kWorld, 4, 4, stride, first * stride);
+  if (m_isFlat) {
+    SetRows(kColor, 1, 4, stride, first * stride + offsetof(NFlatInstance, color));
+    // The program doesn't read them, and their buffer may have become shorter.
+    glDisableVertexAttribArray(kNormalWorld + 1);
+    glDisableVertexAttribArray(kNormalWorld + 2);
+  } else {
+    SetRows(kNormalWorld, 3, 3, stride, first * stride + offsetof(NSurfaceInstance, normals));
+  }
+}
+
+/// Draws a large mesh in several calls; several instances are drawn by one.
+void NInstances::DrawPart(NMeshPart const& part, std::size_t first, std::size_t count) {
+  SetInstances(first);
+  auto const instances = static_cast<GLsizei>(count);
+  constexpr auto kMostCorners = static_cast<GLsizei>(3 * NDrawQueue::kMostTriangles);
+  for (GLsizei begin = 0; begin < part.count; begin += kMostCorners) {
+    GLsizei const corners = std::min(kMostCorners, part.count - begin);
     if (part.isIndexed) {
-      glDrawElementsInstanced(GL_TRIANGLES, part.count, GL_UNSIGNED_INT, nullptr, instances);
+      std::size_t const offset = (part.first + static_cast<std::size_t>(begin)) * sizeof(GLuint);
+      glDrawElementsInstanced(part.mode, corners, GL_UNSIGNED_INT,
+                              reinterpret_cast<void const*>(offset), instances);
     } else {
-      glDrawArraysInstanced(GL_TRIANGLES, 0, part.count, instances);
+      glDrawArraysInstanced(part.mode, begin, corners, instances);
     }
+    m_queue.Add((static_cast<std::size_t>(corners) / 3 + 1) * count);
   }
 }
 

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "corvanta/renderer/gl/NDrawQueue.h"
 #include "corvanta/renderer/gl/objects.h"
 #include "corvanta/renderer/scene/NMeshes.h"
 #include "corvanta/vx_math/Matrix.h"
@@ -33,11 +34,16 @@ class NInstances {
   void Upload(std::vector<NSurfaceInstance> const& instances);
   void Upload(std::vector<NFlatInstance> const& instances);
   /// Draws the parts of a mesh as `count` of the instances with the current program, a part for
-  /// all of them before the next.
-  void Draw(std::vector<NMeshPart> const& parts, std::size_t first, std::size_t count) const;
+  /// all of them before the next: those of triangles, or those of lines and points.
+  void Draw(std::vector<NMeshPart> const& parts, std::size_t first, std::size_t count,
+            bool areTriangles = true);
 
  private:
+  void SetInstances(std::size_t first) const;
+  void DrawPart(NMeshPart const& part, std::size_t first, std::size_t count);
+
   NGlBuffer m_buffer;
+  NDrawQueue m_queue;
   bool m_isFlat = false;
 };
 

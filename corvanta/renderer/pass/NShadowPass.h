@@ -10,7 +10,10 @@ namespace corvanta::renderer {
 inline constexpr unsigned kFloorStencilBit = 1u << kShadowCount;
 
 /// Darkens the floor by the models, flattened onto it along the light of each lamp that makes
-/// shadows. The lamp's bit of the stencil keeps two models from darkening one pixel twice.
+/// shadows. The lamp's bit of the stencil keeps two models from darkening one pixel twice. A soft
+/// shadow is that of several directions, which spread over a disc of 0.03 times its softness about
+/// the lamp's; each lets the same share of the light through, and all of them what a sharp one
+/// does.
 /// Requires: NFloorPass drew the floor just before.
 class NShadowPass {
  public:
@@ -21,8 +24,8 @@ class NShadowPass {
   void Draw(NInstances& instances, NPicture const& picture, float height) const;
 
  private:
-  void DrawModels(NInstances& instances, NPicture const& picture, unsigned lamp,
-                  float height) const;
+  void DrawModels(NInstances& instances, NPicture const& picture, VX_Math::Matrix const& flat,
+                  float darkness, unsigned directions) const;
 
   NFlatProgram const& m_program;
 };

@@ -11,14 +11,27 @@ namespace {
 
 using VX_Math::Matrix;
 
-constexpr char const* kMaps[NTS_COUNT] = {"colorMap", "bumpMap", "specularMap", "emissiveMap",
-                                          "opacityMap"};
+constexpr char const* kMaps[NTS_COUNT] = {"colorMap",     "bumpMap",     "specularMap",
+                                          "emissiveMap",  "opacityMap",  "metalnessMap",
+                                          "roughnessMap", "occlusionMap"};
 
 template <class Enumeration, std::size_t N>
 void SetEnumerators(GLint uniform, std::array<Enumeration, N> const& enumerators) {
   std::array<GLint, N> values;
   std::copy(enumerators.begin(), enumerators.end(), values.begin());
   glUniform1iv(uniform, static_cast<GLsizei>(N), values.data());
+}
+
+/// What is reflected along the normal: it has the hue of the highlight, and the index's brightness.
+NColor GetMirrored(NMaterialParameters const& material) {
+  NColor const& c = material.specular;
+  float const luminance = 0.2126f * c[0] + 0.7152f * c[1] + 0.0722f * c[2];  // ITU-R BT.709
+  float const share = luminance > 0.0f ? material.fresnel[0] / luminance : 0.0f;
+  NColor mirrored;
+  for (std::size_t k = 0; k != 3; ++k) {
+    mirrored[k] = luminance > 0.0f ? std::min(c[k] * share, 1.0f) : material.fresnel[0];
+  }
+  return mirrored;
 }
 
 }  // namespace
@@ -66,6 +79,7 @@ NSurfaceProgram::NSurfaceProgram(NSurfaceKey const& key)
       m_bumpContent(m_program.GetUniform("bumpContent")),
       m_bumpScale(m_program.GetUniform("bumpScale")),
       m_opacityInAlpha(m_program.GetUniform("opacityInAlpha")),
+      m_dataScales(m_program.GetUniform("dataScales")),
       m_lampCount(m_program.GetUniform("lampCount")),
       m_lampType(m_program.GetUniform("lampType")),
       m_lampColor(m_program.GetUniform("lampColor")),
@@ -75,6 +89,7 @@ NSurfaceProgram::NSurfaceProgram(NSurfaceKey const& key)
       m_lampRange(m_program.GetUniform("lampRange")),
       m_lampAttenuation(m_program.GetUniform("lampAttenuation")),
       m_reflection(m_program.GetUniform("reflection")),
+      m_mirror(m_program.GetUniform("mirror")),
       m_fresnel(m_program.GetUniform("fresnel")),
       m_reflectionLod(m_program.GetUniform("reflectionLod")),
       m_environmentContrast(m_program.GetUniform("environmentContrast")),
@@ -84,7 +99,8 @@ NSurfaceProgram::NSurfaceProgram(NSurfaceKey const& key)
       m_environmentRotation(m_program.GetUniform("environmentRotation")),
       m_exposure(m_program.GetUniform("exposure")),
       m_gamma(m_program.GetUniform("gamma")),
-      m_white(m_program.GetUniform("white")) {
+      m_white(m_program.GetUniform("white")),
+      m_diffuseWeight(m_program.GetUniform("diffuseWeight")) {
   m_program.Use();
   for (NTextureSlot const slot : kTextureSlots) {
     glUniform1i(m_program.GetUniform(kMaps[slot]), slot);
@@ -111,6 +127,7 @@ void NSurfaceProgram::Begin(NViewpoint const& viewpoint, NLamps const& lamps,
   glUniform1f(m_exposure, exposure.factor);
   glUniform1f(m_gamma, exposure.gamma);
   glUniform1f(m_white, exposure.white);
+  glUniform1f(m_diffuseWeight, exposure.diffuse);
 }
 
 void NSurfaceProgram::SetMaterial(NMaterialParameters const& material, NColor const& ambientLight,
@@ -118,7 +135,9 @@ void NSurfaceProgram::SetMaterial(NMaterialParameters const& material, NColor co
   m_program.Use();
   NColor const ambient{material.ambient[0] * ambientLight[0], material.ambient[1] * ambientLight[1],
                        material.ambient[2] * ambientLight[2]};
-  glUniform3fv(m_diffuse, 1, material.diffuse.data());
+  // A line of metal has the colour of its highlight.
+  bool const isMetal = (m_features & NSF_LINES) != 0 && material.diffuse == NColor{};
+  glUniform3fv(m_diffuse, 1, isMetal ? material.specular.data() : material.diffuse.data());
   glUniform3fv(m_ambient, 1, ambient.data());
   glUniform3fv(m_emissive, 1, material.emissive.data());
   glUniform1f(m_opacity, material.opacity);
@@ -129,7 +148,8 @@ void NSurfaceProgram::SetMaterial(NMaterialParameters const& material, NColor co
   SetTextures(material);
   if ((m_features & (NSF_REFLECTION | NSF_IRRADIANCE)) == 0) return;
   glUniform1f(m_reflection, material.reflection);
-  glUniform4fv(m_fresnel, 1, material.fresnel.data());
+  glUniform3fv(m_mirror, 1, GetMirrored(material).data());
+  glUniform3fv(m_fresnel, 1, &material.fresnel[1]);
   glUniform1f(m_reflectionLod, material.reflectionLod);
   glUniform1f(m_environmentContrast, material.environmentContrast);
   glUniform1f(m_irradiance, material.irradiance);
@@ -154,10 +174,12 @@ void NSurfaceProgram::SetTextures(NMaterialParameters const& material) const {
   glUniform1i(m_bumpContent, material.bumpContent);
   glUniform1f(m_bumpScale, material.bumpScale);
   glUniform1i(m_opacityInAlpha, material.opacityInAlpha);
+  glUniform3fv(m_dataScales, 1, material.dataScales.data());
   for (NTextureSlot const slot : kTextureSlots) {
     if (!material.HasTexture(slot)) continue;
     glActiveTexture(GL_TEXTURE0 + slot);
     glBindTexture(GL_TEXTURE_2D, material.textures[slot]);
+    glBindSampler(slot, material.samplers[slot]);
   }
 }
 

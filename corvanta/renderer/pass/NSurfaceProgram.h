@@ -11,7 +11,8 @@ namespace corvanta::renderer {
 struct NExposure {
   float factor = 1.0f;
   float gamma = 1.0f;
-  float white = 0.0f;  // the light that tone mapping makes white; 0 without tone mapping
+  float white = 0.0f;    // the light that tone mapping makes white; 0 without tone mapping
+  float diffuse = 1.0f;  // a factor of what matt surfaces throw back of the lamps' light
 };
 
 /// A program that lights surfaces. Begin sets what a picture has in common, SetMaterial what the
@@ -37,12 +38,13 @@ class NSurfaceProgram {
   GLint const m_viewProjection, m_depthRange, m_viewpoint;
   GLint const m_diffuse, m_ambient, m_specular, m_emissive, m_power, m_opacity, m_cutOff;
   GLint const m_rough, m_coatReflectance, m_fleckColor, m_fleckSize, m_fleckPerturbation;
-  GLint const m_bounds, m_colorOperation, m_bumpContent, m_bumpScale, m_opacityInAlpha;
+  GLint const m_bounds, m_colorOperation, m_bumpContent, m_bumpScale, m_opacityInAlpha,
+      m_dataScales;
   GLint const m_lampCount, m_lampType, m_lampColor, m_lampPosition, m_lampDirection, m_lampCone,
       m_lampRange, m_lampAttenuation;
-  GLint const m_reflection, m_fresnel, m_reflectionLod, m_environmentContrast, m_irradiance,
-      m_harmonics, m_environmentProjection, m_environmentRotation;
-  GLint const m_exposure, m_gamma, m_white;
+  GLint const m_reflection, m_mirror, m_fresnel, m_reflectionLod, m_environmentContrast,
+      m_irradiance, m_harmonics, m_environmentProjection, m_environmentRotation;
+  GLint const m_exposure, m_gamma, m_white, m_diffuseWeight;
 };
 
 /// Sets a uniform of the current program to the upper left 3 x 3 of a matrix.

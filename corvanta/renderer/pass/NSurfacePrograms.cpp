@@ -34,19 +34,23 @@ NSurfaceKey GetKey(NPicture const& picture, NMaterialParameters const& material,
   for (NTextureSlot const slot : kTextureSlots) {
     if (material.HasTexture(slot)) key.features |= NSF_COLOR_MAP << slot;
   }
+  for (std::size_t i = 0; i != key.coords.size(); ++i) {
+    key.coords[i] = static_cast<unsigned char>(material.coordsSlots[kCoordsCount + i]);
+  }
+  add(material.HasOneMetalRoughness(), NSF_METAL_ROUGHNESS);
   add(material.bounds != 0, NSF_BOUNDS);
   add(material.isTransparent, NSF_BLEND);
   add(material.cutOff > 0.0f, NSF_MASK);
   add(isWireframe, NSF_WIREFRAME);
   add(picture.exposure.white > 0.0f, NSF_TONE_MAPPING);
   add(picture.exposure.gamma != 1.0f, NSF_GAMMA);
-  add(picture.glow > 0.0f && !material.isTransparent, NSF_GLOW);
+  add((picture.glow > 0.0f || picture.star > 0.0f) && !material.isTransparent, NSF_GLOW);
   if (lamps.count == 0) return key;
   key.features |= NSF_LIT;
   key.directionalCount = lamps.directionalCount;
   key.hasLocalLamps = lamps.count != lamps.directionalCount;
-  add(material.specular != NColor{}, NSF_HIGHLIGHTS);
-  add(material.roughness > 0.0f, NSF_ROUGH);
+  add(material.specular != NColor{} || material.HasTexture(NTS_METALNESS), NSF_HIGHLIGHTS);
+  add(material.roughness > 0.0f || material.HasTexture(NTS_ROUGHNESS), NSF_ROUGH);
   add(material.coatReflectance > 0.0f, NSF_COAT);
   add(material.fleckColor != NColor{}, NSF_FLECKS);
   return key;
@@ -61,8 +65,19 @@ void NSurfacePrograms::Begin(NPicture const& picture) {
 }
 
 void NSurfacePrograms::Use(NMaterialParameters const& material, bool isWireframe) {
+  Use(material, GetKey(*m_picture, material, isWireframe));
+}
+
+void NSurfacePrograms::UseForLines(NMaterialParameters const& material) {
+  constexpr unsigned kFeatures = NSF_COLOR_MAP | NSF_EMISSIVE_MAP | NSF_OPACITY_MAP | NSF_BOUNDS |
+                                 NSF_BLEND | NSF_MASK | NSF_TONE_MAPPING | NSF_GAMMA | NSF_GLOW;
+  NSurfaceKey key;
+  key.features = (GetKey(*m_picture, material, false).features & kFeatures) | NSF_LINES;
+  Use(material, key);
+}
+
+void NSurfacePrograms::Use(NMaterialParameters const& material, NSurfaceKey const& key) {
   NPicture const& picture = *m_picture;
-  NSurfaceKey const key = GetKey(picture, material, isWireframe);
   Entry& entry = m_programs[key];
   if (!entry.program) entry.program = std::make_unique<NSurfaceProgram>(key);
   if (entry.picture != m_pictureNumber) {

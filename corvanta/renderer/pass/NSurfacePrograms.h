@@ -18,8 +18,12 @@ class NSurfacePrograms {
   /// Requires: Begin was called for the picture.
   /// Fails: as NProgram.
   void Use(NMaterialParameters const& material, bool isWireframe);
+  /// The same for lines and points, which have the material's colour unlit.
+  void UseForLines(NMaterialParameters const& material);
 
  private:
+  void Use(NMaterialParameters const& material, NSurfaceKey const& key);
+
   struct Entry {
     std::unique_ptr<NSurfaceProgram> program;
     unsigned picture = 0;  // that its uniforms are of

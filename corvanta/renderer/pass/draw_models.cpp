@@ -1,6 +1,7 @@
 #include "corvanta/renderer/pass/draw_models.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <map>
 #include <utility>
@@ -32,18 +33,50 @@ NSurfaceInstance MakeInstance(NDrawItem const& item, NViewpoint const& viewpoint
 struct Kind {
   NMaterialParameters const* material;
   std::vector<NMeshPart> const* parts;
-  bool isWired, isMirrored;
+  bool isWired, isMirrored, isCulled;
 
   friend bool operator==(Kind const&, Kind const&) = default;
 };
 
-Kind GetKind(NPicture const& picture, std::size_t index) {
+/// How far ahead of the camera the near plane is, where it is farthest.
+float GetNear(NViewpoint const& viewpoint) {
+  Matrix const back = viewpoint.projection.Inverse();
+  float near = 0.0f;
+  for (float const x : {-1.0f, 1.0f}) {
+    for (float const y : {-1.0f, 1.0f}) {
+      VX_Math::Vec3 corner(x, y, 0.0f);
+      back.MultVecMatrix(corner, corner);
+      near = std::max(near, -corner.z);
+    }
+  }
+  return near;
+}
+
+/// Whether an item is a solid that the camera is outside of, and that the near plane doesn't cut:
+/// none of its back faces is seen.
+bool IsSeenFromOutside(NDrawItem const& item, std::vector<NMeshPart> const& parts,
+                       NViewpoint const& viewpoint, float near) {
+  bool const isSolid =
+      std::all_of(parts.begin(), parts.end(), [](NMeshPart const& part) { return part.isSolid; });
+  if (!isSolid || item.model->GetBillboardType() != static_cast<long>(NB_NONE)) return false;
+  VX_Math::Box3 box = item.model->GetBoundingBoxWithoutChildren();
+  box.Transform(item.global * viewpoint.view);
+  constexpr float kMargin = 1.01f;
+  return -box.max.z > kMargin * near;
+}
+
+Kind GetKind(NPicture const& picture, std::size_t index, float near) {
   NResolvedModel const& model = picture.scene.GetModels()[index];
   NDrawItem const& item = picture.scene.GetItems()[index];
+  NMaterialParameters const& material = *model.material;
+  bool const isWired = item.model->IsWired();
+  bool const isOpaque = !material.isTransparent && material.cutOff == 0.0f;
+  bool const isCulled =
+      !isWired && (material.isOneSided ||
+                   (isOpaque && IsSeenFromOutside(item, *model.parts, picture.viewpoint, near)));
   // Whether it is mirrored matters only to what has two sides.
-  bool const isOneSided = model.material->isOneSided || model.material->isTransparent;
-  return {model.material, model.parts, item.model->IsWired(),
-          isOneSided && IsMirrored(item.global)};
+  bool const hasSides = isCulled || material.isTransparent;
+  return {&material, model.parts, isWired, hasSides && IsMirrored(item.global), isCulled};
 }
 
 void Upload(NInstances& instances, NPicture const& picture,
@@ -62,11 +95,36 @@ void SetKind(NSurfacePrograms& programs, Kind const& kind) {
   glFrontFace(kind.isMirrored ? GL_CW : GL_CCW);
 }
 
+bool Has(Kind const& kind, bool areTriangles) {
+  return std::any_of(kind.parts->begin(), kind.parts->end(), [areTriangles](NMeshPart const& part) {
+    return part.IsOfTriangles() == areTriangles;
+  });
+}
+
+// Units: pixels of a picture of 600 rows; those of smaller pictures are no smaller.
+constexpr float kLineWidth = 1.5f, kPointSize = 3.0f, kRows = 600.0f;
+
+/// Draws the lines and points of instances, wider in larger pictures.
+void DrawLines(NSurfacePrograms& programs, NInstances& instances, Kind const& kind,
+               std::size_t begin, std::size_t count) {
+  if (!Has(kind, false)) return;
+  programs.UseForLines(*kind.material);
+  std::array<GLint, 4> viewport;
+  glGetIntegerv(GL_VIEWPORT, viewport.data());
+  float const scale = std::max(static_cast<float>(viewport[3]) / kRows, 1.0f);
+  glPointSize(kPointSize * scale);
+  // Contexts of the strictest kind refuse any other width.
+  if (AreLinesWide()) glLineWidth(kLineWidth * scale);
+  instances.Draw(*kind.parts, begin, count, false);
+  glLineWidth(1.0f);
+}
+
 void ResetKind() {
   glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
   glDisable(GL_CULL_FACE);
   glCullFace(GL_BACK);
   glFrontFace(GL_CCW);
+  for (NTextureSlot const slot : kTextureSlots) glBindSampler(slot, 0);
 }
 
 /// Calls `draw(begin, end)` for each run of equal values of `get`.
@@ -129,12 +187,14 @@ void DrawOpaqueModels(NSurfacePrograms& programs, NInstances& instances, NPictur
   std::vector<std::size_t> indices = SortByDepth(picture, false);
   GroupByMesh(picture, indices);
   Upload(instances, picture, indices);
+  float const near = GetNear(picture.viewpoint);
   ForEachRun(
-      indices.size(), [&](std::size_t i) { return GetKind(picture, indices[i]); },
+      indices.size(), [&](std::size_t i) { return GetKind(picture, indices[i], near); },
       [&](Kind const& kind, std::size_t begin, std::size_t end) {
+        DrawLines(programs, instances, kind, begin, end - begin);
+        if (!Has(kind, true)) return;
         SetKind(programs, kind);
-        bool const isCulled = kind.material->isOneSided && !kind.isWired;
-        isCulled ? glEnable(GL_CULL_FACE) : glDisable(GL_CULL_FACE);
+        kind.isCulled ? glEnable(GL_CULL_FACE) : glDisable(GL_CULL_FACE);
         instances.Draw(*kind.parts, begin, end - begin);
       });
   ResetKind();
@@ -149,7 +209,9 @@ void DrawTransparentModels(NSurfacePrograms& programs, NInstances& instances,
   glDepthMask(GL_FALSE);
   Upload(instances, picture, indices);
   for (std::size_t i = 0; i != indices.size(); ++i) {
-    Kind const kind = GetKind(picture, indices[i]);
+    Kind const kind = GetKind(picture, indices[i], 0.0f);
+    DrawLines(programs, instances, kind, i, 1);
+    if (!Has(kind, true)) continue;
     SetKind(programs, kind);
     if (kind.isWired) {
       glDisable(GL_CULL_FACE);

@@ -25,6 +25,18 @@ NDirtyFlags NChangeListener::TakeDirtyFlags() {
   return std::exchange(m_dirtyFlags, std::move(none));
 }
 
+void NChangeListener::PutBack(NDirtyFlags flags) {
+  std::swap(m_dirtyFlags, flags);
+  m_dirtyFlags.structure |= flags.structure;
+  m_dirtyFlags.transforms |= flags.transforms;
+  m_dirtyFlags.materials |= flags.materials;
+  m_dirtyFlags.projections |= flags.projections;
+  m_dirtyFlags.movedItems.merge(flags.movedItems);
+  m_dirtyFlags.changedMaterials.merge(flags.changedMaterials);
+  m_dirtyFlags.changedImages.merge(flags.changedImages);
+  m_dirtyFlags.changedSurfaces.merge(flags.changedSurfaces);
+}
+
 void NChangeListener::OnAttributeChange(core::attribute::NAttributeHost& host,
                                         core::attribute::NAttribute const& attribute) {
   if (auto const* const item =

@@ -28,6 +28,8 @@ class NChangeListener final : public data::events::NEventListener {
  public:
   /// All flags since the last call, which are reset; everything at the first.
   NDirtyFlags TakeDirtyFlags();
+  /// Sets `flags` again, beside those of later events; for what they say couldn't be done.
+  void PutBack(NDirtyFlags flags);
 
  private:
   ~NChangeListener() override;

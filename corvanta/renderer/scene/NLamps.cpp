@@ -91,6 +91,8 @@ void SetShadows(NLamps& lamps, std::vector<Source> const& sources) {
   for (std::size_t i = 0; i != count; ++i) {
     light_env::NLamp const& lamp = *sources[i].lamp;
     if (!lamp.IsMakesShadow() || -lamps.directions[3 * i + 1] < kLeastSlope) continue;
+    auto const softness = static_cast<float>(lamp.GetShadowSoftness());
+    lamps.softnesses[i] = std::isfinite(softness) ? std::clamp(softness, 0.0f, 10.0f) : 0.0f;
     double const shadow = kDarkest * lamp.GetShadowDarkness() * lights[i] / strongest;
     lamps.shadows[i] = std::isfinite(shadow) ? static_cast<float>(std::clamp(shadow, 0.0, 1.0)) : 0;
   }

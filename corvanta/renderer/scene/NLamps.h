@@ -31,6 +31,8 @@ struct NLamps {
   // How much of the light on a level floor a shadow takes away, 0 to 1: of the directional lamps
   // from above that make shadows.
   std::array<float, kShadowCount> shadows{};
+  // Of their edges; 0 is sharp.
+  std::array<float, kShadowCount> softnesses{};
 };
 
 /// Reads the lamps of `environment`. One that emits minus has a negative colour.

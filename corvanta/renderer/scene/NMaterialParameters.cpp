@@ -13,7 +13,12 @@ namespace corvanta::renderer {
 namespace {
 
 namespace domain = data::domain;
+using domain::material::kCombinationMask;
+using domain::material::kMostCutOff;
+using domain::material::NColorOperation;
 using enum domain::texture::NTextureUse;
+using enum domain::material::NColorOperation;
+using domain::material::NMO_ONE_SIDED;
 
 float Finite(double value) {
   auto const narrow = static_cast<float>(value);
@@ -36,6 +41,12 @@ NTextureSlot GetTextureSlot(long use) {
       return NTS_BUMP;
     case NTU_OPACITY:
       return NTS_OPACITY;
+    case NTU_METALNESS:
+      return NTS_METALNESS;
+    case NTU_ROUGHNESS:
+      return NTS_ROUGHNESS;
+    case NTU_LIGHTMAP:
+      return NTS_OCCLUSION;
     default:
       return NTS_COUNT;
   }
@@ -50,21 +61,77 @@ int GetBounds(domain::material::texture_mapping::NTextureMapping const& mapping)
   return node ? (node->WrapU() ? 0 : 1) | (node->WrapV() ? 0 : 2) : 0;
 }
 
-NColorOperation GetColorOperation(long type) {
+NColorOperation GetColorOperation(long operation) {
+  long const type = operation & kCombinationMask;
   return type >= NCO_MULTIPLY && type <= NCO_IGNORE_ALPHA ? static_cast<NColorOperation>(type)
                                                           : NCO_MULTIPLY;
 }
 
-void AddTexture(NMaterialParameters& parameters, domain::texture::NTextureNode const& texture,
-                domain::material::texture_mapping::NTextureMapping const& mapping,
-                NTextures& textures) {
+/// Whether a picture gives the material a colour.
+bool IsColor(domain::material::NMaterialNode const& material,
+             domain::image::NImageNode const& image) {
+  auto const& textures = material.GetTextures();
+  return std::any_of(textures.begin(), textures.end(), [&image](auto const& entry) {
+    auto const texture = entry.first.Get();
+    NTextureSlot const slot = texture ? GetTextureSlot(texture->GetType()) : NTS_COUNT;
+    bool const isColor = slot == NTS_COLOR || slot == NTS_SPECULAR || slot == NTS_EMISSIVE;
+    return isColor && texture->GetImage().get() == &image;
+  });
+}
+
+using Mapping = domain::material::texture_mapping::NTextureMapping;
+
+bool AreAlike(Mapping const& a, Mapping const& b) {
+  using domain::material::texture_mapping::NUVWMapping;
+  auto const* const first = dynamic_cast<NUVWMapping const*>(&a);
+  auto const* const second = dynamic_cast<NUVWMapping const*>(&b);
+  if (first == nullptr || second == nullptr) return &a == &b;
+  return first->GetUVWMappingType() == second->GetUVWMappingType();
+}
+
+/// Finds coordinates for the textures that have none of their own; one for which none are left is
+/// dropped.
+void AssignCoords(NMaterialParameters& parameters,
+                  std::array<boost::intrusive_ptr<Mapping const>, NTS_COUNT> const& used) {
+  for (NTextureSlot const slot : kCoordsSlots) {
+    parameters.coordsSlots[slot] = slot;
+    parameters.mappings[slot] = used[slot];
+  }
+  // Those of bumps bring tangents with them.
+  constexpr NTextureSlot kFree[] = {NTS_OPACITY, NTS_EMISSIVE, NTS_SPECULAR, NTS_COLOR, NTS_BUMP};
+  for (unsigned i = kCoordsCount; i != NTS_COUNT; ++i) {
+    if (!used[i]) continue;
+    auto const find = [&](auto const& fits) {
+      auto const found = std::find_if(std::begin(kFree), std::end(kFree), fits);
+      if (found == std::end(kFree)) return false;
+      parameters.coordsSlots[i] = *found;
+      parameters.mappings[*found] = used[i];
+      return true;
+    };
+    auto const& mappings = parameters.mappings;
+    if (find([&](auto slot) { return mappings[slot] && AreAlike(*mappings[slot], *used[i]); })) {
+      continue;
+    }
+    if (!find([&](auto slot) { return !mappings[slot]; })) parameters.textures[i] = 0;
+  }
+}
+
+/// The slot that the texture takes; NTS_COUNT where it takes none.
+NTextureSlot AddTexture(NMaterialParameters& parameters,
+                        domain::material::NMaterialNode const& material,
+                        domain::texture::NTextureNode const& texture, Mapping const& mapping,
+                        NTextures& textures) {
   NTextureSlot const slot = GetTextureSlot(texture.GetType());
   auto const image = texture.GetImage();
-  if (slot == NTS_COUNT || !image || parameters.HasTexture(slot)) return;
-  bool const isData = slot == NTS_BUMP || slot == NTS_OPACITY;
+  if (slot == NTS_COUNT || !image || parameters.HasTexture(slot)) return NTS_COUNT;
+  // The opacity of a picture that gives a colour, too, is its alpha.
+  bool const isAlpha = slot == NTS_OPACITY && IsColor(material, *image);
+  bool const isColor = slot == NTS_COLOR || slot == NTS_SPECULAR || slot == NTS_EMISSIVE;
+  bool const isData = !isColor && !isAlpha;
   NTexture const& loaded = textures.Get(*image, isData ? NTC_DATA : NTC_COLOR);
   parameters.textures[slot] = loaded.texture.Get();
-  parameters.mappings[slot] = &mapping;
+  parameters.samplers[slot] = textures.GetSampler(texture.GetOperationType());
+  parameters.hasFloatTexture |= isColor && loaded.isLinear;
   parameters.bounds |= GetBounds(mapping) << 2 * slot;
   if (slot == NTS_COLOR) {
     parameters.colorOperation = GetColorOperation(texture.GetOperationType());
@@ -73,14 +140,15 @@ void AddTexture(NMaterialParameters& parameters, domain::texture::NTextureNode c
     parameters.bumpContent =
         texture.GetType() == static_cast<long>(NTU_HEIGHT) ? NBC_HEIGHTS : NBC_NORMALS;
     parameters.bumpScale = Finite(texture.GetBumpScale());
+  } else if (slot >= NTS_METALNESS) {
+    parameters.dataScales[slot - NTS_METALNESS] = Finite(texture.GetBumpScale());
   } else if (slot == NTS_OPACITY) {
-    parameters.opacityInAlpha = loaded.hasAlpha;
-    parameters.isTransparent = true;
-    long const operation = texture.GetOperationType();
-    if (operation > 0 && operation <= kMostCutOff) {
-      parameters.cutOff = static_cast<float>(operation) / static_cast<float>(kMostCutOff);
-    }
+    parameters.opacityInAlpha = isAlpha || loaded.hasAlpha;
+    parameters.isTransparent |= !isAlpha || loaded.hasAlpha;
+    long const cutOff = texture.GetOperationType() & kCombinationMask;
+    parameters.cutOff = static_cast<float>(cutOff) / static_cast<float>(kMostCutOff);
   }
+  return slot;
 }
 
 /// What a smooth surface reflects, seen along its normal, from a medium of another index.
@@ -136,6 +204,7 @@ NEnvironmentTexture ReadEnvironmentTexture(data::environment_map::NEnvironmentMa
   bool const isCube = environment.projection == NEP_CUBE;
   NTexture const& loaded = textures.Get(*image, isCube ? NTC_CUBE : NTC_COLOR);
   environment.texture = loaded.texture.Get();
+  environment.isLinear = loaded.isLinear;
   environment.harmonics = &textures.GetHarmonics(loaded, environment.projection);
   // A rotation: its inverse is its transpose.
   if (auto const transform = map.GetTransform()) {
@@ -158,10 +227,14 @@ NMaterialParameters ReadMaterialParameters(domain::material::NMaterialNode const
   parameters.power = GetExponent(material);
   parameters.opacity = std::clamp(Finite(material.GetTransparency()), 0.0f, 1.0f);
   parameters.isTransparent = parameters.opacity < 1.0f;
+  std::array<boost::intrusive_ptr<Mapping const>, NTS_COUNT> used;
   for (auto const& [reference, mapping] : material.GetTextures()) {
     auto const texture = reference.Get();
-    if (texture && mapping) AddTexture(parameters, *texture, *mapping, textures);
+    if (!texture || !mapping) continue;
+    NTextureSlot const slot = AddTexture(parameters, material, *texture, *mapping, textures);
+    if (slot != NTS_COUNT) used[slot] = mapping;
   }
+  AssignCoords(parameters, used);
   // What is cut off leaves the rest opaque.
   if (parameters.cutOff > 0.0f) parameters.isTransparent = false;
   ReadFinish(parameters, material);
@@ -188,6 +261,7 @@ NMaterialParameters ReadFloorMaterialParameters(
     NTexture const& loaded = textures.Get(*image, NTC_COLOR);
     parameters.textures[NTS_COLOR] = loaded.texture.Get();
     parameters.isTransparent = loaded.hasAlpha;
+    parameters.hasFloatTexture = loaded.isLinear;
     namespace texture_mapping = domain::material::texture_mapping;
     static boost::intrusive_ptr<texture_mapping::NTextureMapping const> const primitive(
         new texture_mapping::NUVWMapping(texture_mapping::NUVWMT_INTERNAL));

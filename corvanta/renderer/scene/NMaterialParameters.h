@@ -4,7 +4,7 @@
 
 #include "corvanta/data/domain/environment/NEnvironmentNode.h"
 #include "corvanta/data/domain/material/NMaterialNode.h"
-#include "corvanta/renderer/NMaterialOptions.h"
+#include "corvanta/data/domain/material/NMaterialOptions.h"
 #include "corvanta/renderer/gl/shaders.h"
 #include "corvanta/renderer/scene/NMeshes.h"
 #include "corvanta/renderer/scene/NTextures.h"
@@ -29,6 +29,7 @@ struct NEnvironmentTexture {
   bool Exists() const { return projection != NEP_NONE; }
 
   NEnvironmentProjection projection = NEP_NONE;
+  bool isLinear = false;  // its light may exceed white
   GLuint texture = 0;
   VX_Math::Matrix rotation;               // from global directions to those of the picture
   NHarmonics const* harmonics = nullptr;  // of the light from there
@@ -44,17 +45,27 @@ enum NBumpContent { NBC_NONE = 0, NBC_HEIGHTS = 1, NBC_NORMALS = 2 };
 /// A material as the shader takes it. All its numbers are finite, and it owns none of its textures.
 struct NMaterialParameters {
   bool HasTexture(NTextureSlot slot) const { return textures[slot] != 0; }
+  /// Whether metalness and roughness are read at once.
+  bool HasOneMetalRoughness() const {
+    return HasTexture(NTS_METALNESS) && textures[NTS_METALNESS] == textures[NTS_ROUGHNESS] &&
+           samplers[NTS_METALNESS] == samplers[NTS_ROUGHNESS] &&
+           coordsSlots[NTS_METALNESS] == coordsSlots[NTS_ROUGHNESS];
+  }
 
   NColor diffuse{}, ambient{}, specular{}, emissive{};
   float power = 1.0f;
   float opacity = 1.0f;
   std::array<GLuint, NTS_COUNT> textures{};  // 0 where there is none
+  std::array<GLuint, NTS_COUNT> samplers{};  // 0 for those that repeat
   NTextureMappings mappings;
+  std::array<NTextureSlot, NTS_COUNT> coordsSlots{};  // whose coordinates each texture has
   int bounds = 0;  // two bits for each texture: it ends at the borders of u, of v
-  NColorOperation colorOperation = NCO_MULTIPLY;
+  data::domain::material::NColorOperation colorOperation = data::domain::material::NCO_MULTIPLY;
   NBumpContent bumpContent = NBC_NONE;
   float bumpScale = 1.0f;
   bool opacityInAlpha = false;
+  std::array<float, 3> dataScales{1.0f, 1.0f, 1.0f};  // of metalness, roughness, occlusion
+  bool hasFloatTexture = false;                       // whose light may exceed white
   bool isTransparent = false;
   bool isOneSided = false;
   float cutOff = 0.0f;  // of the opacity, below which nothing is drawn; 0 without

@@ -11,6 +11,7 @@
 #include "corvanta/data/domain/material/texture_mapping/NProjectionMapping.h"
 #include "corvanta/data/domain/material/texture_mapping/NUVWMapping.h"
 #include "corvanta/data/domain/material/texture_mapping/map_surface.h"
+#include "corvanta/renderer/scene/solid.h"
 
 namespace corvanta::renderer {
 
@@ -48,6 +49,33 @@ std::vector<unsigned> GetDrawnIndices(NSurface const& surface) {
     }
   }
   return drawn;
+}
+
+bool HasTriangle(std::vector<unsigned> const& indices) {
+  if (indices.empty()) return true;
+  for (std::size_t i = 0; i != indices.size(); i += 3) {
+    unsigned const a = indices[i], b = indices[i + 1], c = indices[i + 2];
+    if (a != b && b != c && a != c) return true;
+  }
+  return false;
+}
+
+/// Makes the indices of triangles with fewer than three corners those of lines, behind which are
+/// those of points; where these begin.
+std::size_t PartLines(std::vector<unsigned>& indices) {
+  std::vector<unsigned> lines, points;
+  for (std::size_t i = 0; i != indices.size(); i += 3) {
+    unsigned const from = indices[i], to = indices[i + 1] != from ? indices[i + 1] : indices[i + 2];
+    if (from == to) {
+      points.push_back(from);
+    } else {
+      lines.insert(lines.end(), {from, to});
+    }
+  }
+  std::size_t const end = lines.size();
+  lines.insert(lines.end(), points.begin(), points.end());
+  indices = std::move(lines);
+  return end;
 }
 
 struct Vertex {
@@ -161,8 +189,8 @@ class MappedSurface {
 /// own, because each texture has its seam elsewhere.
 struct Corners {
   Corners(NDrawItem::Path const& path, NSurface const& surface, NTextureMappings const& mappings) {
-    std::array<std::optional<MappedSurface>, NTS_COUNT> mapped;
-    for (NTextureSlot const slot : kTextureSlots) {
+    std::array<std::optional<MappedSurface>, kCoordsCount> mapped;
+    for (NTextureSlot const slot : kCoordsSlots) {
       if (mappings[slot]) mapped[slot].emplace(path, surface, *mappings[slot]);
     }
     auto const& indices = surface.GetIndices();
@@ -171,7 +199,7 @@ struct Corners {
       for (std::size_t i = first; i != first + 3; ++i) {
         unsigned const vertex = indices[i];
         vertices.push_back(MakeVertex(surface.GetCoords()[vertex], surface.GetNormals()[vertex]));
-        for (NTextureSlot const slot : kTextureSlots) {
+        for (NTextureSlot const slot : kCoordsSlots) {
           if (mapped[slot]) Append(coords[slot], mapped[slot]->GetCoords(i));
         }
         if (auto const& bump = mapped[NTS_BUMP]) {
@@ -182,7 +210,7 @@ struct Corners {
   }
 
   std::vector<Vertex> vertices;
-  std::array<std::vector<float>, NTS_COUNT> coords;
+  std::array<std::vector<float>, kCoordsCount> coords;
   std::vector<float> tangents;
 };
 
@@ -192,10 +220,13 @@ struct NMeshes::Shared {
   core::node::NNodeReference<NGeometryNode const> geometry;
   NGlBuffer vertices;
   NGlBuffer indices;
-  GLsizei count = 0;
+  GLsizei count = 0;  // of the indices of triangles or lines, behind which those of points are
+  GLsizei pointCount = 0;
+  bool hasTriangles = true;
+  bool isSolid = false;
   std::map<UVWType, NGlBuffer> coords;
   std::map<UVWType, NGlBuffer> tangents;  // with the binormals
-  std::map<std::array<std::optional<UVWType>, NTS_COUNT>, NGlVertexArray> arrays;  // by slot
+  std::map<std::array<std::optional<UVWType>, kCoordsCount>, NGlVertexArray> arrays;  // by slot
 };
 
 struct NMeshes::Projected {
@@ -221,7 +252,7 @@ std::vector<NMeshPart> NMeshes::Get(NDrawItem const& item, NGeometryNode const& 
   std::vector<NMeshPart> parts;
   if (!IsProjected(mappings)) {
     for (auto const& surface : geometry.GetSurfaces()) {
-      parts.push_back(GetShared(geometry, *surface, mappings));
+      AddShared(geometry, *surface, mappings, parts);
     }
     return parts;
   }
@@ -255,8 +286,8 @@ void NMeshes::Forget(NDirtyFlags const& flags) {
   });
 }
 
-NMeshPart NMeshes::GetShared(NGeometryNode const& geometry, NSurface const& surface,
-                             NTextureMappings const& mappings) {
+void NMeshes::AddShared(NGeometryNode const& geometry, NSurface const& surface,
+                        NTextureMappings const& mappings, std::vector<NMeshPart>& parts) {
   auto& mesh = m_shared[surface.GetCreationNumber()];
   if (!mesh) {
     ++m_meshUploadCount;
@@ -265,15 +296,19 @@ NMeshPart NMeshes::GetShared(NGeometryNode const& geometry, NSurface const& surf
     for (std::size_t i = 0; i != surface.GetCoords().size(); ++i) {
       vertices.push_back(MakeVertex(surface.GetCoords()[i], surface.GetNormals()[i]));
     }
-    std::vector<unsigned> const indices = GetDrawnIndices(surface);
+    std::vector<unsigned> indices = GetDrawnIndices(surface);
     mesh = std::make_unique<Shared>();
     mesh->geometry = geometry;
     mesh->vertices = Upload(vertices);
+    mesh->hasTriangles = HasTriangle(indices);
+    std::size_t const lineEnd = mesh->hasTriangles ? indices.size() : PartLines(indices);
     mesh->indices = Upload(indices);
-    mesh->count = static_cast<GLsizei>(indices.size());
+    mesh->count = static_cast<GLsizei>(lineEnd);
+    mesh->pointCount = static_cast<GLsizei>(indices.size() - lineEnd);
+    mesh->isSolid = mesh->hasTriangles && IsSolid(surface.GetCoords(), indices);
   }
-  std::array<std::optional<UVWType>, NTS_COUNT> types;
-  for (NTextureSlot const slot : kTextureSlots) {
+  std::array<std::optional<UVWType>, kCoordsCount> types;
+  for (NTextureSlot const slot : kCoordsSlots) {
     auto const* const uvw = dynamic_cast<mapping::NUVWMapping const*>(mappings[slot].get());
     if (uvw != nullptr) types[slot] = uvw->GetUVWMappingType();
   }
@@ -283,11 +318,16 @@ NMeshPart NMeshes::GetShared(NGeometryNode const& geometry, NSurface const& surf
     glBindVertexArray(found->second.Get());
     SetVertices(mesh->vertices);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, mesh->indices.Get());
-    for (NTextureSlot const slot : kTextureSlots) {
+    for (NTextureSlot const slot : kCoordsSlots) {
       if (types[slot]) AddCoords(*mesh, slot, surface, *types[slot]);
     }
   }
-  return {found->second.Get(), mesh->count, true};
+  GLuint const array = found->second.Get();
+  parts.push_back({array, mesh->count, true,
+                   mesh->hasTriangles ? GLenum{GL_TRIANGLES} : GLenum{GL_LINES}, 0, mesh->isSolid});
+  if (mesh->pointCount == 0) return;
+  parts.push_back(
+      {array, mesh->pointCount, true, GL_POINTS, static_cast<std::size_t>(mesh->count), false});
 }
 
 void NMeshes::AddCoords(Shared& mesh, NTextureSlot slot, NSurface const& surface, UVWType type) {
@@ -325,13 +365,18 @@ NMeshPart NMeshes::MakeProjected(NDrawItem const& item, NSurface const& surface,
     return projected.buffers.emplace_back(Upload(values));
   };
   SetVertices(upload(corners.vertices));
-  for (NTextureSlot const slot : kTextureSlots) {
+  for (NTextureSlot const slot : kCoordsSlots) {
     if (!mappings[slot]) continue;
     ++m_coordsUploadCount;
     SetCoords(slot, upload(corners.coords[slot]));
   }
   if (mappings[NTS_BUMP]) SetTangents(upload(corners.tangents));
-  return {projected.arrays.back().Get(), static_cast<GLsizei>(corners.vertices.size()), false};
+  return {projected.arrays.back().Get(),
+          static_cast<GLsizei>(corners.vertices.size()),
+          false,
+          GL_TRIANGLES,
+          0,
+          false};
 }
 
 VX_Math::Box3 NMeshes::GetFiniteBox(NGeometryNode const& geometry) {

@@ -22,27 +22,34 @@ namespace corvanta::renderer {
 /// The mappings of a material's textures, by slot; null where there is none.
 using NTextureMappings =
     std::array<boost::intrusive_ptr<data::domain::material::texture_mapping::NTextureMapping const>,
-               NTS_COUNT>;
+               kCoordsCount>;
 
 /// What is drawn by one call.
 struct NMeshPart {
+  bool IsOfTriangles() const { return mode == GL_TRIANGLES; }
+
   GLuint vertexArray = 0;
   GLsizei count = 0;
   bool isIndexed = false;
+  GLenum mode = GL_TRIANGLES;
+  std::size_t first = 0;  // of the indices
+  bool isSolid = false;   // see IsSolid
 };
 
 /// The meshes of geometries on the graphics processor. A surface is uploaded once for all models
 /// that show it, and again when an event has named it. Where texture coordinates come from a
 /// projection, each occurrence of a model has a mesh of its own.
 ///
-/// Triangles with an index outside the coordinates or a corner that isn't finite are skipped.
+/// Triangles with an index outside the coordinates or a corner that isn't finite are skipped. A
+/// surface whose triangles all have fewer than three different corners is one of lines and points:
+/// (a, b, b) is a line, (a, a, a) a point.
 class NMeshes {
  public:
   NMeshes();
   ~NMeshes();
 
-  /// The parts that draw `geometry` as the model of `item`, one for each surface. They are valid
-  /// until the next call of Forget.
+  /// The parts that draw `geometry` as the model of `item`, one or two for each surface. They are
+  /// valid until the next call of Forget.
   std::vector<NMeshPart> Get(NDrawItem const& item,
                              data::domain::geometry::NGeometryNode const& geometry,
                              NTextureMappings const& mappings);
@@ -63,8 +70,8 @@ class NMeshes {
   using Surface = data::domain::geometry::NSurface;
   using UVWType = data::domain::material::texture_mapping::NUVWMappingType;
 
-  NMeshPart GetShared(data::domain::geometry::NGeometryNode const& geometry, Surface const& surface,
-                      NTextureMappings const& mappings);
+  void AddShared(data::domain::geometry::NGeometryNode const& geometry, Surface const& surface,
+                 NTextureMappings const& mappings, std::vector<NMeshPart>& parts);
   void AddCoords(Shared& mesh, NTextureSlot slot, Surface const& surface, UVWType type);
   NMeshPart MakeProjected(NDrawItem const& item, Surface const& surface,
                           NTextureMappings const& mappings);

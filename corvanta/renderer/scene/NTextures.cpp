@@ -1,11 +1,13 @@
 #include "corvanta/renderer/scene/NTextures.h"
 
+#include <algorithm>
 #include <exception>
 #include <string>
 #include <vector>
 
 #include "corvanta/core/uri/NPath.h"
 #include "corvanta/core/uri/NUri.h"
+#include "corvanta/data/domain/material/NMaterialOptions.h"
 #include "corvanta/data/internal/built_in_images.h"
 #include "corvanta/data/resource/image/create_image.h"
 #include "corvanta/renderer/scene/harmonics.h"
@@ -16,6 +18,17 @@ namespace corvanta::renderer {
 namespace {
 
 using data::domain::image::NImageNode;
+using data::domain::material::GetWrap;
+using data::domain::material::kCombinationMask;
+using data::domain::material::kMostOperation;
+using data::domain::material::kNearest;
+using data::domain::material::kWrapShiftU;
+using data::domain::material::kWrapShiftV;
+
+GLint GetWrapMode(data::domain::material::NTextureWrap wrap) {
+  if (wrap == data::domain::material::NTW_MIRROR) return GL_MIRRORED_REPEAT;
+  return wrap == data::domain::material::NTW_CLAMP ? GL_CLAMP_TO_EDGE : GL_REPEAT;
+}
 
 NTexels MakeGrey() { return {1, 1, {128, 128, 128, 255}, {}, false}; }
 
@@ -69,6 +82,10 @@ NTexture const& NTextures::Get(NImageNode const& image, NTextureContent content)
 NTexture NTextures::Load(NImageNode const& image, NTextureContent content) const {
   bool isBroken = false;
   std::vector<NTexels> faces = Read(image, isBroken);
+  GLint mostSide = 0;
+  glGetIntegerv(content == NTC_CUBE ? GL_MAX_CUBE_MAP_TEXTURE_SIZE : GL_MAX_TEXTURE_SIZE,
+                &mostSide);
+  for (NTexels& face : faces) Shrink(face, static_cast<unsigned>(std::max(mostSide, 1)));
   NTexture result{NGlTexture(),
                   faces.front().hasAlpha,
                   !faces.front().floats.empty() || content == NTC_DATA,
@@ -99,6 +116,20 @@ NTexture NTextures::Load(NImageNode const& image, NTextureContent content) const
   glTexParameteri(target, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
   glGenerateMipmap(target);
   return result;
+}
+
+GLuint NTextures::GetSampler(long operation) {
+  long const bits = operation & kMostOperation & ~kCombinationMask;
+  if (bits == 0) return 0;
+  auto const [entry, isNew] = m_samplers.try_emplace(bits);
+  GLuint const sampler = entry->second.Get();
+  if (!isNew) return sampler;
+  glSamplerParameteri(sampler, GL_TEXTURE_WRAP_S, GetWrapMode(GetWrap(bits, kWrapShiftU)));
+  glSamplerParameteri(sampler, GL_TEXTURE_WRAP_T, GetWrapMode(GetWrap(bits, kWrapShiftV)));
+  glSamplerParameteri(sampler, GL_TEXTURE_MAG_FILTER,
+                      (bits & kNearest) != 0 ? GL_NEAREST : GL_LINEAR);
+  glSamplerParameteri(sampler, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
+  return sampler;
 }
 
 NHarmonics const& NTextures::GetHarmonics(NTexture const& texture, int projection) {

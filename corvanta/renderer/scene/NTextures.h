@@ -40,6 +40,9 @@ class NTextures {
  public:
   /// The picture of `image`; where it can't be read, the library's placeholder.
   NTexture const& Get(data::domain::image::NImageNode const& image, NTextureContent content);
+  /// How a picture is sampled, by the upper bits of its texture's operation; 0 for one that repeats
+  /// and whose pixels are blurred where they are large.
+  GLuint GetSampler(long operation);
   /// The light from a picture of this that shows the directions around in that projection.
   /// Cost: the first time reading some hundred texels back.
   NHarmonics const& GetHarmonics(NTexture const& texture, int projection);
@@ -57,6 +60,7 @@ class NTextures {
 
   std::map<Key, NTexture> m_textures;
   std::map<std::pair<GLuint, int>, NHarmonics> m_harmonics;
+  std::map<long, NGlSampler> m_samplers;  // by those bits
   std::size_t m_uploadCount = 0;
 };
 

@@ -1,15 +1,22 @@
 #include "corvanta/core/observer/detail/NObservableImpl.h"
 
 #include <algorithm>
+#include <atomic>
 #include <limits>
 #include <new>
+
+#include "corvanta/core/observer/detail/removal_count.h"
 
 namespace corvanta::core::observer::detail {
 
 namespace {
 constexpr std::size_t kIndexFrom = 16;
 constexpr std::size_t kNotFound = static_cast<std::size_t>(-1);
+
+std::atomic<std::uint64_t> g_removalCount{0};
 }  // namespace
+
+std::uint64_t GetRemovalCount() noexcept { return g_removalCount.load(std::memory_order_relaxed); }
 
 NObservableImpl::~NObservableImpl() {
   if (m_state == nullptr) return;
@@ -43,6 +50,7 @@ bool NObservableImpl::RemoveObserver(
   if (m_state == nullptr || weak == nullptr) return false;
   std::size_t const position = m_state->Find(weak);
   if (position == kNotFound || m_state->At(position).listener == nullptr) return false;
+  g_removalCount.fetch_add(1, std::memory_order_relaxed);
   if (m_state->deliveries == 0) {
     m_state->Blank(position);
     m_state->Sweep();

@@ -79,7 +79,8 @@ bool NGeometryNode::RemoveSurface(NSurface& surface) {
 
 void NGeometryNode::OnSurfaceChange(NSurface const& surface, NGeometryChangeType type) const {
   auto const held = core::reference_countable::Hold(*this);
-  DropCache();
+  // A surface that changes sees to the caches itself.
+  if (type != NGCT_SURFACE_CHANGED) DropCache();
   try {
     NotifyObservers([&](NGeometryChangeListener& listener) {
       listener.OnGeometryChange(*this, surface, type);

@@ -10,6 +10,7 @@
 #include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
 #include "corvanta/data/domain/geometry/NPolygonSurface.h"
+#include "corvanta/data/domain/geometry/detail/NGeometryCache.h"
 
 namespace corvanta::data::domain::geometry {
 
@@ -106,7 +107,14 @@ void NSurface::Replace(Arrays& made) {
     }
   };
   // No listener of one node picks by the index that another has of the old arrays.
-  forEachOwner([](NGeometryNode const& node) { node.DropCache(); });
+  forEachOwner([&](NGeometryNode const& node) {
+    auto& cache = detail::NGeometryCache::Of(node);
+    if (!cache) return;
+    auto const& now = m_block->arrays;
+    bool const isSameTopology =
+        now.coords.size() == made.coords.size() && now.indices == made.indices;
+    if (!isSameTopology || !cache->OnCoordsChange(*this)) cache.reset();
+  });
   try {
     forEachOwner(
         [this](NGeometryNode const& node) { node.OnSurfaceChange(*this, NGCT_SURFACE_CHANGED); });

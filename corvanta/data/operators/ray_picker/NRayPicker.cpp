@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <new>
+#include <utility>
 
+#include "corvanta/core/detail/scope_exit.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
 #include "corvanta/data/operators/ray_picker/detail/state.h"
 #include "corvanta/platform/debug.h"
@@ -21,7 +24,70 @@ namespace {
 constexpr double kMissed = std::numeric_limits<double>::max();
 constexpr double kLargestFloat = std::numeric_limits<float>::max();
 
+constexpr std::size_t kFewRecords = 64;
+constexpr std::size_t kLargestSpare = 4096;  // elements of a buffer
+
 }  // namespace
+
+/// The buffers of a thread's last picker, for its next one: a pick of a few records would spend
+/// more on its memory than on its walk.
+struct NRayPicker::State::Spare {
+  std::vector<Record> records{};
+  std::vector<boost::intrusive_ptr<NSceneGraphModelNode const>> models{};
+  std::vector<Step> steps{};
+  std::vector<Ray> rays{};
+  std::vector<std::uint32_t> active{};
+  std::vector<LocalRay> local{};
+  std::vector<domain::scenegraph::detail::NCullingBound> bounds{};
+  std::vector<domain::scenegraph::detail::NChildIndex::Child> children{};
+  std::vector<Met> met{};
+
+  void Exchange(State& state) noexcept {
+    records.swap(state.records);
+    models.swap(state.models);
+    steps.swap(state.steps);
+    rays.swap(state.rays);
+    active.swap(state.active);
+    local.swap(state.local);
+    bounds.swap(state.bounds);
+    children.swap(state.children);
+    met.swap(state.met);
+  }
+  /// Fails: null before the first picker has ended, and when the thread ends.
+  static Spare*& OfThread() noexcept {
+    thread_local Spare* spare = nullptr;
+    return spare;
+  }
+  /// Ends with the thread; what comes later finds no buffers.
+  struct Owner {
+    bool isOver = false;
+    ~Owner() {
+      isOver = true;
+      delete std::exchange(OfThread(), nullptr);
+    }
+  };
+};
+
+NRayPicker::State::State() {
+  if (Spare* const spare = Spare::OfThread()) spare->Exchange(*this);
+  rays.assign(1, {});
+}
+
+NRayPicker::State::~State() {
+  thread_local Spare::Owner owner;
+  std::size_t largest = std::max({records.capacity(), models.capacity(), steps.capacity()});
+  records.clear();
+  models.clear();
+  steps.clear();
+  for (auto const capacity : {rays.capacity(), active.capacity(), local.capacity(),
+                              bounds.capacity(), children.capacity(), met.capacity()}) {
+    largest = std::max(largest, capacity);
+  }
+  if (largest > kLargestSpare || owner.isOver) return;
+  Spare*& spare = Spare::OfThread();
+  if (spare == nullptr) spare = new (std::nothrow) Spare;
+  if (spare != nullptr) spare->Exchange(*this);
+}
 
 NRayPicker::NRayPicker() : m_state(new State) {}
 NRayPicker::~NRayPicker() = default;
@@ -30,15 +96,24 @@ void NRayPicker::SetRay(VX_Math::Vec2 const& point, Matrix const& viewProjection
   float const x = 2 * point.x - 1;
   float const y = 2 * point.y - 1;
   Matrix const inverse = viewProjection.Inverse();
-  inverse.MultVecMatrix(Vec3(x, y, 0), m_state->rayStart);
-  inverse.MultVecMatrix(Vec3(x, y, 1), m_state->rayEnd);
-  m_state->ray.SetValue(m_state->rayStart, m_state->rayEnd);
+  State::Ray ray;
+  inverse.MultVecMatrix(Vec3(x, y, 0), ray.start);
+  inverse.MultVecMatrix(Vec3(x, y, 1), ray.end);
+  ray.line.SetValue(ray.start, ray.end);
+  m_state->rays.assign(1, ray);
 }
 
 void NRayPicker::SetRay(VX_Math::Line const& line) {
-  m_state->ray = line;
-  m_state->rayStart = line.GetOrigin();
-  m_state->rayEnd = line.GetOrigin() + line.GetDirection() * std::numeric_limits<float>::max();
+  m_state->rays.assign(1, State::Ray::Along(line));
+}
+
+void NRayPicker::SetRays(std::vector<VX_Math::Line> const& lines) {
+  std::vector<State::Ray> made;
+  made.reserve(lines.size());
+  for (VX_Math::Line const& line : lines) {
+    made.push_back(State::Ray::Along(line));
+  }
+  m_state->rays.swap(made);
 }
 
 void NRayPicker::SetClip(VX_Math::Vec2 const& clip) { m_state->clip = clip; }
@@ -47,11 +122,12 @@ void NRayPicker::SetSpace(Box3 const& space) { m_state->space = space; }
 
 void NRayPicker::SetPlane(VX_Math::Plane const& plane) {
   m_state->plane = plane;
-  m_state->planeDistance = kLargestFloat;
-  Vec3 hit;
-  if (plane.Intersect(m_state->rayStart, m_state->rayEnd, hit)) {
-    m_state->planeHit = hit;
-    m_state->planeDistance = (hit - m_state->ray.GetOrigin()).Length();
+  for (State::Ray& ray : m_state->rays) {
+    ray.planeDistance = kLargestFloat;
+    Vec3 hit;
+    if (!plane.Intersect(ray.start, ray.end, hit)) continue;
+    if (&ray == &m_state->rays.front()) m_state->planeHit = hit;
+    ray.planeDistance = (hit - ray.line.GetOrigin()).Length();
   }
 }
 
@@ -61,17 +137,40 @@ void NRayPicker::SetPickFromPlane(bool isFromPlane) { m_state->isFromPlane = isF
 
 void NRayPicker::SortWithDistance() {
   auto& records = m_state->records;
-  std::sort(records.begin(), records.end(), [](State::Record const& a, State::Record const& b) {
-    return a.distance == b.distance ? a.place < b.place : a.distance < b.distance;
-  });
   std::erase_if(records, [](PickRecord const& record) { return record.distance == kMissed; });
+  auto const precedes = [](auto const& a, auto const& b) {
+    if (a.ray != b.ray) return a.ray < b.ray;
+    return a.distance == b.distance ? a.place < b.place : a.distance < b.distance;
+  };
+  if (records.size() <= kFewRecords) {
+    std::sort(records.begin(), records.end(), precedes);
+    return;
+  }
+  // Many records move once.
+  struct Key {
+    std::uint32_t ray, index;
+    double distance;
+    std::uint64_t place;
+  };
+  std::vector<Key> keys;
+  keys.reserve(records.size());
+  for (State::Record const& record : records) {
+    keys.push_back(
+        {record.ray, static_cast<std::uint32_t>(keys.size()), record.distance, record.place});
+  }
+  std::sort(keys.begin(), keys.end(), precedes);
+  std::vector<State::Record> sorted;
+  sorted.reserve(records.size());
+  for (Key const& key : keys) sorted.push_back(std::move(records[key.index]));
+  records.swap(sorted);
 }
 
 void NRayPicker::CheckDetail() {
   // By position: reading a geometry may reach a listener.
   for (std::size_t i = 0; i < m_state->records.size(); ++i) {
     auto const geometry = m_state->records[i].model->GetGeometryNode();
-    PickRecord& record = m_state->records[i];
+    State::Record& record = m_state->records[i];
+    m_state->planeDistance = m_state->rays[record.ray].planeDistance;
     double t = kMissed;
     bool const isHit =
         QueryIntersectionGeometry(record.origin, record.direction, record.matrix, geometry, t);
@@ -86,6 +185,24 @@ void NRayPicker::CheckDetail() {
     record.absHit = global;
   }
   SortWithDistance();
+}
+
+std::vector<bool> NRayPicker::FindBlocked(std::vector<double> const& distances) {
+  SortWithDistance();
+  std::vector<bool> isBlocked(m_state->rays.size(), false);
+  m_state->isAhead = true;
+  core::detail::ScopeExit const reset([this] { m_state->isAhead = false; });
+  for (std::size_t i = 0; i < m_state->records.size(); ++i) {
+    std::uint32_t const ray = m_state->records[i].ray;
+    if (isBlocked[ray] || m_state->records[i].distance > distances[ray]) continue;
+    auto const geometry = m_state->records[i].model->GetGeometryNode();
+    PickRecord const& record = m_state->records[i];
+    double t = kMissed;
+    isBlocked[ray] =
+        QueryIntersectionGeometry(record.origin, record.direction, record.matrix, geometry, t) &&
+        t < distances[ray];
+  }
+  return isBlocked;
 }
 
 void NRayPicker::DebugOutPut() const {
@@ -110,6 +227,10 @@ NSceneGraphPath<NSceneGraphModelNode> const NRayPicker::GetItemPath(unsigned lon
 
 domain::scenegraph::NCheckPoints const& NRayPicker::GetCheckPoints(unsigned long index) const {
   return m_state->records[index].checkPoints;
+}
+
+unsigned long NRayPicker::GetRayIndex(unsigned long index) const {
+  return m_state->records[index].ray;
 }
 
 double NRayPicker::GetDistance(unsigned long index) const {

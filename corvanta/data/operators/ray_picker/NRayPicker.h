@@ -33,7 +33,8 @@ struct CORVANTA_API PickRecord {
   domain::scenegraph::NCheckPoints checkPoints;
 };
 
-/// Finds the models that a ray hits, nearest first, and where. Serves one pick.
+/// Finds the models that a ray hits, nearest first, and where. Serves one pick, or one of many
+/// rays.
 ///
 /// Set the ray, then the mode; let the picker visit a scene, a tree or an item
 /// (`scene.Accept(picker)`); then SortWithDistance, CheckDetail, and read the results. Hidden
@@ -56,6 +57,9 @@ class CORVANTA_API NRayPicker : public domain::NNodeWatcher {
   /// one.
   void SetRay(VX_Math::Vec2 const& point, VX_Math::Matrix const& viewProjection);
   void SetRay(VX_Math::Line const& line);
+  /// Many rays at once: what one finds is what it would find alone.
+  /// Cost: each item is entered once for all rays that meet it.
+  void SetRays(std::vector<VX_Math::Line> const& lines);
   /// Stored, and read by no test.
   void SetClip(VX_Math::Vec2 const& clip);
   /// With SetPickInArea, hits count only inside this global box.
@@ -67,16 +71,21 @@ class CORVANTA_API NRayPicker : public domain::NNodeWatcher {
   void SetPickInArea(bool isInArea);
   void SetPickFromPlane(bool isFromPlane);
 
-  /// Sorts the records by distance, ascending, and drops those that were found to miss. Equal
-  /// distances stay in the order of the walk.
+  /// Sorts the records by ray, then by distance, ascending, and drops those that were found to
+  /// miss. Equal distances stay in the order of the walk.
   void SortWithDistance();
   /// Tests the triangles of the records' models and keeps what is hit, sorted.
   void CheckDetail();
+  /// In place of CheckDetail: whether some triangle crosses a ray between its origin and its
+  /// distance, for each ray. The modes don't count.
+  /// Requires: a distance a ray; visited once.
+  /// Cost: the nearest boxes are tested first, and for a ray none after the first such triangle.
+  std::vector<bool> FindBlocked(std::vector<double> const& distances);
   /// Writes the names of the records' models to the platform's debug channel.
   void DebugOutPut() const;
 
   unsigned long GetPickCount() const;
-  /// Requires: `index` below GetPickCount, as in the next five.
+  /// Requires: `index` below GetPickCount, as in the next six.
   domain::scenegraph::item::NSceneGraphModelNode const* GetModelNode(unsigned long index) const;
   /// Fails: an empty path if no tree was visited through a scene; see GetCheckPoints.
   domain::scenegraph::NSceneGraphPath<domain::scenegraph::item::NSceneGraphModelNode> const
@@ -84,12 +93,14 @@ class CORVANTA_API NRayPicker : public domain::NNodeWatcher {
   /// The references passed on the way to the model, outermost first; also where the walk started
   /// at a tree or an item.
   domain::scenegraph::NCheckPoints const& GetCheckPoints(unsigned long index) const;
+  /// The ray that the record belongs to, from 0 in the order given.
+  unsigned long GetRayIndex(unsigned long index) const;
   /// See PickRecord::distance.
   double GetDistance(unsigned long index) const;
   VX_Math::Vec3 GetAbsHitPoint(unsigned long index) const;
   VX_Math::Vec3 GetLocalHitPoint(unsigned long index) const;
-  /// Where the ray met the plane at the last SetPlane at which it did, between the points that
-  /// SetRay took it from and to; (0, 0, 0) before that. A plane that it misses changes nothing
+  /// Where the first ray met the plane at the last SetPlane at which it did, between the points
+  /// that SetRay took it from and to; (0, 0, 0) before that. A plane that it misses changes nothing
   /// here.
   VX_Math::Vec3 const& GetPlaneHit() const;
 

@@ -65,7 +65,9 @@ bool NRayPicker::QueryIntersectionGeometry(Vec3 const& origin, Vec3 const& direc
   auto const find = [&](auto const& accept) {
     return detail::FindLeastHit(*geometry, *surface, origin, direction, accept);
   };
-  if (m_state->isInArea) {
+  if (m_state->isAhead) {
+    distance = find([](float t) { return t > 0; });
+  } else if (m_state->isInArea) {
     distance = find([&](float t) {
       Vec3 point;
       matrix.MultVecMatrix(origin + direction * t, point);

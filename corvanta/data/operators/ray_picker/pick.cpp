@@ -1,6 +1,8 @@
 #include "corvanta/data/operators/ray_picker/pick.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <limits>
 
 #include "corvanta/data/domain/scene/NSceneNode.h"
 #include "corvanta/data/operators/ray_picker/NRayPicker.h"
@@ -24,6 +26,20 @@ bool Pick(NRayPicker& picker, domain::NNode const& start) {
   if (picker.GetPickCount() == 0) return false;
   picker.CheckDetail();
   return picker.GetPickCount() != 0;
+}
+
+/// Calls `walk(bundle, first)` for the rays in runs of so many that their records take little
+/// memory.
+template <class Walk>
+void ForEachBundle(std::vector<VX_Math::Line> const& rays, Walk const& walk) {
+  constexpr std::size_t kBundle = 64;
+  for (std::size_t first = 0; first < rays.size(); first += kBundle) {
+    std::size_t const end = std::min(rays.size(), first + kBundle);
+    auto const at = [&rays](std::size_t i) {
+      return rays.begin() + static_cast<std::ptrdiff_t>(i);
+    };
+    walk(std::vector<VX_Math::Line>(at(first), at(end)), first);
+  }
 }
 
 void AppendHits(NRayPicker& picker, std::vector<ModelPath>& paths, std::vector<Vec3>& points) {
@@ -107,6 +123,58 @@ bool PickModel(domain::scenegraph::item::NSceneGraphItemNode const& item, VX_Mat
   if (!Pick(picker, item)) return false;
   AppendModels(picker, models);
   return true;
+}
+
+bool PickDetail(NSceneNode const& scene, std::vector<VX_Math::Line> const& rays,
+                std::vector<RayHits>& hits) {
+  std::vector<RayHits> made(rays.size());
+  bool isAnyHit = false;
+  ForEachBundle(rays, [&](std::vector<VX_Math::Line> const& bundle, std::size_t first) {
+    NRayPicker picker;
+    picker.SetRays(bundle);
+    scene.Accept(picker);
+    picker.CheckDetail();
+    isAnyHit = isAnyHit || picker.GetPickCount() != 0;
+    for (unsigned long i = 0; i != picker.GetPickCount(); ++i) {
+      RayHits& found = made[first + picker.GetRayIndex(i)];
+      found.paths.push_back(picker.GetItemPath(i));
+      found.points.push_back(picker.GetAbsHitPoint(i));
+    }
+  });
+  hits.swap(made);
+  return isAnyHit;
+}
+
+bool HitsAnything(NSceneNode const& scene, VX_Math::Line const& ray) {
+  NRayPicker picker;
+  picker.SetRay(ray);
+  scene.Accept(picker);
+  return picker.FindBlocked({std::numeric_limits<double>::infinity()}).front();
+}
+
+bool IsVisible(NSceneNode const& scene, Vec3 const& from, Vec3 const& point) {
+  return AreVisible(scene, from, {point}).front();
+}
+
+std::vector<bool> AreVisible(NSceneNode const& scene, Vec3 const& from,
+                             std::vector<Vec3> const& points) {
+  constexpr double kBefore = 1 - 1e-5;
+  std::vector<VX_Math::Line> rays;
+  rays.reserve(points.size());
+  for (Vec3 const& point : points) rays.emplace_back(from, point);
+  std::vector<bool> areVisible(points.size());
+  ForEachBundle(rays, [&](std::vector<VX_Math::Line> const& bundle, std::size_t first) {
+    NRayPicker picker;
+    picker.SetRays(bundle);
+    scene.Accept(picker);
+    std::vector<double> distances;
+    for (std::size_t i = 0; i != bundle.size(); ++i) {
+      distances.push_back(kBefore * static_cast<double>((points[first + i] - from).Length()));
+    }
+    std::vector<bool> const isBlocked = picker.FindBlocked(distances);
+    for (std::size_t i = 0; i != bundle.size(); ++i) areVisible[first + i] = !isBlocked[i];
+  });
+  return areVisible;
 }
 
 NIndexStatistics GetIndexStatistics(domain::geometry::NGeometryNode const& geometry) {

@@ -46,6 +46,32 @@ CORVANTA_API bool PickModel(
     domain::scenegraph::item::NSceneGraphItemNode const& item, VX_Math::Line const* line,
     std::vector<domain::scenegraph::item::NSceneGraphModelNode const*>& models);
 
+/// What one of many rays hits, nearest first.
+struct CORVANTA_API RayHits {
+  std::vector<ModelPath> paths;
+  std::vector<VX_Math::Vec3> points;  // one a path
+};
+/// Many rays at once: an element of `hits` a ray, each what the ray alone would hit. For pictures,
+/// selections by an area of the view, and whatever else asks for rays by the thousand.
+/// Units: the rays are global.
+/// Fails: false where nothing is hit; `hits` has an empty element a ray then.
+/// Cost: rays that follow each other are walked together, so give neighbours in turn.
+CORVANTA_API bool PickDetail(domain::scene::NSceneNode const& scene,
+                             std::vector<VX_Math::Line> const& rays, std::vector<RayHits>& hits);
+
+/// Whether the ray meets any triangle ahead of its origin, of what a pick may hit.
+/// Cost: ends at the first triangle that is found.
+CORVANTA_API bool HitsAnything(domain::scene::NSceneNode const& scene, VX_Math::Line const& ray);
+/// Whether `point` can be seen from `from`: no triangle crosses the line between them. Its last
+/// hundred-thousandth doesn't count, so that a point on a surface isn't hidden by that surface.
+/// Units: both are global.
+CORVANTA_API bool IsVisible(domain::scene::NSceneNode const& scene, VX_Math::Vec3 const& from,
+                            VX_Math::Vec3 const& point);
+/// The same for many points.
+CORVANTA_API std::vector<bool> AreVisible(domain::scene::NSceneNode const& scene,
+                                          VX_Math::Vec3 const& from,
+                                          std::vector<VX_Math::Vec3> const& points);
+
 /// What the pickers' index of a geometry, a bounding volume hierarchy of its triangles, is.
 struct NIndexStatistics {
   std::size_t triangleCount;  // 0 while there is no index

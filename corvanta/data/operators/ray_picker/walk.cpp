@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <optional>
 
 #include "corvanta/core/detail/scope_exit.h"
 #include "corvanta/core/reference_countable/hold.h"
@@ -11,6 +10,7 @@
 
 namespace corvanta::data::operators::ray_picker {
 
+using domain::scenegraph::detail::NChildIndex;
 using domain::scenegraph::detail::NCullingBound;
 using domain::scenegraph::detail::NItemAccess;
 using domain::scenegraph::item::NSceneGraphItemNode;
@@ -29,6 +29,9 @@ constexpr std::uint64_t kVisitsOfARecord = 16;
 
 /// What the visits do, on the state of their picker. A visit takes the matrix of its node, puts
 /// what follows on the list of steps, and the outermost visit works that list off.
+///
+/// A step is for some of the rays, a run of the list of active ones. When it is over, or when the
+/// step that leaves its node is, the list is cut back.
 class NRayPicker::Walk {
  public:
   explicit Walk(NRayPicker& picker) : m_picker(picker), m_state(*picker.m_state) {}
@@ -49,17 +52,21 @@ class NRayPicker::Walk {
     m_state.isWalking = true;
     core::detail::ScopeExit const finish([this] {
       m_state.steps.clear();
+      m_state.active.clear();
       m_state.isWalking = false;
     });
     auto const tree = m_state.tree;
     std::size_t const recordCount = m_state.records.size();
     std::size_t const modelCount = m_state.models.size();
     try {
-      m_state.bounds = {};
-      m_state.bounds.Visit();
+      m_state.budget = {};
+      m_state.budget.Visit();
       m_state.controls.front() = tree ? tree->GetControlTransform() : Matrix();
+      for (std::uint32_t ray = 0; ray != m_state.rays.size(); ++ray) m_state.active.push_back(ray);
+      m_state.current = {0, m_state.active.size(), m_state.active.size()};
       node.Accept(m_picker);
       while (!m_state.steps.empty()) {
+        PrefetchAhead();
         State::Step const step = std::move(m_state.steps.back());
         m_state.steps.pop_back();
         Take(step);
@@ -74,29 +81,27 @@ class NRayPicker::Walk {
   void Enter(domain::scene::NSceneNode const& scene) {
     m_state.tree = scene.GetSceneGraph();
     m_state.controls.front() = m_state.tree ? m_state.tree->GetControlTransform() : Matrix();
-    if (m_state.tree) Push(State::Step::kVisit, *m_state.tree);
+    if (m_state.tree) PushAll(State::Step::kVisitTree, *m_state.tree);
   }
 
   /// The root stands for its children: its kind, visibility and geometry play no part.
   void Enter(NSceneGraphTreeNode const& tree) {
     auto const root = tree.GetRoot();
     // A tree that shows itself is cut at the second showing.
-    if (!root || !m_state.bounds.Enter(tree)) return;
+    if (!root || !m_state.budget.Enter(tree)) return;
     PushStack();
     m_state.stack.MultMatrixLocal(tree.GetControlTransform());
     PushMatrix(*root);
     Push(State::Step::kLeaveTree, tree);
-    Ray ray;
-    if (MeetsBox(*root, ray)) PushChildren(*root, ray.bound ? &*ray.bound : nullptr);
+    if (MeetsBox(*root)) PushChildren(*root);
   }
 
   void Enter(domain::scenegraph::item::NSceneGraphGroupNode const& group) {
     if (!group.IsVisible()) return;
     PushMatrix(group);
-    Ray ray;
-    if (MeetsBox(group, ray)) {
+    if (MeetsBox(group)) {
       Push(State::Step::kLeave, group);
-      PushChildren(group, ray.bound ? &*ray.bound : nullptr);
+      PushChildren(group);
     } else {
       PopStack();
     }
@@ -110,7 +115,7 @@ class NRayPicker::Walk {
       return;
     }
     Push(State::Step::kLeaveModel, model);
-    PushChildren(model, nullptr);
+    PushAllChildren(model);
   }
 
   void Enter(NSceneGraphReferenceNode const& reference) {
@@ -121,15 +126,8 @@ class NRayPicker::Walk {
     m_state.checkPoints.push_back(reference);
     m_state.controls.push_back(tree ? tree->GetControlTransform() : Matrix());
     Push(State::Step::kLeaveShown, reference);
-    if (tree) Push(State::Step::kVisit, *tree);
+    if (tree) PushAll(State::Step::kVisitTree, *tree);
   }
-
-  /// The ray in the frame of the item at the top of the stack.
-  struct Ray {
-    Vec3 origin, direction;
-    double distance = 0;
-    std::optional<NCullingBound> bound;  // for the item's children
-  };
 
   /// Takes back what a walk that an exception ends has left.
   void GiveUp(std::size_t recordCount, std::size_t modelCount) noexcept {
@@ -141,10 +139,27 @@ class NRayPicker::Walk {
     m_state.models.resize(modelCount);
   }
 
+  /// What the next visits read comes from everywhere, so that it is asked for in time.
+  void PrefetchAhead() const {
+    constexpr std::size_t kAhead = 4;
+    if (m_state.steps.size() <= 2 * kAhead) return;
+    State::Step const* const next = &m_state.steps.back();
+    if (next[-static_cast<std::ptrdiff_t>(kAhead)].kind == State::Step::kVisit) {
+      NItemAccess::Prefetch(static_cast<NSceneGraphItemNode const&>(
+          *next[-static_cast<std::ptrdiff_t>(kAhead)].node));
+    }
+    __builtin_prefetch(next[-2 * static_cast<std::ptrdiff_t>(kAhead)].node.get());
+  }
+
   void Take(State::Step const& step) {
+    m_state.current = step.rays;
+    if (step.rays.cut == State::Rays::kShared) m_state.current.cut = m_state.active.size();
+    std::size_t const cut = m_state.current.cut;
+    std::size_t const stepCount = m_state.steps.size();
     switch (step.kind) {
       case State::Step::kVisit:
-        m_state.bounds.Visit();
+      case State::Step::kVisitTree:
+        m_state.budget.Visit();
         step.node->Accept(m_picker);
         break;
       case State::Step::kLeave:
@@ -156,22 +171,25 @@ class NRayPicker::Walk {
       case State::Step::kLeaveTree:
         PopStack();
         PopStack();
-        m_state.bounds.Leave();
+        m_state.budget.Leave();
         break;
       case State::Step::kLeaveShown:
         LeaveShown(step.node);
         break;
     }
+    if (m_state.steps.size() == stepCount) m_state.active.resize(cut);
   }
 
   void LeaveModel(NSceneGraphModelNode const& model) {
-    Ray ray;
-    if (MeetsBox(model, ray)) {
-      m_state.bounds.Visit(kVisitsOfARecord + m_state.checkPoints.size());
-      m_state.models.emplace_back(&model);
-      m_state.records.push_back({{ray.distance, ray.origin, ray.direction, m_state.stack.GetTop(),
-                                  Vec3(), Vec3(), &model, m_state.checkPoints},
-                                 m_state.nextPlace++});
+    if (MeetsBox(model)) {
+      for (State::LocalRay const& ray : m_state.local) {
+        m_state.budget.Visit(kVisitsOfARecord + m_state.checkPoints.size());
+        m_state.models.emplace_back(&model);
+        m_state.records.push_back({{ray.distance, ray.origin, ray.direction, m_state.stack.GetTop(),
+                                    Vec3(), Vec3(), &model, m_state.checkPoints},
+                                   m_state.nextPlace++,
+                                   ray.ray});
+      }
     }
     PopStack();
   }
@@ -183,27 +201,110 @@ class NRayPicker::Walk {
     m_state.checkPoints.pop_back();
     m_state.controls.pop_back();
     Push(State::Step::kLeave, reference);
-    PushChildren(reference, nullptr);
+    PushAllChildren(reference);
   }
 
+  /// A step for the rays of the present one.
   void Push(State::Step::Kind kind, domain::NNode const& node) {
-    m_state.steps.push_back({kind, &node});
+    m_state.steps.push_back({kind, m_state.current, &node});
   }
 
-  /// `bound` may spare children that the ray can't meet; null spares none.
-  void PushChildren(NSceneGraphItemNode const& item, NCullingBound const* bound) {
+  /// A visit for the rays of the present step, which goes on.
+  void PushAll(State::Step::Kind kind, domain::NNode const& node) {
+    m_state.steps.push_back(
+        {kind, {m_state.current.first, m_state.current.end, State::Rays::kShared}, &node});
+  }
+
+  void PushAllChildren(NSceneGraphItemNode const& item) {
     auto const& children = item.GetChildren();
     for (auto child = children.rbegin(); child != children.rend(); ++child) {
-      if (bound != nullptr && !bound->MayMeet(**child)) continue;
-      if (NItemAccess::GetListCount(**child) > 1 && StandsIn(**child)) continue;
-      Push(State::Step::kVisit, **child);
+      if (!IsBelow(**child)) PushAll(State::Step::kVisit, **child);
     }
+  }
+
+  /// Those children that a local ray may meet, for the rays that may.
+  /// Requires: MeetsBox of `item` came last, and the step that leaves it is there.
+  void PushChildren(NSceneGraphItemNode const& item) {
+    if (item.GetChildren().empty()) return;
+    m_state.bounds.clear();
+    std::size_t const first = m_state.active.size();
+    for (State::LocalRay const& ray : m_state.local) {
+      m_state.active.push_back(ray.ray);
+      m_state.bounds.emplace_back(m_state.stack.GetTop(), m_state.inverse,
+                                  m_state.rays[ray.ray].line.GetOrigin(), ray.origin,
+                                  ray.direction);
+    }
+    if (FindMet(item)) {
+      PushMet(first);
+      return;
+    }
+    auto const& children = item.GetChildren();
+    for (auto child = children.rbegin(); child != children.rend(); ++child) {
+      if (IsBelow(**child)) continue;
+      std::size_t const own = m_state.active.size();
+      for (std::size_t i = 0; i != m_state.local.size(); ++i) {
+        if (m_state.bounds[i].MayMeet(**child)) m_state.active.push_back(m_state.local[i].ray);
+      }
+      PushFor(**child, first, own);
+    }
+  }
+
+  /// A visit for the active rays from `own` on, none without such; the local rays are active from
+  /// `local` on.
+  void PushFor(NSceneGraphItemNode const& child, std::size_t local, std::size_t own) {
+    std::size_t const count = m_state.active.size() - own;
+    if (count == 0) return;
+    if (count == m_state.local.size()) {
+      m_state.active.resize(own);
+      m_state.steps.push_back(
+          {State::Step::kVisit, {local, local + count, State::Rays::kShared}, &child});
+    } else {
+      m_state.steps.push_back({State::Step::kVisit, {own, own + count, own}, &child});
+    }
+  }
+
+  /// Asks the index of `item` for the children that each local ray may meet.
+  /// Fails: false where all must be looked at.
+  bool FindMet(NSceneGraphItemNode const& item) {
+    m_state.met.clear();
+    NChildIndex const* const index =
+        m_state.bounds.front().CanSpare() ? NChildIndex::UseForPick(item) : nullptr;
+    if (index == nullptr) return false;
+    for (std::size_t i = 0; i != m_state.local.size(); ++i) {
+      if (!index->FindMet(m_state.bounds[i], m_state.children)) return false;
+      for (auto const& child : m_state.children) {
+        m_state.met.push_back({child, m_state.local[i].ray});
+      }
+    }
+    if (m_state.local.size() == 1) return true;
+    std::sort(m_state.met.begin(), m_state.met.end(), [](State::Met const& a, State::Met const& b) {
+      return a.child.order == b.child.order ? a.ray < b.ray : a.child.order > b.child.order;
+    });
+    return true;
+  }
+
+  /// Visits of what FindMet has found, a child each.
+  void PushMet(std::size_t local) {
+    for (std::size_t i = 0; i != m_state.met.size();) {
+      NSceneGraphItemNode const& child = *m_state.met[i].child.item;
+      std::size_t const own = m_state.active.size();
+      bool const isBelow = IsBelow(child);
+      for (; i != m_state.met.size() && m_state.met[i].child.item == &child; ++i) {
+        if (!isBelow) m_state.active.push_back(m_state.met[i].ray);
+      }
+      PushFor(child, local, own);
+    }
+  }
+
+  /// Whether the walk is below `child`: it would go in a circle.
+  bool IsBelow(NSceneGraphItemNode const& child) const {
+    return NItemAccess::GetListCount(child) > 1 && StandsIn(child);
   }
 
   /// Whether the walk is below `item` already, which two lists can make possible.
   bool StandsIn(NSceneGraphItemNode const& item) const {
     return std::any_of(m_state.steps.begin(), m_state.steps.end(), [&item](auto const& step) {
-      return step.kind != State::Step::kVisit && step.node.get() == &item;
+      return step.kind >= State::Step::kLeave && step.node.get() == &item;
     });
   }
 
@@ -225,18 +326,24 @@ class NRayPicker::Walk {
     }
   }
 
-  bool MeetsBox(NSceneGraphItemNode const& item, Ray& ray) const {
+  /// Finds those of the present step's rays that meet the box of `item`, in its frame.
+  /// Fails: false without any.
+  bool MeetsBox(NSceneGraphItemNode const& item) {
     Matrix const& top = m_state.stack.GetTop();
     // A copy of the box: computing it may reach listeners.
     VX_Math::Box3 const box = item.GetBoundingBox(top, m_state.controls.back());
-    Matrix const inverse = top.Inverse();
-    inverse.MultVecMatrix(m_state.ray.GetOrigin(), ray.origin);
-    inverse.MultDirMatrix(m_state.ray.GetDirection(), ray.direction);
-    if (!m_picker.QueryIntersectionBox(ray.origin, ray.direction, box, ray.distance)) return false;
-    if (!item.GetChildren().empty()) {
-      ray.bound.emplace(top, inverse, m_state.ray.GetOrigin(), ray.origin, ray.direction);
+    Matrix const& inverse = m_state.inverse = top.Inverse();
+    m_state.local.clear();
+    for (std::size_t i = m_state.current.first; i != m_state.current.end; ++i) {
+      State::LocalRay ray{m_state.active[i], {}, {}, 0};
+      VX_Math::Line const& line = m_state.rays[ray.ray].line;
+      inverse.MultVecMatrix(line.GetOrigin(), ray.origin);
+      inverse.MultDirMatrix(line.GetDirection(), ray.direction);
+      if (m_picker.QueryIntersectionBox(ray.origin, ray.direction, box, ray.distance)) {
+        m_state.local.push_back(ray);
+      }
     }
-    return true;
+    return !m_state.local.empty();
   }
 
   NRayPicker& m_picker;

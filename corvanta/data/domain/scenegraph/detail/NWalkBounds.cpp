@@ -74,6 +74,11 @@ item::NSceneGraphItemNode const* NItemAccess::GetParent(item::NSceneGraphItemNod
   return item.m_block->parent;
 }
 
+void NItemAccess::Prefetch(item::NSceneGraphItemNode const& item) noexcept {
+  auto const* const block = reinterpret_cast<char const*>(item.m_block.get());
+  for (std::size_t at = 0; at < sizeof *item.m_block; at += 64) __builtin_prefetch(block + at);
+}
+
 bool NItemAccess::IsReferrer(item::NSceneGraphItemNode const& item,
                              item::NSceneGraphReferenceNode const& reference) {
   return item.IsReferrer(reference);

@@ -17,6 +17,8 @@ namespace {
 
 /// Some sixty roundings of a float; a coordinate goes through fewer.
 constexpr float kRounding = 4e-6f;
+/// A little more, so that a hierarchy of boxes rejects nothing that is met here.
+constexpr float kHierarchyRounding = 4.1e-6f;
 
 float Largest(Vec3 const& v) noexcept {
   return std::max({std::abs(v.x), std::abs(v.y), std::abs(v.z)});
@@ -54,6 +56,11 @@ NCullingBound::NCullingBound(Matrix const& matrix, Matrix const& inverse, Vec3 c
   }
   m_extent = norm * Largest(globalOrigin) + Largest({inverse(3, 0), inverse(3, 1), inverse(3, 2)}) +
              Largest(origin);
+}
+
+NBoxHierarchy::Ray NCullingBound::GetRay(float greatestConditionNumber) const noexcept {
+  float const scale = kHierarchyRounding * m_conditionNumber;
+  return {m_origin, m_inverse, scale * greatestConditionNumber * m_extent, scale};
 }
 
 bool NCullingBound::MayMeet(item::NSceneGraphItemNode const& child) const noexcept {

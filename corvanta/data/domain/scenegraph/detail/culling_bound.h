@@ -1,5 +1,6 @@
 #pragma once
 
+#include "corvanta/data/domain/scenegraph/detail/NBoxHierarchy.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphItemNode.h"
 #include "corvanta/vx_math/Box3.h"
 #include "corvanta/vx_math/Matrix.h"
@@ -28,6 +29,11 @@ class NCullingBound {
 
   /// Requires: the item's box is clean.
   bool MayMeet(item::NSceneGraphItemNode const& child) const noexcept;
+
+  /// Whether there are children that it could spare the ray.
+  bool CanSpare() const noexcept { return m_conditionNumber > 0; }
+  /// The ray for children's boxes with their condition number times their extent as their reach.
+  NBoxHierarchy::Ray GetRay(float greatestConditionNumber) const noexcept;
 
  private:
   VX_Math::Vec3 m_origin;

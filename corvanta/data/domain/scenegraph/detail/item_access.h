@@ -13,7 +13,11 @@ class CORVANTA_API NItemAccess {
   static bool IsReferrer(item::NSceneGraphItemNode const& item,
                          item::NSceneGraphReferenceNode const& reference);
   /// Defined for sources that include the item's block.
-  static auto const& GetBlock(item::NSceneGraphItemNode const& item) { return *item.m_block; }
+  static auto& GetBlock(item::NSceneGraphItemNode const& item) { return *item.m_block; }
+  /// Asks the memory for what a visit of the item reads.
+  static void Prefetch(item::NSceneGraphItemNode const& item) noexcept;
+  /// After this a mark goes up from an item that is marked already.
+  static void NoteCleaning() noexcept { item::NSceneGraphItemNode::NoteCleaning(); }
   /// The lists of children that the item is in: more than one after an insert by index.
   static unsigned GetListCount(item::NSceneGraphItemNode const& item);
 };

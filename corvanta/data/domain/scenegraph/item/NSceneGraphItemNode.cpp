@@ -18,6 +18,7 @@ namespace corvanta::data::domain::scenegraph::item {
 
 namespace {
 
+using scenegraph::detail::NChildIndex;
 using VX_Math::Matrix;
 using VX_Math::Vec3;
 
@@ -168,7 +169,14 @@ void NSceneGraphItemNode::Insert(NSceneGraphItemNode& child, Children::const_ite
   entry.front().reset(&child);
   block.children.splice(before, entry);
   ++child.m_block->listCount;
+  if (child.m_block->parent != nullptr) NChildIndex::Drop(*child.m_block->parent);
   child.m_block->parent = this;
+  if (block.boxIndex) {
+    auto const place = std::prev(before);
+    NChildIndex::OnInsert(*this, child,
+                          place == block.children.begin() ? nullptr : std::prev(place)->get(),
+                          before == block.children.end() ? nullptr : before->get());
+  }
   DirtyBoundingBox();
   boost::intrusive_ptr<NSceneGraphItemNode> const held(&child);
   NotifyObservers([&](auto& listener) { listener.SignalAddChild(*this, child); });
@@ -178,6 +186,7 @@ bool NSceneGraphItemNode::RemoveChild(NSceneGraphItemNode& child) {
   if (!IsChild(child)) return false;
   Block& block = *m_block;
   boost::intrusive_ptr<NSceneGraphItemNode> const held(&child);
+  NChildIndex::OnRemove(*this, child);
   if (block.childIndex) {
     auto const entry = block.childIndex->find(&child);
     block.children.erase(entry->second);
@@ -306,6 +315,7 @@ void NSceneGraphItemNode::CopyTo(NSceneGraphItemNode& target) const {
   to.box = box;
   if (&target != this) to.referrers.swap(referrers);
   NoteCleaning();
+  NChildIndex::OnChange(target);
 }
 
 unsigned int GetChildIndex(NSceneGraphItemNode& parent, NSceneGraphItemNode& child) {

@@ -1,6 +1,7 @@
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphModelNode.h"
 
 #include "corvanta/core/attribute/NTypedAttribute.h"
+#include "corvanta/core/observer/detail/removal_count.h"
 #include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/core/string_table/string_table.h"
 #include "corvanta/data/domain/geometry/NGeometryNode.h"
@@ -28,6 +29,10 @@ struct NSceneGraphModelNode::Block {
   NNodeReference<NMaterialNode> material{};
   Box3 geometryBox{};
   bool isGeometryBoxDirty = true;
+  // The count of removals when it was last seen to observe its geometry.
+  std::uint64_t observedAt = kNever;
+
+  static constexpr std::uint64_t kNever = ~std::uint64_t{0};
 };
 
 #define CORVANTA_ROWS_BODIES NSceneGraphModelNode
@@ -48,9 +53,11 @@ void NSceneGraphModelNode::SetIsWiredFlag(bool isWired) { m_block->isWired.Set(i
 
 boost::intrusive_ptr<NGeometryNode> NSceneGraphModelNode::GetGeometryNode() const {
   auto geometry = m_block->geometry.Get();
-  if (geometry) {
+  auto const removalCount = core::observer::detail::GetRemovalCount();
+  if (geometry && m_block->observedAt != removalCount) {
     geometry->AddObserver(
         static_cast<geometry::NGeometryChangeListener&>(const_cast<NSceneGraphModelNode&>(*this)));
+    m_block->observedAt = removalCount;
   }
   return geometry;
 }
@@ -66,6 +73,7 @@ void NSceneGraphModelNode::SetGeometryNode(NNodeReference<NGeometryNode> const& 
     oldGeometry->RemoveObserver(static_cast<geometry::NGeometryChangeListener&>(*this));
   }
   m_block->geometry = given;
+  m_block->observedAt = Block::kNever;
   m_block->isGeometryBoxDirty = true;
   DirtyBoundingBox();
   ModelEvents::NotifyObservers(

@@ -5,12 +5,14 @@
 
 #include "corvanta/core/reference_countable/hold.h"
 #include "corvanta/data/domain/scenegraph/detail/culling_bound.h"
+#include "corvanta/data/domain/scenegraph/detail/item_access.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphReferenceNode.h"
 #include "corvanta/data/domain/scenegraph/item/detail/block.h"
 #include "corvanta/data/domain/scenegraph/item/detail/shown_root.h"
 
 namespace corvanta::data::domain::scenegraph::item {
 
+using scenegraph::detail::NChildIndex;
 using VX_Math::Box3;
 using VX_Math::Matrix;
 
@@ -19,6 +21,8 @@ namespace {
 /// Grows whenever a box anywhere becomes clean, or an item gets one more container that may be
 /// clean. While it stands, all that contains a marked item is marked.
 std::atomic<std::uint64_t> g_cleanEpoch{1};
+
+constexpr std::size_t kAhead = 6;  // items between asking the memory and the use
 
 }  // namespace
 
@@ -44,7 +48,10 @@ void NSceneGraphItemNode::DirtyBoundingBox() noexcept {
   mark(*this);
   while (first != nullptr) {
     Block& block = *std::exchange(first, first->nextMarked);
-    if (block.parent != nullptr) mark(*block.parent);
+    if (block.parent != nullptr) {
+      mark(*block.parent);
+      if (auto const& index = block.parent->m_block->boxIndex) index->Mark(block.indexLeaf);
+    }
     for (auto const& referrer : block.referrers) {
       if (!referrer.weak->IsExpired()) mark(*referrer.item);
     }
@@ -93,11 +100,65 @@ struct NSceneGraphItemNode::BoxWalk {
     // A mark that comes from here on, from a listener, stays.
     item.m_block->isBoxDirty = false;
     NoteCleaning();
-    Children const& children = item.m_block->children;
     // The next one to be entered is the last.
+    if (NChildIndex* const index = item.m_block->boxIndex.get()) {
+      index->CheckSilentWrites();
+      for (auto const& child : FindWanted(*index)) pending.emplace_back(child.item);
+      return;
+    }
+    Children const& children = item.m_block->children;
     for (auto child = children.rbegin(); child != children.rend(); ++child) {
       if (IsWanted(**child)) pending.push_back(*child);
     }
+  }
+
+  /// The children of an item with an index whose boxes are to be computed, the last of the list
+  /// first.
+  std::vector<NChildIndex::Child> const& FindWanted(NChildIndex const& index) {
+    wanted.clear();
+    index.AppendUnsettled(wanted);
+    std::erase_if(wanted, [](auto const& child) { return !IsWanted(*child.item); });
+    std::sort(wanted.begin(), wanted.end(),
+              [](auto const& a, auto const& b) { return a.order > b.order; });
+    return wanted;
+  }
+
+  /// Extends `box` by the children of `item` through its index.
+  /// Fails: false, and no change, where the children are to be looked at one by one.
+  static bool ExtendByIndex(NSceneGraphItemNode const& item, Box3& box, Matrix const& accumulated,
+                            Matrix const& base) {
+    NChildIndex* const index = NChildIndex::UseForBox(item);
+    if (index == nullptr) return false;
+    try {
+      std::vector<NChildIndex::Child> unsettled;
+      index->AppendUnsettled(unsettled);
+      // A listener has dirtied a child since the walk passed it.
+      for (auto const& child : unsettled) {
+        if (IsWanted(*child.item)) return false;
+      }
+      index->Settle();
+    } catch (std::bad_alloc const&) {
+      NChildIndex::Drop(item);
+      return false;
+    }
+    Box3 all = box;
+    all.ExtendBy(index->GetBox());
+    bool hasNegativeZeros = index->HasNegativeZeros() || NChildIndex::HasNegativeZero(box);
+    for (std::uint32_t const leaf : index->GetRecomputed()) {
+      Box3 childBox;
+      item.ExtendByChild(childBox, index->GetChild(leaf), accumulated, base);
+      hasNegativeZeros = hasNegativeZeros || NChildIndex::HasNegativeZero(childBox);
+      all.ExtendBy(childBox);
+    }
+    // Of two zeros the first of the list counts.
+    if (hasNegativeZeros && HasZero(all)) return false;
+    box = all;
+    return true;
+  }
+
+  static bool HasZero(Box3 const& box) {
+    return box.min.x == 0 || box.min.y == 0 || box.min.z == 0 || box.max.x == 0 || box.max.y == 0 ||
+           box.max.z == 0;
   }
 
   void EnterChild(boost::intrusive_ptr<NSceneGraphItemNode const> child) {
@@ -123,6 +184,9 @@ struct NSceneGraphItemNode::BoxWalk {
     Enter(item, nullptr, accumulated);
     while (!frames.empty()) {
       if (pending.size() != frames.back().firstPending) {
+        if (pending.size() > kAhead) {
+          scenegraph::detail::NItemAccess::Prefetch(*pending[pending.size() - kAhead]);
+        }
         auto child = std::move(pending.back());
         pending.pop_back();
         EnterChild(std::move(child));
@@ -152,6 +216,7 @@ struct NSceneGraphItemNode::BoxWalk {
   std::vector<Matrix> shownBases;  // of the trees shown on the way
   std::vector<Frame> frames;
   std::vector<boost::intrusive_ptr<NSceneGraphItemNode const>> pending;
+  std::vector<NChildIndex::Child> wanted;  // within FindWanted and Enter
 };
 
 Box3 const& NSceneGraphItemNode::GetBoundingBox(Matrix const& accumulated,
@@ -168,6 +233,7 @@ Box3 const& NSceneGraphItemNode::GetBoundingBox(Matrix const& accumulated,
 void NSceneGraphItemNode::CalculateBoundingBox(Box3& box, Matrix const& accumulated,
                                                Matrix const& base) const {
   Children const& children = m_block->children;
+  if (BoxWalk::ExtendByIndex(*this, box, accumulated, base)) return;
   if (std::none_of(children.begin(), children.end(),
                    [](auto const& child) { return BoxWalk::IsWanted(*child); })) {
     for (auto const& child : children) ExtendByChild(box, *child, accumulated, base);

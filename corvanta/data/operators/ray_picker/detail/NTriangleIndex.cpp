@@ -20,6 +20,7 @@ constexpr std::size_t kLane = 4;           // triangles in a packet
 constexpr std::size_t kLargestGroup = 32;  // triangles that are split one by one
 constexpr unsigned kHeuristicLevels = 48;  // below that ranges are halved, which bounds the depth
 constexpr float kMargin = 0.01f;           // of a triangle's size
+constexpr double kGrowthBeforeRebuild = 1.5;
 
 /// A box in the first three lanes. In the last, whatever is left there.
 struct Box {
@@ -99,6 +100,47 @@ class NTriangleIndex::Builder {
     }
   }
 
+  /// Gives the triangles of a packet their coordinates.
+  /// Fails: false for one that is outside.
+  bool Refill(Packet& packet) const noexcept {
+    for (unsigned lane = 0; lane != kLane; ++lane) {
+      std::size_t const triangle = packet.triangles[lane];
+      if (triangle == kNone) continue;
+      for (std::size_t corner = 0; corner != 3; ++corner) {
+        if (!IsInside(Corner(triangle, corner))) return false;
+      }
+      Fill(packet, lane, triangle);
+    }
+    return true;
+  }
+
+  /// Gives a node the boxes of its children, which have theirs already.
+  void Refit(Node& node) const noexcept {
+    for (unsigned lane = 0; lane != node.childCount; ++lane) {
+      std::uint32_t const child = node.children[lane];
+      Box box;
+      if (child & kLeaf) {
+        for (std::uint32_t const triangle : m_index.m_packets[child & ~kLeaf].triangles) {
+          if (triangle != kNone) box.Extend(GetGrownBox(triangle));
+        }
+      } else {
+        Node const& below = m_index.m_nodes[child];
+        for (unsigned i = 0; i != below.childCount; ++i) box.Extend(GetBox(below, i));
+      }
+      for (int axis = 0; axis != 3; ++axis) {
+        node.min[axis][lane] = box.min[axis];
+        node.max[axis][lane] = box.max[axis];
+        m_index.m_extent =
+            std::max({m_index.m_extent, std::abs(box.min[axis]), std::abs(box.max[axis])});
+      }
+    }
+  }
+
+  static Box GetBox(Node const& node, unsigned lane) noexcept {
+    return {Float4{node.min[0][lane], node.min[1][lane], node.min[2][lane], 0},
+            Float4{node.max[0][lane], node.max[1][lane], node.max[2][lane], 0}};
+  }
+
  private:
   /// A few triangles that follow each other along the curve and lie close together, on their way
   /// into the hierarchy.
@@ -120,6 +162,7 @@ class NTriangleIndex::Builder {
   }
 
   void Fill(Packet& packet, unsigned lane, std::size_t triangle) const {
+    packet.triangles[lane] = static_cast<std::uint32_t>(triangle);
     Vec3 const a = Corner(triangle, 0);
     Vec3 const e1 = Corner(triangle, 1) - a;
     Vec3 const e2 = Corner(triangle, 2) - a;
@@ -396,6 +439,38 @@ class NTriangleIndex::Builder {
 
 NTriangleIndex::NTriangleIndex(domain::geometry::NSurface const& surface) {
   Builder(surface, *this).Build();
+  // Growing may have doubled the room.
+  m_nodes.shrink_to_fit();
+  m_packets.shrink_to_fit();
+}
+
+bool NTriangleIndex::Refit(domain::geometry::NSurface const& surface) noexcept {
+  if (!m_outside.empty()) return false;
+  // Before the first time the area is that of the boxes as they were built.
+  if (m_builtArea < 0) m_builtArea = GetArea();
+  Builder builder(surface, *this);
+  for (Packet& packet : m_packets) {
+    if (!builder.Refill(packet)) return false;
+  }
+  m_extent = 0;
+  // Children come after their parents.
+  for (std::size_t i = m_nodes.size(); i-- != 0;) builder.Refit(m_nodes[i]);
+  return GetArea() <= kGrowthBeforeRebuild * m_builtArea;
+}
+
+double NTriangleIndex::GetArea() const noexcept {
+  double area = 0;
+  for (Node const& node : m_nodes) {
+    for (unsigned lane = 0; lane != node.childCount; ++lane) {
+      area += static_cast<double>(Builder::GetBox(node, lane).GetHalfArea());
+    }
+  }
+  return area;
+}
+
+std::size_t NTriangleIndex::GetBytes() const noexcept {
+  return m_nodes.capacity() * sizeof(Node) +
+         (m_packets.capacity() + m_outside.capacity()) * sizeof(Packet);
 }
 
 bool NTriangleIndex::CanServe(Vec3 const& origin, Vec3 const& direction) noexcept {

@@ -8,6 +8,7 @@
 #include "corvanta/core/attribute/NTypedAttribute.h"
 #include "corvanta/core/reference_countable/NWeakReferenceImpl.h"
 #include "corvanta/data/domain/detail/attribute_effects.h"
+#include "corvanta/data/domain/scenegraph/detail/NChildIndex.h"
 #include "corvanta/data/domain/scenegraph/item/NSceneGraphItemNode.h"
 
 namespace corvanta::data::domain::scenegraph::item {
@@ -38,13 +39,16 @@ struct NSceneGraphItemNode::Block {
   bool isTransformDirty = true;
   bool isBoxDirty = true;
   bool isBeingBoxed = false;    // a walk for the box is in this item
+  bool wasBoxed = false;        // its box has been computed
   unsigned listCount = 0;       // the lists that this item is in: an insert by index can make two
   std::uint64_t markedAt = 0;   // the clean epoch in which a walk last marked this item
   Block* nextMarked = nullptr;  // what that walk has marked and not yet left
   NSceneGraphItemNode* parent = nullptr;  // cleared by the parent's end
+  std::uint32_t indexLeaf = 0;            // in the index of the parent, where there is one
   Children children{};
   std::unique_ptr<ChildIndex> childIndex{};  // of all children, from kIndexFrom on
   std::vector<Referrer> referrers{};
+  std::unique_ptr<scenegraph::detail::NChildIndex> boxIndex{};  // where there are many children
 };
 
 }  // namespace corvanta::data::domain::scenegraph::item

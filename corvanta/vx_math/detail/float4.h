@@ -6,7 +6,7 @@
 #include <emmintrin.h>
 #endif
 
-namespace corvanta::data::operators::ray_picker::detail {
+namespace VX_Math::detail {
 
 /// Four floats that are worked on at once.
 using Float4 = float __attribute__((vector_size(16)));
@@ -32,4 +32,4 @@ inline unsigned GetMask(Int4 lanes) noexcept {
 }
 #endif
 
-}  // namespace corvanta::data::operators::ray_picker::detail
+}  // namespace VX_Math::detail
