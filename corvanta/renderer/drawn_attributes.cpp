@@ -44,16 +44,29 @@ constexpr Name kOfCameras[] = {L"exposure",
                                L"projectionType",
                                L"horizontalTiltAngle",
                                L"verticalTiltAngle"};
-constexpr Name kOfLights[] = {
-    L"type",        L"color.r",         L"color.g",          L"color.b",           L"extension",
-    L"makesShadow", L"shadow.darkness", L"attenuation.type", L"attenuation.range", L"spreadAngle",
-    L"falloffAngle"};
+constexpr Name kOfLights[] = {L"type",
+                              L"color.r",
+                              L"color.g",
+                              L"color.b",
+                              L"extension",
+                              L"makesShadow",
+                              L"shadow.darkness",
+                              L"shadow.softness",
+                              L"attenuation.type",
+                              L"attenuation.range",
+                              L"spreadAngle",
+                              L"falloffAngle"};
 constexpr Name kOfLightEnvs[] = {L"lamps.coefficient", L"lamps.rotation.y", L"lamps.scale"};
-constexpr Name kOfLamps[] = {
-    L"enabled",           L"type",        L"color.r",     L"color.g",         L"color.b",
-    L"direction.x",       L"direction.y", L"direction.z", L"position.x",      L"position.y",
-    L"position.z",        L"emitMinus",   L"makesShadow", L"shadow.darkness", L"attenuation.type",
-    L"attenuation.range", L"spreadAngle", L"falloffAngle"};
+constexpr Name kOfLamps[] = {L"enabled",           L"type",
+                             L"color.r",           L"color.g",
+                             L"color.b",           L"direction.x",
+                             L"direction.y",       L"direction.z",
+                             L"position.x",        L"position.y",
+                             L"position.z",        L"emitMinus",
+                             L"makesShadow",       L"shadow.darkness",
+                             L"shadow.softness",   L"attenuation.type",
+                             L"attenuation.range", L"spreadAngle",
+                             L"falloffAngle"};
 constexpr Name kOfTextures[] = {L"type", L"bumpScale", L"operation"};
 constexpr Name kOfProjections[] = {
     L"method",     L"translation.x", L"translation.y", L"translation.z", L"rotation.x",
@@ -119,6 +132,14 @@ constexpr Name kOfEnvironments[] = {L"color.r",
                                     L"floor.color.r",
                                     L"floor.color.g",
                                     L"floor.color.b",
+                                    L"hdr.diffuse",
+                                    L"hdr.star",
+                                    L"autoExposure.isEnabled",
+                                    L"autoExposure.relativeExposure",
+                                    L"ssao.isEnabled",
+                                    L"ssao.radius",
+                                    L"ssao.depthFalloff",
+                                    L"ssao.contrast",
                                     L"toneMapping.isEnabled",
                                     L"toneMapping.whiteBrightness"};
 constexpr Name kOfViews[] = {L"left", L"right", L"top", L"bottom"};

@@ -268,12 +268,15 @@ class DrawnAttributesTest : public World {
   void Change(int condition) {
     if (condition == 1) {
       m_environment->SetToneMappingIsEnabledFlag(true);
+      m_environment->SetAutoExposureIsEnabledFlag(true);
       m_environment->Set2DImage(m_image);
       m_lens->QueryAttribute(L"viewAngle.usesVertical")->SetValue(false, true);
     } else if (condition == 2) {
       m_lens->QueryAttribute(L"viewAngle.usesVertical")->SetValue(true, true);
       m_environment->Set2DImage({});
       m_environment->SetToneMappingIsEnabledFlag(false);
+      m_environment->SetAutoExposureIsEnabledFlag(false);
+      m_environment->SetSSAOEnabled(true);
       m_environment->GetEnvironmentMapModel()->SetIsVisibleFlag(false);
       m_projection->SetProjectionMethod(L"cylinder");
     } else if (condition == 3) {
