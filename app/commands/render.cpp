@@ -260,9 +260,8 @@ class Render {
 
   void NoteWhatIsMissing(NStagePreview& preview) const {
     // A camera that shows all shows something, and to look costs nearly as much as to draw.
-    constexpr std::size_t kMany = 300'000;
     bool const showsAll = m_options.camera.empty() && m_options.assignments.empty();
-    if (!showsAll || CountDrawnTriangles(preview) < kMany) {
+    if (!showsAll || !IsLarge(preview)) {
       std::string const reason = FindEmptiness(m_document, preview);
       if (!reason.empty()) PrintNote(m_options.output, "the picture is empty: " + reason);
     }
@@ -360,6 +359,9 @@ std::string FindOrbitFault(Options const& options) {
 std::string FindFault(Options const& options) {
   if (options.output.empty() && options.ids.empty() && !options.reportsClip) {
     return "one of -o, --ids and --clip-report is needed";
+  }
+  if (options.background == "none" && !FindPictureFault(options.output, true).empty()) {
+    return "--background none needs a .png, which can be transparent";
   }
   if (options.orbit != 0) return FindOrbitFault(options);
   std::string fault = FindPictureFault(options.output);

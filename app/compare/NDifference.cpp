@@ -177,7 +177,8 @@ class Comparison {
         parent == nullptr ? newParent != nullptr : m_matching.GetAfter(*parent) != newParent;
     // One below a parent that has gone or come has moved, too.
     if (isMoved) Add(after, "parent", GetName(parent), GetName(newParent));
-    if (GetCommonChildren(*old, *now) != GetCommonChildren(*now, *old)) Add(after, "children");
+    if (GetCommonChildren(*old, *now) != GetCommonChildren(*now, *old))
+      Add(after, "order of children");
   }
 
   /// Those children of `item` that the other one has too, as nodes of the later document.

@@ -18,10 +18,10 @@ enum NDifferenceKind {
 struct NDifference {
   NDifferenceKind kind;
   std::string nodeKind;  // as GetKind
-  std::string place;     // names from the tree down to an item, "car/body/wheel"; else the name
-  // What has changed: an attribute's name; "parent", or "children" for their order; "geometry",
-  // "material", "textures" and what else DescribeNode tells; and of arrays "coordinates",
-  // "normals", "indices", "texture coordinates" and "keys", which have no values here.
+  std::string place;     // names from the root down to an item, "car/wheel"; else the name
+  // What has changed: an attribute's name; "parent"; "geometry", "material", "textures" and what
+  // else DescribeNode tells; and without values "order of children", "coordinates", "normals",
+  // "indices", "texture coordinates" and "keys".
   std::string what;
   NRecord before = nullptr, after = nullptr;
   std::size_t itemsBelow = 0;  // that came or went with an item

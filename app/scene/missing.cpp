@@ -38,14 +38,17 @@ std::string FindEmptiness(data::document::NDocument const& document, NStagePrevi
   return isEmpty ? "no model is in view" : "";
 }
 
-std::size_t CountDrawnTriangles(NStagePreview const& preview) {
+bool IsLarge(NStagePreview const& preview) {
+  constexpr std::size_t kManyModels = 2'000, kManyTriangles = 300'000;
+  auto const& items = preview.GetRenderer().GetItems();
+  if (items.size() > kManyModels) return true;
   std::size_t count = 0;
-  for (auto const& item : preview.GetRenderer().GetItems()) {
+  for (auto const& item : items) {
     auto const geometry = item.model->GetGeometryNode();
     if (!geometry) continue;
     for (auto const& surface : geometry->GetSurfaces()) count += surface->GetIndices().size() / 3;
   }
-  return count;
+  return count > kManyTriangles;
 }
 
 void PrintBrokenPictures(NStagePreview const& preview) {

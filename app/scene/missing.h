@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 
 #include "app/scene/NStagePreview.h"
@@ -13,8 +12,8 @@ namespace corvanta::app {
 /// Fails: throws NRenderError as the preview does.
 std::string FindEmptiness(data::document::NDocument const& document, NStagePreview& preview);
 
-/// The triangles of all models that the preview draws, in view or not.
-std::size_t CountDrawnTriangles(NStagePreview const& preview);
+/// Whether FindEmptiness takes a while: for many models or triangles.
+bool IsLarge(NStagePreview const& preview);
 
 /// Prints a note for each picture that the preview needed and can't be read, with the reason.
 void PrintBrokenPictures(NStagePreview const& preview);

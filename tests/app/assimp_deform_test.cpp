@@ -196,7 +196,7 @@ TEST(AssimpDeformTest, ModelsOfAMovedMeshAreLimited) {
   for (int i = 0; i != 5; ++i) {
     auto const model = built.document.GetItems()
                            .CreateNode<data::domain::scenegraph::item::NSceneGraphModelNode>();
-    movedCount += deformations.AddModel(*model, 0, neutral::kNone, 0) != nullptr;
+    movedCount += deformations.AddModel(*model, 0, neutral::kNone, 0, {}) != nullptr;
   }
   // Three targets, and beyond the first model also three vertices and a triangle.
   EXPECT_EQ(movedCount, 3u);

@@ -106,7 +106,7 @@ TEST_F(CompareTest, TellsWhatCameWentAndMoved) {
 TEST_F(CompareTest, TellsAnotherOrderOfChildren) {
   after.car->RemoveChild(*after.wheel);
   after.car->AddChild(*after.wheel);
-  EXPECT_THAT(GetLines(), ElementsAre("changed group \"car\" children"));
+  EXPECT_THAT(GetLines(), ElementsAre("changed group \"car\" order of children"));
 }
 
 TEST_F(CompareTest, TakesNodesOfOneIdForTheSame) {

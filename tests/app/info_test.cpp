@@ -198,6 +198,7 @@ TEST_F(InfoTest, CountsWhatTheFileHoldsAndMarksWhatIsAdded) {
                         {"emissiveTexture", {{"index", 1}}}}};
   gltf["meshes"][0]["primitives"][0]["material"] = 0;
   m_files.Write("model.gltf", gltf.dump());
+  // A colour is one of the surface and one of what it mirrors.
   EXPECT_EQ(RunJson("info model.gltf --summary")["totals"],
             json({{"items", 4},
                   {"models", 2},
@@ -207,7 +208,7 @@ TEST_F(InfoTest, CountsWhatTheFileHoldsAndMarksWhatIsAdded) {
                   {"trianglesShown", 2},
                   {"vertices", 3},
                   {"materials", 1},
-                  {"textures", 2},
+                  {"textures", 3},
                   {"pictures", 2},
                   {"pictureBytes", MakePng().size()},
                   {"picturesMissing", 1},

@@ -78,8 +78,8 @@ TEST_F(DrawTest, SaysWhenNothingIsSeenOrChanged) {
             "a.png: note: the picture is empty: all models are hidden"},
         Row{"--camera eye --set eye.interest.z=9",
             "a.png: note: the picture is empty: no model is in view"},
-        Row{"--set environment.hdr.star=2",
-            "--set environment.hdr.star=2: note: pictures don't depend on this attribute"},
+        Row{"--set environment.floor.shadingMode=2",
+            "--set environment.floor.shadingMode=2: note: pictures don't depend on this attribute"},
         Row{"--set left.scale.x=1", "--set left.scale.x=1: note: it has this value already"}}) {
     EXPECT_EQ(RunWell(std::string("render model.gltf -o a.png --size 9x6 ") + options).err,
               std::string("corvanta: ") + note + '\n');
@@ -144,6 +144,7 @@ TEST_F(RenderTest, RefusesInOneLineAndLeavesNothing) {
                         "--stereo --hmd", "--time soon", "--time nan", "--ids a.png"});
   ExpectRefused("render model.gltf", {{"-o a.gif", "not as .gif"},
                                       {"--ids a.jpg", ".png is needed"},
+                                      {"-o a.jpg --background none", "needs a .png"},
                                       {"-o - --ids -", "the same file"}});
   // Before anything is read.
   ExpectRefused("render none.gltf", {{"-o missing/a.png", "no folder \"missing\"", "a.png", 1}});

@@ -29,8 +29,6 @@ namespace texture_mapping = domain::material::texture_mapping;
 using core::attribute::NAttribute;
 using core::attribute::NAttributeHost;
 using core::variant::NVariant;
-using Material = boost::intrusive_ptr<domain::material::NMaterialNode>;
-using Image = boost::intrusive_ptr<domain::image::NImageNode>;
 
 /// A scene in which each attribute that is drawn changes some pixel: balls above a floor in the
 /// built-in environment, with a material that has everything, textures, a projection, lamps of all
@@ -38,6 +36,8 @@ using Image = boost::intrusive_ptr<domain::image::NImageNode>;
 class DrawnAttributesTest : public World {
  protected:
   using Environment = domain::environment::NEnvironmentNode;
+  using Material = boost::intrusive_ptr<domain::material::NMaterialNode>;
+  using Image = boost::intrusive_ptr<domain::image::NImageNode>;
 
   void SetUp() override {
 #ifndef CORVANTA_WITH_FREEIMAGE
@@ -76,7 +76,6 @@ class DrawnAttributesTest : public World {
     m_environment->SetFloorIsVisibleFlag(true);
     m_environment->SetFloorHeight(-1.5);
     m_environment->SetHdrBloom(100);
-    m_environment->SetSSAOEnabled(true);
     m_environment->QueryAttribute(L"toneMapping.whiteBrightness")->SetValue(4.0, true);
     m_hosts.push_back(m_environment.get());
   }
@@ -277,6 +276,7 @@ class DrawnAttributesTest : public World {
       m_environment->Set2DImage({});
       m_environment->SetToneMappingIsEnabledFlag(false);
       m_environment->SetAutoExposureIsEnabledFlag(false);
+      m_environment->SetSSAOEnabled(true);
       m_environment->GetEnvironmentMapModel()->SetIsVisibleFlag(false);
       m_projection->SetProjectionMethod(L"cylinder");
     } else if (condition == 3) {

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+#include "corvanta/data/domain/material/NMaterialOptions.h"
+
 namespace corvanta::renderer {
 
 namespace {
