@@ -81,9 +81,10 @@ struct Scene {
   data::document::NDocument document{};
   importer::NImportTarget target{document};
   importer::NEffort effort{};
-  importer::NPictures pictures{target, scene, "."};
+  importer::NVertexColors const colors{scene};
+  importer::NPictures pictures{target, scene, colors, "."};
   importer::NMaterials materials{target, scene, pictures};
-  importer::NHierarchy hierarchy{target, scene, materials};
+  importer::NHierarchy hierarchy{target, scene, materials, colors};
   boost::intrusive_ptr<data::domain::scenegraph::tree::NSceneGraphTreeNode> const tree =
       document.GetTrees().CreateNode();
 };

@@ -32,7 +32,7 @@ bool IsBelow(std::string const& folder, std::string const& top) {
   return top == "/" || folder == top || folder.starts_with(top + '/');
 }
 
-void CheckOpen(importer::NModelFolder const& folder, Tree const& tree, std::string const& path) {
+void CheckOpen(importer::NModelFolder& folder, Tree const& tree, std::string const& path) {
   platform::NDescriptor const file = folder.Open(path);
   if (!file) return;
   struct stat status {};
@@ -48,7 +48,7 @@ void CheckOpen(importer::NModelFolder const& folder, Tree const& tree, std::stri
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
   using namespace corvanta;
   static fuzz::Tree const tree;
-  static importer::NModelFolder const folder(tree.GetModel());
+  static importer::NModelFolder folder(tree.GetModel());
   std::string const name(fuzz::AsText({data, size}));
   std::string const beside = tree.GetPath() / "model";
   for (std::string const& path : {name, beside + '/' + name, beside + "/sub/../" + name})
