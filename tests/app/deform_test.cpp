@@ -148,6 +148,8 @@ json Bar() {
                                        1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, -1, 0, 1},
                                       "MAT4", 16);
   file["skins"] = {{{"joints", {2, 3}}, {"inverseBindMatrices", bind}}};
+  file["materials"] = {{{"doubleSided", true}}};
+  file["meshes"][0]["primitives"][0]["material"] = 0;
   return file;
 }
 
