@@ -102,7 +102,7 @@ void Write(std::size_t size, NDescriptor memory, Writer const& write) {
 bool g_tellsOfMemory = false;
 
 // What an allocation of `size` bytes has given.
-void* Judge(void* block, std::size_t size) {
+[[maybe_unused]] void* Judge(void* block, std::size_t size) {
   if (block != nullptr || size == 0 || !g_tellsOfMemory) return block;
   g_tellsOfMemory = false;
   GetHost().Send(kReadTooLarge);
@@ -121,7 +121,7 @@ void OnFault(int, siginfo_t* fault, void*) {
   _exit(0);
 }
 
-void ListenToFaults() {
+[[maybe_unused]] void ListenToFaults() {
   static std::array<std::byte, std::size_t{1} << 16> room;
   stack_t other{};
   other.ss_sp = room.data();
