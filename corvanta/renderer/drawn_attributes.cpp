@@ -150,12 +150,12 @@ bool IsOne(NAttributeHost const& host) {
 }
 
 /// The attributes of a class that are drawn.
-struct Row {
+struct DrawnRow {
   bool (*isOne)(NAttributeHost const& host);
   std::span<Name const> names;
 };
 
-constexpr Row kRows[] = {
+constexpr DrawnRow kDrawnRows[] = {
     {&IsOne<item::NSceneGraphItemNode>, kOfItems},
     {&IsOne<item::NSceneGraphModelNode>, kOfModels},
     {&IsOne<item::NSceneGraphCameraNode>, kOfCameraItems},
@@ -174,7 +174,7 @@ constexpr Row kRows[] = {
 }  // namespace
 
 bool IsDrawn(NAttributeHost const& host, std::wstring_view name) {
-  return std::any_of(std::begin(kRows), std::end(kRows), [&](Row const& row) {
+  return std::any_of(std::begin(kDrawnRows), std::end(kDrawnRows), [&](DrawnRow const& row) {
     return std::find(row.names.begin(), row.names.end(), name) != row.names.end() &&
            row.isOne(host);
   });

@@ -6,7 +6,7 @@ namespace corvanta::renderer {
 
 namespace {
 
-constexpr char kFragmentShader[] = R"(#version 330 core
+constexpr char kOcclusionShader[] = R"(#version 330 core
 out vec4 result;
 uniform sampler2D depths;  // 1 at the near plane, 0 at the far one and where nothing is
 uniform vec2 origin;       // of the picture, in pixels
@@ -58,7 +58,7 @@ void main() {
 }  // namespace
 
 NOcclusionPass::NOcclusionPass()
-    : m_program(kBackgroundVertexShader, kFragmentShader),
+    : m_program(kBackgroundVertexShader, kOcclusionShader),
       m_origin(m_program.GetUniform("origin")),
       m_size(m_program.GetUniform("size")),
       m_projection(m_program.GetUniform("projection")),

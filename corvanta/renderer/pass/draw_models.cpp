@@ -102,7 +102,7 @@ bool Has(Kind const& kind, bool areTriangles) {
 }
 
 // Units: pixels of a picture of 600 rows; those of smaller pictures are no smaller.
-constexpr float kLineWidth = 1.5f, kPointSize = 3.0f, kRows = 600.0f;
+constexpr float kLineWidth = 1.5f, kPointSize = 3.0f, kUsualRows = 600.0f;
 
 /// Draws the lines and points of instances, wider in larger pictures.
 void DrawLines(NSurfacePrograms& programs, NInstances& instances, Kind const& kind,
@@ -111,7 +111,7 @@ void DrawLines(NSurfacePrograms& programs, NInstances& instances, Kind const& ki
   programs.UseForLines(*kind.material);
   std::array<GLint, 4> viewport;
   glGetIntegerv(GL_VIEWPORT, viewport.data());
-  float const scale = std::max(static_cast<float>(viewport[3]) / kRows, 1.0f);
+  float const scale = std::max(static_cast<float>(viewport[3]) / kUsualRows, 1.0f);
   glPointSize(kPointSize * scale);
   // Contexts of the strictest kind refuse any other width.
   if (AreLinesWide()) glLineWidth(kLineWidth * scale);

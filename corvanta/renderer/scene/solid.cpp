@@ -86,13 +86,13 @@ class Parts {
   std::vector<unsigned> m_above;
 };
 
-struct Sum {
+struct CornerSum {
   double x = 0, y = 0, z = 0;
   double count = 0;
 };
 
 /// Six times the volume between a triangle and a point.
-double GetVolume(XYZ const& a, XYZ const& b, XYZ const& c, Sum const& point) {
+double GetVolume(XYZ const& a, XYZ const& b, XYZ const& c, CornerSum const& point) {
   auto const from = [&point](XYZ const& v) {
     return std::array<double, 3>{double{v.x} - point.x, double{v.y} - point.y,
                                  double{v.z} - point.z};
@@ -123,15 +123,15 @@ bool IsSolid(std::vector<XYZ> const& coords, std::vector<unsigned> const& indice
     parts.Join(b, c);
   }
   if (corners.empty() || !IsClosed(corners)) return false;
-  std::vector<Sum> middles(coords.size());
+  std::vector<CornerSum> middles(coords.size());
   for (unsigned const corner : corners) {
-    Sum& sum = middles[parts.Find(corner)];
+    CornerSum& sum = middles[parts.Find(corner)];
     sum.x += double{coords[corner].x};
     sum.y += double{coords[corner].y};
     sum.z += double{coords[corner].z};
     ++sum.count;
   }
-  for (Sum& sum : middles) {
+  for (CornerSum& sum : middles) {
     sum.x /= sum.count;
     sum.y /= sum.count;
     sum.z /= sum.count;
