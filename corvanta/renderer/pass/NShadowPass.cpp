@@ -17,7 +17,7 @@ using VX_Math::Vec3;
 constexpr float kSpread = 0.03f;        // of the directions of a lamp with softness 1
 constexpr unsigned kDirections = 12;    // of a soft shadow
 constexpr std::size_t kMost = 2000000;  // triangles that are drawn for a lamp's
-constexpr float kLeastSlope = 0.05f;
+constexpr float kLeastShadowSlope = 0.05f;
 
 Vec3 GetDirection(NLamps const& lamps, unsigned lamp) {
   float const* const direction = &lamps.directions[std::size_t{3} * lamp];
@@ -37,7 +37,7 @@ Vec3 Spread(Vec3 const& direction, float radius, unsigned index, unsigned count)
   Vec3 spread =
       direction + across * (distance * std::cos(angle)) + other * (distance * std::sin(angle));
   // A lamp from below makes no shadow.
-  spread.y = std::min(spread.y, -kLeastSlope);
+  spread.y = std::min(spread.y, -kLeastShadowSlope);
   return spread;
 }
 

@@ -12,7 +12,8 @@ namespace {
 
 using Direction = std::array<double, 3>;
 
-constexpr unsigned kSamples = 32;  // a side; of a larger picture a smaller level of detail is read
+constexpr unsigned kPictureSamples =
+    32;  // a side; of a larger picture a smaller level of detail is read
 constexpr double kPi = std::numbers::pi;
 
 float Decode(float value) {
@@ -118,7 +119,7 @@ void Add(bool isCube, int projection, Sum& sum, unsigned face, double u, double 
 NHarmonics ComputeHarmonics(NTexture const& texture, int projection) {
   GLint level = 0;
   unsigned width = texture.width, height = texture.height;
-  for (; std::max(width, height) > kSamples; ++level) {
+  for (; std::max(width, height) > kPictureSamples; ++level) {
     width = std::max(width / 2, 1u);
     height = std::max(height / 2, 1u);
   }
@@ -132,11 +133,12 @@ NHarmonics ComputeHarmonics(NTexture const& texture, int projection) {
     if (!texture.isLinear) {
       std::transform(texels.begin(), texels.end(), texels.begin(), &Decode);
     }
-    for (unsigned y = 0; y != kSamples; ++y) {
-      for (unsigned x = 0; x != kSamples; ++x) {
-        std::size_t const texel = std::size_t{y * height / kSamples} * width + x * width / kSamples;
-        Add(texture.isCube, projection, sum, face, (x + 0.5) / kSamples, (y + 0.5) / kSamples,
-            &texels[4 * texel]);
+    for (unsigned y = 0; y != kPictureSamples; ++y) {
+      for (unsigned x = 0; x != kPictureSamples; ++x) {
+        std::size_t const texel =
+            std::size_t{y * height / kPictureSamples} * width + x * width / kPictureSamples;
+        Add(texture.isCube, projection, sum, face, (x + 0.5) / kPictureSamples,
+            (y + 0.5) / kPictureSamples, &texels[4 * texel]);
       }
     }
   }
