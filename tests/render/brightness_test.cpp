@@ -56,13 +56,13 @@ double FindMostLight(NLamps const& lamps, std::size_t channel) {
   return most;
 }
 
-struct Row {
+struct LightRow {
   char const* name;
   std::vector<std::array<Vec3, 2>> lamps;
 };
 
 TEST(Brightness, TheMostLightIsThatOfTheBrightestNormal) {
-  Row const rows[] = {
+  LightRow const rows[] = {
       {"none", {}},
       {"one", {{Vec3(1, -2, 3), Vec3(1, 0.5f, 0)}}},
       {"opposite", {{Vec3(1, 0, 0), Vec3(1, 1, 2)}, {Vec3(-1, 0, 0), Vec3(1, 2, 1)}}},
@@ -76,7 +76,7 @@ TEST(Brightness, TheMostLightIsThatOfTheBrightestNormal) {
         {Vec3(0.3f, 1, 2), Vec3(0.7f, 1, 3)},
         {Vec3(-3, 0.1f, 2), Vec3(0.4f, 0, 1)}}},
   };
-  for (Row const& row : rows) {
+  for (LightRow const& row : rows) {
     SCOPED_TRACE(row.name);
     NLamps const lamps = MakeLamps(row.lamps);
     for (std::size_t c = 0; c != 3; ++c) {
