@@ -180,6 +180,13 @@ class Info {
   NNodeSet m_imported;
 };
 
+std::string CheckDepth(std::string const& text) {
+  constexpr std::size_t kMostDigits = 9;
+  bool const isNumber = !text.empty() && text.size() <= kMostDigits &&
+                        text.find_first_not_of("0123456789") == std::string::npos;
+  return isNumber ? "" : "needs a whole number from 0";
+}
+
 }  // namespace
 
 void AddInfo(CLI::App& program, int& status) {
@@ -189,7 +196,7 @@ void AddInfo(CLI::App& program, int& status) {
   auto* const summary =
       command->add_flag("--summary", options->isSummary, "Print only the totals and the box");
   command->add_option("--depth", options->depth, "Print only N levels of each tree")
-      ->check(CLI::NonNegativeNumber)
+      ->check(CLI::Validator(&CheckDepth, ""))
       ->excludes(summary)
       ->option_text("N");
   command->add_flag("--attributes", options->withAttributes, "Print every attribute of every node")

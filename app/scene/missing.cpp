@@ -26,12 +26,32 @@ bool HasModels(data::document::NDocument const& document) {
   });
 }
 
+/// Whether a surface has lines and points alone, which have no numbers in a picture.
+bool IsOfLines(data::domain::geometry::NSurface const& surface) {
+  auto const& indices = surface.GetIndices();
+  for (std::size_t i = 0; i + 2 < indices.size(); i += 3) {
+    unsigned const a = indices[i], b = indices[i + 1], c = indices[i + 2];
+    if (a != b && b != c && c != a) return false;
+  }
+  return indices.size() > 2;
+}
+
+bool HasLines(renderer::NDrawItem const& item) {
+  auto const geometry = item.model->GetGeometryNode();
+  if (!geometry) return false;
+  auto const& surfaces = geometry->GetSurfaces();
+  return std::any_of(surfaces.begin(), surfaces.end(),
+                     [](auto const& surface) { return IsOfLines(*surface); });
+}
+
 }  // namespace
 
 std::string FindEmptiness(data::document::NDocument const& document, NStagePreview& preview) {
   if (preview.GetRenderer().GetItems().empty()) {
     return HasModels(document) ? "all models are hidden" : "there are no models";
   }
+  auto const& items = preview.GetRenderer().GetItems();
+  if (std::any_of(items.begin(), items.end(), &HasLines)) return "";
   auto const numbers = preview.TakeNumbers();
   bool const isEmpty =
       std::all_of(numbers.begin(), numbers.end(), [](auto number) { return number == 0; });

@@ -245,7 +245,10 @@ TEST_F(ImportTest, WhatPointsUpInAFileDoesInTheScene) {
         Row{"a.fbx", MakeFbx(1, 254), Up(), 1, 2, 0, 5},
         Row{"a.fbx", MakeFbx(1, 254), Up(), std::nullopt, 5.08, 0, 12.7},
         Row{"a.fbx", MakeFbx(1, 1), Up(), std::nullopt, 0.02, 0, 0.05},
-        Row{"a.obj", obj, Up(), std::nullopt, 2, 0, 5}}) {
+        Row{"a.obj", obj, Up(), std::nullopt, 2, 0, 5},
+        // Numbers that begin with their point, and a spare vertex that would take the place of one.
+        Row{"a.obj", "v -.5 .25 .5\nv 1 1\t.75\nv +.5 1 0\nv 9 9 9\nf 1 2 3\n", Up(), 1, 1.5, 0.75,
+            0.75}}) {
     m_files.Write(row.file, row.content);
     NDocument document;
     importer::NImportOptions options;

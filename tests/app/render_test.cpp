@@ -85,6 +85,8 @@ TEST_F(DrawTest, SaysWhenNothingIsSeenOrChanged) {
               std::string("corvanta: ") + note + '\n');
   }
   EXPECT_EQ(RunWell("render model.gltf -o a.png --size 9x6 --set left.scale.x=2").err, "");
+  m_files.Write("line.obj", "v 0 0 0\nv 1 1 1\nl 1 2\n");
+  EXPECT_EQ(RunWell("render line.obj -o a.png --size 9x6").err, "");
 }
 
 TEST_F(DrawTest, TheCameraShowsWhatIsSet) {
